@@ -1,0 +1,21 @@
+#pragma once
+
+#include <vector>
+
+namespace vh::png {
+
+// A decoded picture: RGBA, 8 bits a channel, straight alpha, rows from the top without padding.
+struct Image {
+    int width = 0;
+    int height = 0;
+    std::vector<unsigned char> pixels;
+};
+
+// Decodes a picture of any known format. False leaves `image` at 0 x 0 without pixels.
+bool load_memory(const unsigned char* data, unsigned size, Image& image);
+bool load_file(const char* path, Image& image);
+
+// Writes RGBA pixels as an uncompressed PNG. True when all of it was written and the file closed.
+bool save_png_rgba8_file(const char* path, const unsigned char* pixels, int width, int height);
+
+}  // namespace vh::png
