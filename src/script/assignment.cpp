@@ -1,0 +1,145 @@
+#include <algorithm>
+
+#include "script/numbers.h"
+#include "script/operators.h"
+#include "script/vesper_script.h"
+
+namespace kelmora {
+namespace {
+
+// A container that does not exist yet is born as an array when its first key is a position.
+Variable makeContainerFor(const Variable& key) {
+    std::int64_t index = 0;
+    return isWholeIndex(key, index) && index > 0 ? Variable::makeArray() : Variable::makeTable();
+}
+
+// With several targets a lone multi value is dealt out; with one, a call gives its first value.
+void spreadMulti(std::vector<Variable>& values, std::size_t targets, bool isSingleCall) {
+    if (values.size() != 1 || !values[0].isMulti()) return;
+    const Variable multi = values[0];
+    if (targets > 1) {
+        values = multi.values();
+    } else if (isSingleCall) {
+        values[0] = multi.values().empty() ? Variable() : multi.values()[0];
+    }
+}
+
+}  // namespace
+
+bool VesperScript::executeAssignment(const ParsedScriptLine& line, Variable& result) {
+    if (!line.assignment) return false;
+    const ParsedAssignment& assignment = *line.assignment;
+    constexpr std::string_view leftover = "Unexpected token in assignment expression";
+    result = Variable();
+    if (assignment.targets.size() == 1 && assignment.values.size() == 1) {
+        Variable value = evaluateRange(line, assignment.values[0], leftover);
+        if (shouldAbortForSoftRaisedError()) return true;
+        if (assignment.valueIsSingleCall && value.isMulti()) {
+            const Variable multi = std::move(value);
+            value = multi.values().empty() ? Variable() : multi.values()[0];
+        }
+        const ParsedAssignmentTarget& target = assignment.targets[0];
+        result = target.keyRanges.empty() ? assignPlain(line, assignment, target, std::move(value))
+                                          : assignKeyed(line, assignment, target, std::move(value));
+        return true;
+    }
+
+    std::vector<Variable> values;
+    values.reserve(assignment.values.size());
+    for (const TokenRange range : assignment.values) {
+        values.push_back(evaluateRange(line, range, leftover));
+        if (shouldAbortForSoftRaisedError()) return true;
+    }
+    spreadMulti(values, assignment.targets.size(), assignment.valueIsSingleCall);
+    values.resize(std::max(values.size(), assignment.targets.size()));
+    for (std::size_t i = 0; i < assignment.targets.size(); ++i) {
+        const ParsedAssignmentTarget& target = assignment.targets[i];
+        result = target.keyRanges.empty() ? assignPlain(line, assignment, target, std::move(values[i]))
+                                          : assignKeyed(line, assignment, target, std::move(values[i]));
+        if (shouldAbortForSoftRaisedError()) return true;
+    }
+    return true;
+}
+
+void VesperScript::storePlain(const TokenAnalysis& name, ScopeTarget target, Variable value) {
+    switch (target) {
+        case ScopeTarget::Local: scopes_.setLocal(name.name, std::move(value)); return;
+        case ScopeTarget::Native: scopes_.setNative(name.name, std::move(value)); return;
+        case ScopeTarget::External: scopes_.setExternal(name.name, std::move(value)); return;
+        default: break;
+    }
+    if (name.isScoped()) {
+        scopes_.setExplicit(name.name, name.scope, std::move(value));
+    } else {
+        scopes_.assignDefault(name.name, std::move(value));
+    }
+}
+
+// The variable that a compound or keyed assignment changes; nil counts as missing for neither of them here.
+Variable* VesperScript::resolveTarget(const TokenAnalysis& name, ScopeTarget target) {
+    if (target == ScopeTarget::External) return scopes_.findExplicit(name.name, 0);
+    if (target == ScopeTarget::Native) return scopes_.findExplicit(name.name, 2);
+    if (target == ScopeTarget::Local) return scopes_.findExplicit(name.name, 3);
+    return name.isScoped() ? scopes_.findExplicit(name.name, name.scope) : scopes_.findMutable(name.name);
+}
+
+Variable VesperScript::assignPlain(const ParsedScriptLine& line, const ParsedAssignment& assignment,
+                                   const ParsedAssignmentTarget& target, Variable value) {
+    const TokenAnalysis& name = line.analysis[target.tokenIndex];
+    if (assignment.operation == TokenKind::Assign) {
+        storePlain(name, assignment.scopeTarget, value);
+        return value;
+    }
+    Variable* existing = resolveTarget(name, assignment.scopeTarget);
+    if (!existing) {
+        const std::string& text = line.tokens[target.tokenIndex];
+        context_.throwError("Variable not found: " + text, text);
+    }
+    const TokenKind operation = compoundOperation(assignment.operation);
+    if (!tryApplyOperationInPlace(*existing, operation, value))
+        *existing = performOperation(*existing, operation, value);
+    return *existing;
+}
+
+Variable VesperScript::assignKeyed(const ParsedScriptLine& line, const ParsedAssignment& assignment,
+                                   const ParsedAssignmentTarget& target, Variable value) {
+    const TokenAnalysis& name = line.analysis[target.tokenIndex];
+    std::vector<Variable> keys;
+    keys.reserve(target.keyRanges.size());
+    for (const TokenRange range : target.keyRanges) {
+        keys.push_back(evaluateRange(line, range, "Expected closing bracket"));
+        if (shouldAbortForSoftRaisedError()) return {};
+    }
+    if (assignment.operation != TokenKind::Assign) {
+        const Variable* existing = resolveTarget(name, assignment.scopeTarget);
+        if (!existing || existing->isNot()) {
+            const std::string& text = line.tokens[target.tokenIndex];
+            context_.throwError("Variable not found: " + text, text);
+        }
+        Variable current = *existing;
+        for (const Variable& key : keys) current = getIndexedValue(current, key);
+        const TokenKind operation = compoundOperation(assignment.operation);
+        if (!tryApplyOperationInPlace(current, operation, value))
+            current = performOperation(current, operation, value);
+        value = std::move(current);
+    }
+    storeKeyed(name, assignment.scopeTarget, keys, value);
+    return value;
+}
+
+void VesperScript::storeKeyed(const TokenAnalysis& name, ScopeTarget target, std::span<const Variable> keys,
+                              Variable value) {
+    Variable* container = resolveTarget(name, target);
+    if (!container || container->isNot()) {
+        storePlain(name, target, makeContainerFor(keys[0]));
+        container = resolveTarget(name, target);
+    }
+    for (std::size_t i = 0; i + 1 < keys.size(); ++i) {
+        if (getIndexedValue(*container, keys[i]).isNot())
+            setIndexedValue(*container, keys[i], makeContainerFor(keys[i + 1]), true);
+        container = getIndexedValueMutable(*container, keys[i], true);
+    }
+    setIndexedValue(*container, keys.back(), value, true);
+}
+
+}  // namespace kelmora

@@ -1,0 +1,175 @@
+#include <stdexcept>
+
+#include "script/line_parser.h"
+#include "script/statements.h"
+
+namespace kelmora {
+
+// Runs prepared lines where they stand: a nested block is the same lines from another index.
+class BlockExecutor {
+public:
+    BlockExecutor(VesperScript& script, const std::vector<ParsedScriptLine>& lines, std::uint32_t& index,
+                  BlockSignal& signal)
+        : script_(script),
+          lines_(lines),
+          index_(index),
+          signal_(signal),
+          scope_(script.scopes_, true),
+          level_(script.scopes_, script.scopes_.nativeLevel() + (index != 0 ? 1 : 0)) {}
+
+    Variable run() {
+        script_.stack_.check();
+        while (index_ < lines_.size()) {
+            script_.rethrowPendingCoroutineException();
+            if (script_.shouldAbortForSoftRaisedError()) return {};
+            const ParsedScriptLine& line = lines_[index_];
+            if (line.kind == ParsedLineKind::Empty) {
+                ++index_;
+                continue;
+            }
+            if (endsBlock(line.kind)) break;
+            script_.context_.setLine(line);
+            statement(line);
+            script_.serviceCoroutines();
+            if (signal_.isNormal() && script_.labels_.jumpPending()) signal_.kind = BlockSignal::Kind::Jump;
+            if (!signal_.isNormal()) return std::move(signal_.value);
+        }
+        return std::move(result_);
+    }
+
+private:
+    static bool endsBlock(ParsedLineKind kind) {
+        return kind == ParsedLineKind::ElseIf || kind == ParsedLineKind::Else || kind == ParsedLineKind::End ||
+               kind == ParsedLineKind::Until;
+    }
+
+    void statement(const ParsedScriptLine& line) {
+        switch (line.kind) {
+            case ParsedLineKind::If: runIf(line); break;
+            case ParsedLineKind::While: runWhile(line); break;
+            case ParsedLineKind::Repeat: runRepeat(line); break;
+            case ParsedLineKind::For: runFor(line); break;
+            case ParsedLineKind::Nest: runNest(line); break;
+            case ParsedLineKind::Return:
+                signal_.value = script_.evaluateReturn(line);
+                signal_.kind = BlockSignal::Kind::Return;
+                break;
+            case ParsedLineKind::Break: signal_.kind = BlockSignal::Kind::Break; break;
+            case ParsedLineKind::Function:
+            case ParsedLineKind::DecayFunction:
+            case ParsedLineKind::NativeFunction:
+            case ParsedLineKind::LocalFunction: declareFunction(line); break;
+            default:
+                if (!script_.executeAssignment(line, result_)) result_ = script_.executeExpressionStatement(line);
+                ++index_;
+                break;
+        }
+    }
+
+    static std::uint32_t requireEnd(const ParsedScriptLine& line, const char* message) {
+        if (line.endIndex == noLine) throw std::runtime_error(message);
+        return line.endIndex;
+    }
+
+    // Runs the block that starts at `first`; gives the index of the line that ended it.
+    std::uint32_t runNested(std::uint32_t first) {
+        std::uint32_t index = first;
+        Variable value = BlockExecutor(script_, lines_, index, signal_).run();
+        if (signal_.kind == BlockSignal::Kind::Return) signal_.value = std::move(value);
+        return index;
+    }
+    // The body of a loop; false ends the loop.
+    bool runBody(std::uint32_t first) {
+        runNested(first);
+        return !signal_.endsLoop() && !script_.shouldAbortForSoftRaisedError();
+    }
+
+    void runIf(const ParsedScriptLine& opener) {
+        const std::uint32_t end = requireEnd(opener, "Missing 'end' for if block");
+        for (std::uint32_t branch = index_; branch != noLine; branch = lines_[branch].nextBranchIndex) {
+            const ParsedScriptLine& line = lines_[branch];
+            script_.context_.setLine(line);
+            const bool taken = line.kind == ParsedLineKind::Else || script_.evaluateCondition(line, "if");
+            if (script_.shouldAbortForSoftRaisedError()) break;
+            if (!taken) continue;
+            runNested(branch + 1);
+            break;
+        }
+        index_ = end + 1;
+    }
+    void runWhile(const ParsedScriptLine& opener) {
+        const std::uint32_t end = requireEnd(opener, "Missing 'end' for while block");
+        for (;;) {
+            script_.context_.setLine(opener);
+            if (!script_.evaluateCondition(opener, "while") || !runBody(index_ + 1)) break;
+        }
+        index_ = end + 1;
+    }
+    void runRepeat(const ParsedScriptLine& opener) {
+        const std::uint32_t until = requireEnd(opener, "Missing 'until' for repeat block");
+        const ParsedScriptLine& condition = lines_[until];
+        for (;;) {
+            const std::uint32_t ended = runNested(index_ + 1);
+            if (signal_.endsLoop() || script_.shouldAbortForSoftRaisedError()) break;
+            if (ended != until) throw std::runtime_error("repeat block did not terminate at matching until");
+            script_.context_.setLine(condition);
+            if (condition.tokens.size() < 2) script_.context_.throwError("Missing until condition", "until");
+            if (script_.evaluateCondition(condition, "until") || script_.shouldAbortForSoftRaisedError()) break;
+        }
+        index_ = until + 1;
+    }
+    void runFor(const ParsedScriptLine& opener) {
+        const std::uint32_t end = requireEnd(opener, "Missing 'end' for for block");
+        const auto body = [this] { return runBody(index_ + 1); };
+        if (opener.forHeader->isNumeric) {
+            script_.runNumericFor(opener, body);
+        } else {
+            script_.walkGenericFor(opener, body);
+        }
+        index_ = end + 1;
+    }
+    void runNest(const ParsedScriptLine& opener) {
+        const std::uint32_t end = requireEnd(opener, "Missing 'end' for nest block");
+        runNested(index_ + 1);
+        index_ = end + 1;
+    }
+    void declareFunction(const ParsedScriptLine& opener) {
+        script_.throwHeaderFault(opener, opener.functionHeader->fault);
+        const std::uint32_t end = requireEnd(opener, "Missing 'end' for function block");
+        const Variable function = script_.makeDeclaredCallable(opener);
+        ScriptCallable& callable = function.function();
+        callable.sourceDirectory = script_.context_.directory();
+        callable.sourcePath = script_.context_.path();
+        callable.body.assign(lines_.begin() + index_ + 1, lines_.begin() + end);
+        prepareParsedLines(callable.body);
+        script_.bindFunction(opener, function);
+        index_ = end + 1;
+    }
+
+    VesperScript& script_;
+    const std::vector<ParsedScriptLine>& lines_;
+    std::uint32_t& index_;
+    BlockSignal& signal_;
+    LocalScopeGuard scope_;
+    NativeLevelGuard level_;
+    Variable result_;
+};
+
+Variable VesperScript::executeParsedBlock(const std::vector<ParsedScriptLine>& lines, std::uint32_t& index,
+                                          BlockSignal& signal) {
+    return BlockExecutor(*this, lines, index, signal).run();
+}
+
+Variable VesperScript::executeBlock(const std::string& source) {
+    if (callDepth_ == 0) stack_.markBase();
+    const SourceLineGuard line(context_);
+    const std::vector<ParsedScriptLine> lines = parseLines(source, context_);
+    std::uint32_t index = 0;
+    BlockSignal signal;
+    Variable result = executeParsedBlock(lines, index, signal);
+    rethrowPendingCoroutineException();
+    if (signal.kind == BlockSignal::Kind::Break) throw std::runtime_error("break used outside a loop");
+    return result;
+}
+
+}  // namespace kelmora

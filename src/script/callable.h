@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "script/builtin_ids.h"
+#include "script/names.h"
+#include "script/parsed_line.h"
+#include "script/variable.h"
+
+namespace kelmora {
+
+class VesperScript;
+struct BytecodeProgram;
+
+using NativeFunction = std::function<Variable(const std::vector<Variable>&)>;
+// A function of the built-in library: called with its arguments in place, without building a vector.
+using LibraryFunction = Variable (*)(VesperScript&, std::span<const Variable>);
+
+// One function value.
+struct ScriptCallable : RefCounted {
+    bool isNative = false;
+    bool isDecay = false;
+    bool isVariadic = false;
+    // A whole loaded script: it takes no arguments and adopts the native scope level of its first run.
+    bool isLoadedChunk = false;
+    bool hasRun = false;
+    BuiltinId builtinId = BuiltinId::None;
+    std::uint32_t nativeScopeIndex = 0;
+
+    LibraryFunction library = nullptr;
+    NativeFunction native;
+    std::string name;
+
+    std::vector<NameId> parameters;
+    // Either a chunk of a compiled program or lines of its own for the direct executor.
+    std::shared_ptr<const BytecodeProgram> program;
+    std::uint32_t chunkIndex = 0;
+    std::vector<ParsedScriptLine> body;
+    std::string sourceDirectory;
+    std::string sourcePath;
+
+    // Made when labels of this function are registered; they die with it.
+    std::shared_ptr<const bool> labelLife;
+};
+
+}  // namespace kelmora

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "script/parsed_line.h"
+#include "script/scopes.h"
+#include "script/soft_error.h"
+#include "script/variable.h"
+
+namespace kelmora {
+
+class VesperScript;
+struct TableKeyList;
+
+// Unwinds the turn of a coroutine that started another one. Never leaves the turn.
+struct CoroutineTerminated {};
+
+// One open block of a coroutine.
+struct CoroutineFrame {
+    enum class Kind : std::uint8_t { Block = 0, While = 1, Repeat = 2, NumericFor = 3, GenericFor = 4 };
+
+    Kind kind = Kind::Block;
+    std::uint32_t current = 0;   // next line
+    std::uint32_t end = 0;       // the frame is over when `current` gets here
+    std::uint32_t loopLine = 0;  // line with the loop's condition or clause
+    bool started = false;        // the first round has begun
+    std::int32_t value = 0;      // numeric for
+    std::int32_t limit = 0;
+    std::int32_t step = 1;
+    Variable container;  // generic for
+    bool withKeys = false;
+    std::shared_ptr<const TableKeyList> keys;  // of a table walked by pairs
+    std::size_t position = 0;
+};
+
+struct CoroutineState {
+    Variable callable;
+    const std::vector<ParsedScriptLine>* lines = nullptr;  // kept alive by the callable
+    std::vector<CoroutineFrame> frames;
+    Scopes::Frames scopes;
+    SoftError softError;
+    std::vector<std::vector<Variable>> varargs;
+};
+
+// The one slot for a coroutine that advances beside the main script, a line at a time.
+class Coroutines {
+public:
+    // Schedules the decay function in place of calling it. In a turn this ends the running coroutine.
+    void start(const Variable& callable, std::span<const Variable> arguments, VesperScript& script);
+    void kill();
+
+    bool wantsTurn() const { return scheduled_ && !inTurn_ && !pendingException_; }
+    void rethrowPending() {
+        if (pendingException_) std::rethrow_exception(std::exchange(pendingException_, nullptr));
+    }
+
+private:
+    friend class VesperScript;
+
+    std::shared_ptr<CoroutineState> scheduled_;
+    std::shared_ptr<CoroutineState> next_;
+    std::exception_ptr pendingException_;
+    bool inTurn_ = false;
+    bool terminateRequested_ = false;
+};
+
+}  // namespace kelmora

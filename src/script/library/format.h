@@ -1,0 +1,10 @@
+#pragma once
+
+#include "script/library/library.h"
+
+namespace kelmora {
+
+// string.format: the first argument is the format text.
+std::string formatText(Arguments arguments);
+
+}  // namespace kelmora

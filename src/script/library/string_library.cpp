@@ -1,0 +1,270 @@
+#include <algorithm>
+
+#include "script/library/format.h"
+#include "script/library/library.h"
+#include "script/library/pattern.h"
+#include "script/numbers.h"
+#include "script/table_object.h"
+
+namespace kelmora {
+namespace {
+
+constexpr std::size_t maximumResult = std::size_t{1} << 28;
+
+bool isNumber(const Variable& value) { return value.isInt() || value.isFloat(); }
+
+Variable length(VesperScript&, Arguments arguments) {
+    require(arguments.size() == 1, "string['len'](s) requires exactly 1 argument");
+    require(arguments[0].isString(), "string['len'](s) expects a string");
+    return Variable::integer(static_cast<std::int32_t>(arguments[0].text().size()));
+}
+
+template <typename Change>
+Variable changeCase(const std::string& text, Change change) {
+    std::string changed = text;
+    std::transform(changed.begin(), changed.end(), changed.begin(), change);
+    return Variable::text(std::move(changed));
+}
+
+Variable upper(VesperScript&, Arguments arguments) {
+    require(arguments.size() == 1 && arguments[0].isString(),
+            "string['upper'](s) requires exactly 1 string argument");
+    return changeCase(arguments[0].text(),
+                      [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+}
+
+Variable lower(VesperScript&, Arguments arguments) {
+    require(arguments.size() == 1 && arguments[0].isString(),
+            "string['lower'](s) requires exactly 1 string argument");
+    return changeCase(arguments[0].text(),
+                      [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+}
+
+// Start and past-the-end offset of the bytes i to j, counted from 1 or from the end, held to the string.
+struct ByteRange {
+    std::size_t first = 0;
+    std::size_t last = 0;
+};
+ByteRange byteRange(const std::string& text, std::int64_t i, std::int64_t j) {
+    const auto size = static_cast<std::int64_t>(text.size());
+    if (i < 0) i += size + 1;
+    if (j < 0) j += size + 1;
+    i = std::max<std::int64_t>(i, 1);
+    j = std::min(j, size);
+    if (i > j) return {};
+    return {static_cast<std::size_t>(i - 1), static_cast<std::size_t>(j)};
+}
+
+Variable sub(VesperScript&, Arguments arguments) {
+    require((arguments.size() == 2 || arguments.size() == 3) && arguments[0].isString() && isNumber(arguments[1]) &&
+                (arguments.size() == 2 || isNumber(arguments[2])),
+            "string['sub'](s, i[, j]) requires a string and 1-2 numeric indices");
+    const std::string& text = arguments[0].text();
+    const ByteRange range = byteRange(text, toInt(arguments[1]), arguments.size() == 3 ? toInt(arguments[2]) : -1);
+    if (range.last - range.first == 1) return Variable::character(text[range.first]);
+    return Variable::text(text.substr(range.first, range.last - range.first));
+}
+
+Variable byte(VesperScript&, Arguments arguments) {
+    require(!arguments.empty() && arguments.size() <= 3 && arguments[0].isString(),
+            "string['byte'](s[, i[, j]]) requires a string");
+    const std::string& text = arguments[0].text();
+    const std::int32_t first = arguments.size() > 1 ? toInt(arguments[1]) : 1;
+    const ByteRange range = byteRange(text, first, arguments.size() > 2 ? toInt(arguments[2]) : first);
+    std::vector<Variable> bytes;
+    for (std::size_t i = range.first; i < range.last; ++i)
+        bytes.push_back(Variable::integer(static_cast<unsigned char>(text[i])));
+    return packResults(std::move(bytes));
+}
+
+Variable charFunction(VesperScript&, Arguments arguments) {
+    std::string text;
+    for (const Variable& code : arguments) text += static_cast<char>(toInt(code));
+    return Variable::text(std::move(text));
+}
+
+Variable rep(VesperScript&, Arguments arguments) {
+    require((arguments.size() == 2 || arguments.size() == 3) && arguments[0].isString() && isNumber(arguments[1]) &&
+                (arguments.size() == 2 || arguments[2].isString()),
+            "string['rep'](s, n[, sep]) requires a string, count, and optional separator");
+    const std::string& unit = arguments[0].text();
+    const std::string separator = arguments.size() == 3 ? arguments[2].text() : std::string();
+    const std::int32_t count = toInt(arguments[1]);
+    if (count <= 0) return Variable::text("");
+    if (std::uint64_t{unit.size() + separator.size()} * static_cast<std::uint64_t>(count) > maximumResult)
+        throw std::runtime_error("string['rep'](s, n[, sep]): the result is too large");
+    std::string text;
+    text.reserve((unit.size() + separator.size()) * static_cast<std::size_t>(count));
+    for (std::int32_t i = 0; i < count; ++i) {
+        if (i > 0) text += separator;
+        text += unit;
+    }
+    return Variable::text(std::move(text));
+}
+
+Variable captureValue(const std::string& subject, const regex::Capture& capture) {
+    if (!capture.tookPart) return {};
+    return Variable::text(std::string(capture.in(subject)));
+}
+
+// The captures of a match, or the whole match when the pattern has none.
+std::vector<Variable> matchValues(const std::string& subject, const regex::Captures& captures) {
+    std::vector<Variable> values;
+    for (std::size_t i = captures.size() > 1 ? 1 : 0; i < captures.size(); ++i)
+        values.push_back(captureValue(subject, captures[i]));
+    return values;
+}
+
+// Where a search starts: an init of 1 or less is the beginning. False when it lies behind the end.
+bool searchStart(Arguments arguments, std::size_t& start) {
+    const std::int64_t init = arguments.size() > 2 && !arguments[2].isNot() ? toInt(arguments[2]) : 1;
+    start = init <= 1 ? 0 : static_cast<std::size_t>(init - 1);
+    return start <= arguments[0].text().size();
+}
+
+bool searchFrom(const std::string& subject, const std::string& pattern, std::size_t start,
+                regex::Captures& captures) {
+    return getCachedGsubPattern(pattern).search(subject, start, captures, patternScratch(),
+                                                regex::MatchFlags::ignorePrevious);
+}
+
+Variable positions(std::size_t first, std::size_t last, std::vector<Variable> rest = {}) {
+    std::vector<Variable> values{Variable::integer(static_cast<std::int32_t>(first + 1)),
+                                 Variable::integer(static_cast<std::int32_t>(last))};
+    values.insert(values.end(), rest.begin(), rest.end());
+    return Variable::makeMulti(std::move(values));
+}
+
+Variable find(VesperScript&, Arguments arguments) {
+    require(arguments.size() >= 2 && arguments.size() <= 4 && arguments[0].isString() && arguments[1].isString(),
+            "string['find'](s, pattern[, init[, plain]]) requires a string and a pattern");
+    const std::string& subject = arguments[0].text();
+    const std::string& pattern = arguments[1].text();
+    std::size_t start = 0;
+    if (!searchStart(arguments, start)) return {};
+    if (arguments.size() == 4 && isTruthy(arguments[3])) {
+        const std::size_t at = subject.find(pattern, start);
+        return at == std::string::npos ? Variable() : positions(at, at + pattern.size());
+    }
+    regex::Captures captures;
+    if (!searchFrom(subject, pattern, start, captures)) return {};
+    std::vector<Variable> rest;
+    for (std::size_t i = 1; i < captures.size(); ++i) rest.push_back(captureValue(subject, captures[i]));
+    return positions(captures[0].begin, captures[0].end, std::move(rest));
+}
+
+Variable match(VesperScript&, Arguments arguments) {
+    require((arguments.size() == 2 || arguments.size() == 3) && arguments[0].isString() && arguments[1].isString(),
+            "string['match'](s, pattern[, init]) requires a string and a pattern");
+    std::size_t start = 0;
+    regex::Captures captures;
+    if (!searchStart(arguments, start)) return {};
+    if (!searchFrom(arguments[0].text(), arguments[1].text(), start, captures)) return {};
+    return packResults(matchValues(arguments[0].text(), captures));
+}
+
+Variable gmatch(VesperScript&, Arguments arguments) {
+    require(arguments.size() == 2 && arguments[0].isString() && arguments[1].isString(),
+            "string['gmatch'](s, pattern) requires a string and a pattern");
+    const std::string& subject = arguments[0].text();
+    regex::MatchIterator matches(getCachedGsubPattern(arguments[1].text()), subject, patternScratch());
+    std::vector<Variable> found;
+    while (matches.next()) {
+        std::vector<Variable> values = matchValues(subject, matches.captures());
+        found.push_back(values.size() == 1 ? std::move(values[0]) : Variable::array(std::move(values)));
+    }
+    return Variable::array(std::move(found));
+}
+
+// Inserts a replacement text, whose backslash forms stand for parts of the match.
+void appendReplacement(std::string& out, const std::string& replacement, const std::string& subject,
+                       const regex::Captures& captures) {
+    const regex::Capture& whole = captures[0];
+    const auto lastTakingPart = [&]() -> const regex::Capture* {
+        for (std::size_t i = captures.size(); i-- > 1;)
+            if (captures[i].tookPart) return &captures[i];
+        return nullptr;
+    };
+    for (std::size_t i = 0; i < replacement.size(); ++i) {
+        const char c = replacement[i];
+        if (c != '\\' || i + 1 == replacement.size()) {
+            out += c;
+            continue;
+        }
+        const char form = replacement[++i];
+        if (form == '0' || form == '&') {
+            out += whole.in(subject);
+        } else if (form >= '1' && form <= '9') {
+            const auto group = static_cast<std::size_t>(form - '0');
+            if (group < captures.size() && captures[group].tookPart) out += captures[group].in(subject);
+        } else if (form == '\'') {
+            out.append(subject, whole.end);
+        } else if (form == '`') {
+            out.append(subject, 0, whole.begin);
+        } else if (form == '+') {
+            if (const regex::Capture* last = lastTakingPart()) out += last->in(subject);
+        } else {
+            out += c;
+            out += form;
+        }
+    }
+}
+
+void appendTableReplacement(std::string& out, const TableObject& table, std::string_view matched) {
+    const Variable* value = table.find(matched);
+    if (!value) throw std::runtime_error("gsub replacement table missing key: " + std::string(matched));
+    out += value->toString();
+}
+
+// A table of replacements may be written as a list, which is an array.
+Variable asReplacementTable(const Variable& replacement) {
+    Variable table = replacement;
+    promoteArrayVariableToTable(table);
+    return table;
+}
+
+Variable formatFunction(VesperScript&, Arguments arguments) {
+    require(!arguments.empty() && arguments[0].isString(),
+            "string['format'](format, ...) requires a format string");
+    return Variable::text(formatText(arguments));
+}
+
+constexpr LibraryEntry entries[] = {
+    {"gsub", gsubFunction}, {"len", length},    {"upper", upper},   {"lower", lower},
+    {"sub", sub},           {"find", find},     {"match", match},   {"gmatch", gmatch},
+    {"byte", byte},         {"char", charFunction}, {"format", formatFunction}, {"rep", rep},
+};
+
+}  // namespace
+
+Variable gsubFunction(VesperScript&, Arguments arguments) {
+    require(arguments.size() == 3, "gsub(string, pattern, replacement) requires exactly 3 arguments");
+    require(arguments[0].isString(), "gsub(string, pattern, replacement): first argument must be a string");
+    require(arguments[1].isString(), "gsub(string, pattern, replacement): second argument must be a string pattern");
+    require(arguments[2].isString() || arguments[2].isTable() || arguments[2].isArray(),
+            "gsub(string, pattern, replacement): replacement must be a string or table");
+    const std::string& subject = arguments[0].text();
+    const Variable replacement = asReplacementTable(arguments[2]);
+    regex::MatchIterator matches(getCachedGsubPattern(arguments[1].text()), subject, patternScratch());
+    std::string out;
+    std::size_t copied = 0;
+    while (matches.next()) {
+        const regex::Capture& whole = matches.match();
+        out.append(subject, copied, whole.begin - copied);
+        if (replacement.isTable()) {
+            appendTableReplacement(out, replacement.table(), whole.in(subject));
+        } else {
+            appendReplacement(out, replacement.text(), subject, matches.captures());
+        }
+        copied = whole.end;
+        if (out.size() > maximumResult)
+            throw std::runtime_error("gsub(string, pattern, replacement): the result is too large");
+    }
+    if (copied == 0 && out.empty()) return arguments[0];
+    out.append(subject, copied);
+    return Variable::text(std::move(out));
+}
+
+std::span<const LibraryEntry> stringLibrary() { return entries; }
+
+}  // namespace kelmora

@@ -1,0 +1,154 @@
+#include "script/statements.h"
+
+#include <stdexcept>
+
+#include "script/expression_walk.h"
+#include "script/line_parser.h"
+#include "script/numbers.h"
+
+namespace kelmora {
+
+Variable VesperScript::evaluateExpression(const ParsedScriptLine& line, std::uint32_t& index) {
+    return ExpressionWalk(*this, line, index).evaluate();
+}
+
+Variable VesperScript::evaluateRange(const ParsedScriptLine& line, TokenRange range, std::string_view leftover) {
+    std::uint32_t index = range.first;
+    Variable value = evaluateExpression(line, index);
+    if (index != range.last && !shouldAbortForSoftRaisedError())
+        context_.throwError(std::string(leftover), index < line.tokens.size() ? line.tokens[index] : "EOF");
+    return value;
+}
+
+bool VesperScript::evaluateCondition(const ParsedScriptLine& line, std::string_view statement) {
+    const auto end = static_cast<std::uint32_t>(line.tokens.size());
+    std::uint32_t index = 1;
+    const Variable value = evaluateExpression(line, index);
+    if (shouldAbortForSoftRaisedError()) return false;
+    if (index != end)
+        context_.throwError("Unexpected token after " + std::string(statement) + " condition", line.tokens[index]);
+    return isTruthy(value);
+}
+
+Variable VesperScript::executeExpressionStatement(const ParsedScriptLine& line) {
+    const auto end = static_cast<std::uint32_t>(line.tokens.size());
+    return evaluateRange(line, {0, end}, "Unexpected trailing token");
+}
+
+Variable VesperScript::evaluateReturn(const ParsedScriptLine& line) {
+    constexpr std::string_view leftover = "Unexpected token after return value";
+    const std::vector<TokenRange>& ranges = line.returnRanges;
+    if (ranges.empty()) return {};
+    if (ranges.size() == 1) return evaluateRange(line, ranges[0], leftover);
+    std::vector<Variable> values;
+    values.reserve(ranges.size());
+    for (const TokenRange range : ranges) {
+        values.push_back(evaluateRange(line, range, leftover));
+        if (shouldAbortForSoftRaisedError()) return {};
+    }
+    return Variable::makeMulti(std::move(values));
+}
+
+void VesperScript::throwHeaderFault(const ParsedScriptLine& line, const HeaderFault& fault) {
+    if (fault.message.empty()) return;
+    context_.throwError(std::string(fault.message),
+                        fault.token < line.tokens.size() ? std::string_view(line.tokens[fault.token]) : "EOF");
+}
+
+VesperScript::ForBounds VesperScript::evaluateForBounds(const ParsedScriptLine& line) {
+    constexpr std::string_view trailing = "Unexpected token after for clause";
+    const std::vector<TokenRange>& clauses = line.forHeader->bounds;
+    ForBounds bounds{0, 0, 1};
+    const Variable start = evaluateRange(line, clauses[0], "Expected ',' after for start value");
+    if (shouldAbortForSoftRaisedError()) return bounds;
+    if (clauses.size() < 2) context_.throwError("Expected ',' after for start value", "EOF");
+    const Variable stop = evaluateRange(line, clauses[1], trailing);
+    if (shouldAbortForSoftRaisedError()) return bounds;
+    Variable step = Variable::integer(1);
+    if (clauses.size() > 2) step = evaluateRange(line, clauses[2], trailing);
+    if (shouldAbortForSoftRaisedError()) return bounds;
+    if (clauses.size() > 3) context_.throwError(std::string(trailing), ",");
+    bounds.start = toInt(start);
+    bounds.stop = toInt(stop);
+    bounds.step = toInt(step);
+    return bounds;
+}
+
+bool VesperScript::isBuiltinWalk(const ParsedScriptLine& line) const {
+    const ParsedFor& header = *line.forHeader;
+    if (header.builtin == BuiltinId::None) return false;
+    const Variable* function = scopes_.find(line.analysis[header.iteratorIndex].name);
+    return function && function->isFunction() && function->function().builtinId == header.builtin;
+}
+
+void VesperScript::bindPair(const ParsedFor& header, Variable key, Variable value) {
+    if (header.names.size() == 1) {
+        scopes_.callEntry(0) = Variable::array({std::move(key), std::move(value)});
+        return;
+    }
+    scopes_.callEntry(0) = std::move(key);
+    scopes_.callEntry(1) = std::move(value);
+    for (std::size_t i = 2; i < header.names.size(); ++i) scopes_.callEntry(i) = Variable();
+}
+
+void VesperScript::bindElement(const ParsedFor& header, const Variable& element) {
+    const Variable kept = element;
+    const bool spreads = header.names.size() > 1 && kept.isArray();
+    for (std::size_t i = 0; i < header.names.size(); ++i) {
+        if (spreads) {
+            const std::vector<Variable>& items = kept.items();
+            scopes_.callEntry(i) = i < items.size() ? items[i] : Variable();
+        } else {
+            scopes_.callEntry(i) = i == 0 ? kept : Variable();
+        }
+    }
+}
+
+Variable VesperScript::makeDeclaredCallable(const ParsedScriptLine& line) const {
+    Variable function = Variable::function(new ScriptCallable);
+    ScriptCallable& callable = function.function();
+    callable.isDecay = line.kind == ParsedLineKind::DecayFunction;
+    callable.isVariadic = line.functionHeader->isVariadic;
+    callable.parameters = line.functionHeader->parameters;
+    callable.nativeScopeIndex = scopes_.nativeLevel();
+    return function;
+}
+
+void VesperScript::fillDeclaredBody(ScriptCallable& callable, const ScriptCallable& owner,
+                                    const std::vector<ParsedScriptLine>& lines, std::uint32_t line) {
+    callable.sourceDirectory = owner.sourceDirectory;
+    callable.sourcePath = owner.sourcePath;
+    if (!owner.program) {
+        callable.body.assign(lines.begin() + line + 1, lines.begin() + lines[line].endIndex);
+        prepareParsedLines(callable.body);
+        return;
+    }
+    for (const FunctionDeclaration& declaration : owner.program->functionDeclarations) {
+        if (declaration.line != line) continue;
+        callable.program = owner.program;
+        callable.chunkIndex = declaration.bodyChunk;
+    }
+    if (!callable.program) throw std::runtime_error("Bytecode function-declaration index out of range");
+}
+
+void VesperScript::bindFunction(const ParsedScriptLine& line, const Variable& function) {
+    const ParsedFunctionHeader& header = *line.functionHeader;
+    const TokenAnalysis& name = line.analysis[header.nameToken];
+    ScopeTarget target = ScopeTarget::Default;
+    if (line.kind == ParsedLineKind::NativeFunction) target = ScopeTarget::Native;
+    if (line.kind == ParsedLineKind::LocalFunction) target = ScopeTarget::Local;
+    if (header.keyRanges.empty()) {
+        storePlain(name, target, function);
+        return;
+    }
+    std::vector<Variable> keys;
+    for (const TokenRange range : header.keyRanges) {
+        keys.push_back(evaluateRange(line, range, "Expected closing bracket in function target"));
+        if (shouldAbortForSoftRaisedError()) return;
+    }
+    const Variable* existing = resolveTarget(name, target);
+    if (!existing || existing->isNot()) storePlain(name, target, Variable::makeTable());
+    storeKeyed(name, target, keys, function);
+}
+
+}  // namespace kelmora

@@ -1,0 +1,210 @@
+#pragma once
+
+#include <cassert>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "script/ref.h"
+#include "script/string_object.h"
+
+namespace kelmora {
+
+class TableObject;
+struct ScriptCallable;
+
+enum class VarType : std::uint8_t {
+    Not = 0,
+    Int = 1,
+    Float = 2,
+    String = 3,
+    Raw = 4,
+    Bool = 5,
+    Pointer = 6,
+    Array = 7,
+    Multi = 8,
+    Table = 9,
+    Function = 10,
+};
+
+// "not", "int", "float" and so on; "unknown" for a number outside the list.
+std::string_view typeName(VarType type);
+
+struct RawObject;
+struct ArrayObject;
+struct MultiResult;
+
+// The script value. Int, Float, Bool and Pointer are held in place; the others are counted references.
+// Strings and raw buffers behave as values: whoever changes one takes a copy first when it is shared.
+// Arrays, tables, functions and multi values are shared by all copies of the Variable.
+class Variable {
+public:
+    Variable() noexcept : type_(VarType::Not) { payload_.integer = 0; }
+    Variable(const Variable& other) noexcept : payload_(other.payload_), type_(other.type_) {
+        if (isCounted()) payload_.object->retain();
+    }
+    Variable(Variable&& other) noexcept : payload_(other.payload_), type_(other.type_) {
+        other.type_ = VarType::Not;
+    }
+    Variable& operator=(const Variable& other) noexcept {
+        Variable copy(other);
+        swap(copy);
+        return *this;
+    }
+    Variable& operator=(Variable&& other) noexcept {
+        swap(other);
+        return *this;
+    }
+    ~Variable() {
+        if (isCounted() && payload_.object->release()) destroyObject(type_, payload_.object);
+    }
+
+    static Variable integer(std::int32_t value) noexcept {
+        Variable v(VarType::Int);
+        v.payload_.integer = value;
+        return v;
+    }
+    static Variable number(float value) noexcept {
+        Variable v(VarType::Float);
+        v.payload_.number = value;
+        return v;
+    }
+    static Variable boolean(bool value) noexcept {
+        Variable v(VarType::Bool);
+        v.payload_.boolean = value;
+        return v;
+    }
+    static Variable pointer(void* value) noexcept {
+        Variable v(VarType::Pointer);
+        v.payload_.pointer = value;
+        return v;
+    }
+    static Variable text(std::string value) { return string(new StringObject(std::move(value))); }
+    static Variable string(StringObject* object) noexcept { return counted(VarType::String, object); }
+    // One-byte strings come from a fixed set, so that walking a string does not allocate.
+    static Variable character(char byte);
+    static Variable raw(std::vector<char> bytes);
+    static Variable array(std::vector<Variable> items);
+    static Variable table(TableObject* object) noexcept;
+    static Variable function(ScriptCallable* callable) noexcept;
+
+    static Variable makeArray();
+    static Variable makeTable();
+    static Variable makeMulti(std::vector<Variable> values);
+
+    VarType type() const { return type_; }
+    bool isNot() const { return type_ == VarType::Not; }
+    bool isInt() const { return type_ == VarType::Int; }
+    bool isFloat() const { return type_ == VarType::Float; }
+    bool isBool() const { return type_ == VarType::Bool; }
+    bool isNumeric() const { return isInt() || isFloat() || isBool(); }
+    bool isString() const { return type_ == VarType::String; }
+    bool isRaw() const { return type_ == VarType::Raw; }
+    bool isPointer() const { return type_ == VarType::Pointer; }
+    bool isArray() const { return type_ == VarType::Array; }
+    bool isMulti() const { return type_ == VarType::Multi; }
+    bool isTable() const { return type_ == VarType::Table; }
+    bool isFunction() const { return type_ == VarType::Function; }
+
+    std::int32_t intValue() const {
+        assert(isInt());
+        return payload_.integer;
+    }
+    float floatValue() const {
+        assert(isFloat());
+        return payload_.number;
+    }
+    bool boolValue() const {
+        assert(isBool());
+        return payload_.boolean;
+    }
+    void* pointerValue() const {
+        assert(isPointer());
+        return payload_.pointer;
+    }
+    StringObject& stringObject() const {
+        assert(isString());
+        return static_cast<StringObject&>(*payload_.object);
+    }
+    const std::string& text() const { return stringObject().text(); }
+    // The bytes of this String alone: a shared string is copied first.
+    std::string& editableText();
+    const std::vector<char>& rawBytes() const;
+    std::vector<Variable>& items() const;   // of an Array
+    std::vector<Variable>& values() const;  // of a Multi
+    TableObject& table() const;
+    ScriptCallable& function() const;
+
+    // Address of the shared object behind a reference, for comparison by identity.
+    const void* identity() const { return payload_.object; }
+
+    // The value's text. Raises for a container that holds itself and for absurdly large results.
+    std::string toString() const;
+
+    void swap(Variable& other) noexcept {
+        std::swap(payload_, other.payload_);
+        std::swap(type_, other.type_);
+    }
+
+private:
+    union Payload {
+        std::int32_t integer;
+        float number;
+        bool boolean;
+        void* pointer;
+        RefCounted* object;
+    };
+
+    explicit Variable(VarType type) noexcept : type_(type) { payload_.pointer = nullptr; }
+    static Variable counted(VarType type, RefCounted* object) noexcept {
+        Variable v(type);
+        v.payload_.object = object;
+        object->retain();
+        return v;
+    }
+    bool isCounted() const {
+        constexpr unsigned countedTypes = 1u << 3 | 1u << 4 | 1u << 7 | 1u << 8 | 1u << 9 | 1u << 10;
+        return (countedTypes >> static_cast<unsigned>(type_) & 1u) != 0;
+    }
+    static void destroyObject(VarType type, RefCounted* object);
+
+    Payload payload_;
+    VarType type_;
+};
+
+struct RawObject : RefCounted {
+    std::vector<char> bytes;
+};
+
+struct ArrayObject : RefCounted {
+    std::vector<Variable> items;
+};
+
+// The several results of one call, or the value of `...`.
+struct MultiResult : RefCounted {
+    std::vector<Variable> values;
+};
+
+inline const std::vector<char>& Variable::rawBytes() const {
+    assert(isRaw());
+    return static_cast<RawObject&>(*payload_.object).bytes;
+}
+inline std::vector<Variable>& Variable::items() const {
+    assert(isArray());
+    return static_cast<ArrayObject&>(*payload_.object).items;
+}
+inline std::vector<Variable>& Variable::values() const {
+    assert(isMulti());
+    return static_cast<MultiResult&>(*payload_.object).values;
+}
+
+// Turns an Array variable into a Table in place, keys counting from 1. Other references keep the array.
+void promoteArrayVariableToTable(Variable& variable);
+
+// Nil is false, a bool is itself, all else is true.
+inline bool isTruthy(const Variable& value) {
+    return value.isBool() ? value.boolValue() : !value.isNot();
+}
+
+}  // namespace kelmora

@@ -1,0 +1,182 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <random>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "script/block_signal.h"
+#include "script/bytecode_program.h"
+#include "script/callable.h"
+#include "script/coroutines.h"
+#include "script/labels.h"
+#include "script/native_stack.h"
+#include "script/parsed_header.h"
+#include "script/scopes.h"
+#include "script/script_host.h"
+#include "script/soft_error.h"
+#include "script/source_context.h"
+#include "script/variable.h"
+
+namespace kelmora {
+
+// The interpreter. One object is one world of script: its globals, functions and running code.
+// Used from one thread. Failures of script are std::runtime_error or RaisedScriptError.
+class VesperScript {
+public:
+    explicit VesperScript(ScriptHost& host);
+    ~VesperScript();
+    VesperScript(const VesperScript&) = delete;
+    VesperScript& operator=(const VesperScript&) = delete;
+
+    // --- Running source and programs ---
+    Variable runScript(const std::string& source);
+    Variable runBytecode(const BytecodeProgram& program);
+    Variable runBytecodeProgram(const std::shared_ptr<const BytecodeProgram>& program);
+    // Runs a text by the direct executor, without compiling it.
+    Variable executeBlock(const std::string& source);
+
+    BytecodeProgram compileToBytecode(const std::string& source);
+    BytecodeProgram compileToBytecode(const std::string& source, const std::string& sourcePath);
+    static std::vector<unsigned char> serialiseBytecode(const BytecodeProgram& program);
+    static BytecodeProgram deserialiseBytecode(std::span<const unsigned char> bytes, const std::string& sourceName);
+    static void saveBytecode(const BytecodeProgram& program, const std::string& path);
+    static BytecodeProgram loadBytecode(const std::string& path);
+
+    // --- Globals and functions, for the host ---
+    void pushVariable(const std::string& name, const Variable& value);
+    // A copy of what the name resolves to; raises "Variable not found: " with the name.
+    Variable pullVariable(const std::string& name) const;
+    void pushFunction(const std::string& name, NativeFunction body);
+    static Variable createNativeCallable(NativeFunction body, const std::string& name, BuiltinId id = BuiltinId::None);
+    static Variable createLibraryCallable(LibraryFunction body, const std::string& name);
+    Variable callCallable(const Variable& callee, const std::vector<Variable>& arguments);
+    void setNativeStackBudget(std::size_t bytes) { stack_.setBudget(bytes); }
+
+    // --- Paths ---
+    // Every backslash becomes a slash, and nothing else changes.
+    static std::string normalisePath(const std::string& path);
+    // Finds a path from the working directory, beside the running source, or in the Resources tree.
+    std::string resolvePath(const std::string& path) const;
+
+    // --- For the library, the walk and the executors ---
+    Variable invokeCallable(const Variable& callee, std::span<const Variable> arguments);
+    Variable pcallFunction(std::span<const Variable> arguments);
+    // A callable for a whole source. The path may be empty.
+    Variable loadChunk(const std::string& source, const std::string& sourcePath);
+    void raiseScriptErrorSoft(std::string message) { softError_.raise(std::move(message)); }
+    bool shouldAbortForSoftRaisedError() const { return softError_.aborts(callDepth_); }
+
+    Variable getIndexedValue(const Variable& container, const Variable& key);
+    // The element's place, made when it is missing and `create` is set.
+    static Variable* getIndexedValueMutable(Variable& container, const Variable& key, bool create);
+    static void setIndexedValue(Variable& container, const Variable& key, const Variable& value, bool create);
+
+    Variable evaluateExpression(const ParsedScriptLine& line, std::uint32_t& index);
+
+    ScriptHost& host() { return host_; }
+    SourceContext& context() { return context_; }
+    Scopes& scopes() { return scopes_; }
+    Labels& labels() { return labels_; }
+    Coroutines& coroutines() { return coroutines_; }
+    NativeStack& nativeStack() { return stack_; }
+    std::mt19937& generator() { return generator_; }
+    const std::vector<std::vector<Variable>>& varargs() const { return varargs_; }
+    std::int32_t elapsedMilliseconds() const;
+
+private:
+    friend class CallFrame;
+    friend class CoroutineTurn;
+    friend class BytecodeExecutor;
+
+    struct ActiveBytecodeChunk {
+        const BytecodeProgram* program;
+        std::uint32_t chunk;
+    };
+    struct ForBounds {
+        std::int32_t start;
+        std::int32_t stop;
+        std::int32_t step;
+    };
+
+    // calls.cpp
+    Variable invokeNative(const ScriptCallable& callable, std::span<const Variable> arguments);
+    Variable invokeProgram(ScriptCallable& callable, std::span<const Variable> arguments);
+    Variable invokeBody(ScriptCallable& callable, std::span<const Variable> arguments);
+    Variable finishCall(BlockSignal& signal, Variable normalValue);
+
+    // statements.cpp: what both executors and the coroutines share
+    Variable evaluateRange(const ParsedScriptLine& line, TokenRange range, std::string_view leftover);
+    bool evaluateCondition(const ParsedScriptLine& line, std::string_view statement);
+    Variable executeExpressionStatement(const ParsedScriptLine& line);
+    Variable evaluateReturn(const ParsedScriptLine& line);
+    ForBounds evaluateForBounds(const ParsedScriptLine& line);
+    void throwHeaderFault(const ParsedScriptLine& line, const HeaderFault& fault);
+    void bindFunction(const ParsedScriptLine& line, const Variable& function);
+    Variable makeDeclaredCallable(const ParsedScriptLine& line) const;
+    // Gives a function that is declared inside another one its body.
+    static void fillDeclaredBody(ScriptCallable& callable, const ScriptCallable& owner,
+                                 const std::vector<ParsedScriptLine>& lines, std::uint32_t line);
+    // Walks what a generic `for` iterates over. The callback binds nothing itself: the loop variables are
+    // set before each call. It returns false to stop.
+    template <typename Body>
+    void walkGenericFor(const ParsedScriptLine& line, Body&& body);
+    template <typename Body>
+    void walkPairs(const ParsedFor& header, const Variable& container, Body&& body);
+    template <typename Body>
+    void walkSequence(const ParsedFor& header, const Variable& sequence, bool withKeys, Body&& body);
+    template <typename Body>
+    void runNumericFor(const ParsedScriptLine& line, Body&& body);
+    void bindPair(const ParsedFor& header, Variable key, Variable value);
+    void bindElement(const ParsedFor& header, const Variable& element);
+    bool isBuiltinWalk(const ParsedScriptLine& line) const;
+
+    // assignment.cpp
+    bool executeAssignment(const ParsedScriptLine& line, Variable& result);
+    void storePlain(const TokenAnalysis& name, ScopeTarget target, Variable value);
+    Variable* resolveTarget(const TokenAnalysis& name, ScopeTarget target);
+    Variable assignPlain(const ParsedScriptLine& line, const ParsedAssignment& assignment,
+                         const ParsedAssignmentTarget& target, Variable value);
+    Variable assignKeyed(const ParsedScriptLine& line, const ParsedAssignment& assignment,
+                         const ParsedAssignmentTarget& target, Variable value);
+    void storeKeyed(const TokenAnalysis& name, ScopeTarget target, std::span<const Variable> keys, Variable value);
+
+    // block_executor.cpp
+    Variable executeParsedBlock(const std::vector<ParsedScriptLine>& lines, std::uint32_t& index, BlockSignal& signal);
+    friend class BlockExecutor;
+
+    // bytecode_executor.cpp
+    bool executeBytecodeChunkInternal(const BytecodeProgram& program, std::uint32_t chunk, BlockSignal& signal,
+                                      bool useLocalScope, std::int64_t startInstruction);
+
+    // coroutines.cpp
+    void rethrowPendingCoroutineException() { coroutines_.rethrowPending(); }
+    void serviceScheduledCoroutineTurn();
+    void serviceCoroutines() {
+        if (coroutines_.wantsTurn()) serviceScheduledCoroutineTurn();
+    }
+
+    ScriptHost& host_;
+    NativeStack stack_;
+    SourceContext context_;
+    Scopes scopes_;
+    SoftError softError_;
+    Labels labels_;
+    Coroutines coroutines_;
+    std::uint32_t callDepth_ = 0;
+    std::uint32_t programDepth_ = 0;  // running programs
+    std::uint32_t chunkDepth_ = 0;    // running loaded chunks
+    std::vector<std::vector<Variable>> varargs_;
+    std::vector<ActiveBytecodeChunk> activeChunks_;
+    // Whole programs that ran: their labels stay reachable.
+    std::vector<Variable> programCallables_;
+    std::mt19937 generator_;
+    std::chrono::steady_clock::time_point started_;
+};
+
+}  // namespace kelmora
