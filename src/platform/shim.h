@@ -27,7 +27,9 @@ int vh_lua_version_patch();
 double vh_lua_version_number();
 
 // Window. Sizes are pixels of the client area, raised to at least 1. A null title means "VesperMoon".
-// Null when there is no display; the caller ends the window with vh_destroyWindow.
+// Null when there is no display; the caller ends the window with vh_destroyWindow. KELMORA_VIDEO chooses the
+// display ("memory" or the system's, "sdl"); an unknown name, or a recorded input that cannot be read, raises
+// std::runtime_error.
 kelmora::WindowsWindow* vh_createWindow(const char* title, int width, int height);
 // Hides the window and makes it ask to be closed; the record lives on.
 void vh_closeWindow(kelmora::WindowsWindow* window);
