@@ -1,0 +1,300 @@
+#define SDL_MAIN_HANDLED
+#include <SDL.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/window_backend.h"
+
+namespace kelmora {
+namespace {
+
+// Keys that are known by what they are labelled with.
+struct KeyCodePair {
+    SDL_Keycode key;
+    int code;
+};
+constexpr KeyCodePair labelledKeys[] = {
+    {SDLK_RETURN, 13},   {SDLK_KP_ENTER, 13}, {SDLK_LEFT, 37},   {SDLK_UP, 38},
+    {SDLK_RIGHT, 39},    {SDLK_DOWN, 40},     {SDLK_MINUS, 189}, {SDLK_KP_MINUS, 109},
+    {SDLK_BACKSPACE, 8}, {SDLK_DELETE, 46},   {SDLK_SPACE, 32},
+};
+// What the number pad does while NumLock is off.
+constexpr KeyCodePair numberPadKeys[] = {
+    {SDLK_KP_4, 37}, {SDLK_KP_8, 38}, {SDLK_KP_6, 39}, {SDLK_KP_2, 40}, {SDLK_KP_PERIOD, 46},
+};
+
+template <std::size_t count>
+int lookUp(const KeyCodePair (&pairs)[count], SDL_Keycode key) {
+    for (const KeyCodePair& pair : pairs)
+        if (pair.key == key) return pair.code;
+    return 0;
+}
+
+// Digits are the keys of the top row whatever they print, letters are the letters printed (those of the
+// usual places on a keyboard without Latin letters). 0 for a key that has no meaning here.
+int virtualKeyCode(const SDL_Keysym& symbol) {
+    if (symbol.scancode >= SDL_SCANCODE_1 && symbol.scancode <= SDL_SCANCODE_9)
+        return '1' + (symbol.scancode - SDL_SCANCODE_1);
+    if (symbol.scancode == SDL_SCANCODE_0) return '0';
+    if (symbol.sym >= SDLK_a && symbol.sym <= SDLK_z) return 'A' + (symbol.sym - SDLK_a);
+    const bool otherAlphabet = symbol.sym > 127 && (symbol.sym & SDLK_SCANCODE_MASK) == 0;
+    if (otherAlphabet && symbol.scancode >= SDL_SCANCODE_A && symbol.scancode <= SDL_SCANCODE_Z)
+        return 'A' + (symbol.scancode - SDL_SCANCODE_A);
+    if ((symbol.mod & KMOD_NUM) == 0)
+        if (const int code = lookUp(numberPadKeys, symbol.sym)) return code;
+    return lookUp(labelledKeys, symbol.sym);
+}
+
+bool mouseButtonOf(Uint8 number, MouseButton& button) {
+    switch (number) {
+        case SDL_BUTTON_LEFT:
+            button = MouseButton::left;
+            return true;
+        case SDL_BUTTON_RIGHT:
+            button = MouseButton::right;
+            return true;
+        case SDL_BUTTON_MIDDLE:
+            button = MouseButton::middle;
+            return true;
+        default:
+            return false;
+    }
+}
+
+// SDL counts its users, so each window holds one of these.
+class SdlSession {
+public:
+    SdlSession() {
+        SDL_SetMainReady();
+        SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+        SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
+        SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
+        started_ = SDL_InitSubSystem(SDL_INIT_VIDEO) == 0;
+        if (!started_) return;
+        // Shared memory is the shortest way for pixels that the processor has drawn; other displays have
+        // none.
+        const char* driver = SDL_GetCurrentVideoDriver();
+        if (driver && std::string_view(driver) == "x11") SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
+        // An input method would swallow the letters that scripts read as keys.
+        SDL_StopTextInput();
+    }
+    SdlSession(const SdlSession&) = delete;
+    SdlSession& operator=(const SdlSession&) = delete;
+    ~SdlSession() {
+        if (started_) SDL_QuitSubSystem(SDL_INIT_VIDEO);
+    }
+    bool started() const { return started_; }
+
+private:
+    bool started_ = false;
+};
+
+class SdlWindow : public WindowBackend {
+public:
+    explicit SdlWindow(WindowCore& core) : core_(core) { liveWindows.push_back(this); }
+    ~SdlWindow() override {
+        std::erase(liveWindows, this);
+        if (window_) SDL_DestroyWindow(window_);
+    }
+
+    bool open();
+
+    bool pumpEvents() override;
+    void present() override;
+    void setTitle(const char* title) override { SDL_SetWindowTitle(window_, title); }
+    PixelSize setSize(int width, int height) override;
+    void hide() override { SDL_HideWindow(window_); }
+    PixelSize screenSize() const override;
+
+private:
+    // Events come for all windows at once, whichever is updated.
+    static void dispatch(const SDL_Event& event, WindowCore& updatedCore);
+    static SdlWindow* find(Uint32 id);
+
+    void handleWindowEvent(const SDL_WindowEvent& event);
+    void handleKey(const SDL_KeyboardEvent& event);
+    void handleButton(const SDL_MouseButtonEvent& event);
+    PixelSize clientSize() const;
+    PixelSize largestSize() const;
+
+    static std::vector<SdlWindow*> liveWindows;
+
+    SdlSession session_;
+    WindowCore& core_;
+    SDL_Window* window_ = nullptr;
+    bool exposed_ = false;
+    Uint32 focusTime_ = 0;
+    // The code each held key went down with; its release must match even if the layout or NumLock changed.
+    std::array<int, SDL_NUM_SCANCODES> heldCodes_{};
+};
+
+std::vector<SdlWindow*> SdlWindow::liveWindows;
+
+bool SdlWindow::open() {
+    if (!session_.started()) return false;
+    const PixelSize largest = largestSize();
+    window_ = SDL_CreateWindow(core_.title().c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
+                               std::min(core_.logicalWidth(), largest.width),
+                               std::min(core_.logicalHeight(), largest.height), SDL_WINDOW_RESIZABLE);
+    if (!window_) return false;
+    const PixelSize client = clientSize();
+    core_.setClientSize(client.width, client.height);
+    SDL_RaiseWindow(window_);
+    SDL_PumpEvents();
+    if ((SDL_GetWindowFlags(window_) & SDL_WINDOW_INPUT_FOCUS) != 0) core_.handle(WindowEvent::focusGained());
+    return true;
+}
+
+PixelSize SdlWindow::clientSize() const {
+    PixelSize size{1, 1};
+    SDL_GetWindowSize(window_, &size.width, &size.height);
+    return size;
+}
+
+PixelSize SdlWindow::screenSize() const {
+    SDL_Rect bounds{0, 0, 1, 1};
+    SDL_GetDisplayBounds(0, &bounds);
+    return {bounds.w, bounds.h};
+}
+
+// All screens side by side: what a window can usefully be stretched over.
+PixelSize SdlWindow::largestSize() const {
+    SDL_Rect all{0, 0, 1, 1};
+    for (int display = 0; display < SDL_GetNumVideoDisplays(); ++display) {
+        SDL_Rect bounds;
+        if (SDL_GetDisplayBounds(display, &bounds) == 0) SDL_UnionRect(&all, &bounds, &all);
+    }
+    return {all.w, all.h};
+}
+
+PixelSize SdlWindow::setSize(int width, int height) {
+    const PixelSize largest = largestSize();
+    SDL_SetWindowSize(window_, std::min(width, largest.width), std::min(height, largest.height));
+    return clientSize();
+}
+
+void SdlWindow::present() {
+    SDL_Surface* target = SDL_GetWindowSurface(window_);
+    if (!target) return;
+    const int width = core_.clientWidth();
+    auto* pixels = const_cast<std::uint32_t*>(core_.dibPixels().data());
+    SDL_Surface* picture = SDL_CreateRGBSurfaceWithFormatFrom(pixels, width, core_.clientHeight(), 32,
+                                                              width * 4, SDL_PIXELFORMAT_RGB888);
+    if (!picture) return;
+    SDL_BlitSurface(picture, nullptr, target, nullptr);
+    SDL_FreeSurface(picture);
+    SDL_UpdateWindowSurface(window_);
+}
+
+bool SdlWindow::pumpEvents() {
+    SDL_Event event;
+    while (SDL_PollEvent(&event) != 0) dispatch(event, core_);
+    return std::exchange(exposed_, false);
+}
+
+SdlWindow* SdlWindow::find(Uint32 id) {
+    SDL_Window* window = SDL_GetWindowFromID(id);
+    for (SdlWindow* live : liveWindows)
+        if (window && live->window_ == window) return live;
+    return nullptr;
+}
+
+void SdlWindow::dispatch(const SDL_Event& event, WindowCore& updatedCore) {
+    switch (event.type) {
+        case SDL_QUIT:
+            updatedCore.requestClose();
+            break;
+        case SDL_WINDOWEVENT:
+            if (SdlWindow* window = find(event.window.windowID)) window->handleWindowEvent(event.window);
+            break;
+        case SDL_KEYDOWN:
+        case SDL_KEYUP:
+            if (SdlWindow* window = find(event.key.windowID)) window->handleKey(event.key);
+            break;
+        case SDL_MOUSEMOTION:
+            if (SdlWindow* window = find(event.motion.windowID))
+                window->core_.handle(WindowEvent::mouseMoved(event.motion.x, event.motion.y));
+            break;
+        case SDL_MOUSEBUTTONDOWN:
+        case SDL_MOUSEBUTTONUP:
+            if (SdlWindow* window = find(event.button.windowID)) window->handleButton(event.button);
+            break;
+        default:
+            break;
+    }
+}
+
+void SdlWindow::handleWindowEvent(const SDL_WindowEvent& event) {
+    switch (event.event) {
+        case SDL_WINDOWEVENT_SIZE_CHANGED:
+            core_.handle(WindowEvent::resized(event.data1, event.data2));
+            break;
+        case SDL_WINDOWEVENT_EXPOSED:
+            exposed_ = true;
+            break;
+        case SDL_WINDOWEVENT_FOCUS_GAINED:
+            focusTime_ = event.timestamp;
+            core_.handle(WindowEvent::focusGained());
+            break;
+        case SDL_WINDOWEVENT_FOCUS_LOST:
+            heldCodes_.fill(0);
+            core_.handle(WindowEvent::focusLost());
+            break;
+        case SDL_WINDOWEVENT_CLOSE:
+            core_.handle(WindowEvent::closeRequested());
+            break;
+        default:
+            break;
+    }
+}
+
+void SdlWindow::handleKey(const SDL_KeyboardEvent& event) {
+    const auto scancode = static_cast<std::size_t>(event.keysym.scancode);
+    if (scancode >= heldCodes_.size()) return;
+    if (event.type == SDL_KEYUP) {
+        const int code = std::exchange(heldCodes_[scancode], 0);
+        if (code != 0) core_.handle(WindowEvent::keyUp(code));
+        return;
+    }
+    // With the focus SDL reports the keys that are held already, in the same instant. They were pressed for
+    // another window and stay up until they are pressed for this one.
+    const bool heldBeforeFocus = event.timestamp - focusTime_ <= 1;
+    if (event.repeat != 0 || heldBeforeFocus) return;
+    heldCodes_[scancode] = virtualKeyCode(event.keysym);
+    core_.handle(WindowEvent::keyDown(heldCodes_[scancode]));
+}
+
+void SdlWindow::handleButton(const SDL_MouseButtonEvent& event) {
+    MouseButton button{};
+    if (!mouseButtonOf(event.button, button)) return;
+    core_.handle(event.type == SDL_MOUSEBUTTONDOWN ? WindowEvent::buttonDown(button, event.x, event.y)
+                                                   : WindowEvent::buttonUp(button, event.x, event.y));
+    SDL_CaptureMouse(core_.anyButtonDown() ? SDL_TRUE : SDL_FALSE);
+}
+
+}  // namespace
+
+std::unique_ptr<WindowBackend> createSystemWindow(WindowCore& core) {
+    auto window = std::make_unique<SdlWindow>(core);
+    if (!window->open()) return nullptr;
+    return window;
+}
+
+bool systemDisplayIsNamed() {
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"}) {
+        const char* value = std::getenv(name);
+        if (value && *value) return true;
+    }
+    return false;
+}
+
+const char* systemVideoName() {
+    return "sdl";
+}
+
+}  // namespace kelmora

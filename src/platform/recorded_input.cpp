@@ -1,0 +1,146 @@
+#include "platform/recorded_input.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <stdexcept>
+
+#include "platform/key_table.h"
+
+namespace kelmora {
+namespace {
+
+constexpr int largestSide = 16384;
+constexpr int farthestPosition = 1000000;
+
+std::vector<std::string_view> wordsOf(std::string_view line) {
+    constexpr std::string_view blanks = " \t\r";
+    std::vector<std::string_view> words;
+    std::size_t start = line.find_first_not_of(blanks);
+    while (start != std::string_view::npos) {
+        const std::size_t end = std::min(line.find_first_of(blanks, start), line.size());
+        words.push_back(line.substr(start, end - start));
+        start = line.find_first_not_of(blanks, end);
+    }
+    return words;
+}
+
+// Turns the words of one line into a step, or into a complaint that says what was expected.
+class StepReader {
+public:
+    explicit StepReader(std::vector<std::string_view> words) : words_(std::move(words)) {}
+
+    RecordedStep read(int earliestUpdate, int& mouseX, int& mouseY) {
+        RecordedStep step;
+        step.update = number(earliestUpdate, std::numeric_limits<int>::max(),
+                             "the number of an update, " + std::to_string(earliestUpdate) + " or more");
+        const std::string_view action = word("an action");
+        if (action == "shot")
+            step.shotPath = word("a file name");
+        else
+            step.event = event(action, mouseX, mouseY);
+        if (next_ != words_.size()) fail("the end of the line");
+        return step;
+    }
+
+private:
+    WindowEvent event(std::string_view action, int& mouseX, int& mouseY) {
+        if (action == "keydown") return WindowEvent::keyDown(key());
+        if (action == "keyup") return WindowEvent::keyUp(key());
+        if (action == "mouse") {
+            mouseX = number(-farthestPosition, farthestPosition, "a position");
+            mouseY = number(-farthestPosition, farthestPosition, "a position");
+            return WindowEvent::mouseMoved(mouseX, mouseY);
+        }
+        if (action == "button") {
+            const MouseButton which = button();
+            return choice("down", "up") ? WindowEvent::buttonDown(which, mouseX, mouseY)
+                                        : WindowEvent::buttonUp(which, mouseX, mouseY);
+        }
+        if (action == "focus")
+            return choice("gained", "lost") ? WindowEvent::focusGained() : WindowEvent::focusLost();
+        if (action == "resize") {
+            const int width = number(1, largestSide, "a width");
+            return WindowEvent::resized(width, number(1, largestSide, "a height"));
+        }
+        if (action == "close") return WindowEvent::closeRequested();
+        --next_;
+        fail("keydown, keyup, mouse, button, focus, resize, close or shot");
+    }
+
+    int key() {
+        const std::string_view name = word("the name of a key");
+        for (const KeySlot& slot : keyTable)
+            if (name == slot.name) return slot.code;
+        --next_;
+        fail("the name of a key");
+    }
+
+    MouseButton button() {
+        const std::string_view name = word("left, right or middle");
+        if (name == "left") return MouseButton::left;
+        if (name == "right") return MouseButton::right;
+        if (name == "middle") return MouseButton::middle;
+        --next_;
+        fail("left, right or middle");
+    }
+
+    bool choice(const char* yes, const char* no) {
+        const std::string expected = std::string(yes) + " or " + no;
+        const std::string_view chosen = word(expected);
+        if (chosen == yes) return true;
+        if (chosen == no) return false;
+        --next_;
+        fail(expected);
+    }
+
+    int number(int least, int most, const std::string& expected) {
+        const std::string_view text = word(expected);
+        int value = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+        if (error == std::errc() && end == text.data() + text.size() && value >= least && value <= most)
+            return value;
+        --next_;
+        fail(expected);
+    }
+
+    std::string_view word(const std::string& expected) {
+        if (next_ == words_.size()) fail(expected);
+        return words_[next_++];
+    }
+
+    [[noreturn]] void fail(const std::string& expected) const {
+        const std::string found =
+            next_ < words_.size() ? "\"" + std::string(words_[next_]) + "\"" : "the end of the line";
+        throw std::runtime_error("found " + found + ", expected " + expected);
+    }
+
+    std::vector<std::string_view> words_;
+    std::size_t next_ = 0;
+};
+
+}  // namespace
+
+std::vector<RecordedStep> parseRecordedInput(std::string_view text, const std::string& name) {
+    std::vector<RecordedStep> steps;
+    int mouseX = 0;
+    int mouseY = 0;
+    int update = 1;
+    for (int lineNumber = 1; !text.empty(); ++lineNumber) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
+        std::vector<std::string_view> words = wordsOf(line);
+        if (words.empty() || words[0].front() == '#') continue;
+        try {
+            steps.push_back(StepReader(std::move(words)).read(update, mouseX, mouseY));
+            steps.back().line = lineNumber;
+            update = steps.back().update;
+        } catch (const std::runtime_error& error) {
+            throw std::runtime_error(name + ", line " + std::to_string(lineNumber) + ": " + error.what() +
+                                     " in \"" + std::string(line) + "\"");
+        }
+    }
+    return steps;
+}
+
+}  // namespace kelmora

@@ -1,0 +1,71 @@
+#include "platform/shim.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include "codec/png.h"
+
+int vh_has_metal_window() {
+    return 1;
+}
+int vh_has_quartz_window() {
+    return 0;
+}
+int vh_has_window() {
+    return 1;
+}
+int vh_has_mixer() {
+    return 1;
+}
+int vh_has_font() {
+    return 1;
+}
+int vh_png_requires_postprocess() {
+    return 0;
+}
+
+int vh_lua_version_major() {
+    return 5;
+}
+int vh_lua_version_minor() {
+    return 4;
+}
+int vh_lua_version_patch() {
+    return 8;
+}
+double vh_lua_version_number() {
+    return 5.4;
+}
+
+void vh_setTouchBarButtonText(kelmora::WindowsWindow*, int, const char*) {}
+void vh_setTouchBarButtonImage(kelmora::WindowsWindow*, int, const kelmora::PlushImage*) {}
+void vh_clearTouchBar(kelmora::WindowsWindow*) {}
+bool vh_getTouchBarButtonState(const kelmora::WindowsWindow*, int) {
+    return false;
+}
+
+void vh_sailfish_register_key(int) {}
+int vh_sailfish_left_orientation() {
+    return 0;
+}
+
+unsigned char* vh_load_png(const char* path, int* width, int* height) {
+    *width = 0;
+    *height = 0;
+    vh::png::Image image;
+    if (!path || !vh::png::load_file(path, image) || image.pixels.empty()) return nullptr;
+    auto* pixels = new unsigned char[image.pixels.size()];
+    std::copy(image.pixels.begin(), image.pixels.end(), pixels);
+    *width = image.width;
+    *height = image.height;
+    return pixels;
+}
+
+bool vh_save_png(const char* path, const unsigned char* pixels, int width, int height) {
+    return path && pixels && vh::png::save_png_rgba8_file(path, pixels, width, height);
+}
+
+void vh_sleep_ms(int milliseconds) {
+    if (milliseconds > 0) std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}

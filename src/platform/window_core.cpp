@@ -1,0 +1,194 @@
+#include "platform/window_core.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+namespace kelmora {
+namespace {
+
+constexpr const char* defaultTitle = "VesperMoon";
+
+}  // namespace
+
+WindowCore::WindowCore(const char* title, int width, int height) {
+    setTitle(title);
+    setLogicalSize(width, height);
+    setClientSize(1, 1);
+}
+
+void WindowCore::handle(const WindowEvent& event) {
+    using Kind = WindowEvent::Kind;
+    switch (event.kind) {
+        case Kind::resized:
+            return setClientSize(event.x, event.y);
+        case Kind::focusGained:
+            focused_ = true;
+            return;
+        case Kind::focusLost:
+            return loseFocus();
+        case Kind::closeRequested:
+            return requestClose();
+        case Kind::keyDown:
+            return setKey(event.keyCode, true);
+        case Kind::keyUp:
+            return setKey(event.keyCode, false);
+        case Kind::mouseMoved:
+            return updateMousePosition(event.x, event.y);
+        case Kind::buttonDown:
+        case Kind::buttonUp:
+            updateMousePosition(event.x, event.y);
+            buttons_[static_cast<std::size_t>(event.button)] = event.kind == Kind::buttonDown;
+            return;
+    }
+}
+
+// The releases go to whoever has the focus now, so nothing may stay down here.
+void WindowCore::loseFocus() {
+    focused_ = false;
+    buttons_.fill(false);
+    keys_.fill(false);
+}
+
+void WindowCore::setKey(int code, bool down) {
+    if (code >= 0 && code < 256) keys_[static_cast<std::size_t>(code)] = down;
+}
+
+KeyState WindowCore::keyState() const {
+    KeyState state;
+    if (!focused_) return state;
+    for (std::size_t i = 0; i < keySlotCount; ++i) {
+        const KeySlot& slot = keyTable[i];
+        state.down[i] = keys_[slot.code] || (slot.otherCode != 0 && keys_[slot.otherCode]);
+    }
+    return state;
+}
+
+void WindowCore::setTitle(const char* title) {
+    title_ = title ? title : defaultTitle;
+}
+
+void WindowCore::setLogicalSize(int width, int height) {
+    logicalWidth_ = std::max(width, 1);
+    logicalHeight_ = std::max(height, 1);
+    dirty_ = true;
+}
+
+void WindowCore::setClientSize(int width, int height) {
+    width = std::max(width, 1);
+    height = std::max(height, 1);
+    dirty_ = true;
+    if (width == clientWidth_ && height == clientHeight_) return;
+    const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    std::vector<std::uint32_t> backbuffer(count);
+    std::vector<std::uint32_t> dibPixels(count);
+    backbuffer_.swap(backbuffer);
+    dibPixels_.swap(dibPixels);
+    clientWidth_ = width;
+    clientHeight_ = height;
+}
+
+void WindowCore::setClearColour(ClearColour colour) {
+    clear_ = colour;
+    dirty_ = true;
+}
+
+void WindowCore::pushImage(const PlushImage& image) {
+    if (image.width < 1 || image.height < 1 || !image.pixels) return;
+    const std::size_t count = static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height);
+    image_.resize(count);
+    std::memcpy(image_.data(), image.pixels, count * sizeof(std::uint32_t));
+    imageWidth_ = image.width;
+    imageHeight_ = image.height;
+    dirty_ = true;
+}
+
+Letterbox WindowCore::letterbox() const {
+    return letterboxOf(clientWidth_, clientHeight_, pictureWidth(), pictureHeight());
+}
+
+void WindowCore::updateMousePosition(int clientX, int clientY) {
+    const Letterbox box = letterbox();
+    mouseX_ = imagePosition(clientX, box.x, box.width, pictureWidth());
+    mouseY_ = imagePosition(clientY, box.y, box.height, pictureHeight());
+}
+
+bool WindowCore::composeIfDirty() {
+    if (!dirty_) return false;
+    renderIntoBackbuffer();
+    dirty_ = false;
+    return true;
+}
+
+void WindowCore::renderIntoBackbuffer() {
+    const std::uint32_t clearWord = clear_.opaqueWord();
+    if (image_.empty()) {
+        std::fill(backbuffer_.begin(), backbuffer_.end(), clearWord);
+        deviceRow(backbuffer_, dibPixels_.data());
+        return;
+    }
+    const Letterbox box = letterbox();
+    fillRows(0, box.y, clearWord);
+    renderImage(box, clearWord);
+    fillRows(box.y + box.height, clientHeight_, clearWord);
+}
+
+void WindowCore::fillRows(int first, int end, std::uint32_t word) {
+    const std::span rows = std::span(backbuffer_).subspan(rowStart(first), rowStart(end) - rowStart(first));
+    std::fill(rows.begin(), rows.end(), word);
+    deviceRow(rows, dibPixels_.data() + rowStart(first));
+}
+
+// A picture enlarged shows the same row of its own several times over; those are copied whole.
+void WindowCore::renderImage(const Letterbox& box, std::uint32_t clearWord) {
+    columns_.resize(static_cast<std::size_t>(box.width));
+    for (int x = 0; x < box.width; ++x)
+        columns_[static_cast<std::size_t>(x)] = sourcePosition(x, imageWidth_, box.width);
+
+    int previousImageRow = -1;
+    for (int y = 0; y < box.height; ++y) {
+        const int imageRow = sourcePosition(y, imageHeight_, box.height);
+        if (imageRow == previousImageRow)
+            repeatRowAbove(box.y + y);
+        else
+            renderRow(box, box.y + y, imageRow, clearWord);
+        previousImageRow = imageRow;
+    }
+}
+
+void WindowCore::renderRow(const Letterbox& box, int y, int imageRow, std::uint32_t clearWord) {
+    const auto imageWidth = static_cast<std::size_t>(imageWidth_);
+    const std::span source =
+        std::span(image_).subspan(static_cast<std::size_t>(imageRow) * imageWidth, imageWidth);
+    std::uint32_t* row = backbuffer_.data() + rowStart(y);
+    std::uint32_t* drawn = row + box.x;
+
+    std::fill(row, drawn, clearWord);
+    if (!rowIsOpaque(source))
+        blendGatheredRow(source.data(), columns_, clear_, drawn);
+    else if (box.width == imageWidth_)
+        std::copy(source.begin(), source.end(), drawn);
+    else
+        gatherRow(source.data(), columns_, drawn);
+    std::fill(drawn + box.width, row + clientWidth_, clearWord);
+    deviceRow({row, static_cast<std::size_t>(clientWidth_)}, dibPixels_.data() + rowStart(y));
+}
+
+void WindowCore::repeatRowAbove(int y) {
+    const auto width = static_cast<std::size_t>(clientWidth_);
+    std::copy_n(backbuffer_.data() + rowStart(y - 1), width, backbuffer_.data() + rowStart(y));
+    std::copy_n(dibPixels_.data() + rowStart(y - 1), width, dibPixels_.data() + rowStart(y));
+}
+
+PlushImage* WindowCore::capture() const {
+    const std::size_t bytes = backbuffer_.size() * sizeof(std::uint32_t);
+    std::unique_ptr<unsigned char[]> pixels(new unsigned char[bytes]);
+    std::memcpy(pixels.get(), backbuffer_.data(), bytes);
+    auto image = std::make_unique<PlushImage>();
+    image->width = clientWidth_;
+    image->height = clientHeight_;
+    image->pixels = pixels.release();
+    return image.release();
+}
+
+}  // namespace kelmora

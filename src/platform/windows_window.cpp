@@ -1,0 +1,121 @@
+#include "platform/windows_window.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+#include "platform/memory_window.h"
+#include "platform/shim.h"
+
+using kelmora::MouseButton;
+using kelmora::WindowsWindow;
+
+namespace {
+
+// The window whose keys are read: the one updated last.
+WindowsWindow* activeWindow = nullptr;
+
+std::unique_ptr<kelmora::WindowBackend> createBackend(kelmora::WindowCore& core) {
+    const char* chosen = std::getenv("KELMORA_VIDEO");
+    const std::string video = chosen ? chosen : "";
+    if (video.empty()) return kelmora::systemDisplayIsNamed() ? kelmora::createSystemWindow(core) : nullptr;
+    if (video == "memory") return kelmora::createMemoryWindow(core);
+    if (video == kelmora::systemVideoName()) return kelmora::createSystemWindow(core);
+    throw std::runtime_error("KELMORA_VIDEO is \"" + video + "\", expected \"memory\" or \"" +
+                             kelmora::systemVideoName() + "\"");
+}
+
+void store(int* target, int value) {
+    if (target) *target = value;
+}
+
+}  // namespace
+
+WindowsWindow* vh_createWindow(const char* title, int width, int height) try {
+    auto window = std::make_unique<WindowsWindow>(title, width, height);
+    window->backend = createBackend(window->core);
+    return window->backend ? window.release() : nullptr;
+} catch (const std::bad_alloc&) {
+    return nullptr;
+}
+
+void vh_closeWindow(WindowsWindow* window) {
+    if (!window) return;
+    window->core.requestClose();
+    window->backend->hide();
+}
+
+void vh_destroyWindow(WindowsWindow* window) {
+    if (activeWindow == window) activeWindow = nullptr;
+    delete window;
+}
+
+char* vh_getWindowTitle(const WindowsWindow* window) {
+    if (!window) return nullptr;
+    const std::string& title = window->core.title();
+    auto* copy = static_cast<char*>(std::malloc(title.size() + 1));
+    if (copy) std::memcpy(copy, title.c_str(), title.size() + 1);
+    return copy;
+}
+
+void vh_getWindowSize(const WindowsWindow* window, int* width, int* height) {
+    store(width, window ? window->core.logicalWidth() : 0);
+    store(height, window ? window->core.logicalHeight() : 0);
+}
+
+void vh_setWindowSize(WindowsWindow* window, int width, int height) {
+    if (!window) return;
+    kelmora::WindowCore& core = window->core;
+    core.setLogicalSize(width, height);
+    const kelmora::PixelSize client = window->backend->setSize(core.logicalWidth(), core.logicalHeight());
+    core.setClientSize(client.width, client.height);
+}
+
+void vh_setWindowTitle(WindowsWindow* window, const char* title) {
+    if (!window) return;
+    window->core.setTitle(title);
+    window->backend->setTitle(window->core.title().c_str());
+}
+
+void vh_pushImage(WindowsWindow* window, const kelmora::PlushImage* image) {
+    if (window && image) window->core.pushImage(*image);
+}
+
+void vh_updateWindow(WindowsWindow* window) {
+    if (!window) return;
+    activeWindow = window;
+    const bool lost = window->backend->pumpEvents();
+    const bool changed = window->core.composeIfDirty();
+    if (lost || changed) window->backend->present();
+}
+
+bool vh_windowShouldClose(const WindowsWindow* window) {
+    return !window || window->core.shouldClose();
+}
+
+void vh_clearWindow(WindowsWindow* window, unsigned char red, unsigned char green, unsigned char blue) {
+    if (window) window->core.setClearColour({red, green, blue});
+}
+
+kelmora::PlushImage* vh_captureWindow(const WindowsWindow* window) {
+    return window ? window->core.capture() : nullptr;
+}
+
+void vh_getMousePosition(const WindowsWindow* window, int* x, int* y) {
+    store(x, window ? window->core.mouseX() : -1);
+    store(y, window ? window->core.mouseY() : -1);
+}
+
+bool vh_getMouseButtonState(const WindowsWindow* window, int button) {
+    if (!window || button < 0 || button > 2) return false;
+    constexpr MouseButton buttons[] = {MouseButton::left, MouseButton::right, MouseButton::middle};
+    return window->core.buttonDown(buttons[button]);
+}
+
+const kelmora::KeyState* vh_updateKeyboardState() {
+    static kelmora::KeyState state;
+    state = activeWindow ? activeWindow->core.keyState() : kelmora::KeyState{};
+    return &state;
+}

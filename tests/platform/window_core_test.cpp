@@ -1,0 +1,235 @@
+#include "platform/window_core.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+
+namespace kelmora {
+namespace {
+
+std::uint32_t rgba(unsigned r, unsigned g, unsigned b, unsigned a) {
+    return r | g << 8 | b << 16 | a << 24;
+}
+
+// A picture whose pixels a test sets by whole words.
+class TestPicture {
+public:
+    TestPicture(int width, int height, std::uint32_t word = rgba(0, 0, 0, 255))
+        : words_(static_cast<std::size_t>(width * height), word), width_(width), height_(height) {}
+    std::uint32_t& at(int x, int y) { return words_[static_cast<std::size_t>(y * width_ + x)]; }
+    PlushImage image() {
+        return {width_, height_, reinterpret_cast<unsigned char*>(words_.data()), 0, 0, nullptr};
+    }
+
+private:
+    std::vector<std::uint32_t> words_;
+    int width_;
+    int height_;
+};
+
+WindowCore coreOf(int width, int height) {
+    WindowCore core("Test", width, height);
+    core.setClientSize(width, height);
+    core.handle(WindowEvent::focusGained());
+    return core;
+}
+
+std::uint32_t plainBlend(ClearColour clear, std::uint32_t pixel) {
+    const unsigned alpha = pixel >> 24;
+    const auto channel = [alpha](unsigned back, unsigned front) {
+        return (back * (255 - alpha) + front * alpha) / 255;
+    };
+    return rgba(channel(clear.red, pixel & 255), channel(clear.green, pixel >> 8 & 255),
+                channel(clear.blue, pixel >> 16 & 255), 255);
+}
+
+// What the backbuffer must hold, pixel by pixel and without any short cut.
+std::vector<std::uint32_t> plainComposition(const WindowCore& core, ClearColour clear, TestPicture& picture) {
+    const PlushImage image = picture.image();
+    const Letterbox box = letterboxOf(core.clientWidth(), core.clientHeight(), image.width, image.height);
+    std::vector<std::uint32_t> result;
+    for (int y = 0; y < core.clientHeight(); ++y)
+        for (int x = 0; x < core.clientWidth(); ++x) {
+            const int dx = x - box.x;
+            const int dy = y - box.y;
+            const bool inside = dx >= 0 && dy >= 0 && dx < box.width && dy < box.height;
+            result.push_back(inside ? plainBlend(clear, picture.at(dx * image.width / box.width,
+                                                                   dy * image.height / box.height))
+                                    : clear.opaqueWord());
+        }
+    return result;
+}
+
+TEST(PixelRows, BlendingIsExactForEveryAlphaAndChannel) {
+    for (unsigned clear : {0u, 1u, 127u, 128u, 254u, 255u})
+        for (unsigned source = 0; source < 256; ++source)
+            for (unsigned alpha = 0; alpha < 256; ++alpha)
+                ASSERT_EQ(blendChannel(clear, source, alpha), (clear * (255 - alpha) + source * alpha) / 255)
+                    << clear << " " << source << " " << alpha;
+}
+
+TEST(PixelRows, OneClearPixelAnywhereMakesARowNotOpaque) {
+    std::vector<std::uint32_t> row(37, 0xff123456u);
+    EXPECT_TRUE(rowIsOpaque(row));
+    for (std::uint32_t& pixel : row) {
+        pixel = 0xfe123456u;
+        EXPECT_FALSE(rowIsOpaque(row));
+        pixel = 0xff123456u;
+    }
+    EXPECT_TRUE(rowIsOpaque({}));
+}
+
+TEST(WindowCore, WithoutAPictureEverythingIsTheClearColour) {
+    WindowCore core = coreOf(5, 3);
+    core.setClearColour({10, 20, 30});
+    ASSERT_TRUE(core.composeIfDirty());
+    for (const std::uint32_t pixel : core.backbuffer()) EXPECT_EQ(pixel, rgba(10, 20, 30, 255));
+    for (const std::uint32_t pixel : core.dibPixels()) EXPECT_EQ(pixel, 0x0a141eu);
+    EXPECT_FALSE(core.composeIfDirty());
+    core.setClearColour({10, 20, 30});
+    EXPECT_TRUE(core.composeIfDirty());
+}
+
+TEST(WindowCore, ComposesLikeThePlainFormula) {
+    struct Sizes {
+        int clientWidth, clientHeight, imageWidth, imageHeight;
+    };
+    const ClearColour clear{200, 100, 7};
+    for (const Sizes& s : {Sizes{40, 30, 16, 16}, Sizes{40, 30, 40, 30}, Sizes{50, 31, 100, 90},
+                           Sizes{33, 60, 33, 7}, Sizes{1, 1, 9, 9}, Sizes{70, 3, 1, 1}}) {
+        WindowCore core = coreOf(s.clientWidth, s.clientHeight);
+        core.setClearColour(clear);
+        TestPicture picture(s.imageWidth, s.imageHeight);
+        std::uint32_t noise = 1;
+        for (int y = 0; y < s.imageHeight; ++y)
+            for (int x = 0; x < s.imageWidth; ++x) {
+                noise = noise * 1664525u + 1013904223u;
+                picture.at(x, y) = y % 3 == 0 ? noise | 0xff000000u : noise;
+            }
+        core.pushImage(picture.image());
+        ASSERT_TRUE(core.composeIfDirty());
+        const std::vector<std::uint32_t> expected = plainComposition(core, clear, picture);
+        ASSERT_EQ(std::vector(core.backbuffer().begin(), core.backbuffer().end()), expected)
+            << s.imageWidth << " x " << s.imageHeight;
+        for (std::size_t i = 0; i < expected.size(); ++i)
+            ASSERT_EQ(core.dibPixels()[i],
+                      (expected[i] & 255) << 16 | (expected[i] & 0xff00) | (expected[i] >> 16 & 255));
+    }
+}
+
+TEST(WindowCore, APictureWithoutPixelsIsIgnored) {
+    WindowCore core = coreOf(4, 4);
+    core.pushImage(TestPicture(2, 2, rgba(9, 9, 9, 255)).image());
+    core.composeIfDirty();
+    core.pushImage({0, 5, nullptr, 0, 0, nullptr});
+    core.pushImage({-3, 5, nullptr, 0, 0, nullptr});
+    core.pushImage({3, 5, nullptr, 0, 0, nullptr});
+    EXPECT_FALSE(core.composeIfDirty());
+    EXPECT_EQ(core.backbuffer()[0], rgba(9, 9, 9, 255));
+}
+
+TEST(WindowCore, MouseReadsInPicturePixels) {
+    WindowCore core = coreOf(1280, 720);
+    core.handle(WindowEvent::mouseMoved(1279, 719));  // no picture yet: logical pixels
+    EXPECT_EQ(core.mouseX(), 1279);
+    EXPECT_EQ(core.mouseY(), 719);
+    core.pushImage(TestPicture(640, 480).image());
+    core.handle(WindowEvent::mouseMoved(1119, 719));
+    EXPECT_EQ(core.mouseX(), 639);
+    EXPECT_EQ(core.mouseY(), 479);
+    core.handle(WindowEvent::buttonDown(MouseButton::middle, 100, -20));
+    EXPECT_EQ(core.mouseX(), 0);
+    EXPECT_EQ(core.mouseY(), 0);
+    EXPECT_TRUE(core.buttonDown(MouseButton::middle));
+    EXPECT_FALSE(core.buttonDown(MouseButton::left));
+}
+
+TEST(WindowCore, MouseStaysHeldUntilTheLastButtonIsUp) {
+    WindowCore core = coreOf(10, 10);
+    core.handle(WindowEvent::buttonDown(MouseButton::left, 1, 1));
+    core.handle(WindowEvent::buttonDown(MouseButton::right, 1, 1));
+    core.handle(WindowEvent::buttonUp(MouseButton::left, 50, 50));
+    EXPECT_TRUE(core.anyButtonDown());
+    core.handle(WindowEvent::buttonUp(MouseButton::right, 50, 50));
+    EXPECT_FALSE(core.anyButtonDown());
+    EXPECT_EQ(core.mouseX(), 9);
+}
+
+TEST(WindowCore, EveryKeyFillsItsOwnSlot) {
+    const int codes[] = {13,  38,  40,  37,  39,  'A', 'B', 'C', 'D', 'E', 'F', 'G', 'H', 'I', 'J',
+                         'K', 'L', 'M', 'N', 'O', 'P', 'Q', 'R', 'S', 'T', 'U', 'V', 'W', 'X', 'Y',
+                         'Z', '1', '2', '3', '4', '5', '6', '7', '8', '9', '0', 189, 8,   46,  32};
+    ASSERT_EQ(std::size(codes), keySlotCount);
+    for (std::size_t i = 0; i < keySlotCount; ++i) {
+        WindowCore core = coreOf(1, 1);
+        core.handle(WindowEvent::keyDown(codes[i]));
+        KeyState expected;
+        expected.down[i] = true;
+        EXPECT_EQ(core.keyState().down, expected.down) << keyTable[i].name;
+    }
+    EXPECT_STREQ(keyTable[keySlotMinus].name, "MINUS");
+}
+
+TEST(WindowCore, MinusIsEitherOfTwoKeys) {
+    WindowCore core = coreOf(1, 1);
+    core.handle(WindowEvent::keyDown(109));
+    EXPECT_TRUE(core.keyState().down[keySlotMinus]);
+    core.handle(WindowEvent::keyDown(189));
+    core.handle(WindowEvent::keyUp(109));
+    EXPECT_TRUE(core.keyState().down[keySlotMinus]);
+}
+
+TEST(WindowCore, CodesOutsideTheTableAreHarmless) {
+    WindowCore core = coreOf(1, 1);
+    for (const int code : {-1, 0, 256, 100000}) core.handle(WindowEvent::keyDown(code));
+    EXPECT_EQ(core.keyState().down, KeyState{}.down);
+}
+
+TEST(WindowCore, LosingTheFocusReleasesEverything) {
+    WindowCore core = coreOf(10, 10);
+    core.handle(WindowEvent::keyDown('W'));
+    core.handle(WindowEvent::buttonDown(MouseButton::left, 3, 3));
+    core.handle(WindowEvent::focusLost());
+    EXPECT_EQ(core.keyState().down, KeyState{}.down);
+    EXPECT_FALSE(core.anyButtonDown());
+    core.handle(WindowEvent::keyDown('X'));
+    EXPECT_EQ(core.keyState().down, KeyState{}.down);
+
+    core.handle(WindowEvent::keyUp('X'));
+    core.handle(WindowEvent::focusGained());
+    EXPECT_EQ(core.keyState().down, KeyState{}.down);
+    core.handle(WindowEvent::keyDown('W'));
+    EXPECT_NE(core.keyState().down, KeyState{}.down);
+}
+
+TEST(WindowCore, OnlyANewSizeBlanksTheBackbuffer) {
+    WindowCore core = coreOf(8, 6);
+    core.setClearColour({1, 2, 3});
+    core.composeIfDirty();
+    core.handle(WindowEvent::resized(8, 6));
+    EXPECT_EQ(core.backbuffer()[0], rgba(1, 2, 3, 255));
+    EXPECT_TRUE(core.composeIfDirty());
+    core.handle(WindowEvent::resized(0, -4));
+    EXPECT_EQ(core.clientWidth(), 1);
+    EXPECT_EQ(core.clientHeight(), 1);
+    EXPECT_EQ(core.backbuffer()[0], 0u);
+    EXPECT_EQ(core.logicalWidth(), 8);
+    EXPECT_TRUE(core.composeIfDirty());
+}
+
+TEST(WindowCore, CaptureIsACopyOfTheBackbuffer) {
+    WindowCore core = coreOf(3, 2);
+    core.setClearColour({1, 2, 3});
+    core.composeIfDirty();
+    const std::unique_ptr<PlushImage> image(core.capture());
+    const std::unique_ptr<unsigned char[]> pixels(image->pixels);
+    EXPECT_EQ(image->width, 3);
+    EXPECT_EQ(image->height, 2);
+    EXPECT_EQ(image->reflectPixels, nullptr);
+    const unsigned char expected[] = {1, 2, 3, 255};
+    for (int i = 0; i < 6; ++i) EXPECT_EQ(std::memcmp(pixels.get() + i * 4, expected, 4), 0);
+}
+
+}  // namespace
+}  // namespace kelmora
