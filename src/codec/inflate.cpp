@@ -16,7 +16,8 @@ constexpr std::size_t longestMatch = 258;
 // What one turn of the fast loop may write and read at most, with the overrun of its wide accesses.
 constexpr std::size_t outputMargin = 3 + longestMatch + matchOverrun;
 constexpr std::size_t inputMargin = 24;
-constexpr unsigned longestDistanceBits = maximumCodeLength + 13;
+// A distance and the lookup of what follows it.
+constexpr unsigned distanceAndNextBits = maximumCodeLength + 13 + BlockCodes::literalBits;
 
 constexpr std::size_t lengthCodes = 19;
 constexpr unsigned lengthCodeBits = 7;
@@ -296,7 +297,10 @@ bool Inflater::inflate_codes(const BlockCodes& codes) {
     for (;;) {
         if (!make_room()) return false;
         Step step = decode_fast(codes);
-        if (step == Step::OutOfMargin) step = decode_one(codes);
+        if (step == Step::OutOfMargin) {
+            if (!make_room()) return false;
+            step = decode_one(codes);
+        }
         if (step == Step::Failed) return false;
         if (step == Step::EndOfBlock) return true;
     }
@@ -352,7 +356,7 @@ Inflater::Step Inflater::decode_fast(const BlockCodes& codes) {
             }
         }
         const std::uint32_t length = value_with_extra(entry, before);
-        if (bits.count() < longestDistanceBits) bits.refill();
+        if (bits.count() < distanceAndNextBits) bits.refill();
         entry = distances[bits.peek(BlockCodes::distanceBits)];
         before = bits.drop(entry);
         if ((entry & Lookup::exceptional) != 0) [[unlikely]] {
