@@ -1,6 +1,6 @@
 #pragma once
 
-#include <vector>
+#include "base/byte_buffer.h"
 
 namespace vh::png {
 
@@ -8,7 +8,7 @@ namespace vh::png {
 struct Image {
     int width = 0;
     int height = 0;
-    std::vector<unsigned char> pixels;
+    kelmora::ByteBuffer pixels;
 };
 
 // Decodes a picture of any known format. False leaves `image` at 0 x 0 without pixels.
@@ -17,5 +17,6 @@ bool load_file(const char* path, Image& image);
 
 // Writes RGBA pixels as an uncompressed PNG. True when all of it was written and the file closed.
 bool save_png_rgba8_file(const char* path, const unsigned char* pixels, int width, int height);
+bool save_rgba8_file(const char* path, const unsigned char* pixels, int width, int height);
 
 }  // namespace vh::png

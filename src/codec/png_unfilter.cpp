@@ -1,0 +1,215 @@
+#include "codec/png_unfilter.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "codec/load_store.h"
+#include "codec/row_filter.h"
+
+namespace vh::png {
+namespace {
+
+// A row being unfiltered. Vector forms do the first part and leave the rest to the plain form.
+struct Row {
+    unsigned char* out;
+    const unsigned char* raw;
+    const unsigned char* prior;  // not null
+    std::size_t size;
+    std::size_t pixel;  // bytes to the left neighbour
+    std::size_t done = 0;
+
+    int left() const { return done < pixel ? 0 : out[done - pixel]; }
+    int upper_left() const { return done < pixel ? 0 : prior[done - pixel]; }
+    void put(int predicted) {
+        out[done] = static_cast<unsigned char>(raw[done] + predicted);
+        ++done;
+    }
+};
+
+void finish_sub(Row& row) {
+    while (row.done < row.size) row.put(row.left());
+}
+void finish_up(Row& row) {
+    while (row.done < row.size) row.put(row.prior[row.done]);
+}
+void finish_average(Row& row) {
+    while (row.done < row.size) row.put((row.left() + row.prior[row.done]) / 2);
+}
+void finish_paeth(Row& row) {
+    while (row.done < row.size) row.put(paeth_predictor(row.left(), row.prior[row.done], row.upper_left()));
+}
+// With nothing above, the average is half of the left byte.
+void finish_half(Row& row) {
+    while (row.done < row.size) row.put(row.left() / 2);
+}
+void copy_row(Row& row) {
+    if (row.out != row.raw) std::memcpy(row.out, row.raw, row.size);
+    row.done = row.size;
+}
+
+#if defined(VH_X86)
+
+// Pixels of 3 bytes are read and written as 4: the byte too many is put right by the next pixel, and the last
+// pixel of a row is left to the plain form.
+constexpr std::size_t lane = 4;
+
+inline __m128i load_pixel(const unsigned char* place) {
+    int word;
+    std::memcpy(&word, place, sizeof word);
+    return _mm_cvtsi32_si128(word);
+}
+inline void store_pixel(unsigned char* place, __m128i value) {
+    const int word = _mm_cvtsi128_si32(value);
+    std::memcpy(place, &word, sizeof word);
+}
+inline void store_part(unsigned char* place, __m128i value, std::size_t size) {
+    const int word = _mm_cvtsi128_si32(value);
+    std::memcpy(place, &word, size);
+}
+
+template <std::size_t Pixel>
+void start_sub(Row& row) {
+    __m128i left = _mm_setzero_si128();
+    for (; row.done + lane <= row.size; row.done += Pixel) {
+        left = _mm_add_epi8(left, load_pixel(row.raw + row.done));
+        store_part(row.out + row.done, left, Pixel);
+    }
+}
+
+void start_up(Row& row) {
+    for (; row.done + 16 <= row.size; row.done += 16) {
+        const __m128i upper = load_vector(row.prior + row.done);
+        store_vector(row.out + row.done, _mm_add_epi8(upper, load_vector(row.raw + row.done)));
+    }
+}
+
+template <std::size_t Pixel>
+void start_average(Row& row) {
+    const __m128i ones = _mm_set1_epi8(1);
+    __m128i left = _mm_setzero_si128();
+    for (; row.done + lane <= row.size; row.done += Pixel) {
+        const __m128i upper = load_pixel(row.prior + row.done);
+        // The processor's average rounds up; take the rounding off again.
+        const __m128i rounding = _mm_and_si128(_mm_xor_si128(left, upper), ones);
+        const __m128i average = _mm_sub_epi8(_mm_avg_epu8(left, upper), rounding);
+        left = _mm_add_epi8(average, load_pixel(row.raw + row.done));
+        store_part(row.out + row.done, left, Pixel);
+    }
+}
+
+template <std::size_t Pixel>
+void start_half(Row& row) {
+    const __m128i low_bits = _mm_set1_epi8(0x7F);
+    __m128i left = _mm_setzero_si128();
+    for (; row.done + lane <= row.size; row.done += Pixel) {
+        const __m128i half = _mm_and_si128(_mm_srli_epi16(left, 1), low_bits);
+        left = _mm_add_epi8(half, load_pixel(row.raw + row.done));
+        store_part(row.out + row.done, left, Pixel);
+    }
+}
+
+inline __m128i absolute(__m128i value) {
+    return _mm_max_epi16(value, _mm_sub_epi16(_mm_setzero_si128(), value));
+}
+inline __m128i choose(__m128i mask, __m128i yes, __m128i no) {
+    return _mm_or_si128(_mm_and_si128(mask, yes), _mm_andnot_si128(mask, no));
+}
+
+// All three in 16-bit lanes.
+inline __m128i paeth_lanes(__m128i left, __m128i upper, __m128i upper_left) {
+    const __m128i rise = _mm_sub_epi16(upper, upper_left);
+    const __m128i run = _mm_sub_epi16(left, upper_left);
+    const __m128i from_left = absolute(rise);
+    const __m128i from_upper = absolute(run);
+    const __m128i from_upper_left = absolute(_mm_add_epi16(rise, run));
+    const __m128i nearest = _mm_min_epi16(from_upper_left, _mm_min_epi16(from_left, from_upper));
+    const __m128i upper_or_corner = choose(_mm_cmpeq_epi16(nearest, from_upper), upper, upper_left);
+    return choose(_mm_cmpeq_epi16(nearest, from_left), left, upper_or_corner);
+}
+
+template <std::size_t Pixel>
+void start_paeth(Row& row) {
+    const __m128i zero = _mm_setzero_si128();
+    __m128i left = zero;
+    __m128i upper_left = zero;
+    for (; row.done + lane <= row.size; row.done += Pixel) {
+        const __m128i upper = _mm_unpacklo_epi8(load_pixel(row.prior + row.done), zero);
+        const __m128i raw = _mm_unpacklo_epi8(load_pixel(row.raw + row.done), zero);
+        // Adding bytes keeps the zero high halves zero.
+        left = _mm_add_epi8(raw, paeth_lanes(left, upper, upper_left));
+        upper_left = upper;
+        store_part(row.out + row.done, _mm_packus_epi16(left, left), Pixel);
+    }
+}
+
+template <std::size_t Pixel>
+void start_row(unsigned filter, Row& row, bool first) {
+    switch (filter) {
+        case FilterSub:
+            return start_sub<Pixel>(row);
+        case FilterAverage:
+            return first ? start_half<Pixel>(row) : start_average<Pixel>(row);
+        case FilterPaeth:
+            return start_paeth<Pixel>(row);
+        default:
+            return;
+    }
+}
+
+void start_row_in_vectors(unsigned filter, Row& row, bool first) {
+    if (filter == FilterUp) return start_up(row);
+    if (row.pixel == 3) start_row<3>(filter, row, first);
+    if (row.pixel == 4) start_row<4>(filter, row, first);
+}
+
+#else
+
+void start_row_in_vectors(unsigned, Row&, bool) {}
+
+#endif
+
+// The filter that does the same without a row above.
+unsigned without_prior(unsigned filter) {
+    if (filter == FilterUp) return FilterNone;
+    if (filter == FilterPaeth) return FilterSub;
+    return filter;
+}
+
+bool unfilter(unsigned filter, Row row, bool in_vectors) {
+    if (filter >= FilterCount) return false;
+    const bool first = row.prior == nullptr;
+    if (first) filter = without_prior(filter);
+    if (in_vectors) start_row_in_vectors(filter, row, first);
+    switch (filter) {
+        case FilterNone:
+            copy_row(row);
+            break;
+        case FilterSub:
+            finish_sub(row);
+            break;
+        case FilterUp:
+            finish_up(row);
+            break;
+        case FilterAverage:
+            first ? finish_half(row) : finish_average(row);
+            break;
+        default:
+            finish_paeth(row);
+            break;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool unfilter_row_to(unsigned filter, unsigned char* out, const unsigned char* raw,
+                     const unsigned char* prior, std::size_t row_bytes, std::size_t bytes_per_pixel) {
+    return unfilter(filter, {out, raw, prior, row_bytes, bytes_per_pixel}, true);
+}
+
+bool unfilter_row_to_plain(unsigned filter, unsigned char* out, const unsigned char* raw,
+                           const unsigned char* prior, std::size_t row_bytes, std::size_t bytes_per_pixel) {
+    return unfilter(filter, {out, raw, prior, row_bytes, bytes_per_pixel}, false);
+}
+
+}  // namespace vh::png

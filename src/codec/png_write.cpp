@@ -1,0 +1,223 @@
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <limits>
+#include <memory>
+#include <vector>
+
+#include "codec/adler32.h"
+#include "codec/crc32.h"
+#include "codec/load_store.h"
+#include "codec/png.h"
+#include "codec/png_header.h"
+#include "codec/row_filter.h"
+
+namespace vh::png {
+namespace {
+
+using ByteSpan = std::span<const unsigned char>;
+
+constexpr std::size_t pixelSize = 4;
+constexpr std::size_t largestStoredBlock = 65535;
+constexpr std::size_t largestIdat = 262144;
+
+// The file, written in order. A failure is remembered until the close.
+class OutputFile {
+public:
+    explicit OutputFile(const char* path) : file_(std::fopen(path, "wb")) {}
+
+    bool is_open() const { return file_ != nullptr; }
+    void write(ByteSpan bytes) {
+        if (failed_ || bytes.empty()) return;
+        failed_ = std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size();
+    }
+    bool close() { return std::fclose(file_.release()) == 0 && !failed_; }
+
+private:
+    struct Closer {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+    std::unique_ptr<std::FILE, Closer> file_;
+    bool failed_ = false;
+};
+
+void write_chunk(OutputFile& file, const char (&type)[5], ByteSpan data) {
+    std::array<unsigned char, 8> head{};
+    store_u32_big(head.data(), static_cast<std::uint32_t>(data.size()));
+    std::copy_n(type, 4, head.begin() + 4);
+    std::array<unsigned char, 4> tail{};
+    store_u32_big(tail.data(), crc32(data, crc32(ByteSpan(head).subspan(4))));
+    file.write(head);
+    file.write(data);
+    file.write(tail);
+}
+
+// Gathers bytes and writes an IDAT chunk whenever one is full.
+class IdatStream {
+public:
+    explicit IdatStream(OutputFile& file) : file_(file) { pending_.reserve(largestIdat); }
+
+    void add(ByteSpan bytes) {
+        while (!bytes.empty()) {
+            const std::size_t count = std::min(bytes.size(), largestIdat - pending_.size());
+            pending_.insert(pending_.end(), bytes.begin(),
+                            bytes.begin() + static_cast<std::ptrdiff_t>(count));
+            bytes = bytes.subspan(count);
+            if (pending_.size() == largestIdat) flush();
+        }
+    }
+    void flush() {
+        if (!pending_.empty()) write_chunk(file_, "IDAT", pending_);
+        pending_.clear();
+    }
+
+private:
+    OutputFile& file_;
+    std::vector<unsigned char> pending_;
+};
+
+// A zlib stream of stored blocks. A full block waits for what follows it, since the last one is marked.
+class StoredStream {
+public:
+    explicit StoredStream(IdatStream& out) : out_(out) {
+        block_.reserve(largestStoredBlock);
+        out_.add(std::array<unsigned char, 2>{0x78, 0x01});
+    }
+
+    void add(ByteSpan bytes) {
+        adler_ = adler32(bytes, adler_);
+        while (!bytes.empty()) {
+            if (block_.size() == largestStoredBlock) put_block(false);
+            const std::size_t count = std::min(bytes.size(), largestStoredBlock - block_.size());
+            block_.insert(block_.end(), bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
+            bytes = bytes.subspan(count);
+        }
+    }
+    void finish() {
+        put_block(true);
+        std::array<unsigned char, 4> trailer{};
+        store_u32_big(trailer.data(), adler_);
+        out_.add(trailer);
+        out_.flush();
+    }
+
+private:
+    void put_block(bool last) {
+        const auto size = static_cast<std::uint16_t>(block_.size());
+        const auto low = static_cast<unsigned char>(size & 0xFF);
+        const auto high = static_cast<unsigned char>(size >> 8);
+        const auto inverted = [](unsigned char byte) { return static_cast<unsigned char>(~byte); };
+        const unsigned char final_bit = last ? 1 : 0;
+        out_.add(std::array<unsigned char, 5>{final_bit, low, high, inverted(low), inverted(high)});
+        out_.add(block_);
+        block_.clear();
+    }
+
+    IdatStream& out_;
+    std::vector<unsigned char> block_;
+    std::uint32_t adler_ = 1;
+};
+
+unsigned char predict(unsigned filter, int left, int upper, int upper_left) {
+    switch (filter) {
+        case FilterSub:
+            return static_cast<unsigned char>(left);
+        case FilterUp:
+            return static_cast<unsigned char>(upper);
+        case FilterAverage:
+            return static_cast<unsigned char>((left + upper) / 2);
+        case FilterPaeth:
+            return paeth_predictor(left, upper, upper_left);
+        default:
+            return 0;
+    }
+}
+
+// Filters rows with each of the five filters and keeps the one whose bytes, read as signed, are smallest in
+// sum; of equals, the first.
+class RowFilterer {
+public:
+    explicit RowFilterer(std::size_t row_bytes) : none_(row_bytes) {
+        for (auto& candidate : candidates_) candidate.resize(row_bytes + 1);
+    }
+
+    // The filter byte and the filtered row, good until the next call.
+    ByteSpan filter(const unsigned char* row, const unsigned char* prior) {
+        if (prior == nullptr) prior = none_.data();
+        std::size_t best = 0;
+        std::uint64_t best_sum = std::numeric_limits<std::uint64_t>::max();
+        for (unsigned filter = 0; filter < FilterCount; ++filter) {
+            const std::uint64_t sum = fill(filter, row, prior);
+            if (sum >= best_sum) continue;
+            best = filter;
+            best_sum = sum;
+        }
+        return candidates_[best];
+    }
+
+private:
+    std::uint64_t fill(unsigned filter, const unsigned char* row, const unsigned char* prior) {
+        unsigned char* const out = candidates_[filter].data();
+        out[0] = static_cast<unsigned char>(filter);
+        std::uint64_t sum = 0;
+        for (std::size_t i = 0; i < none_.size(); ++i) {
+            const int left = i < pixelSize ? 0 : row[i - pixelSize];
+            const int upper_left = i < pixelSize ? 0 : prior[i - pixelSize];
+            const auto byte =
+                static_cast<unsigned char>(row[i] - predict(filter, left, prior[i], upper_left));
+            out[i + 1] = byte;
+            sum += byte < 128 ? byte : 256u - byte;
+        }
+        return sum;
+    }
+
+    std::vector<unsigned char> none_;  // the row above the first
+    std::array<std::vector<unsigned char>, FilterCount> candidates_;
+};
+
+void write_header(OutputFile& file, std::uint32_t width, std::uint32_t height) {
+    file.write(std::array<unsigned char, 8>{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'});
+    std::array<unsigned char, 13> header{};
+    store_u32_big(header.data(), width);
+    store_u32_big(header.data() + 4, height);
+    header[8] = 8;
+    header[9] = Rgba;
+    write_chunk(file, "IHDR", header);
+}
+
+void write_pixels(OutputFile& file, const unsigned char* pixels, std::size_t row_bytes, std::size_t rows) {
+    IdatStream idat(file);
+    StoredStream stream(idat);
+    RowFilterer filterer(row_bytes);
+    const unsigned char* prior = nullptr;
+    for (std::size_t y = 0; y < rows; ++y) {
+        const unsigned char* row = pixels + y * row_bytes;
+        stream.add(filterer.filter(row, prior));
+        prior = row;
+    }
+    stream.finish();
+}
+
+}  // namespace
+
+bool save_png_rgba8_file(const char* path, const unsigned char* pixels, int width, int height) {
+    if (path == nullptr || pixels == nullptr || width < 1 || height < 1) return false;
+    const auto columns = static_cast<std::uint32_t>(width);
+    const auto rows = static_cast<std::uint32_t>(height);
+    if (!within_pixel_limit(columns, rows)) return false;
+    const std::uint64_t row_bytes = std::uint64_t{columns} * pixelSize;
+    if (row_bytes > std::numeric_limits<std::uint32_t>::max()) return false;
+    OutputFile file(path);
+    if (!file.is_open()) return false;
+    write_header(file, columns, rows);
+    write_pixels(file, pixels, static_cast<std::size_t>(row_bytes), rows);
+    write_chunk(file, "IEND", {});
+    return file.close();
+}
+
+bool save_rgba8_file(const char* path, const unsigned char* pixels, int width, int height) {
+    return save_png_rgba8_file(path, pixels, width, height);
+}
+
+}  // namespace vh::png
