@@ -14,6 +14,7 @@
 namespace kelmora::regex {
 
 struct Program;
+struct SearchMemory;
 class Scratch;
 
 // The pattern is malformed or too large. The text says what was found and what was expected.
@@ -109,8 +110,7 @@ public:
 
 private:
     friend class Pattern;
-    struct Memory;
-    std::unique_ptr<Memory> memory_;
+    std::unique_ptr<SearchMemory> memory_;
 };
 
 // Steps through all matches front to back. After an empty match a non-empty one is tried at the same place,
@@ -128,7 +128,7 @@ public:
     const Capture& match() const { return captures_[0]; }
 
 private:
-    bool findAfterEmpty(std::size_t& start);
+    bool findAfterEmpty(std::size_t start);
 
     Pattern pattern_;
     std::string_view subject_;
