@@ -377,7 +377,7 @@ private:
         }
         if (!plan.prefix.empty()) {
             plan.kind = SearchPlan::Kind::prefix;
-            plan.wholeIsPrefix = first == 0 && program_.code[1].op == Op::accept;
+            plan.wholeIsPrefix = tree_.groupCount == 0 && program_.code[1].op == Op::accept;
         }
     }
 

@@ -58,6 +58,7 @@ bool Matcher::search(std::size_t from, Captures& out) {
 bool Matcher::searchFrom(Position from) {
     const SearchPlan& plan = program_.plan;
     seesPrevious_ = from > 0 && !has(flags_, MatchFlags::ignorePrevious);
+    if (seesPrevious_) flags_ = without(flags_, MatchFlags::notLineBegin | MatchFlags::notWordBegin);
     const bool once = has(flags_, MatchFlags::continuous) || plan.kind == SearchPlan::Kind::onlyFirst;
     if (once) return attempt(from);
     const Position last = end_ - plan.minimumLength;

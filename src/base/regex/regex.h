@@ -45,6 +45,7 @@ using Captures = std::vector<Capture>;
 
 enum class MatchFlags : std::uint8_t {
     none = 0,
+    // The "begin" flags count only where no byte before the start is seen.
     notLineBegin = 1,    // ^ does not match at the start of the search
     notLineEnd = 2,      // $ does not match at the end of the subject
     notWordBegin = 4,    // \b does not match at the start of the search
@@ -55,6 +56,9 @@ enum class MatchFlags : std::uint8_t {
 };
 constexpr MatchFlags operator|(MatchFlags a, MatchFlags b) {
     return static_cast<MatchFlags>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
+}
+constexpr MatchFlags without(MatchFlags flags, MatchFlags removed) {
+    return static_cast<MatchFlags>(static_cast<unsigned>(flags) & ~static_cast<unsigned>(removed));
 }
 constexpr bool has(MatchFlags flags, MatchFlags flag) {
     return (static_cast<unsigned>(flags) & static_cast<unsigned>(flag)) != 0;
