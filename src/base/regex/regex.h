@@ -14,6 +14,7 @@
 namespace kelmora::regex {
 
 struct Program;
+struct SearchMemory;
 class Scratch;
 
 // The pattern is malformed or too large. The text says what was found and what was expected.
@@ -44,6 +45,7 @@ using Captures = std::vector<Capture>;
 
 enum class MatchFlags : std::uint8_t {
     none = 0,
+    // The "begin" flags count only where no byte before the start is seen.
     notLineBegin = 1,    // ^ does not match at the start of the search
     notLineEnd = 2,      // $ does not match at the end of the subject
     notWordBegin = 4,    // \b does not match at the start of the search
@@ -54,6 +56,9 @@ enum class MatchFlags : std::uint8_t {
 };
 constexpr MatchFlags operator|(MatchFlags a, MatchFlags b) {
     return static_cast<MatchFlags>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
+}
+constexpr MatchFlags without(MatchFlags flags, MatchFlags removed) {
+    return static_cast<MatchFlags>(static_cast<unsigned>(flags) & ~static_cast<unsigned>(removed));
 }
 constexpr bool has(MatchFlags flags, MatchFlags flag) {
     return (static_cast<unsigned>(flags) & static_cast<unsigned>(flag)) != 0;
@@ -109,8 +114,7 @@ public:
 
 private:
     friend class Pattern;
-    struct Memory;
-    std::unique_ptr<Memory> memory_;
+    std::unique_ptr<SearchMemory> memory_;
 };
 
 // Steps through all matches front to back. After an empty match a non-empty one is tried at the same place,
@@ -128,7 +132,7 @@ public:
     const Capture& match() const { return captures_[0]; }
 
 private:
-    bool findAfterEmpty(std::size_t& start);
+    bool findAfterEmpty(std::size_t start);
 
     Pattern pattern_;
     std::string_view subject_;
