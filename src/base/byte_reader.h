@@ -53,8 +53,7 @@ private:
     bool readLittle(T& out) {
         if (sizeof(T) > remaining()) return false;
         std::uint64_t value = 0;
-        for (std::size_t i = 0; i < sizeof(T); ++i)
-            value |= std::uint64_t{bytes_[position_ + i]} << (8 * i);
+        for (std::size_t i = 0; i < sizeof(T); ++i) value |= std::uint64_t{bytes_[position_ + i]} << (8 * i);
         out = static_cast<T>(value);
         position_ += sizeof(T);
         return true;

@@ -39,7 +39,9 @@ bool writeAll(const std::string& path, const void* data, std::size_t size) {
 
 }  // namespace
 
-std::optional<std::string> readWholeFile(const std::string& path) { return readAll<std::string>(path); }
+std::optional<std::string> readWholeFile(const std::string& path) {
+    return readAll<std::string>(path);
+}
 
 std::optional<std::vector<unsigned char>> readWholeFileBytes(const std::string& path) {
     return readAll<std::vector<unsigned char>>(path);

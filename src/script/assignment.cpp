@@ -63,10 +63,17 @@ bool VesperScript::executeAssignment(const ParsedScriptLine& line, Variable& res
 
 void VesperScript::storePlain(const TokenAnalysis& name, ScopeTarget target, Variable value) {
     switch (target) {
-        case ScopeTarget::Local: scopes_.setLocal(name.name, std::move(value)); return;
-        case ScopeTarget::Native: scopes_.setNative(name.name, std::move(value)); return;
-        case ScopeTarget::External: scopes_.setExternal(name.name, std::move(value)); return;
-        default: break;
+        case ScopeTarget::Local:
+            scopes_.setLocal(name.name, std::move(value));
+            return;
+        case ScopeTarget::Native:
+            scopes_.setNative(name.name, std::move(value));
+            return;
+        case ScopeTarget::External:
+            scopes_.setExternal(name.name, std::move(value));
+            return;
+        default:
+            break;
     }
     if (name.isScoped()) {
         scopes_.setExplicit(name.name, name.scope, std::move(value));

@@ -39,28 +39,43 @@ public:
 
 private:
     static bool endsBlock(ParsedLineKind kind) {
-        return kind == ParsedLineKind::ElseIf || kind == ParsedLineKind::Else || kind == ParsedLineKind::End ||
-               kind == ParsedLineKind::Until;
+        return kind == ParsedLineKind::ElseIf || kind == ParsedLineKind::Else ||
+               kind == ParsedLineKind::End || kind == ParsedLineKind::Until;
     }
 
     void statement(const ParsedScriptLine& line) {
         switch (line.kind) {
-            case ParsedLineKind::If: runIf(line); break;
-            case ParsedLineKind::While: runWhile(line); break;
-            case ParsedLineKind::Repeat: runRepeat(line); break;
-            case ParsedLineKind::For: runFor(line); break;
-            case ParsedLineKind::Nest: runNest(line); break;
+            case ParsedLineKind::If:
+                runIf(line);
+                break;
+            case ParsedLineKind::While:
+                runWhile(line);
+                break;
+            case ParsedLineKind::Repeat:
+                runRepeat(line);
+                break;
+            case ParsedLineKind::For:
+                runFor(line);
+                break;
+            case ParsedLineKind::Nest:
+                runNest(line);
+                break;
             case ParsedLineKind::Return:
                 signal_.value = script_.evaluateReturn(line);
                 signal_.kind = BlockSignal::Kind::Return;
                 break;
-            case ParsedLineKind::Break: signal_.kind = BlockSignal::Kind::Break; break;
+            case ParsedLineKind::Break:
+                signal_.kind = BlockSignal::Kind::Break;
+                break;
             case ParsedLineKind::Function:
             case ParsedLineKind::DecayFunction:
             case ParsedLineKind::NativeFunction:
-            case ParsedLineKind::LocalFunction: declareFunction(line); break;
+            case ParsedLineKind::LocalFunction:
+                declareFunction(line);
+                break;
             default:
-                if (!script_.executeAssignment(line, result_)) result_ = script_.executeExpressionStatement(line);
+                if (!script_.executeAssignment(line, result_))
+                    result_ = script_.executeExpressionStatement(line);
                 ++index_;
                 break;
         }
@@ -114,7 +129,8 @@ private:
             if (ended != until) throw std::runtime_error("repeat block did not terminate at matching until");
             script_.context_.setLine(condition);
             if (condition.tokens.size() < 2) script_.context_.throwError("Missing until condition", "until");
-            if (script_.evaluateCondition(condition, "until") || script_.shouldAbortForSoftRaisedError()) break;
+            if (script_.evaluateCondition(condition, "until") || script_.shouldAbortForSoftRaisedError())
+                break;
         }
         index_ = until + 1;
     }

@@ -8,12 +8,13 @@ namespace {
 
 // In the order of the numbers, from 1.
 constexpr std::array<std::string_view, 37> builtinNames{
-    "assert",      "getTimeMs",      "toString",    "toNumber",     "error",        "pcall",        "load",
-    "pairs",       "ipairs",         "next",        "select",       "collectGarbage", "len",        "string.len",
-    "string.upper", "string.sub",    "string.find", "string.match", "string.gmatch", "string.byte",
-    "string.format", "string.gsub",  "table.insert", "table.remove", "table.concat", "table.sort",  "math.floor",
-    "math.ceil",   "math.abs",       "math.min",    "math.max",     "math.sin",     "math.cos",     "math.rad",
-    "math.log",    "math.sqrt",      "utf8.len",
+    "assert",        "getTimeMs",   "toString",      "toNumber",    "error",        "pcall",
+    "load",          "pairs",       "ipairs",        "next",        "select",       "collectGarbage",
+    "len",           "string.len",  "string.upper",  "string.sub",  "string.find",  "string.match",
+    "string.gmatch", "string.byte", "string.format", "string.gsub", "table.insert", "table.remove",
+    "table.concat",  "table.sort",  "math.floor",    "math.ceil",   "math.abs",     "math.min",
+    "math.max",      "math.sin",    "math.cos",      "math.rad",    "math.log",     "math.sqrt",
+    "utf8.len",
 };
 
 }  // namespace

@@ -70,19 +70,31 @@ private:
             case ParsedLineKind::ElseIf:
             case ParsedLineKind::Else:
             case ParsedLineKind::End:
-            case ParsedLineKind::Until: return at + 1;
-            case ParsedLineKind::If: return compileIf(at, out);
-            case ParsedLineKind::While: return compileWhile(at, out);
-            case ParsedLineKind::Repeat: return compileRepeat(at, out);
-            case ParsedLineKind::For: return compileFor(at, out);
-            case ParsedLineKind::Nest: return compileNest(at, chunk, out);
+            case ParsedLineKind::Until:
+                return at + 1;
+            case ParsedLineKind::If:
+                return compileIf(at, out);
+            case ParsedLineKind::While:
+                return compileWhile(at, out);
+            case ParsedLineKind::Repeat:
+                return compileRepeat(at, out);
+            case ParsedLineKind::For:
+                return compileFor(at, out);
+            case ParsedLineKind::Nest:
+                return compileNest(at, chunk, out);
             case ParsedLineKind::Function:
             case ParsedLineKind::DecayFunction:
             case ParsedLineKind::NativeFunction:
-            case ParsedLineKind::LocalFunction: return compileFunction(at, out);
-            case ParsedLineKind::Return: out.push_back({Opcode::Return, at, 0}); return at + 1;
-            case ParsedLineKind::Break: out.push_back({Opcode::Break, at, 0}); return at + 1;
-            case ParsedLineKind::Other: break;
+            case ParsedLineKind::LocalFunction:
+                return compileFunction(at, out);
+            case ParsedLineKind::Return:
+                out.push_back({Opcode::Return, at, 0});
+                return at + 1;
+            case ParsedLineKind::Break:
+                out.push_back({Opcode::Break, at, 0});
+                return at + 1;
+            case ParsedLineKind::Other:
+                break;
         }
         out.push_back({isSimpleAssignment(line) ? Opcode::SimpleAssignment : Opcode::Line, at, 0});
         return at + 1;
@@ -149,7 +161,8 @@ private:
 
 void compileLines(BytecodeProgram& program, const NativeStack& stack) {
     program.instructions.reserve(program.lines.size());
-    ProgramCompiler(program, stack).compileBytecodeChunk(0, static_cast<std::uint32_t>(program.lines.size()), false);
+    ProgramCompiler(program, stack)
+        .compileBytecodeChunk(0, static_cast<std::uint32_t>(program.lines.size()), false);
 }
 
 }  // namespace kelmora

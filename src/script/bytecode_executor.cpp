@@ -87,7 +87,8 @@ bool BytecodeExecutor::runChunk(std::uint32_t chunk, bool useLocalScope, std::in
     script_.stack_.check();
     if (chunk >= program_.chunks.size()) throw std::runtime_error("Invalid bytecode chunk index");
     const BytecodeChunk& record = program_.chunks[chunk];
-    const bool wantsScope = useLocalScope && (record.declaresLocals || script_.scopes_.hasVisibleLocalScope());
+    const bool wantsScope =
+        useLocalScope && (record.declaresLocals || script_.scopes_.hasVisibleLocalScope());
     const ChunkEntry entered(script_, program_, chunk, wantsScope);
     if (std::uint64_t{record.firstInstruction} + record.instructionCount > program_.instructions.size())
         throw std::runtime_error("Bytecode chunk range is out of bounds");
@@ -149,7 +150,8 @@ bool BytecodeExecutor::executeRegisteredJumpTarget(const std::string& label) {
     BlockSignal signal;
     {
         const SourceLineGuard line(script_.context_);
-        const SourceFileGuard source(script_.context_, target.program->sourceDirectory, target.program->sourcePath);
+        const SourceFileGuard source(script_.context_, target.program->sourceDirectory,
+                                     target.program->sourcePath);
         const NativeLevelGuard level(script_.scopes_, target.nativeLevel);
         BytecodeExecutor(script_, *target.program, signal).runChunk(target.chunk, true, target.instruction);
     }
@@ -162,28 +164,35 @@ bool BytecodeExecutor::execute(const BytecodeInstruction& instruction) {
     const std::uint32_t operand = instruction.operand;
     switch (instruction.opcode) {
         case Opcode::Line:
-        case Opcode::SimpleAssignment: return runStatement(operand);
-        case Opcode::If: return runIf(entry(program_.ifGroups, operand, "Bytecode if-group index out of range"));
+        case Opcode::SimpleAssignment:
+            return runStatement(operand);
+        case Opcode::If:
+            return runIf(entry(program_.ifGroups, operand, "Bytecode if-group index out of range"));
         case Opcode::While:
             return runWhile(entry(program_.whileLoops, operand, "Bytecode while-loop index out of range"));
         case Opcode::Repeat:
             return runRepeat(entry(program_.repeatLoops, operand, "Bytecode repeat-loop index out of range"));
         case Opcode::NumericFor:
-            return runNumericFor(entry(program_.numericForLoops, operand, "Bytecode numeric-for index out of range"));
+            return runNumericFor(
+                entry(program_.numericForLoops, operand, "Bytecode numeric-for index out of range"));
         case Opcode::GenericFor:
-            return runGenericFor(entry(program_.genericForLoops, operand, "Bytecode generic-for index out of range"));
+            return runGenericFor(
+                entry(program_.genericForLoops, operand, "Bytecode generic-for index out of range"));
         case Opcode::DeclareFunction:
-            declareFunction(
-                entry(program_.functionDeclarations, operand, "Bytecode function-declaration index out of range"));
+            declareFunction(entry(program_.functionDeclarations, operand,
+                                  "Bytecode function-declaration index out of range"));
             return false;
-        case Opcode::Return: return runReturn(operand);
+        case Opcode::Return:
+            return runReturn(operand);
         case Opcode::Break:
             enterLine(operand);
             signal_.kind = BlockSignal::Kind::Break;
             return true;
-        case Opcode::Nest: return runNest(entry(program_.nestBlocks, operand, "Bytecode nest-block index out of range"));
+        case Opcode::Nest:
+            return runNest(entry(program_.nestBlocks, operand, "Bytecode nest-block index out of range"));
     }
-    throw std::runtime_error("Unknown bytecode opcode: " + std::to_string(static_cast<unsigned>(instruction.opcode)));
+    throw std::runtime_error("Unknown bytecode opcode: " +
+                             std::to_string(static_cast<unsigned>(instruction.opcode)));
 }
 
 bool BytecodeExecutor::runStatement(std::uint32_t lineIndex) {
@@ -292,7 +301,8 @@ bool BytecodeExecutor::isInline(std::uint32_t chunk, unsigned depth) {
 }
 
 bool BytecodeExecutor::examineInline(const BytecodeChunk& chunk, unsigned depth) {
-    if (std::uint64_t{chunk.firstInstruction} + chunk.instructionCount > program_.instructions.size()) return false;
+    if (std::uint64_t{chunk.firstInstruction} + chunk.instructionCount > program_.instructions.size())
+        return false;
     for (std::uint32_t i = 0; i < chunk.instructionCount; ++i)
         if (!bodyIsInline(program_.instructions[chunk.firstInstruction + i], depth)) return false;
     return true;
@@ -306,16 +316,21 @@ bool BytecodeExecutor::bodyIsInline(const BytecodeInstruction& instruction, unsi
     switch (instruction.opcode) {
         case Opcode::Line:
         case Opcode::SimpleAssignment:
-        case Opcode::Break: return true;
+        case Opcode::Break:
+            return true;
         case Opcode::If:
             if (operand >= program_.ifGroups.size()) return false;
             for (const IfBranch& branch : program_.ifGroups[operand])
                 if (!isInline(branch.bodyChunk, depth + 1)) return false;
             return true;
-        case Opcode::While: return loopIsInline(program_.whileLoops);
-        case Opcode::Repeat: return loopIsInline(program_.repeatLoops);
-        case Opcode::NumericFor: return loopIsInline(program_.numericForLoops);
-        default: return false;
+        case Opcode::While:
+            return loopIsInline(program_.whileLoops);
+        case Opcode::Repeat:
+            return loopIsInline(program_.repeatLoops);
+        case Opcode::NumericFor:
+            return loopIsInline(program_.numericForLoops);
+        default:
+            return false;
     }
 }
 
@@ -335,17 +350,23 @@ bool BytecodeExecutor::executeInline(const BytecodeInstruction& instruction) {
     const std::uint32_t operand = instruction.operand;
     switch (instruction.opcode) {
         case Opcode::Line:
-        case Opcode::SimpleAssignment: return runStatement(operand);
-        case Opcode::Break: return execute(instruction);
-        case Opcode::If: return runIf(entry(program_.ifGroups, operand, "Inline bytecode if-group index out of range"));
+        case Opcode::SimpleAssignment:
+            return runStatement(operand);
+        case Opcode::Break:
+            return execute(instruction);
+        case Opcode::If:
+            return runIf(entry(program_.ifGroups, operand, "Inline bytecode if-group index out of range"));
         case Opcode::While:
-            return runWhile(entry(program_.whileLoops, operand, "Inline bytecode while-loop index out of range"));
+            return runWhile(
+                entry(program_.whileLoops, operand, "Inline bytecode while-loop index out of range"));
         case Opcode::Repeat:
-            return runRepeat(entry(program_.repeatLoops, operand, "Inline bytecode repeat-loop index out of range"));
+            return runRepeat(
+                entry(program_.repeatLoops, operand, "Inline bytecode repeat-loop index out of range"));
         case Opcode::NumericFor:
             return runNumericFor(
                 entry(program_.numericForLoops, operand, "Inline bytecode numeric-for index out of range"));
-        default: throw std::runtime_error("Unexpected non-inline opcode");
+        default:
+            throw std::runtime_error("Unexpected non-inline opcode");
     }
 }
 

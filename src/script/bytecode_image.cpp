@@ -127,15 +127,17 @@ public:
         loops(program_.repeatLoops);
         loops(program_.numericForLoops);
         loops(program_.genericForLoops);
-        if (hasNests()) table(program_.nestBlocks, isCurrent() ? 16 : 8, [this](NestBlock& block) { readNest(block); });
-        table(program_.functionDeclarations, hasSourcePath() ? 24 : 20, [this](FunctionDeclaration& function) {
-            function.line = u32();
-            function.bodyChunk = u32();
-            function.firstBodyLine = u32();
-            function.endLine = u32();
-            function.sourceDirectory = string();
-            if (hasSourcePath()) function.sourcePath = string();
-        });
+        if (hasNests())
+            table(program_.nestBlocks, isCurrent() ? 16 : 8, [this](NestBlock& block) { readNest(block); });
+        table(program_.functionDeclarations, hasSourcePath() ? 24 : 20,
+              [this](FunctionDeclaration& function) {
+                  function.line = u32();
+                  function.bodyChunk = u32();
+                  function.firstBodyLine = u32();
+                  function.endLine = u32();
+                  function.sourceDirectory = string();
+                  if (hasSourcePath()) function.sourcePath = string();
+              });
         return std::move(program_);
     }
 
@@ -181,7 +183,8 @@ private:
     void readHeader() {
         std::string_view magic;
         if (!reader_.readText(imageMagic.size(), magic)) truncated();
-        if (magic != imageMagic) throw std::runtime_error("Invalid bytecode file (bad magic): " + sourceName_);
+        if (magic != imageMagic)
+            throw std::runtime_error("Invalid bytecode file (bad magic): " + sourceName_);
         if (!reader_.readU16(program_.version)) truncated();
         if (!isKnownVersion(program_.version))
             throw std::runtime_error("Unsupported bytecode version: " + std::to_string(program_.version));

@@ -19,7 +19,8 @@ public:
         script_.scopes_.pushCallScope(callable.parameters, arguments);
         if (!isVariadic_) return;
         const std::size_t fixed = std::min(arguments.size(), callable.parameters.size());
-        script_.varargs_.emplace_back(arguments.begin() + static_cast<std::ptrdiff_t>(fixed), arguments.end());
+        script_.varargs_.emplace_back(arguments.begin() + static_cast<std::ptrdiff_t>(fixed),
+                                      arguments.end());
     }
     CallFrame(const CallFrame&) = delete;
     CallFrame& operator=(const CallFrame&) = delete;

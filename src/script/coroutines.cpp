@@ -7,7 +7,8 @@
 namespace kelmora {
 namespace {
 
-std::shared_ptr<CoroutineState> createCoroutineState(const Variable& function, std::span<const Variable> arguments) {
+std::shared_ptr<CoroutineState> createCoroutineState(const Variable& function,
+                                                     std::span<const Variable> arguments) {
     auto state = std::make_shared<CoroutineState>();
     const ScriptCallable& callable = function.function();
     state->callable = function;
@@ -128,12 +129,18 @@ private:
 
     bool statementStep(const ParsedScriptLine& statement, std::uint32_t index) {
         switch (statement.kind) {
-            case ParsedLineKind::If: enterIf(statement, index); return false;
-            case ParsedLineKind::While: enterLoop(Kind::While, index, "Missing 'end' for while block"); return false;
+            case ParsedLineKind::If:
+                enterIf(statement, index);
+                return false;
+            case ParsedLineKind::While:
+                enterLoop(Kind::While, index, "Missing 'end' for while block");
+                return false;
             case ParsedLineKind::Repeat:
                 enterLoop(Kind::Repeat, index, "Missing 'until' for repeat block");
                 return false;
-            case ParsedLineKind::For: enterFor(statement, index); return false;
+            case ParsedLineKind::For:
+                enterFor(statement, index);
+                return false;
             case ParsedLineKind::Nest: {
                 const std::uint32_t end = leaveTo(statement, "Missing 'end' for nest block");
                 pushBlockFrame(index + 1, end);
@@ -142,15 +149,23 @@ private:
             case ParsedLineKind::Function:
             case ParsedLineKind::DecayFunction:
             case ParsedLineKind::NativeFunction:
-            case ParsedLineKind::LocalFunction: declare(statement, index); return false;
-            case ParsedLineKind::Return: state_.frames.clear(); return true;
-            case ParsedLineKind::Break: popLoopFrame(); return false;
+            case ParsedLineKind::LocalFunction:
+                declare(statement, index);
+                return false;
+            case ParsedLineKind::Return:
+                state_.frames.clear();
+                return true;
+            case ParsedLineKind::Break:
+                popLoopFrame();
+                return false;
             case ParsedLineKind::Other: {
                 Variable discarded;
-                if (!script_.executeAssignment(statement, discarded)) script_.executeExpressionStatement(statement);
+                if (!script_.executeAssignment(statement, discarded))
+                    script_.executeExpressionStatement(statement);
                 return true;
             }
-            default: return false;
+            default:
+                return false;
         }
     }
 
@@ -166,7 +181,8 @@ private:
         for (std::uint32_t branch = index; branch != noLine; branch = line(branch).nextBranchIndex) {
             const ParsedScriptLine& candidate = line(branch);
             script_.context_.setLine(candidate);
-            if (candidate.kind != ParsedLineKind::Else && !script_.evaluateCondition(candidate, "if")) continue;
+            if (candidate.kind != ParsedLineKind::Else && !script_.evaluateCondition(candidate, "if"))
+                continue;
             pushBlockFrame(branch + 1, candidate.nextBranchIndex != noLine ? candidate.nextBranchIndex : end);
             return;
         }
@@ -232,16 +248,20 @@ private:
     bool nextRound(CoroutineFrame& loop, const ParsedScriptLine& clause) {
         const bool first = !std::exchange(loop.started, true);
         switch (loop.kind) {
-            case Kind::While: return script_.evaluateCondition(clause, "while");
-            case Kind::Repeat: return first || !script_.evaluateCondition(clause, "until");
-            case Kind::NumericFor: return nextNumber(loop, first);
-            default: return nextElement(loop, *clause.forHeader);
+            case Kind::While:
+                return script_.evaluateCondition(clause, "while");
+            case Kind::Repeat:
+                return first || !script_.evaluateCondition(clause, "until");
+            case Kind::NumericFor:
+                return nextNumber(loop, first);
+            default:
+                return nextElement(loop, *clause.forHeader);
         }
     }
     bool nextNumber(CoroutineFrame& loop, bool first) {
         if (!first)
-            loop.value =
-                static_cast<std::int32_t>(static_cast<std::uint32_t>(loop.value) + static_cast<std::uint32_t>(loop.step));
+            loop.value = static_cast<std::int32_t>(static_cast<std::uint32_t>(loop.value) +
+                                                   static_cast<std::uint32_t>(loop.step));
         if (loop.step > 0 ? loop.value > loop.limit : loop.value < loop.limit) return false;
         script_.scopes_.callEntry(0) = Variable::integer(loop.value);
         return true;

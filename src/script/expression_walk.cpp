@@ -40,7 +40,9 @@ private:
 
 }  // namespace
 
-bool ExpressionWalk::aborted() const { return script_.shouldAbortForSoftRaisedError(); }
+bool ExpressionWalk::aborted() const {
+    return script_.shouldAbortForSoftRaisedError();
+}
 
 void ExpressionWalk::fail(const std::string& message, std::string_view token) const {
     script_.context().throwError(message, token);
@@ -80,7 +82,8 @@ Variable ExpressionWalk::operand() {
     const TokenKind kind = line_.analysis[index_].kind;
     switch (kind) {
         case TokenKind::Not:
-            if (index_ + 1 >= line_.tokens.size() || isStandaloneNotBoundary(line_.analysis[index_ + 1].kind)) {
+            if (index_ + 1 >= line_.tokens.size() ||
+                isStandaloneNotBoundary(line_.analysis[index_ + 1].kind)) {
                 ++index_;
                 return {};
             }
@@ -88,8 +91,10 @@ Variable ExpressionWalk::operand() {
         case TokenKind::Exclamation:
         case TokenKind::Length:
         case TokenKind::Plus:
-        case TokenKind::Minus: return prefixed(kind);
-        default: return primary();
+        case TokenKind::Minus:
+            return prefixed(kind);
+        default:
+            return primary();
     }
 }
 
@@ -98,22 +103,29 @@ Variable ExpressionWalk::prefixed(TokenKind operation) {
     const Variable value = evaluate(7);
     if (!live_ || aborted()) return {};
     switch (operation) {
-        case TokenKind::Length: return Variable::integer(arrayLength(value));
-        case TokenKind::Plus: return value;
+        case TokenKind::Length:
+            return Variable::integer(arrayLength(value));
+        case TokenKind::Plus:
+            return value;
         case TokenKind::Minus:
             if (value.isFloat()) return Variable::number(-value.floatValue());
             if (!value.isNumeric()) fail("Unary '-' requires a numeric value", "-");
-            return Variable::integer(static_cast<std::int32_t>(0u - static_cast<std::uint32_t>(toInt(value))));
-        default: return Variable::boolean(!isTruthy(value));
+            return Variable::integer(
+                static_cast<std::int32_t>(0u - static_cast<std::uint32_t>(toInt(value))));
+        default:
+            return Variable::boolean(!isTruthy(value));
     }
 }
 
 Variable ExpressionWalk::primary() {
     const TokenAnalysis& token = line_.analysis[index_];
     switch (token.kind) {
-        case TokenKind::OpenBrace: return postfix(tableConstructor());
-        case TokenKind::OpenBracket: return postfix(arrayConstructor());
-        case TokenKind::OpenParenthesis: return postfix(parenthesised());
+        case TokenKind::OpenBrace:
+            return postfix(tableConstructor());
+        case TokenKind::OpenBracket:
+            return postfix(arrayConstructor());
+        case TokenKind::OpenParenthesis:
+            return postfix(parenthesised());
         case TokenKind::Ellipsis:
             if (script_.varargs().empty()) break;
             ++index_;
@@ -121,9 +133,13 @@ Variable ExpressionWalk::primary() {
         case TokenKind::String:
         case TokenKind::True:
         case TokenKind::False:
-        case TokenKind::Pointer: ++index_; return postfix(token.literal);
+        case TokenKind::Pointer:
+            ++index_;
+            return postfix(token.literal);
         case TokenKind::Int:
-        case TokenKind::Float: ++index_; return token.literal;
+        case TokenKind::Float:
+            ++index_;
+            return token.literal;
         default:
             if (!token.isIdentifier()) break;
             ++index_;
@@ -133,8 +149,8 @@ Variable ExpressionWalk::primary() {
 }
 
 Variable ExpressionWalk::variable(const TokenAnalysis& token) const {
-    const Variable* found =
-        token.isScoped() ? script_.scopes().findExplicit(token.name, token.scope) : script_.scopes().find(token.name);
+    const Variable* found = token.isScoped() ? script_.scopes().findExplicit(token.name, token.scope)
+                                             : script_.scopes().find(token.name);
     return found ? *found : Variable();
 }
 
@@ -255,7 +271,8 @@ std::string ExpressionWalk::bracketedKey() {
 std::string ExpressionWalk::wordKey() {
     const TokenAnalysis& token = line_.analysis[index_];
     const std::string& text = line_.tokens[index_];
-    const bool isWord = token.isPlainIdentifier() || token.kind == TokenKind::Int || token.kind == TokenKind::Float;
+    const bool isWord =
+        token.isPlainIdentifier() || token.kind == TokenKind::Int || token.kind == TokenKind::Float;
     if (!isWord && token.kind != TokenKind::String) fail("Unknown token: " + text, text);
     index_ += 2;
     return token.kind == TokenKind::String ? token.literal.text() : text;

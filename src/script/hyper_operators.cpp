@@ -12,11 +12,13 @@ namespace {
 
 constexpr double wholeTolerance = 1e-6;
 
-std::int32_t requireNonNegativeIntegerValue(double value, const std::string& operation, const std::string& what) {
+std::int32_t requireNonNegativeIntegerValue(double value, const std::string& operation,
+                                            const std::string& what) {
     const std::string subject = operation + " " + what;
     if (!std::isfinite(value)) throw std::runtime_error(subject + " must be finite");
     const double rounded = std::round(value);
-    if (std::fabs(value - rounded) > wholeTolerance) throw std::runtime_error(subject + " must be an integer");
+    if (std::fabs(value - rounded) > wholeTolerance)
+        throw std::runtime_error(subject + " must be an integer");
     if (rounded < 0.0 || rounded > 2147483647.0)
         throw std::runtime_error(subject + " must be a non-negative integer");
     return static_cast<std::int32_t>(rounded);
@@ -77,10 +79,11 @@ Variable tetration(const Variable& height, const Variable& base) {
 }
 
 Variable pentation(const Variable& base, const Variable& count) {
-    if (!base.isNumeric() || !count.isNumeric()) throw std::runtime_error("pentation requires numeric operands");
+    if (!base.isNumeric() || !count.isNumeric())
+        throw std::runtime_error("pentation requires numeric operands");
     const std::int32_t rounds = requireNonNegativeIntegerValue(toDouble(count), "pentation", "count");
-    return makeHyperOperationResult(pentationDouble(toDouble(base), rounds), !base.isFloat() && !count.isFloat(),
-                                    "pentation");
+    return makeHyperOperationResult(pentationDouble(toDouble(base), rounds),
+                                    !base.isFloat() && !count.isFloat(), "pentation");
 }
 
 }  // namespace kelmora

@@ -92,11 +92,14 @@ Variable VesperScript::getIndexedValue(const Variable& container, const Variable
         case VarType::Array: {
             std::int64_t index = 0;
             const std::vector<Variable>& items = container.items();
-            if (!isWholeIndex(key, index) || index < 1 || index > static_cast<std::int64_t>(items.size())) return {};
+            if (!isWholeIndex(key, index) || index < 1 || index > static_cast<std::int64_t>(items.size()))
+                return {};
             return items[static_cast<std::size_t>(index - 1)];
         }
-        case VarType::String: return stringElement(*this, container, key);
-        default: throw std::runtime_error("Indexing requires an array, table, or string");
+        case VarType::String:
+            return stringElement(*this, container, key);
+        default:
+            throw std::runtime_error("Indexing requires an array, table, or string");
     }
 }
 
@@ -106,12 +109,20 @@ Variable* VesperScript::getIndexedValueMutable(Variable& container, const Variab
     throw std::runtime_error("Indexing requires an array or table");
 }
 
-void VesperScript::setIndexedValue(Variable& container, const Variable& key, const Variable& value, bool create) {
+void VesperScript::setIndexedValue(Variable& container, const Variable& key, const Variable& value,
+                                   bool create) {
     switch (container.type()) {
-        case VarType::String: setStringElement(container, key, value); return;
-        case VarType::Table: *tableElement(container, key, create) = value; return;
-        case VarType::Array: *arrayElement(container, key, create) = value; return;
-        default: throw std::runtime_error("Indexing requires an array, table, or string");
+        case VarType::String:
+            setStringElement(container, key, value);
+            return;
+        case VarType::Table:
+            *tableElement(container, key, create) = value;
+            return;
+        case VarType::Array:
+            *arrayElement(container, key, create) = value;
+            return;
+        default:
+            throw std::runtime_error("Indexing requires an array, table, or string");
     }
 }
 

@@ -44,19 +44,29 @@ void Labels::registerChunk(const ScriptCallable& callable, std::uint32_t chunk, 
                     for (const IfBranch& branch : program.ifGroups[operand])
                         registerChunk(callable, branch.bodyChunk, visited);
                 break;
-            case Opcode::While: enterLoop(program.whileLoops, operand); break;
-            case Opcode::Repeat: enterLoop(program.repeatLoops, operand); break;
-            case Opcode::NumericFor: enterLoop(program.numericForLoops, operand); break;
-            case Opcode::GenericFor: enterLoop(program.genericForLoops, operand); break;
+            case Opcode::While:
+                enterLoop(program.whileLoops, operand);
+                break;
+            case Opcode::Repeat:
+                enterLoop(program.repeatLoops, operand);
+                break;
+            case Opcode::NumericFor:
+                enterLoop(program.numericForLoops, operand);
+                break;
+            case Opcode::GenericFor:
+                enterLoop(program.genericForLoops, operand);
+                break;
             case Opcode::Nest: {
                 if (operand >= program.nestBlocks.size()) break;
                 const NestBlock& block = program.nestBlocks[operand];
                 if (!block.label.empty())
-                    records_[block.label] = {callable.labelLife, callable.program, chunk, callable.nativeScopeIndex};
+                    records_[block.label] = {callable.labelLife, callable.program, chunk,
+                                             callable.nativeScopeIndex};
                 registerChunk(callable, block.bodyChunk, visited);
                 break;
             }
-            default: break;
+            default:
+                break;
         }
     }
 }

@@ -109,7 +109,8 @@ private:
 
 void readNestLabel(ParsedScriptLine& line) {
     if (line.tokens.size() < 2) return;
-    if (line.analysis[1].kind != TokenKind::String) throw std::runtime_error("nest labels must be string literals");
+    if (line.analysis[1].kind != TokenKind::String)
+        throw std::runtime_error("nest labels must be string literals");
     line.nestLabel = decodeStringToken(line.tokens[1]);
     if (line.nestLabel.empty()) throw std::runtime_error("nest label must not be empty");
     line.hasNestLabel = true;
@@ -126,8 +127,10 @@ void prepareLine(ParsedScriptLine& line) {
     line.forHeader.reset();
     line.functionHeader.reset();
     if (line.kind == ParsedLineKind::Other) line.assignment = AssignmentReader(line).read();
-    if (line.kind == ParsedLineKind::Return && line.tokens.size() > 1) line.returnRanges = splitAtCommas(line, 1, static_cast<std::uint32_t>(line.tokens.size()));
-    if (line.kind == ParsedLineKind::For) line.forHeader = std::make_shared<const ParsedFor>(parseForHeader(line));
+    if (line.kind == ParsedLineKind::Return && line.tokens.size() > 1)
+        line.returnRanges = splitAtCommas(line, 1, static_cast<std::uint32_t>(line.tokens.size()));
+    if (line.kind == ParsedLineKind::For)
+        line.forHeader = std::make_shared<const ParsedFor>(parseForHeader(line));
     if (isFunctionKind(line.kind))
         line.functionHeader = std::make_shared<const ParsedFunctionHeader>(parseFunctionHeader(line));
     if (line.kind == ParsedLineKind::Nest) readNestLabel(line);
@@ -156,11 +159,19 @@ private:
             case ParsedLineKind::While:
             case ParsedLineKind::For:
             case ParsedLineKind::Nest:
-            case ParsedLineKind::Repeat: open_.push_back({kind, {index}}); break;
+            case ParsedLineKind::Repeat:
+                open_.push_back({kind, {index}});
+                break;
             case ParsedLineKind::ElseIf:
-            case ParsedLineKind::Else: addBranch(index); break;
-            case ParsedLineKind::Until: close(index, true); break;
-            case ParsedLineKind::End: close(index, false); break;
+            case ParsedLineKind::Else:
+                addBranch(index);
+                break;
+            case ParsedLineKind::Until:
+                close(index, true);
+                break;
+            case ParsedLineKind::End:
+                close(index, false);
+                break;
             default:
                 if (isFunctionKind(kind)) open_.push_back({kind, {index}});
                 break;

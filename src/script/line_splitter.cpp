@@ -78,14 +78,29 @@ private:
     void scanCodeByte(char c) {
         switch (c) {
             case '"':
-            case '\'': quote_ = c; break;
-            case '(': ++parentheses_; break;
-            case '[': ++brackets_; break;
-            case '{': ++braces_; break;
-            case ')': parentheses_ -= parentheses_ > 0 ? 1 : 0; break;
-            case ']': brackets_ -= brackets_ > 0 ? 1 : 0; break;
-            case '}': braces_ -= braces_ > 0 ? 1 : 0; break;
-            default: break;
+            case '\'':
+                quote_ = c;
+                break;
+            case '(':
+                ++parentheses_;
+                break;
+            case '[':
+                ++brackets_;
+                break;
+            case '{':
+                ++braces_;
+                break;
+            case ')':
+                parentheses_ -= parentheses_ > 0 ? 1 : 0;
+                break;
+            case ']':
+                brackets_ -= brackets_ > 0 ? 1 : 0;
+                break;
+            case '}':
+                braces_ -= braces_ > 0 ? 1 : 0;
+                break;
+            default:
+                break;
         }
     }
     bool bracketOpen() const { return parentheses_ > 0 || brackets_ > 0 || braces_ > 0; }

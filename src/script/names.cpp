@@ -28,6 +28,8 @@ NameId internName(std::string_view name) {
     return number;
 }
 
-const std::string& nameText(NameId name) { return nameTable().texts[name]; }
+const std::string& nameText(NameId name) {
+    return nameTable().texts[name];
+}
 
 }  // namespace kelmora

@@ -18,19 +18,27 @@ std::int32_t saturatingInt(double value) {
 
 std::int32_t toInt(const Variable& value) {
     switch (value.type()) {
-        case VarType::Int: return value.intValue();
-        case VarType::Float: return saturatingInt(static_cast<double>(value.floatValue()));
-        case VarType::Bool: return value.boolValue() ? 1 : 0;
-        default: throw std::runtime_error("Expected a numeric value");
+        case VarType::Int:
+            return value.intValue();
+        case VarType::Float:
+            return saturatingInt(static_cast<double>(value.floatValue()));
+        case VarType::Bool:
+            return value.boolValue() ? 1 : 0;
+        default:
+            throw std::runtime_error("Expected a numeric value");
     }
 }
 
 double toDouble(const Variable& value) {
     switch (value.type()) {
-        case VarType::Int: return value.intValue();
-        case VarType::Float: return static_cast<double>(value.floatValue());
-        case VarType::Bool: return value.boolValue() ? 1.0 : 0.0;
-        default: throw std::runtime_error("Expected a numeric value");
+        case VarType::Int:
+            return value.intValue();
+        case VarType::Float:
+            return static_cast<double>(value.floatValue());
+        case VarType::Bool:
+            return value.boolValue() ? 1.0 : 0.0;
+        default:
+            throw std::runtime_error("Expected a numeric value");
     }
 }
 

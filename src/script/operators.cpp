@@ -19,12 +19,20 @@ void requireNumeric(const Variable& left, const Variable& right, std::string_vie
     if (!left.isNumeric() || !right.isNumeric()) throwUnsupported(sign);
 }
 
-bool anyFloat(const Variable& left, const Variable& right) { return left.isFloat() || right.isFloat(); }
+bool anyFloat(const Variable& left, const Variable& right) {
+    return left.isFloat() || right.isFloat();
+}
 
-float toFloat(const Variable& value) { return static_cast<float>(toDouble(value)); }
+float toFloat(const Variable& value) {
+    return static_cast<float>(toDouble(value));
+}
 
-Variable wrapped(std::uint32_t bits) { return Variable::integer(static_cast<std::int32_t>(bits)); }
-std::uint32_t bitsOf(const Variable& value) { return static_cast<std::uint32_t>(toInt(value)); }
+Variable wrapped(std::uint32_t bits) {
+    return Variable::integer(static_cast<std::int32_t>(bits));
+}
+std::uint32_t bitsOf(const Variable& value) {
+    return static_cast<std::uint32_t>(toInt(value));
+}
 
 Variable add(const Variable& left, const Variable& right) {
     if (left.isString() || right.isString()) {
@@ -77,7 +85,8 @@ Variable remainder(const Variable& left, const Variable& right) {
 }
 
 bool fitsInt(std::int64_t value) {
-    return value >= std::numeric_limits<std::int32_t>::min() && value <= std::numeric_limits<std::int32_t>::max();
+    return value >= std::numeric_limits<std::int32_t>::min() &&
+           value <= std::numeric_limits<std::int32_t>::max();
 }
 
 // Repeated squaring; false as soon as an intermediate leaves 32 bits.
@@ -120,11 +129,16 @@ bool variablesEqual(const Variable& a, const Variable& b) {
     if (a.isNumeric() && b.isNumeric()) return toDouble(a) == toDouble(b);
     if (a.type() != b.type()) return false;
     switch (a.type()) {
-        case VarType::Not: return true;
-        case VarType::String: return a.identity() == b.identity() || a.text() == b.text();
-        case VarType::Raw: return a.rawBytes() == b.rawBytes();
-        case VarType::Pointer: return a.pointerValue() == b.pointerValue();
-        default: return a.identity() == b.identity();
+        case VarType::Not:
+            return true;
+        case VarType::String:
+            return a.identity() == b.identity() || a.text() == b.text();
+        case VarType::Raw:
+            return a.rawBytes() == b.rawBytes();
+        case VarType::Pointer:
+            return a.pointerValue() == b.pointerValue();
+        default:
+            return a.identity() == b.identity();
     }
 }
 
@@ -141,22 +155,38 @@ int compareVariables(const Variable& a, const Variable& b) {
 
 Variable performOperation(const Variable& left, TokenKind operation, const Variable& right) {
     switch (operation) {
-        case TokenKind::Plus: return add(left, right);
-        case TokenKind::Minus: return subtract(left, right);
-        case TokenKind::Multiply: return multiply(left, right);
-        case TokenKind::Divide: return divide(left, right);
-        case TokenKind::IntegerDivide: return integerDivide(left, right);
-        case TokenKind::Remainder: return remainder(left, right);
-        case TokenKind::Power: return power(left, right);
-        case TokenKind::Tetration: return tetration(left, right);
-        case TokenKind::Pentation: return pentation(left, right);
-        case TokenKind::Equal: return Variable::boolean(variablesEqual(left, right));
-        case TokenKind::NotEqual: return Variable::boolean(!variablesEqual(left, right));
-        case TokenKind::Less: return Variable::boolean(compareVariables(left, right) < 0);
-        case TokenKind::Greater: return Variable::boolean(compareVariables(left, right) > 0);
-        case TokenKind::LessEqual: return Variable::boolean(compareVariables(left, right) <= 0);
-        case TokenKind::GreaterEqual: return Variable::boolean(compareVariables(left, right) >= 0);
-        default: throw std::runtime_error("Unsupported operation");
+        case TokenKind::Plus:
+            return add(left, right);
+        case TokenKind::Minus:
+            return subtract(left, right);
+        case TokenKind::Multiply:
+            return multiply(left, right);
+        case TokenKind::Divide:
+            return divide(left, right);
+        case TokenKind::IntegerDivide:
+            return integerDivide(left, right);
+        case TokenKind::Remainder:
+            return remainder(left, right);
+        case TokenKind::Power:
+            return power(left, right);
+        case TokenKind::Tetration:
+            return tetration(left, right);
+        case TokenKind::Pentation:
+            return pentation(left, right);
+        case TokenKind::Equal:
+            return Variable::boolean(variablesEqual(left, right));
+        case TokenKind::NotEqual:
+            return Variable::boolean(!variablesEqual(left, right));
+        case TokenKind::Less:
+            return Variable::boolean(compareVariables(left, right) < 0);
+        case TokenKind::Greater:
+            return Variable::boolean(compareVariables(left, right) > 0);
+        case TokenKind::LessEqual:
+            return Variable::boolean(compareVariables(left, right) <= 0);
+        case TokenKind::GreaterEqual:
+            return Variable::boolean(compareVariables(left, right) >= 0);
+        default:
+            throw std::runtime_error("Unsupported operation");
     }
 }
 
@@ -175,29 +205,43 @@ bool tryApplyOperationInPlace(Variable& target, TokenKind operation, const Varia
     const std::uint32_t left = bitsOf(target);
     const std::uint32_t right = bitsOf(value);
     switch (operation) {
-        case TokenKind::Plus: target = wrapped(left + right); return true;
-        case TokenKind::Minus: target = wrapped(left - right); return true;
-        case TokenKind::Multiply: target = wrapped(left * right); return true;
-        default: return false;
+        case TokenKind::Plus:
+            target = wrapped(left + right);
+            return true;
+        case TokenKind::Minus:
+            target = wrapped(left - right);
+            return true;
+        case TokenKind::Multiply:
+            target = wrapped(left * right);
+            return true;
+        default:
+            return false;
     }
 }
 
 std::int32_t arrayLength(const Variable& value) {
     switch (value.type()) {
-        case VarType::String: return static_cast<std::int32_t>(value.text().size());
-        case VarType::Array: return static_cast<std::int32_t>(value.items().size());
-        case VarType::Table: return static_cast<std::int32_t>(value.table().numericLength());
-        default: throw std::runtime_error("len(x) expects an array, table, or string");
+        case VarType::String:
+            return static_cast<std::int32_t>(value.text().size());
+        case VarType::Array:
+            return static_cast<std::int32_t>(value.items().size());
+        case VarType::Table:
+            return static_cast<std::int32_t>(value.table().numericLength());
+        default:
+            throw std::runtime_error("len(x) expects an array, table, or string");
     }
 }
 
 std::string keyToString(const Variable& key) {
     switch (key.type()) {
-        case VarType::String: return key.text();
+        case VarType::String:
+            return key.text();
         case VarType::Int:
         case VarType::Float:
-        case VarType::Bool: return key.toString();
-        default: throw std::runtime_error("Table key must be string, number, or bool");
+        case VarType::Bool:
+            return key.toString();
+        default:
+            throw std::runtime_error("Table key must be string, number, or bool");
     }
 }
 

@@ -58,11 +58,13 @@ public:
         ++at_;
         while (isKind(line_, at_, TokenKind::OpenBracket)) {
             const std::uint32_t close = closingToken(line_, at_);
-            if (!isKind(line_, close, TokenKind::CloseBracket)) return fail("Expected closing bracket in function target");
+            if (!isKind(line_, close, TokenKind::CloseBracket))
+                return fail("Expected closing bracket in function target");
             header_.keyRanges.push_back({at_ + 1, close});
             at_ = close + 1;
         }
-        if (!isKind(line_, at_, TokenKind::OpenParenthesis)) return fail("Expected '(' after function target");
+        if (!isKind(line_, at_, TokenKind::OpenParenthesis))
+            return fail("Expected '(' after function target");
         ++at_;
         return readParameters();
     }
@@ -118,6 +120,8 @@ ParsedFor parseForHeader(const ParsedScriptLine& line) {
     return header;
 }
 
-ParsedFunctionHeader parseFunctionHeader(const ParsedScriptLine& line) { return FunctionHeaderReader(line).read(); }
+ParsedFunctionHeader parseFunctionHeader(const ParsedScriptLine& line) {
+    return FunctionHeaderReader(line).read();
+}
 
 }  // namespace kelmora

@@ -63,9 +63,15 @@ void Scopes::setExternal(NameId name, Variable value) {
 
 void Scopes::setExplicit(NameId name, int scope, Variable value) {
     switch (scope) {
-        case 0: setExternal(name, std::move(value)); break;
-        case 1: setGlobal(name, std::move(value)); break;
-        case 2: setNative(name, std::move(value)); break;
+        case 0:
+            setExternal(name, std::move(value));
+            break;
+        case 1:
+            setGlobal(name, std::move(value));
+            break;
+        case 2:
+            setNative(name, std::move(value));
+            break;
         default:
             if (Variable* existing = findExplicit(name, 3)) {
                 *existing = std::move(value);
@@ -81,13 +87,14 @@ void Scopes::commitExternals() {
     for (auto& [name, value] : entries) setGlobal(name, std::move(value));
 }
 
-void Scopes::bind(std::vector<Binding>& stack, std::uint32_t Cell::* newest, NameId name, const Variable& value) {
+void Scopes::bind(std::vector<Binding>& stack, std::uint32_t Cell::*newest, NameId name,
+                  const Variable& value) {
     Cell& cell = cellFor(name);
     stack.push_back({name, cell.*newest, value});
     cell.*newest = static_cast<std::uint32_t>(stack.size() - 1);
 }
 
-void Scopes::unbindTo(std::vector<Binding>& stack, std::uint32_t Cell::* newest, std::size_t size) {
+void Scopes::unbindTo(std::vector<Binding>& stack, std::uint32_t Cell::*newest, std::size_t size) {
     while (stack.size() > size) {
         const Binding& binding = stack.back();
         if (binding.name != noName) cells_[binding.name].*newest = binding.shadowed;
@@ -126,12 +133,12 @@ std::vector<std::pair<NameId, const Variable*>> Scopes::definedGlobals() const {
     return globals;
 }
 
-void Scopes::detach(const std::vector<Binding>& stack, std::uint32_t Cell::* newest) {
+void Scopes::detach(const std::vector<Binding>& stack, std::uint32_t Cell::*newest) {
     for (auto binding = stack.rbegin(); binding != stack.rend(); ++binding)
         if (binding->name != noName) cells_[binding->name].*newest = binding->shadowed;
 }
 
-void Scopes::attach(std::vector<Binding>& stack, std::uint32_t Cell::* newest) {
+void Scopes::attach(std::vector<Binding>& stack, std::uint32_t Cell::*newest) {
     for (std::size_t i = 0; i < stack.size(); ++i)
         if (stack[i].name != noName) cellFor(stack[i].name).*newest = static_cast<std::uint32_t>(i);
 }

@@ -25,7 +25,8 @@ public:
     Variable* findMutable(NameId name) {
         if (name >= cells_.size()) return nullptr;
         Cell& cell = cells_[name];
-        if (cell.newestLocal != none && cell.newestLocal >= visibleLocals_) return &locals_[cell.newestLocal].value;
+        if (cell.newestLocal != none && cell.newestLocal >= visibleLocals_)
+            return &locals_[cell.newestLocal].value;
         if (cell.newestCall != none) return &calls_[cell.newestCall].value;
         if (cell.nativeEntries > 0) {
             if (Variable* native = findNative(name)) return native;
@@ -121,10 +122,10 @@ private:
     Cell& cellFor(NameId name);
     Variable* findNative(NameId name);
     static Variable* findIn(Scope& scope, NameId name);
-    void bind(std::vector<Binding>& stack, std::uint32_t Cell::* newest, NameId name, const Variable& value);
-    void unbindTo(std::vector<Binding>& stack, std::uint32_t Cell::* newest, std::size_t size);
-    void detach(const std::vector<Binding>& stack, std::uint32_t Cell::* newest);
-    void attach(std::vector<Binding>& stack, std::uint32_t Cell::* newest);
+    void bind(std::vector<Binding>& stack, std::uint32_t Cell::*newest, NameId name, const Variable& value);
+    void unbindTo(std::vector<Binding>& stack, std::uint32_t Cell::*newest, std::size_t size);
+    void detach(const std::vector<Binding>& stack, std::uint32_t Cell::*newest);
+    void attach(std::vector<Binding>& stack, std::uint32_t Cell::*newest);
 
     std::vector<Cell> cells_;  // by name
     std::vector<Binding> locals_;

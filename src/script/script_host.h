@@ -12,6 +12,7 @@ public:
     virtual ~ScriptHost() = default;
 
     virtual void print(std::string_view text) = 0;
+    virtual void flush() = 0;
     // Null when the command cannot be started.
     virtual std::FILE* openProcess(const std::string& command, const std::string& mode) = 0;
     // Waits for the process; its exit code.

@@ -15,9 +15,8 @@ void SourceContext::throwError(const std::string& message, std::string_view toke
     const bool pointed = !token.empty() && token != "EOF";
     std::size_t column = pointed ? text.find(token) : std::string_view::npos;
     if (text.size() > maximumQuote) {
-        const std::size_t start = column == std::string_view::npos || column < maximumQuote / 2
-                                      ? 0
-                                      : column - maximumQuote / 2;
+        const std::size_t start =
+            column == std::string_view::npos || column < maximumQuote / 2 ? 0 : column - maximumQuote / 2;
         text = text.substr(start, maximumQuote);
         if (column != std::string_view::npos) column -= start;
         token = token.substr(0, maximumQuote / 2);

@@ -12,7 +12,8 @@ Variable VesperScript::evaluateExpression(const ParsedScriptLine& line, std::uin
     return ExpressionWalk(*this, line, index).evaluate();
 }
 
-Variable VesperScript::evaluateRange(const ParsedScriptLine& line, TokenRange range, std::string_view leftover) {
+Variable VesperScript::evaluateRange(const ParsedScriptLine& line, TokenRange range,
+                                     std::string_view leftover) {
     std::uint32_t index = range.first;
     Variable value = evaluateExpression(line, index);
     if (index != range.last && !shouldAbortForSoftRaisedError())
@@ -26,7 +27,8 @@ bool VesperScript::evaluateCondition(const ParsedScriptLine& line, std::string_v
     const Variable value = evaluateExpression(line, index);
     if (shouldAbortForSoftRaisedError()) return false;
     if (index != end)
-        context_.throwError("Unexpected token after " + std::string(statement) + " condition", line.tokens[index]);
+        context_.throwError("Unexpected token after " + std::string(statement) + " condition",
+                            line.tokens[index]);
     return isTruthy(value);
 }
 
@@ -51,8 +53,9 @@ Variable VesperScript::evaluateReturn(const ParsedScriptLine& line) {
 
 void VesperScript::throwHeaderFault(const ParsedScriptLine& line, const HeaderFault& fault) {
     if (fault.message.empty()) return;
-    context_.throwError(std::string(fault.message),
-                        fault.token < line.tokens.size() ? std::string_view(line.tokens[fault.token]) : "EOF");
+    context_.throwError(std::string(fault.message), fault.token < line.tokens.size()
+                                                        ? std::string_view(line.tokens[fault.token])
+                                                        : "EOF");
 }
 
 VesperScript::ForBounds VesperScript::evaluateForBounds(const ParsedScriptLine& line) {

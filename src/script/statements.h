@@ -12,7 +12,9 @@ namespace kelmora {
 // Pops the scope of a loop's variables on every way out.
 class LoopScope {
 public:
-    LoopScope(Scopes& scopes, std::span<const NameId> names) : scopes_(scopes) { scopes_.pushCallScope(names, {}); }
+    LoopScope(Scopes& scopes, std::span<const NameId> names) : scopes_(scopes) {
+        scopes_.pushCallScope(names, {});
+    }
     LoopScope(const LoopScope&) = delete;
     LoopScope& operator=(const LoopScope&) = delete;
     ~LoopScope() { scopes_.popCallScope(); }
@@ -31,7 +33,8 @@ void VesperScript::runNumericFor(const ParsedScriptLine& line, Body&& body) {
     while (bounds.step > 0 ? value <= bounds.stop : value >= bounds.stop) {
         scopes_.callEntry(0) = Variable::integer(value);
         if (!body()) return;
-        value = static_cast<std::int32_t>(static_cast<std::uint32_t>(value) + static_cast<std::uint32_t>(bounds.step));
+        value = static_cast<std::int32_t>(static_cast<std::uint32_t>(value) +
+                                          static_cast<std::uint32_t>(bounds.step));
     }
 }
 
@@ -41,15 +44,17 @@ void VesperScript::walkGenericFor(const ParsedScriptLine& line, Body&& body) {
     throwHeaderFault(line, header.fault);
     const LoopScope scope(scopes_, header.names);
     if (isBuiltinWalk(line)) {
-        const Variable container = evaluateRange(line, header.argument, "Unexpected token after for iterator");
+        const Variable container =
+            evaluateRange(line, header.argument, "Unexpected token after for iterator");
         if (shouldAbortForSoftRaisedError()) return;
         if (header.builtin == BuiltinId::Pairs && container.isTable()) {
             walkPairs(header, container, body);
         } else if (container.isTable() || container.isArray()) {
             walkSequence(header, container, true, body);
         } else {
-            throw std::runtime_error(header.builtin == BuiltinId::Pairs ? "pairs(container) expects an array or table"
-                                                                        : "ipairs(container) expects an array or table");
+            throw std::runtime_error(header.builtin == BuiltinId::Pairs
+                                         ? "pairs(container) expects an array or table"
+                                         : "ipairs(container) expects an array or table");
         }
         return;
     }
@@ -76,7 +81,8 @@ void VesperScript::walkPairs(const ParsedFor& header, const Variable& container,
 
 // Arrays, multi values, and the numbered part of tables. The length is read anew in each round.
 template <typename Body>
-void VesperScript::walkSequence(const ParsedFor& header, const Variable& sequence, bool withKeys, Body&& body) {
+void VesperScript::walkSequence(const ParsedFor& header, const Variable& sequence, bool withKeys,
+                                Body&& body) {
     const auto length = [&] {
         if (sequence.isTable()) return sequence.table().numericLength();
         return sequence.isArray() ? sequence.items().size() : sequence.values().size();

@@ -34,7 +34,8 @@ std::uint32_t TableObject::probe(const TableKey& key, std::uint32_t hash) const 
         if (entry.hash != hash) continue;
         if (key.isInteger()) {
             if (!entry.text && entry.number == key.number()) break;
-        } else if (entry.text && (entry.text.get() == &key.text() || entry.text->text() == key.text().text())) {
+        } else if (entry.text &&
+                   (entry.text.get() == &key.text() || entry.text->text() == key.text().text())) {
             break;
         }
     }
@@ -52,7 +53,9 @@ const Variable* TableObject::find(const TableKey& key) const {
     return entry == emptySlot ? nullptr : &entries_[entry].value;
 }
 
-const Variable* TableObject::find(std::string_view key) const { return find(TableKey(std::string(key))); }
+const Variable* TableObject::find(std::string_view key) const {
+    return find(TableKey(std::string(key)));
+}
 
 Variable& TableObject::findOrInsert(const TableKey& key) {
     if (key.isInteger()) {
@@ -173,7 +176,8 @@ std::shared_ptr<const TableKeyList> TableObject::sortedKeys() const {
     if (sorted_) return sorted_;
     auto list = std::make_shared<TableKeyList>();
     list->keys.reserve(size());
-    for (std::size_t i = 1; i <= dense_.size(); ++i) list->keys.push_back(makeRef<StringObject>(std::to_string(i)));
+    for (std::size_t i = 1; i <= dense_.size(); ++i)
+        list->keys.push_back(makeRef<StringObject>(std::to_string(i)));
     for (const Entry& entry : entries_)
         list->keys.push_back(entry.text ? entry.text : makeRef<StringObject>(std::to_string(entry.number)));
     std::sort(list->keys.begin(), list->keys.end(),

@@ -61,10 +61,18 @@ const std::unordered_map<std::string_view, TokenKind>& fixedTokens() {
     return tokens;
 }
 
-bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool startsIdentifier(char c) { return isLetter(c) || c == '_' || c == '$'; }
-bool continuesIdentifier(char c) { return startsIdentifier(c) || isDigit(c); }
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+bool startsIdentifier(char c) {
+    return isLetter(c) || c == '_' || c == '$';
+}
+bool continuesIdentifier(char c) {
+    return startsIdentifier(c) || isDigit(c);
+}
 
 bool looksLikeIdentifier(std::string_view token) {
     return !token.empty() && startsIdentifier(token.front()) &&
@@ -72,7 +80,8 @@ bool looksLikeIdentifier(std::string_view token) {
 }
 
 bool isQuoted(std::string_view token) {
-    return token.size() >= 2 && (token.front() == '"' || token.front() == '\'') && token.back() == token.front();
+    return token.size() >= 2 && (token.front() == '"' || token.front() == '\'') &&
+           token.back() == token.front();
 }
 
 void analyseNumber(const std::string& token, TokenAnalysis& analysis) {
@@ -185,28 +194,38 @@ TokenAnalysis analyseToken(const std::string& token) {
 
 int binaryPrecedence(TokenKind kind) {
     switch (kind) {
-        case TokenKind::Or: return 1;
-        case TokenKind::And: return 2;
+        case TokenKind::Or:
+            return 1;
+        case TokenKind::And:
+            return 2;
         case TokenKind::Equal:
-        case TokenKind::NotEqual: return 3;
+        case TokenKind::NotEqual:
+            return 3;
         case TokenKind::Less:
         case TokenKind::Greater:
         case TokenKind::LessEqual:
-        case TokenKind::GreaterEqual: return 4;
+        case TokenKind::GreaterEqual:
+            return 4;
         case TokenKind::Plus:
-        case TokenKind::Minus: return 5;
+        case TokenKind::Minus:
+            return 5;
         case TokenKind::Multiply:
         case TokenKind::Divide:
         case TokenKind::IntegerDivide:
-        case TokenKind::Remainder: return 6;
+        case TokenKind::Remainder:
+            return 6;
         case TokenKind::Power:
         case TokenKind::Tetration:
-        case TokenKind::Pentation: return 7;
-        default: return 0;
+        case TokenKind::Pentation:
+            return 7;
+        default:
+            return 0;
     }
 }
 
-bool isRightAssociative(TokenKind kind) { return binaryPrecedence(kind) == 7; }
+bool isRightAssociative(TokenKind kind) {
+    return binaryPrecedence(kind) == 7;
+}
 
 bool isStandaloneNotBoundary(TokenKind kind) {
     switch (kind) {
@@ -217,20 +236,29 @@ bool isStandaloneNotBoundary(TokenKind kind) {
         case TokenKind::End:
         case TokenKind::Else:
         case TokenKind::ElseIf:
-        case TokenKind::Until: return true;
-        default: return binaryPrecedence(kind) != 0;
+        case TokenKind::Until:
+            return true;
+        default:
+            return binaryPrecedence(kind) != 0;
     }
 }
 
 TokenKind compoundOperation(TokenKind assignment) {
     switch (assignment) {
-        case TokenKind::AddAssign: return TokenKind::Plus;
-        case TokenKind::SubtractAssign: return TokenKind::Minus;
-        case TokenKind::MultiplyAssign: return TokenKind::Multiply;
-        case TokenKind::DivideAssign: return TokenKind::Divide;
-        case TokenKind::IntegerDivideAssign: return TokenKind::IntegerDivide;
-        case TokenKind::RemainderAssign: return TokenKind::Remainder;
-        default: return TokenKind::Power;
+        case TokenKind::AddAssign:
+            return TokenKind::Plus;
+        case TokenKind::SubtractAssign:
+            return TokenKind::Minus;
+        case TokenKind::MultiplyAssign:
+            return TokenKind::Multiply;
+        case TokenKind::DivideAssign:
+            return TokenKind::Divide;
+        case TokenKind::IntegerDivideAssign:
+            return TokenKind::IntegerDivide;
+        case TokenKind::RemainderAssign:
+            return TokenKind::Remainder;
+        default:
+            return TokenKind::Power;
     }
 }
 

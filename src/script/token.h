@@ -13,8 +13,8 @@ namespace kelmora {
 enum class TokenKind : std::uint8_t {
     Unknown,
     Identifier,
-    Scoped,   // name#n
-    String,   // quoted, still undecoded in the token's text
+    Scoped,  // name#n
+    String,  // quoted, still undecoded in the token's text
     Int,
     Float,
     Pointer,  // $1F

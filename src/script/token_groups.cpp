@@ -6,11 +6,14 @@ int bracketStep(TokenKind kind) {
     switch (kind) {
         case TokenKind::OpenParenthesis:
         case TokenKind::OpenBracket:
-        case TokenKind::OpenBrace: return 1;
+        case TokenKind::OpenBrace:
+            return 1;
         case TokenKind::CloseParenthesis:
         case TokenKind::CloseBracket:
-        case TokenKind::CloseBrace: return -1;
-        default: return 0;
+        case TokenKind::CloseBrace:
+            return -1;
+        default:
+            return 0;
     }
 }
 

@@ -20,16 +20,24 @@ bool formsPair(char first, char second) {
         case '>':
         case '\\':
         case '^':
-        case '~': return second == '=';
-        case '-': return second == '=' || second == '>';
-        case '<': return second == '=' || second == '-';
-        case '&': return second == '&';
-        case '|': return second == '|';
-        default: return false;
+        case '~':
+            return second == '=';
+        case '-':
+            return second == '=' || second == '>';
+        case '<':
+            return second == '=' || second == '-';
+        case '&':
+            return second == '&';
+        case '|':
+            return second == '|';
+        default:
+            return false;
     }
 }
 
-bool isSingleSign(char c) { return c != '\0' && std::string_view("!#%()*+,-/:;<=>[\\]^{}").find(c) != std::string_view::npos; }
+bool isSingleSign(char c) {
+    return c != '\0' && std::string_view("!#%()*+,-/:;<=>[\\]^{}").find(c) != std::string_view::npos;
+}
 
 class Scanner {
 public:
@@ -89,7 +97,8 @@ private:
     void takeString(char quote) {
         endWord();
         std::size_t end = at_ + 1;
-        while (end < text_.size() && text_[end] != quote) end += text_[end] == '\\' ? std::size_t{2} : std::size_t{1};
+        while (end < text_.size() && text_[end] != quote)
+            end += text_[end] == '\\' ? std::size_t{2} : std::size_t{1};
         if (end >= text_.size())
             context_.throwError("Unterminated string literal", std::string_view(text_).substr(at_));
         emit(text_.substr(at_, end + 1 - at_));

@@ -21,10 +21,18 @@ class TextBuilder {
 public:
     void append(const Variable& value) {
         switch (value.type()) {
-            case VarType::Array: appendArray(value); break;
-            case VarType::Table: appendTable(value); break;
-            case VarType::String: text_ += value.text(); break;
-            default: text_ += scalarText(value); break;
+            case VarType::Array:
+                appendArray(value);
+                break;
+            case VarType::Table:
+                appendTable(value);
+                break;
+            case VarType::String:
+                text_ += value.text();
+                break;
+            default:
+                text_ += scalarText(value);
+                break;
         }
         if (text_.size() > maximumSize) throw std::runtime_error("toString: the text is too large");
     }
@@ -36,14 +44,22 @@ private:
 
     static std::string scalarText(const Variable& value) {
         switch (value.type()) {
-            case VarType::Not: return "not";
-            case VarType::Int: return std::to_string(value.intValue());
-            case VarType::Float: return std::to_string(value.floatValue());
-            case VarType::Bool: return value.boolValue() ? "true" : "false";
-            case VarType::Pointer: return pointerText(value.pointerValue());
-            case VarType::Multi: return "[multivalue]";
-            case VarType::Function: return "[function]";
-            default: return "[unconvertible type]";
+            case VarType::Not:
+                return "not";
+            case VarType::Int:
+                return std::to_string(value.intValue());
+            case VarType::Float:
+                return std::to_string(value.floatValue());
+            case VarType::Bool:
+                return value.boolValue() ? "true" : "false";
+            case VarType::Pointer:
+                return pointerText(value.pointerValue());
+            case VarType::Multi:
+                return "[multivalue]";
+            case VarType::Function:
+                return "[function]";
+            default:
+                return "[unconvertible type]";
         }
     }
     static std::string pointerText(const void* pointer) {
@@ -105,9 +121,15 @@ Graveyard& graveyard() {
 
 void deleteContainer(VarType type, RefCounted* object) {
     switch (type) {
-        case VarType::Array: delete static_cast<ArrayObject*>(object); break;
-        case VarType::Multi: delete static_cast<MultiResult*>(object); break;
-        default: delete static_cast<TableObject*>(object); break;
+        case VarType::Array:
+            delete static_cast<ArrayObject*>(object);
+            break;
+        case VarType::Multi:
+            delete static_cast<MultiResult*>(object);
+            break;
+        default:
+            delete static_cast<TableObject*>(object);
+            break;
     }
 }
 
@@ -120,10 +142,17 @@ std::string_view typeName(VarType type) {
 
 void Variable::destroyObject(VarType type, RefCounted* object) {
     switch (type) {
-        case VarType::String: delete static_cast<StringObject*>(object); return;
-        case VarType::Raw: delete static_cast<RawObject*>(object); return;
-        case VarType::Function: delete static_cast<ScriptCallable*>(object); return;
-        default: break;
+        case VarType::String:
+            delete static_cast<StringObject*>(object);
+            return;
+        case VarType::Raw:
+            delete static_cast<RawObject*>(object);
+            return;
+        case VarType::Function:
+            delete static_cast<ScriptCallable*>(object);
+            return;
+        default:
+            break;
     }
     Graveyard& yard = graveyard();
     yard.waiting.emplace_back(type, object);
@@ -158,15 +187,21 @@ Variable Variable::array(std::vector<Variable> items) {
     return counted(VarType::Array, object);
 }
 
-Variable Variable::table(TableObject* object) noexcept { return counted(VarType::Table, object); }
+Variable Variable::table(TableObject* object) noexcept {
+    return counted(VarType::Table, object);
+}
 
 Variable Variable::function(ScriptCallable* callable) noexcept {
     return counted(VarType::Function, callable);
 }
 
-Variable Variable::makeArray() { return counted(VarType::Array, new ArrayObject); }
+Variable Variable::makeArray() {
+    return counted(VarType::Array, new ArrayObject);
+}
 
-Variable Variable::makeTable() { return counted(VarType::Table, new TableObject); }
+Variable Variable::makeTable() {
+    return counted(VarType::Table, new TableObject);
+}
 
 Variable Variable::makeMulti(std::vector<Variable> values) {
     auto* object = new MultiResult;

@@ -44,7 +44,8 @@ public:
     BytecodeProgram compileToBytecode(const std::string& source);
     BytecodeProgram compileToBytecode(const std::string& source, const std::string& sourcePath);
     static std::vector<unsigned char> serialiseBytecode(const BytecodeProgram& program);
-    static BytecodeProgram deserialiseBytecode(std::span<const unsigned char> bytes, const std::string& sourceName);
+    static BytecodeProgram deserialiseBytecode(std::span<const unsigned char> bytes,
+                                               const std::string& sourceName);
     static void saveBytecode(const BytecodeProgram& program, const std::string& path);
     static BytecodeProgram loadBytecode(const std::string& path);
 
@@ -53,7 +54,8 @@ public:
     // A copy of what the name resolves to; raises "Variable not found: " with the name.
     Variable pullVariable(const std::string& name) const;
     void pushFunction(const std::string& name, NativeFunction body);
-    static Variable createNativeCallable(NativeFunction body, const std::string& name, BuiltinId id = BuiltinId::None);
+    static Variable createNativeCallable(NativeFunction body, const std::string& name,
+                                         BuiltinId id = BuiltinId::None);
     static Variable createLibraryCallable(LibraryFunction body, const std::string& name);
     Variable callCallable(const Variable& callee, const std::vector<Variable>& arguments);
     void setNativeStackBudget(std::size_t bytes) { stack_.setBudget(bytes); }
@@ -144,15 +146,17 @@ private:
                          const ParsedAssignmentTarget& target, Variable value);
     Variable assignKeyed(const ParsedScriptLine& line, const ParsedAssignment& assignment,
                          const ParsedAssignmentTarget& target, Variable value);
-    void storeKeyed(const TokenAnalysis& name, ScopeTarget target, std::span<const Variable> keys, Variable value);
+    void storeKeyed(const TokenAnalysis& name, ScopeTarget target, std::span<const Variable> keys,
+                    Variable value);
 
     // block_executor.cpp
-    Variable executeParsedBlock(const std::vector<ParsedScriptLine>& lines, std::uint32_t& index, BlockSignal& signal);
+    Variable executeParsedBlock(const std::vector<ParsedScriptLine>& lines, std::uint32_t& index,
+                                BlockSignal& signal);
     friend class BlockExecutor;
 
     // bytecode_executor.cpp
-    bool executeBytecodeChunkInternal(const BytecodeProgram& program, std::uint32_t chunk, BlockSignal& signal,
-                                      bool useLocalScope, std::int64_t startInstruction);
+    bool executeBytecodeChunkInternal(const BytecodeProgram& program, std::uint32_t chunk,
+                                      BlockSignal& signal, bool useLocalScope, std::int64_t startInstruction);
 
     // coroutines.cpp
     void rethrowPendingCoroutineException() { coroutines_.rethrowPending(); }

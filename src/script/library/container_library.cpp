@@ -9,7 +9,9 @@
 namespace kelmora {
 namespace {
 
-bool isContainer(const Variable& value) { return value.isArray() || value.isTable(); }
+bool isContainer(const Variable& value) {
+    return value.isArray() || value.isTable();
+}
 
 Variable pop(VesperScript&, Arguments arguments) {
     require(arguments.size() == 1, "pop(array) requires exactly 1 argument");
@@ -50,13 +52,14 @@ Variable erase(VesperScript&, Arguments arguments) {
 
 Variable contains(VesperScript&, Arguments arguments) {
     require(arguments.size() == 2, "contains(container, valueOrKey) requires exactly 2 arguments");
-    require(isContainer(arguments[0]), "contains(container, valueOrKey): container must be an array or table");
+    require(isContainer(arguments[0]),
+            "contains(container, valueOrKey): container must be an array or table");
     const Variable& wanted = arguments[1];
     if (arguments[0].isTable())
         return Variable::boolean(arguments[0].table().find(TableKey(keyToString(wanted))) != nullptr);
     const std::vector<Variable>& items = arguments[0].items();
-    return Variable::boolean(
-        std::any_of(items.begin(), items.end(), [&](const Variable& item) { return variablesEqual(item, wanted); }));
+    return Variable::boolean(std::any_of(items.begin(), items.end(),
+                                         [&](const Variable& item) { return variablesEqual(item, wanted); }));
 }
 
 Variable keys(VesperScript&, Arguments arguments) {
@@ -70,11 +73,14 @@ Variable values(VesperScript&, Arguments arguments) {
     if (arguments[0].isArray()) return Variable::array(arguments[0].items());
     const TableObject& table = arguments[0].table();
     std::vector<Variable> found;
-    for (const Ref<StringObject>& key : table.sortedKeys()->keys) found.push_back(*table.find(TableKey(*key)));
+    for (const Ref<StringObject>& key : table.sortedKeys()->keys)
+        found.push_back(*table.find(TableKey(*key)));
     return Variable::array(std::move(found));
 }
 
-Variable pairOf(Variable key, Variable value) { return Variable::array({std::move(key), std::move(value)}); }
+Variable pairOf(Variable key, Variable value) {
+    return Variable::array({std::move(key), std::move(value)});
+}
 
 Variable numberedPairs(const std::vector<Variable>& items) {
     std::vector<Variable> list;
@@ -111,7 +117,8 @@ Variable nextItem(const std::vector<Variable>& items, const Variable* key) {
 }
 
 Variable next(VesperScript&, Arguments arguments) {
-    require(arguments.size() == 1 || arguments.size() == 2, "next(container[, key]) requires 1 or 2 arguments");
+    require(arguments.size() == 1 || arguments.size() == 2,
+            "next(container[, key]) requires 1 or 2 arguments");
     require(isContainer(arguments[0]), "next(container[, key]) expects an array or table");
     const Variable* key = arguments.size() == 2 && !arguments[1].isNot() ? &arguments[1] : nullptr;
     if (arguments[0].isArray()) return nextItem(arguments[0].items(), key);
@@ -184,14 +191,16 @@ Variable set(VesperScript&, Arguments arguments) {
 }
 
 constexpr LibraryEntry entries[] = {
-    {"pop", pop},     {"clear", clear},   {"erase", erase}, {"contains", contains}, {"keys", keys},
-    {"values", values}, {"pairs", pairs}, {"ipairs", ipairs}, {"next", next},       {"select", select},
-    {"array", array}, {"len", len},       {"push", push},   {"reserve", reserve},   {"get", get},
-    {"set", set},
+    {"pop", pop},   {"clear", clear},     {"erase", erase}, {"contains", contains},
+    {"keys", keys}, {"values", values},   {"pairs", pairs}, {"ipairs", ipairs},
+    {"next", next}, {"select", select},   {"array", array}, {"len", len},
+    {"push", push}, {"reserve", reserve}, {"get", get},     {"set", set},
 };
 
 }  // namespace
 
-std::span<const LibraryEntry> containerLibrary() { return entries; }
+std::span<const LibraryEntry> containerLibrary() {
+    return entries;
+}
 
 }  // namespace kelmora

@@ -77,17 +77,24 @@ Variable toNumber(VesperScript&, Arguments arguments) {
 Variable typeOf(VesperScript&, Arguments arguments) {
     require(arguments.size() == 1, "typeOf(x) requires exactly 1 argument");
     switch (arguments[0].type()) {
-        case VarType::Not: return Variable::text("not");
+        case VarType::Not:
+            return Variable::text("not");
         case VarType::Int:
-        case VarType::Float: return Variable::text("number");
-        case VarType::String: return Variable::text("string");
+        case VarType::Float:
+            return Variable::text("number");
+        case VarType::String:
+            return Variable::text("string");
         case VarType::Raw:
-        case VarType::Pointer: return Variable::text("userdata");
-        case VarType::Bool: return Variable::text("boolean");
+        case VarType::Pointer:
+            return Variable::text("userdata");
+        case VarType::Bool:
+            return Variable::text("boolean");
         case VarType::Array:
         case VarType::Multi:
-        case VarType::Table: return Variable::text("table");
-        case VarType::Function: return Variable::text("function");
+        case VarType::Table:
+            return Variable::text("table");
+        case VarType::Function:
+            return Variable::text("function");
     }
     return Variable::text("unknown");
 }
@@ -103,7 +110,9 @@ Variable errorFunction(VesperScript& script, Arguments arguments) {
     return {};
 }
 
-Variable pcall(VesperScript& script, Arguments arguments) { return script.pcallFunction(arguments); }
+Variable pcall(VesperScript& script, Arguments arguments) {
+    return script.pcallFunction(arguments);
+}
 
 Variable load(VesperScript& script, Arguments arguments) {
     require(arguments.size() == 1 && arguments[0].isString(), "load(scriptText) requires a script string");
@@ -126,14 +135,17 @@ Variable runFile(VesperScript& script, Arguments arguments) {
 }
 
 Variable jumpTo(VesperScript& script, Arguments arguments) {
-    require(arguments.size() == 1 && arguments[0].isString(), "jumpTo(label) expects exactly one string argument");
+    require(arguments.size() == 1 && arguments[0].isString(),
+            "jumpTo(label) expects exactly one string argument");
     require(!arguments[0].text().empty(), "jumpTo(label) expects a non-empty label");
     script.labels().requestJump(arguments[0].text());
     return {};
 }
 
 // Key lists belong to their tables and go with them, so there is nothing left over to drop.
-Variable collectGarbage(VesperScript&, Arguments) { return {}; }
+Variable collectGarbage(VesperScript&, Arguments) {
+    return {};
+}
 
 Variable kill(VesperScript& script, Arguments arguments) {
     require(arguments.empty(), "kill() takes no arguments");
@@ -162,6 +174,8 @@ constexpr LibraryEntry entries[] = {
 
 }  // namespace
 
-std::span<const LibraryEntry> coreLibrary() { return entries; }
+std::span<const LibraryEntry> coreLibrary() {
+    return entries;
+}
 
 }  // namespace kelmora

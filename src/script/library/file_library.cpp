@@ -118,7 +118,8 @@ Variable openFileFunction(VesperScript& script, Arguments arguments, bool isProc
                               : "io['open'](path[, mode]) requires a path string");
     std::FILE* stream = nullptr;
     if (isProcess) {
-        const bool writes = arguments.size() > 1 && arguments[1].isString() && arguments[1].text().starts_with("w");
+        const bool writes =
+            arguments.size() > 1 && arguments[1].isString() && arguments[1].text().starts_with("w");
         stream = script.host().openProcess(arguments[0].text(), writes ? "w" : "r");
     } else {
         const std::string path = script.resolvePath(arguments[0].text());
@@ -130,8 +131,12 @@ Variable openFileFunction(VesperScript& script, Arguments arguments, bool isProc
     return makeFileHandle(std::make_shared<FileStream>(stream, isProcess ? &script.host() : nullptr));
 }
 
-Variable openFile(VesperScript& script, Arguments arguments) { return openFileFunction(script, arguments, false); }
-Variable openProcess(VesperScript& script, Arguments arguments) { return openFileFunction(script, arguments, true); }
+Variable openFile(VesperScript& script, Arguments arguments) {
+    return openFileFunction(script, arguments, false);
+}
+Variable openProcess(VesperScript& script, Arguments arguments) {
+    return openFileFunction(script, arguments, true);
+}
 
 Variable clockFunction(VesperScript&, Arguments arguments) {
     require(arguments.empty(), "os['clock']() takes no arguments");
@@ -151,11 +156,16 @@ Variable removeFile(VesperScript& script, Arguments arguments) {
 }
 
 constexpr LibraryEntry ioEntries[] = {{"open", openFile}, {"popen", openProcess}};
-constexpr LibraryEntry osEntries[] = {{"clock", clockFunction}, {"time", timeFunction}, {"remove", removeFile}};
+constexpr LibraryEntry osEntries[] = {
+    {"clock", clockFunction}, {"time", timeFunction}, {"remove", removeFile}};
 
 }  // namespace
 
-std::span<const LibraryEntry> ioLibrary() { return ioEntries; }
-std::span<const LibraryEntry> osLibrary() { return osEntries; }
+std::span<const LibraryEntry> ioLibrary() {
+    return ioEntries;
+}
+std::span<const LibraryEntry> osLibrary() {
+    return osEntries;
+}
 
 }  // namespace kelmora

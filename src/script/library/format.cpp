@@ -48,7 +48,9 @@ public:
     }
 
 private:
-    static bool isOneOf(char c, std::string_view set) { return c != '\0' && set.find(c) != std::string_view::npos; }
+    static bool isOneOf(char c, std::string_view set) {
+        return c != '\0' && set.find(c) != std::string_view::npos;
+    }
     char peek() const { return at_ < format_.size() ? format_[at_] : '\0'; }
 
     int readNumber() {
@@ -79,8 +81,9 @@ private:
 
     const Variable& argumentFor(const Specifier& specifier) {
         if (next_ >= arguments_.size())
-            throw std::runtime_error(std::string("string['format']: missing argument for format specifier %") +
-                                     specifier.conversion);
+            throw std::runtime_error(
+                std::string("string['format']: missing argument for format specifier %") +
+                specifier.conversion);
         return arguments_[next_++];
     }
 
@@ -136,12 +139,24 @@ private:
         out_ += '"';
         for (const char c : text) {
             switch (c) {
-                case '"': out_ += "\\\""; break;
-                case '\\': out_ += "\\\\"; break;
-                case '\n': out_ += "\\n"; break;
-                case '\r': out_ += "\\r"; break;
-                case '\t': out_ += "\\t"; break;
-                default: out_ += c; break;
+                case '"':
+                    out_ += "\\\"";
+                    break;
+                case '\\':
+                    out_ += "\\\\";
+                    break;
+                case '\n':
+                    out_ += "\\n";
+                    break;
+                case '\r':
+                    out_ += "\\r";
+                    break;
+                case '\t':
+                    out_ += "\\t";
+                    break;
+                default:
+                    out_ += c;
+                    break;
             }
         }
         out_ += '"';
@@ -156,6 +171,8 @@ private:
 
 }  // namespace
 
-std::string formatText(Arguments arguments) { return Formatter(arguments).run(); }
+std::string formatText(Arguments arguments) {
+    return Formatter(arguments).run();
+}
 
 }  // namespace kelmora

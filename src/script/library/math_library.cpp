@@ -9,11 +9,14 @@ namespace kelmora {
 namespace {
 
 Variable wholeOrFloat(double value) {
-    if (value >= -2147483648.0 && value <= 2147483647.0) return Variable::integer(static_cast<std::int32_t>(value));
+    if (value >= -2147483648.0 && value <= 2147483647.0)
+        return Variable::integer(static_cast<std::int32_t>(value));
     return Variable::number(static_cast<float>(value));
 }
 
-Variable narrowed(double value) { return Variable::number(static_cast<float>(value)); }
+Variable narrowed(double value) {
+    return Variable::number(static_cast<float>(value));
+}
 
 Variable floor(VesperScript&, Arguments arguments) {
     require(arguments.size() == 1, "math['floor'](x) requires exactly 1 argument");
@@ -73,7 +76,8 @@ Variable rad(VesperScript&, Arguments arguments) {
 }
 
 Variable log(VesperScript&, Arguments arguments) {
-    require(arguments.size() == 1 || arguments.size() == 2, "math['log'](x[, base]) requires 1 or 2 arguments");
+    require(arguments.size() == 1 || arguments.size() == 2,
+            "math['log'](x[, base]) requires 1 or 2 arguments");
     const double value = std::log(toDouble(arguments[0]));
     return narrowed(arguments.size() == 1 ? value : value / std::log(toDouble(arguments[1])));
 }
@@ -90,9 +94,18 @@ Variable randomSeed(VesperScript& script, Arguments arguments) {
 }
 
 constexpr LibraryEntry entries[] = {
-    {"floor", floor}, {"ceil", ceil}, {"abs", abs}, {"min", min},   {"max", max},
-    {"sin", sin},     {"cos", cos},   {"rad", rad}, {"log", log},   {"sqrt", sqrt},
-    {"random", randomFunction},       {"randomseed", randomSeed},
+    {"floor", floor},
+    {"ceil", ceil},
+    {"abs", abs},
+    {"min", min},
+    {"max", max},
+    {"sin", sin},
+    {"cos", cos},
+    {"rad", rad},
+    {"log", log},
+    {"sqrt", sqrt},
+    {"random", randomFunction},
+    {"randomseed", randomSeed},
 };
 
 std::int32_t drawBetween(std::mt19937& generator, std::int32_t lowest, std::int32_t highest) {
@@ -114,11 +127,15 @@ Variable randomFunction(VesperScript& script, Arguments arguments) {
         require(arguments[0].intValue() > 0, "random function requires a positive maximum value");
         return Variable::integer(drawBetween(script.generator(), 1, arguments[0].intValue()));
     }
-    require(arguments[0].isInt() && arguments[1].isInt(), "random function with two arguments requires integers");
+    require(arguments[0].isInt() && arguments[1].isInt(),
+            "random function with two arguments requires integers");
     require(arguments[0].intValue() <= arguments[1].intValue(), "random function requires min <= max");
-    return Variable::integer(drawBetween(script.generator(), arguments[0].intValue(), arguments[1].intValue()));
+    return Variable::integer(
+        drawBetween(script.generator(), arguments[0].intValue(), arguments[1].intValue()));
 }
 
-std::span<const LibraryEntry> mathLibrary() { return entries; }
+std::span<const LibraryEntry> mathLibrary() {
+    return entries;
+}
 
 }  // namespace kelmora

@@ -12,7 +12,9 @@ struct ExpressionForm {
     bool ignoreCase = false;
 };
 
-bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
 
 std::string escapeRegexLiteralChar(char c) {
     const bool special = c != '\0' && std::string_view("$()*+.?[\\]^{|}").find(c) != std::string_view::npos;
@@ -22,17 +24,28 @@ std::string escapeRegexLiteralChar(char c) {
 // Content of the class letter inside brackets; empty for a letter that names none.
 std::string_view classContent(char letter) {
     switch (letter) {
-        case 'a': return "A-Za-z";
-        case 'A': return "^A-Za-z";
-        case 'l': return "a-z";
-        case 'L': return "^a-z";
-        case 'u': return "A-Z";
-        case 'U': return "^A-Z";
-        case 'x': return "A-Fa-f0-9";
-        case 'X': return "^A-Fa-f0-9";
-        case 'p': return "!-/:-@\\[-`\\{-~";
-        case 'P': return "^!-/:-@\\[-`\\{-~";
-        default: return {};
+        case 'a':
+            return "A-Za-z";
+        case 'A':
+            return "^A-Za-z";
+        case 'l':
+            return "a-z";
+        case 'L':
+            return "^a-z";
+        case 'u':
+            return "A-Z";
+        case 'U':
+            return "^A-Z";
+        case 'x':
+            return "A-Fa-f0-9";
+        case 'X':
+            return "^A-Fa-f0-9";
+        case 'p':
+            return "!-/:-@\\[-`\\{-~";
+        case 'P':
+            return "^!-/:-@\\[-`\\{-~";
+        default:
+            return {};
     }
 }
 
@@ -77,7 +90,8 @@ std::size_t closingSlash(const std::string& text) {
         }
     }
     if (last == std::string::npos) return last;
-    const bool lettersOnly = std::all_of(text.begin() + static_cast<std::ptrdiff_t>(last) + 1, text.end(), isLetter);
+    const bool lettersOnly =
+        std::all_of(text.begin() + static_cast<std::ptrdiff_t>(last) + 1, text.end(), isLetter);
     return lettersOnly ? last : std::string::npos;
 }
 
@@ -101,7 +115,8 @@ ExpressionForm readSlashForm(const std::string& text, std::size_t slash) {
 
 ExpressionForm readPattern(const std::string& text) {
     if (text.size() >= 3 && text.starts_with("re:")) return {text.substr(3), false};
-    if (const std::size_t slash = closingSlash(text); slash != std::string::npos) return readSlashForm(text, slash);
+    if (const std::size_t slash = closingSlash(text); slash != std::string::npos)
+        return readSlashForm(text, slash);
     return {translateLuaPattern(text), false};
 }
 

@@ -11,7 +11,9 @@ namespace {
 
 constexpr std::size_t maximumResult = std::size_t{1} << 28;
 
-bool isNumber(const Variable& value) { return value.isInt() || value.isFloat(); }
+bool isNumber(const Variable& value) {
+    return value.isInt() || value.isFloat();
+}
 
 Variable length(VesperScript&, Arguments arguments) {
     require(arguments.size() == 1, "string['len'](s) requires exactly 1 argument");
@@ -56,11 +58,12 @@ ByteRange byteRange(const std::string& text, std::int64_t i, std::int64_t j) {
 }
 
 Variable sub(VesperScript&, Arguments arguments) {
-    require((arguments.size() == 2 || arguments.size() == 3) && arguments[0].isString() && isNumber(arguments[1]) &&
-                (arguments.size() == 2 || isNumber(arguments[2])),
+    require((arguments.size() == 2 || arguments.size() == 3) && arguments[0].isString() &&
+                isNumber(arguments[1]) && (arguments.size() == 2 || isNumber(arguments[2])),
             "string['sub'](s, i[, j]) requires a string and 1-2 numeric indices");
     const std::string& text = arguments[0].text();
-    const ByteRange range = byteRange(text, toInt(arguments[1]), arguments.size() == 3 ? toInt(arguments[2]) : -1);
+    const ByteRange range =
+        byteRange(text, toInt(arguments[1]), arguments.size() == 3 ? toInt(arguments[2]) : -1);
     if (range.last - range.first == 1) return Variable::character(text[range.first]);
     return Variable::text(text.substr(range.first, range.last - range.first));
 }
@@ -84,8 +87,8 @@ Variable charFunction(VesperScript&, Arguments arguments) {
 }
 
 Variable rep(VesperScript&, Arguments arguments) {
-    require((arguments.size() == 2 || arguments.size() == 3) && arguments[0].isString() && isNumber(arguments[1]) &&
-                (arguments.size() == 2 || arguments[2].isString()),
+    require((arguments.size() == 2 || arguments.size() == 3) && arguments[0].isString() &&
+                isNumber(arguments[1]) && (arguments.size() == 2 || arguments[2].isString()),
             "string['rep'](s, n[, sep]) requires a string, count, and optional separator");
     const std::string& unit = arguments[0].text();
     const std::string separator = arguments.size() == 3 ? arguments[2].text() : std::string();
@@ -136,8 +139,9 @@ Variable positions(std::size_t first, std::size_t last, std::vector<Variable> re
 }
 
 Variable find(VesperScript&, Arguments arguments) {
-    require(arguments.size() >= 2 && arguments.size() <= 4 && arguments[0].isString() && arguments[1].isString(),
-            "string['find'](s, pattern[, init[, plain]]) requires a string and a pattern");
+    require(
+        arguments.size() >= 2 && arguments.size() <= 4 && arguments[0].isString() && arguments[1].isString(),
+        "string['find'](s, pattern[, init[, plain]]) requires a string and a pattern");
     const std::string& subject = arguments[0].text();
     const std::string& pattern = arguments[1].text();
     std::size_t start = 0;
@@ -154,7 +158,8 @@ Variable find(VesperScript&, Arguments arguments) {
 }
 
 Variable match(VesperScript&, Arguments arguments) {
-    require((arguments.size() == 2 || arguments.size() == 3) && arguments[0].isString() && arguments[1].isString(),
+    require((arguments.size() == 2 || arguments.size() == 3) && arguments[0].isString() &&
+                arguments[1].isString(),
             "string['match'](s, pattern[, init]) requires a string and a pattern");
     std::size_t start = 0;
     regex::Captures captures;
@@ -230,8 +235,8 @@ Variable formatFunction(VesperScript&, Arguments arguments) {
 }
 
 constexpr LibraryEntry entries[] = {
-    {"gsub", gsubFunction}, {"len", length},    {"upper", upper},   {"lower", lower},
-    {"sub", sub},           {"find", find},     {"match", match},   {"gmatch", gmatch},
+    {"gsub", gsubFunction}, {"len", length},        {"upper", upper},           {"lower", lower},
+    {"sub", sub},           {"find", find},         {"match", match},           {"gmatch", gmatch},
     {"byte", byte},         {"char", charFunction}, {"format", formatFunction}, {"rep", rep},
 };
 
@@ -240,7 +245,8 @@ constexpr LibraryEntry entries[] = {
 Variable gsubFunction(VesperScript&, Arguments arguments) {
     require(arguments.size() == 3, "gsub(string, pattern, replacement) requires exactly 3 arguments");
     require(arguments[0].isString(), "gsub(string, pattern, replacement): first argument must be a string");
-    require(arguments[1].isString(), "gsub(string, pattern, replacement): second argument must be a string pattern");
+    require(arguments[1].isString(),
+            "gsub(string, pattern, replacement): second argument must be a string pattern");
     require(arguments[2].isString() || arguments[2].isTable() || arguments[2].isArray(),
             "gsub(string, pattern, replacement): replacement must be a string or table");
     const std::string& subject = arguments[0].text();
@@ -265,6 +271,8 @@ Variable gsubFunction(VesperScript&, Arguments arguments) {
     return Variable::text(std::move(out));
 }
 
-std::span<const LibraryEntry> stringLibrary() { return entries; }
+std::span<const LibraryEntry> stringLibrary() {
+    return entries;
+}
 
 }  // namespace kelmora

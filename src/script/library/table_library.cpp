@@ -14,7 +14,9 @@ constexpr const char* removeUsage = "table['remove'](table[, pos]) requires an a
 constexpr const char* concatUsage = "table['concat'](table[, sep[, i[, j]]]) requires an array or table";
 constexpr const char* sortUsage = "table['sort'](table[, comp]) requires an array or table";
 
-bool isContainer(const Variable& value) { return value.isArray() || value.isTable(); }
+bool isContainer(const Variable& value) {
+    return value.isArray() || value.isTable();
+}
 
 std::vector<Variable>& sequence(const Variable& container) {
     return container.isArray() ? container.items() : container.table().denseValues();
@@ -69,7 +71,8 @@ Variable removeFunction(VesperScript&, Arguments arguments) {
 Variable concat(VesperScript&, Arguments arguments) {
     require(!arguments.empty() && arguments.size() <= 4 && isContainer(arguments[0]), concatUsage);
     const std::vector<Variable>& items = sequence(arguments[0]);
-    const std::string separator = arguments.size() > 1 && !arguments[1].isNot() ? arguments[1].toString() : "";
+    const std::string separator =
+        arguments.size() > 1 && !arguments[1].isNot() ? arguments[1].toString() : "";
     std::int64_t first = arguments.size() > 2 ? toInt(arguments[2]) : 1;
     std::int64_t last = arguments.size() > 3 ? toInt(arguments[3]) : static_cast<std::int64_t>(items.size());
     first = std::max<std::int64_t>(first, 1);
@@ -113,8 +116,8 @@ private:
         if (result.isMulti()) return !result.values().empty() && isTruthy(result.values()[0]);
         return isTruthy(result);
     }
-    void merge(const std::vector<Variable>& from, std::vector<Variable>& to, std::size_t start, std::size_t middle,
-               std::size_t end) {
+    void merge(const std::vector<Variable>& from, std::vector<Variable>& to, std::size_t start,
+               std::size_t middle, std::size_t end) {
         std::size_t left = start;
         std::size_t right = middle;
         for (std::size_t out = start; out < end; ++out) {
@@ -130,11 +133,13 @@ private:
 Variable sort(VesperScript& script, Arguments arguments) {
     require((arguments.size() == 1 || arguments.size() == 2) && isContainer(arguments[0]), sortUsage);
     const bool compares = arguments.size() == 2 && !arguments[1].isNot();
-    std::vector<Variable> sorted = Sorter(script, compares ? &arguments[1] : nullptr).run(sequence(arguments[0]));
+    std::vector<Variable> sorted =
+        Sorter(script, compares ? &arguments[1] : nullptr).run(sequence(arguments[0]));
     if (script.shouldAbortForSoftRaisedError()) return {};
     std::vector<Variable>& items = sequence(arguments[0]);
     // The comparison may have changed the container's length.
-    std::move(sorted.begin(), sorted.begin() + static_cast<std::ptrdiff_t>(std::min(sorted.size(), items.size())),
+    std::move(sorted.begin(),
+              sorted.begin() + static_cast<std::ptrdiff_t>(std::min(sorted.size(), items.size())),
               items.begin());
     return {};
 }
@@ -144,6 +149,8 @@ constexpr LibraryEntry entries[] = {
 
 }  // namespace
 
-std::span<const LibraryEntry> tableLibrary() { return entries; }
+std::span<const LibraryEntry> tableLibrary() {
+    return entries;
+}
 
 }  // namespace kelmora

@@ -4,7 +4,9 @@
 namespace kelmora {
 namespace {
 
-bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
+bool isContinuation(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
 
 // Length of the character at `at`, or 0 when the bytes there are no UTF-8.
 std::size_t characterLength(const std::string& text, std::size_t at) {
@@ -81,6 +83,8 @@ constexpr LibraryEntry entries[] = {{"len", len}, {"offset", offset}};
 
 }  // namespace
 
-std::span<const LibraryEntry> utf8Library() { return entries; }
+std::span<const LibraryEntry> utf8Library() {
+    return entries;
+}
 
 }  // namespace kelmora

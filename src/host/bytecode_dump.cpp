@@ -1,0 +1,145 @@
+#include "host/bytecode_dump.h"
+
+#include <iomanip>
+#include <string>
+
+namespace kelmora {
+namespace {
+
+std::string opcodeName(Opcode opcode) {
+    switch (opcode) {
+        case Opcode::Line:
+            return "line";
+        case Opcode::SimpleAssignment:
+            return "assign";
+        case Opcode::If:
+            return "if";
+        case Opcode::While:
+            return "while";
+        case Opcode::Repeat:
+            return "repeat";
+        case Opcode::NumericFor:
+            return "for";
+        case Opcode::GenericFor:
+            return "for-in";
+        case Opcode::DeclareFunction:
+            return "function";
+        case Opcode::Return:
+            return "return";
+        case Opcode::Break:
+            return "break";
+        case Opcode::Nest:
+            return "nest";
+    }
+    return "opcode " + std::to_string(static_cast<unsigned>(opcode));
+}
+
+class Dumper {
+public:
+    Dumper(const BytecodeProgram& program, std::ostream& out) : program_(program), out_(out) {}
+
+    void header(std::size_t imageBytes) {
+        out_ << "version " << program_.version << ", " << imageBytes << " bytes\n"
+             << "source path \"" << program_.sourcePath << "\", directory \"" << program_.sourceDirectory
+             << "\"\n";
+        count("lines", program_.lines.size());
+        count("instructions", program_.instructions.size());
+        count("chunks", program_.chunks.size());
+        count("if groups", program_.ifGroups.size());
+        count("while loops", program_.whileLoops.size());
+        count("repeat loops", program_.repeatLoops.size());
+        count("numeric for loops", program_.numericForLoops.size());
+        count("generic for loops", program_.genericForLoops.size());
+        count("nest blocks", program_.nestBlocks.size());
+        count("function declarations", program_.functionDeclarations.size());
+    }
+    void lines() {
+        out_ << "\nlines\n";
+        for (std::size_t i = 0; i < program_.lines.size(); ++i) {
+            const ParsedScriptLine& line = program_.lines[i];
+            out_ << std::setw(6) << i << "  @" << line.lineNumber + 1 << "  " << line.text << '\n';
+        }
+    }
+    void chunks() {
+        for (std::size_t i = 0; i < program_.chunks.size(); ++i) {
+            const BytecodeChunk& chunk = program_.chunks[i];
+            out_ << "\nchunk " << i << (chunk.nested ? " nested" : "")
+                 << (chunk.declaresLocals ? " locals" : "") << ", instructions " << chunk.firstInstruction
+                 << " + " << chunk.instructionCount << '\n';
+            for (std::uint32_t k = 0; k < chunk.instructionCount; ++k) {
+                const std::uint64_t at = std::uint64_t{chunk.firstInstruction} + k;
+                if (at >= program_.instructions.size()) {
+                    out_ << "        (past the end of the instructions)\n";
+                    break;
+                }
+                instruction(program_.instructions[static_cast<std::size_t>(at)]);
+            }
+        }
+    }
+
+private:
+    void count(const char* what, std::size_t number) {
+        out_ << std::setw(6) << number << ' ' << what << '\n';
+    }
+
+    void instruction(const BytecodeInstruction& instruction) {
+        out_ << "        " << std::left << std::setw(9) << opcodeName(instruction.opcode) << std::right
+             << std::setw(6) << instruction.operand;
+        operand(instruction);
+        out_ << '\n';
+    }
+    void operand(const BytecodeInstruction& instruction) {
+        const std::uint32_t index = instruction.operand;
+        switch (instruction.opcode) {
+            case Opcode::If:
+                if (index >= program_.ifGroups.size()) break;
+                for (const IfBranch& branch : program_.ifGroups[index])
+                    out_ << "  line " << branch.line << (branch.isElse ? " else" : "") << " -> chunk "
+                         << branch.bodyChunk;
+                break;
+            case Opcode::While:
+                loop(program_.whileLoops, index);
+                break;
+            case Opcode::Repeat:
+                loop(program_.repeatLoops, index);
+                break;
+            case Opcode::NumericFor:
+                loop(program_.numericForLoops, index);
+                break;
+            case Opcode::GenericFor:
+                loop(program_.genericForLoops, index);
+                break;
+            case Opcode::DeclareFunction:
+                if (index >= program_.functionDeclarations.size()) break;
+                body(program_.functionDeclarations[index].line,
+                     program_.functionDeclarations[index].bodyChunk);
+                break;
+            case Opcode::Nest:
+                if (index >= program_.nestBlocks.size()) break;
+                body(program_.nestBlocks[index].line, program_.nestBlocks[index].bodyChunk);
+                out_ << " \"" << program_.nestBlocks[index].label << '"';
+                break;
+            default:
+                if (index < program_.lines.size()) out_ << "  " << program_.lines[index].text;
+                break;
+        }
+    }
+    void loop(const std::vector<BytecodeLoop>& loops, std::uint32_t index) {
+        if (index < loops.size()) body(loops[index].line, loops[index].bodyChunk);
+    }
+    void body(std::uint32_t line, std::uint32_t chunk) { out_ << "  line " << line << " -> chunk " << chunk; }
+
+    const BytecodeProgram& program_;
+    std::ostream& out_;
+};
+
+}  // namespace
+
+void dumpBytecode(const BytecodeProgram& program, std::size_t imageBytes, std::ostream& out) {
+    Dumper dumper(program, out);
+    dumper.header(imageBytes);
+    dumper.lines();
+    dumper.chunks();
+}
+
+}  // namespace kelmora

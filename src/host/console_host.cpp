@@ -1,0 +1,27 @@
+#include "host/console_host.h"
+
+#include "platform/shim.h"
+
+namespace kelmora {
+
+ConsoleHost::ConsoleHost() : flushes_(platform_stdout_is_terminal()) {}
+
+void ConsoleHost::print(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    if (flushes_) std::fflush(stdout);
+}
+
+void ConsoleHost::flush() {
+    std::fflush(stdout);
+}
+
+std::FILE* ConsoleHost::openProcess(const std::string& command, const std::string& mode) {
+    std::fflush(stdout);
+    return vh_windows_popen(command.c_str(), mode.c_str());
+}
+
+int ConsoleHost::closeProcess(std::FILE* stream) {
+    return vh_windows_pclose(stream);
+}
+
+}  // namespace kelmora

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "script/script_host.h"
+
+namespace kelmora {
+
+// Scripts print to standard output and run commands in the system's shell.
+class ConsoleHost : public ScriptHost {
+public:
+    ConsoleHost();
+    void print(std::string_view text) override;
+    void flush() override;
+    std::FILE* openProcess(const std::string& command, const std::string& mode) override;
+    int closeProcess(std::FILE* stream) override;
+
+private:
+    bool flushes_;  // a person is reading along
+};
+
+}  // namespace kelmora

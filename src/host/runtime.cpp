@@ -1,0 +1,40 @@
+#include "host/runtime.h"
+
+#include <chrono>
+
+#include "platform/shim.h"
+#include "plush/plush_bindings.h"
+
+namespace kelmora {
+
+std::int64_t systemMicroseconds() {
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    return std::chrono::duration_cast<std::chrono::microseconds>(now).count();
+}
+
+Runtime::Runtime(ScriptHost& host)
+    : engine(host), clockOrigin(systemMicroseconds()), frameClock(clockOrigin) {
+    engine.nativeStack().setLowAddress(platform_stack_low_address());
+}
+
+Runtime::~Runtime() {
+    destroyWindow();
+}
+
+void Runtime::destroyWindow() {
+    if (window) vh_destroyWindow(window);
+    window = nullptr;
+}
+
+void registerFunctions(Runtime& runtime) {
+    VesperScript& engine = runtime.engine;
+    if (vh_has_window() != 0) engine.pushVariable("Metal", makeMetalModule(runtime));
+    engine.pushVariable("Sailfish", makeSailfishModule());
+    engine.pushVariable("Vesper", makeVesperModule(runtime));
+    engine.pushVariable("Plush", makePlushModule());
+    registerGlobalHelpers(engine);
+    publishEnvironmentGlobals(engine);
+    publishInputGlobals(runtime);
+}
+
+}  // namespace kelmora

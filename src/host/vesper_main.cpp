@@ -1,0 +1,128 @@
+#include <iostream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "base/whole_file.h"
+#include "host/bytecode_dump.h"
+#include "host/console_host.h"
+#include "host/runtime.h"
+#include "host/startup.h"
+#include "script/source_path.h"
+
+// The authors' tool, and the compiler of the build.
+namespace kelmora {
+namespace {
+
+constexpr const char* usage =
+    "usage: vesper run FILE [ARGUMENT...]       run a script; arguments are in the global array `arguments`\n"
+    "       vesper compile FILE -o IMAGE        compile a script to a bytecode image\n"
+    "       vesper dump IMAGE                   show what an image holds\n"
+    "       vesper check FILE...                report whether scripts compile\n";
+
+class UsageError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+using Words = std::vector<std::string>;
+
+std::string readSource(const std::string& path) {
+    auto source = readWholeFile(path);
+    if (!source) throw std::runtime_error("Failed to open script file: " + path);
+    return std::move(*source);
+}
+
+void refuseOptions(const Words& words) {
+    for (const std::string& word : words)
+        if (word.size() > 1 && word[0] == '-') throw UsageError("unknown option " + word);
+}
+
+bool isImage(const std::string& content) {
+    return content.starts_with("VSBC");
+}
+
+void runFile(Runtime& runtime, const Words& words) {
+    if (words.empty()) throw UsageError("run wants a file");
+    refuseOptions({words[0]});
+    std::vector<Variable> arguments;
+    for (std::size_t i = 1; i < words.size(); ++i) arguments.push_back(Variable::text(words[i]));
+    registerFunctions(runtime);
+    runtime.engine.pushVariable("arguments", Variable::array(std::move(arguments)));
+    const std::string content = readSource(words[0]);
+    if (isImage(content)) {
+        const auto* bytes = reinterpret_cast<const unsigned char*>(content.data());
+        runtime.engine.runBytecode(VesperScript::deserialiseBytecode({bytes, content.size()}, words[0]));
+    } else {
+        runtime.engine.runBytecode(runtime.engine.compileToBytecode(content, words[0]));
+    }
+}
+
+// The image names its source by the file's name alone, so that it does not depend on where it was built.
+void compileFile(Runtime& runtime, const Words& words) {
+    if (words.size() != 3 || words[1] != "-o") throw UsageError("compile wants FILE -o IMAGE");
+    refuseOptions({words[0], words[2]});
+    const std::string name = words[0].substr(words[0].find_last_of("/\\") + 1);
+    VesperScript::saveBytecode(runtime.engine.compileToBytecode(readSource(words[0]), name), words[2]);
+}
+
+void dumpImage(const Words& words) {
+    if (words.size() != 1) throw UsageError("dump wants one image");
+    refuseOptions(words);
+    const BytecodeProgram program = VesperScript::loadBytecode(words[0]);
+    dumpBytecode(program, readSource(words[0]).size(), std::cout);
+}
+
+int checkFiles(Runtime& runtime, const Words& words) {
+    if (words.empty()) throw UsageError("check wants files");
+    refuseOptions(words);
+    int failures = 0;
+    for (const std::string& path : words) {
+        try {
+            runtime.engine.compileToBytecode(readSource(path), path);
+        } catch (const std::exception& error) {
+            std::cerr << path << ": " << error.what() << '\n';
+            ++failures;
+        }
+    }
+    return failures == 0 ? 0 : 1;
+}
+
+int runTool(int argc, char** argv) {
+    ConsoleHost host;
+    Runtime runtime(host);
+    runtime.path = findBaseDirectory(argc, argv);
+    Words words(argv + std::min(argc, 1), argv + argc);
+    try {
+        if (words.empty()) throw UsageError("no command");
+        const std::string command = words[0];
+        words.erase(words.begin());
+        if (command == "run") {
+            runFile(runtime, words);
+        } else if (command == "compile") {
+            compileFile(runtime, words);
+        } else if (command == "dump") {
+            dumpImage(words);
+        } else if (command == "check") {
+            return checkFiles(runtime, words);
+        } else {
+            throw UsageError("unknown command " + command);
+        }
+    } catch (const UsageError& error) {
+        std::cerr << "vesper: " << error.what() << '\n' << usage;
+        return 2;
+    } catch (const std::exception& error) {
+        std::cout.flush();
+        host.flush();
+        std::cerr << error.what() << std::endl;
+        return 1;
+    }
+    return 0;
+}
+
+}  // namespace
+}  // namespace kelmora
+
+int main(int argc, char** argv) {
+    return kelmora::runTool(argc, argv);
+}
