@@ -1,0 +1,6 @@
+decay function fails()
+    x = 1 \ 0
+end
+fails()
+print("a")      @@ error: Division by zero
+print("b")

@@ -1,0 +1,22 @@
+lib = {}
+function lib["inner"]["f"](a, b)
+    return a + b
+end
+print(lib["inner"]["f"](1, 2))      @@ expect: 3
+function variadic(first, ...)
+    rest = ...
+    return first, select(2, ...)
+end
+a, b = variadic(1, 2, 3)
+print(a, b, typeOf(rest))           @@ expect: 1\t3\ttable
+function twice(x, x)
+    return x
+end
+print(twice(1, 2))                  @@ expect: 1
+print(pcall(variadic))              @@ expect: true\tnot\tnot
+local function hidden()
+    return "hidden"
+end
+print(hidden())                     @@ expect: hidden
+function f(a b)                     @@ error: Expected ',' or ')' after function parameter
+end
