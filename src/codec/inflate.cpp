@@ -14,7 +14,8 @@ constexpr std::size_t historySize = 32768;
 constexpr std::size_t windowSize = historySize + 131072;
 constexpr std::size_t longestMatch = 258;
 // What one turn of the fast loop may write and read at most, with the overrun of its wide accesses.
-constexpr std::size_t outputMargin = 3 + longestMatch + matchOverrun;
+constexpr unsigned literalLookups = 4;
+constexpr std::size_t outputMargin = 2 * literalLookups + longestMatch + matchOverrun;
 constexpr std::size_t inputMargin = 24;
 // A distance and the lookup of what follows it.
 constexpr unsigned distanceAndNextBits = maximumCodeLength + 13 + BlockCodes::literalBits;
@@ -68,6 +69,7 @@ bool build_block_codes(std::span<const std::uint8_t> literals, std::span<const s
     HuffmanTable table;
     if (!build_huffman_table(literals, table, false)) return false;
     build_lookup(table, literalMeanings, BlockCodes::literalBits, codes.literals);
+    pair_literals(BlockCodes::literalBits, codes.literals);
     if (!build_huffman_table(distances, table, true)) return false;
     build_lookup(table, distanceMeanings, BlockCodes::distanceBits, codes.distances);
     return true;
@@ -135,8 +137,10 @@ inline std::uint32_t value_with_extra(std::uint32_t entry, std::uint64_t before)
     return Lookup::value(entry) + static_cast<std::uint32_t>(bits >> Lookup::code_bits(entry));
 }
 
-inline unsigned char literal_byte(std::uint32_t entry) {
-    return static_cast<unsigned char>(entry >> 16);
+// Writes one literal or two; behind a single one a byte of no meaning.
+inline unsigned char* put_literals(std::uint32_t entry, unsigned char* out) {
+    store_u16(out, static_cast<std::uint16_t>(Lookup::value(entry)));
+    return out + Lookup::literal_count(entry);
 }
 
 }  // namespace
@@ -319,25 +323,20 @@ Inflater::Step Inflater::decode_fast(const BlockCodes& codes) {
     bits.refill();
     std::uint32_t entry = literals[bits.peek(BlockCodes::literalBits)];
     Step step = Step::OutOfMargin;
-    // Each turn: up to three literals, or up to two and a match. The next entry is fetched before the refill,
-    // which leaves its bits as they are, and before the match is copied.
+    // Each turn: up to four lookups of literals, or up to three and a match. The next entry is fetched before
+    // the refill, which leaves its bits as they are, and before the match is copied.
     do {
         std::uint64_t before = bits.drop(entry);
-        if ((entry & Lookup::literal) != 0) {
-            *out++ = literal_byte(entry);
+        unsigned lookups = 0;
+        while ((entry & Lookup::literal) != 0) {
+            out = put_literals(entry, out);
             entry = literals[bits.peek(BlockCodes::literalBits)];
+            if (++lookups == literalLookups) break;
             before = bits.drop(entry);
-            if ((entry & Lookup::literal) != 0) {
-                *out++ = literal_byte(entry);
-                entry = literals[bits.peek(BlockCodes::literalBits)];
-                before = bits.drop(entry);
-                if ((entry & Lookup::literal) != 0) {
-                    *out++ = literal_byte(entry);
-                    entry = literals[bits.peek(BlockCodes::literalBits)];
-                    bits.refill();
-                    continue;
-                }
-            }
+        }
+        if (lookups == literalLookups) {
+            bits.refill();
+            continue;
         }
         if ((entry & Lookup::exceptional) != 0) [[unlikely]] {
             if ((entry & Lookup::subtable) != 0) {
@@ -345,7 +344,7 @@ Inflater::Step Inflater::decode_fast(const BlockCodes& codes) {
                 before = bits.drop(entry);
             }
             if ((entry & Lookup::literal) != 0) {
-                *out++ = literal_byte(entry);
+                out = put_literals(entry, out);
                 entry = literals[bits.peek(BlockCodes::literalBits)];
                 bits.refill();
                 continue;
@@ -393,7 +392,7 @@ Inflater::Step Inflater::decode_one(const BlockCodes& codes) {
     if (!take_entry(codes.literals, BlockCodes::literalBits, entry)) return Step::Failed;
     if ((entry & Lookup::literal) != 0) {
         if (allowance() == 0) return Step::Failed;
-        output_[written_++] = literal_byte(entry);
+        output_[written_++] = static_cast<unsigned char>(Lookup::value(entry));
         return Step::OutOfMargin;
     }
     if ((entry & Lookup::endOfBlock) != 0) return Step::EndOfBlock;

@@ -58,10 +58,6 @@ inline __m128i load_pixel(const unsigned char* place) {
     std::memcpy(&word, place, sizeof word);
     return _mm_cvtsi32_si128(word);
 }
-inline void store_pixel(unsigned char* place, __m128i value) {
-    const int word = _mm_cvtsi128_si32(value);
-    std::memcpy(place, &word, sizeof word);
-}
 inline void store_part(unsigned char* place, __m128i value, std::size_t size) {
     const int word = _mm_cvtsi128_si32(value);
     std::memcpy(place, &word, size);
