@@ -13,7 +13,6 @@ namespace {
 
 constexpr std::size_t historySize = 32768;
 constexpr std::size_t windowSize = historySize + 131072;
-constexpr std::size_t longestMatch = 258;
 // What one turn of the fast loop may write and read at most, with the overrun of its wide accesses.
 constexpr unsigned literalLookups = 4;
 constexpr std::size_t outputMargin = 2 * literalLookups + longestMatch + matchOverrun;

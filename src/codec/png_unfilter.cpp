@@ -44,7 +44,7 @@ void finish_half(Row& row) {
     while (row.done < row.size) row.put(row.left() / 2);
 }
 void copy_row(Row& row) {
-    std::memcpy(row.out, row.raw, row.size);
+    std::copy_n(row.raw, row.size, row.out);
     row.done = row.size;
 }
 
