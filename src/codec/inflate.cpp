@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "codec/adler32.h"
+#include "codec/fast_bits.h"
 #include "codec/match_copy.h"
 
 namespace vh::png {
@@ -12,122 +13,12 @@ namespace {
 
 constexpr std::size_t historySize = 32768;
 constexpr std::size_t windowSize = historySize + 131072;
-constexpr std::size_t longestMatch = 258;
 // What one turn of the fast loop may write and read at most, with the overrun of its wide accesses.
-constexpr std::size_t outputMargin = 3 + longestMatch + matchOverrun;
+constexpr unsigned literalLookups = 4;
+constexpr std::size_t outputMargin = 2 * literalLookups + longestMatch + matchOverrun;
 constexpr std::size_t inputMargin = 24;
 // A distance and the lookup of what follows it.
 constexpr unsigned distanceAndNextBits = maximumCodeLength + 13 + BlockCodes::literalBits;
-
-constexpr std::size_t lengthCodes = 19;
-constexpr unsigned lengthCodeBits = 7;
-
-constexpr std::uint32_t meaning(std::uint32_t value, std::uint32_t extra_bits) {
-    return value << 16 | extra_bits;
-}
-
-constexpr auto make_literal_meanings() {
-    std::array<std::uint32_t, maximumSymbols> meanings{};
-    for (std::uint32_t byte = 0; byte < 256; ++byte) meanings[byte] = meaning(byte, 0) | Lookup::literal;
-    meanings[256] = Lookup::exceptional | Lookup::endOfBlock;
-    std::uint32_t length = 3;
-    for (std::uint32_t symbol = 257; symbol < 285; ++symbol) {
-        const std::uint32_t extra_bits = symbol < 265 ? 0 : (symbol - 261) / 4;
-        meanings[symbol] = meaning(length, extra_bits);
-        length += 1u << extra_bits;
-    }
-    meanings[285] = meaning(longestMatch, 0);
-    meanings[286] = meanings[287] = Lookup::exceptional;
-    return meanings;
-}
-
-constexpr auto make_distance_meanings() {
-    std::array<std::uint32_t, 32> meanings{};
-    std::uint32_t distance = 1;
-    for (std::uint32_t symbol = 0; symbol < 30; ++symbol) {
-        const std::uint32_t extra_bits = symbol < 4 ? 0 : symbol / 2 - 1;
-        meanings[symbol] = meaning(distance, extra_bits);
-        distance += 1u << extra_bits;
-    }
-    meanings[30] = meanings[31] = Lookup::exceptional;
-    return meanings;
-}
-
-constexpr auto make_length_code_meanings() {
-    std::array<std::uint32_t, lengthCodes> meanings{};
-    for (std::uint32_t symbol = 0; symbol < lengthCodes; ++symbol) meanings[symbol] = meaning(symbol, 0);
-    return meanings;
-}
-
-constexpr auto literalMeanings = make_literal_meanings();
-constexpr auto distanceMeanings = make_distance_meanings();
-constexpr auto lengthCodeMeanings = make_length_code_meanings();
-
-bool build_block_codes(std::span<const std::uint8_t> literals, std::span<const std::uint8_t> distances,
-                       BlockCodes& codes) {
-    HuffmanTable table;
-    if (!build_huffman_table(literals, table, false)) return false;
-    build_lookup(table, literalMeanings, BlockCodes::literalBits, codes.literals);
-    if (!build_huffman_table(distances, table, true)) return false;
-    build_lookup(table, distanceMeanings, BlockCodes::distanceBits, codes.distances);
-    return true;
-}
-
-BlockCodes make_fixed_codes() {
-    std::array<std::uint8_t, maximumSymbols> literals{};
-    std::fill(literals.begin(), literals.begin() + 144, std::uint8_t{8});
-    std::fill(literals.begin() + 144, literals.begin() + 256, std::uint8_t{9});
-    std::fill(literals.begin() + 256, literals.begin() + 280, std::uint8_t{7});
-    std::fill(literals.begin() + 280, literals.end(), std::uint8_t{8});
-    std::array<std::uint8_t, 32> distances{};
-    distances.fill(5);
-    BlockCodes codes;
-    [[maybe_unused]] const bool built = build_block_codes(literals, distances, codes);
-    return codes;
-}
-
-const BlockCodes& fixed_codes() {
-    static const BlockCodes codes = make_fixed_codes();
-    return codes;
-}
-
-// The bit reader of the fast loop, in registers. Its input must reach 8 bytes past `next` at each refill.
-class FastBits {
-public:
-    explicit FastBits(const BitReader& bits)
-        : next_(bits.data + bits.position), buffer_(bits.buffer), count_(bits.count) {}
-
-    void save(BitReader& bits) const {
-        bits.position = static_cast<std::size_t>(next_ - bits.data);
-        bits.buffer = buffer_;
-        bits.count = count_;
-    }
-    // At least 56 bits stand in the buffer then, and those behind them are right as well: a lookup may
-    // use 63.
-    void refill() {
-        buffer_ |= load_u64(next_) << count_;
-        next_ += (63 - count_) >> 3;
-        count_ |= 56;
-    }
-    std::uint64_t buffer() const { return buffer_; }
-    unsigned count() const { return count_; }
-    const unsigned char* next() const { return next_; }
-    std::size_t peek(unsigned bits) const {
-        return static_cast<std::size_t>(buffer_ & ((std::uint64_t{1} << bits) - 1));
-    }
-    // Drops the entry's bits and returns the buffer as it was, for the extra bits among them.
-    std::uint64_t drop(std::uint32_t entry) {
-        const std::uint64_t before = buffer_;
-        buffer_ >>= Lookup::total_bits(entry);
-        count_ -= Lookup::total_bits(entry);
-        return before;
-    }
-
-private:
-    const unsigned char* next_;
-    std::uint64_t buffer_;
-    unsigned count_;
-};
 
 // The entry's value with its extra bits, taken from the buffer as it was before the entry was dropped.
 inline std::uint32_t value_with_extra(std::uint32_t entry, std::uint64_t before) {
@@ -135,8 +26,10 @@ inline std::uint32_t value_with_extra(std::uint32_t entry, std::uint64_t before)
     return Lookup::value(entry) + static_cast<std::uint32_t>(bits >> Lookup::code_bits(entry));
 }
 
-inline unsigned char literal_byte(std::uint32_t entry) {
-    return static_cast<unsigned char>(entry >> 16);
+// Writes one literal or two; behind a single one a byte of no meaning.
+inline unsigned char* put_literals(std::uint32_t entry, unsigned char* out) {
+    store_u16(out, static_cast<std::uint16_t>(Lookup::value(entry)));
+    return out + Lookup::literal_count(entry);
 }
 
 }  // namespace
@@ -153,7 +46,8 @@ bool Inflater::start(std::span<const ByteSpan> spans, std::uint32_t expected_siz
 bool Inflater::start(std::span<const ByteSpan> spans, std::uint32_t expected_size, InflateSink& sink) {
     ByteSpan stream;
     if (!gather(spans, stream)) return false;
-    output_.resize(std::min<std::size_t>(windowSize, std::size_t{expected_size} + outputMargin));
+    const std::uint64_t most = std::uint64_t{expected_size} + outputMargin;
+    output_.resize(static_cast<std::size_t>(std::min<std::uint64_t>(windowSize, most)));
     sink_ = &sink;
     const bool inflated = inflate_zlib_stream(stream, expected_size);
     sink_ = nullptr;
@@ -249,7 +143,7 @@ bool Inflater::inflate_dynamic() {
     if (!bits_.take(5, literal_count) || !bits_.take(5, distance_count)) return false;
     literal_count += 257;
     distance_count += 1;
-    std::array<std::uint8_t, maximumSymbols + 32> lengths{};
+    std::array<std::uint8_t, maximumSymbols + distanceSymbols> lengths{};
     const auto used = std::span(lengths).first(literal_count + distance_count);
     if (!read_code_lengths(used)) return false;
     return build_block_codes(used.first(literal_count), used.subspan(literal_count), codes_) &&
@@ -257,27 +151,25 @@ bool Inflater::inflate_dynamic() {
 }
 
 bool Inflater::read_code_lengths(std::span<std::uint8_t> lengths) {
-    static constexpr std::array<std::uint8_t, lengthCodes> order{16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
-                                                                 11, 4,  12, 3, 13, 2, 14, 1, 15};
+    static constexpr std::array<std::uint8_t, LengthCode::symbols> order{16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
+                                                                         11, 4,  12, 3, 13, 2, 14, 1, 15};
     std::uint32_t count = 0;
     if (!bits_.take(4, count)) return false;
-    std::array<std::uint8_t, lengthCodes> code_lengths{};
+    std::array<std::uint8_t, LengthCode::symbols> code_lengths{};
     for (std::size_t i = 0; i < count + 4; ++i) {
         std::uint32_t length = 0;
         if (!bits_.take(3, length)) return false;
         code_lengths[order[i]] = static_cast<std::uint8_t>(length);
     }
-    HuffmanTable table;
-    std::array<std::uint32_t, 1u << lengthCodeBits> entries;
-    if (!build_huffman_table(code_lengths, table, false)) return false;
-    build_lookup(table, lengthCodeMeanings, lengthCodeBits, entries);
-    return expand_code_lengths(entries, lengths);
+    LengthCode code;
+    return build_length_code(code_lengths, code) && expand_code_lengths(code, lengths);
 }
 
-bool Inflater::expand_code_lengths(std::span<const std::uint32_t> entries, std::span<std::uint8_t> lengths) {
+bool Inflater::expand_code_lengths(const LengthCode& code, std::span<std::uint8_t> lengths) {
     for (std::size_t filled = 0; filled < lengths.size();) {
         std::uint32_t entry = 0;
-        if (!take_entry(entries, lengthCodeBits, entry) || (entry & Lookup::exceptional) != 0) return false;
+        if (!take_entry(code.entries, LengthCode::bits, entry) || (entry & Lookup::exceptional) != 0)
+            return false;
         const std::uint32_t symbol = Lookup::value(entry);
         if (symbol < 16) {
             lengths[filled++] = static_cast<std::uint8_t>(symbol);
@@ -319,25 +211,20 @@ Inflater::Step Inflater::decode_fast(const BlockCodes& codes) {
     bits.refill();
     std::uint32_t entry = literals[bits.peek(BlockCodes::literalBits)];
     Step step = Step::OutOfMargin;
-    // Each turn: up to three literals, or up to two and a match. The next entry is fetched before the refill,
-    // which leaves its bits as they are, and before the match is copied.
+    // Each turn: up to four lookups of literals, or up to three and a match. The next entry is fetched before
+    // the refill, which leaves its bits as they are, and before the match is copied.
     do {
         std::uint64_t before = bits.drop(entry);
-        if ((entry & Lookup::literal) != 0) {
-            *out++ = literal_byte(entry);
+        unsigned lookups = 0;
+        while ((entry & Lookup::literal) != 0) {
+            out = put_literals(entry, out);
             entry = literals[bits.peek(BlockCodes::literalBits)];
+            if (++lookups == literalLookups) break;
             before = bits.drop(entry);
-            if ((entry & Lookup::literal) != 0) {
-                *out++ = literal_byte(entry);
-                entry = literals[bits.peek(BlockCodes::literalBits)];
-                before = bits.drop(entry);
-                if ((entry & Lookup::literal) != 0) {
-                    *out++ = literal_byte(entry);
-                    entry = literals[bits.peek(BlockCodes::literalBits)];
-                    bits.refill();
-                    continue;
-                }
-            }
+        }
+        if (lookups == literalLookups) {
+            bits.refill();
+            continue;
         }
         if ((entry & Lookup::exceptional) != 0) [[unlikely]] {
             if ((entry & Lookup::subtable) != 0) {
@@ -345,7 +232,7 @@ Inflater::Step Inflater::decode_fast(const BlockCodes& codes) {
                 before = bits.drop(entry);
             }
             if ((entry & Lookup::literal) != 0) {
-                *out++ = literal_byte(entry);
+                out = put_literals(entry, out);
                 entry = literals[bits.peek(BlockCodes::literalBits)];
                 bits.refill();
                 continue;
@@ -393,7 +280,7 @@ Inflater::Step Inflater::decode_one(const BlockCodes& codes) {
     if (!take_entry(codes.literals, BlockCodes::literalBits, entry)) return Step::Failed;
     if ((entry & Lookup::literal) != 0) {
         if (allowance() == 0) return Step::Failed;
-        output_[written_++] = literal_byte(entry);
+        output_[written_++] = static_cast<unsigned char>(Lookup::value(entry));
         return Step::OutOfMargin;
     }
     if ((entry & Lookup::endOfBlock) != 0) return Step::EndOfBlock;
@@ -437,7 +324,7 @@ bool Inflater::make_room() {
     if (!hand_over()) return false;
     slide();
     // A sink that waits for more than the window holds, as for a very long row, gets a larger one.
-    return room() >= output_.size() / 2 || grow();
+    return room() >= std::max(output_.size() / 2, outputMargin) || grow();
 }
 
 bool Inflater::grow() {

@@ -7,7 +7,7 @@
 
 #include "base/byte_buffer.h"
 #include "codec/bit_reader.h"
-#include "codec/huffman.h"
+#include "codec/block_codes.h"
 
 namespace vh::png {
 
@@ -23,17 +23,6 @@ public:
     // Uses up as many of `bytes` as it can, the oldest first, and tells how many. The rest comes again with
     // more behind it. False gives the stream up.
     virtual bool take(ByteSpan bytes, std::size_t& taken) = 0;
-};
-
-// The two codes of a compressed block, ready for lookup.
-struct BlockCodes {
-    static constexpr unsigned literalBits = 11;
-    static constexpr unsigned distanceBits = 8;
-    // Canonical codes leave gaps only behind the last code, so every subtable but one is full: a literal
-    // subtable of 16 entries has at least 5 of the 288 symbols, a distance subtable of 128 at least 8 of
-    // the 32.
-    std::array<std::uint32_t, (1u << literalBits) + 1024> literals;
-    std::array<std::uint32_t, (1u << distanceBits) + 640> distances;
 };
 
 // Inflates zlib streams, and only flawless ones: whole, without a byte too many, with the right checksum.
@@ -65,7 +54,7 @@ private:
     bool take_value(std::uint32_t entry, std::uint32_t& value);
     bool copy_match(std::uint32_t length, std::uint32_t distance);
     bool read_code_lengths(std::span<std::uint8_t> lengths);
-    bool expand_code_lengths(std::span<const std::uint32_t> entries, std::span<std::uint8_t> lengths);
+    bool expand_code_lengths(const LengthCode& code, std::span<std::uint8_t> lengths);
     bool ends_cleanly(std::uint32_t checksum);
 
     // Bytes that may still be written before the limit.

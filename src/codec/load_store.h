@@ -26,12 +26,22 @@ inline std::uint32_t load_u32(const unsigned char* place) {
 inline std::uint64_t load_u64(const unsigned char* place) {
     return load_little<std::uint64_t>(place);
 }
-inline void store_u64(unsigned char* place, std::uint64_t value) {
+template <typename T>
+void store_little(unsigned char* place, T value) {
     if constexpr (std::endian::native == std::endian::little) {
         std::memcpy(place, &value, sizeof value);
     } else {
         for (unsigned i = 0; i < sizeof value; ++i) place[i] = static_cast<unsigned char>(value >> (8 * i));
     }
+}
+inline void store_u16(unsigned char* place, std::uint16_t value) {
+    store_little(place, value);
+}
+inline void store_u32(unsigned char* place, std::uint32_t value) {
+    store_little(place, value);
+}
+inline void store_u64(unsigned char* place, std::uint64_t value) {
+    store_little(place, value);
 }
 
 // Big-endian, as PNG stores its fields.

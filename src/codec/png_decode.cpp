@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "codec/png_unfilter.h"
+#include "codec/row_filter.h"
 
 namespace vh::png {
 namespace {
@@ -70,11 +71,12 @@ public:
     bool take(ByteSpan bytes, std::size_t& taken) override {
         taken = 0;
         while (pass_ < layout_.pass_count) {
-            const std::size_t needed = static_cast<std::size_t>(pass().row_bytes) + 1;
-            if (bytes.size() - taken < needed) return true;
-            if (!take_row(bytes[taken], bytes.data() + taken + 1)) return false;
-            taken += needed;
-            advance();
+            const std::size_t available = (bytes.size() - taken) / stride();
+            if (available == 0) return true;
+            const std::size_t rows = rows_to_take(bytes.data() + taken, available);
+            if (!take_rows(bytes.data() + taken, rows)) return false;
+            taken += rows * stride();
+            for (std::size_t i = 0; i < rows; ++i) advance();
         }
         return taken == bytes.size();
     }
@@ -82,22 +84,45 @@ public:
 
 private:
     const Pass& pass() const { return layout_.passes[pass_]; }
+    std::size_t row_bytes() const { return static_cast<std::size_t>(pass().row_bytes); }
+    std::size_t stride() const { return row_bytes() + 1; }
 
-    bool take_row(unsigned filter, const unsigned char* raw) {
-        const std::size_t y = pass().start_y + std::size_t{row_} * pass().step_y;
-        unsigned char* const out = pixels_ + (y * header_.width + pass().start_x) * pixelSize;
-        unsigned char* const unfiltered = straight_ ? out : spare_row();
-        const auto size = static_cast<std::size_t>(pass().row_bytes);
-        if (!unfilter_row_to(filter, unfiltered, raw, prior_, size, layout_.bytes_per_pixel)) return false;
-        prior_ = unfiltered;
-        if (straight_) return true;
-        return expand_row(header_, tables_, unfiltered, pass().columns, out, pass().step_x * pixelSize);
+    // Two where the next two rows of this pass are a pair that is faster undone together.
+    std::size_t rows_to_take(const unsigned char* data, std::size_t available) const {
+        const bool pair = available >= 2 && prior_ != nullptr && row_ + 1 < pass().rows &&
+                          data[0] == FilterPaeth && data[stride()] == FilterPaeth &&
+                          prefers_paeth_pairs(layout_.bytes_per_pixel);
+        return pair ? 2 : 1;
     }
 
-    // The row buffer that does not hold the row above.
-    unsigned char* spare_row() {
-        kelmora::ByteBuffer& buffer = rows_[row_ % 2];
-        if (buffer.size() < pass().row_bytes) buffer.resize(static_cast<std::size_t>(pass().row_bytes));
+    bool take_rows(const unsigned char* data, std::size_t count) {
+        unsigned char* const unfiltered[2] = {unfiltered_row(row_), unfiltered_row(row_ + count - 1)};
+        const unsigned char* const raw[2] = {data + 1, data + stride() + 1};
+        if (count == 2) {
+            unfilter_paeth_pair(unfiltered, raw, prior_, row_bytes(), layout_.bytes_per_pixel);
+        } else if (!unfilter_row_to(data[0], unfiltered[0], raw[0], prior_, row_bytes(),
+                                    layout_.bytes_per_pixel)) {
+            return false;
+        }
+        prior_ = unfiltered[count - 1];
+        return straight_ || (expand(unfiltered[0], row_) && (count == 1 || expand(unfiltered[1], row_ + 1)));
+    }
+
+    unsigned char* place_of(std::size_t row) const {
+        const std::size_t y = pass().start_y + row * pass().step_y;
+        return pixels_ + (y * header_.width + pass().start_x) * pixelSize;
+    }
+    bool expand(const unsigned char* unfiltered, std::size_t row) const {
+        return expand_row(header_, tables_, unfiltered, pass().columns, place_of(row),
+                          pass().step_x * pixelSize);
+    }
+
+    // Where a row goes once unfiltered: one of three buffers in turn, so that a pair leaves the row above
+    // alone.
+    unsigned char* unfiltered_row(std::size_t row) {
+        if (straight_) return place_of(row);
+        kelmora::ByteBuffer& buffer = rows_[row % rows_.size()];
+        if (buffer.size() < row_bytes()) buffer.resize(row_bytes());
         return buffer.data();
     }
 
@@ -116,7 +141,7 @@ private:
     std::size_t pass_ = 0;
     std::uint32_t row_ = 0;
     const unsigned char* prior_ = nullptr;
-    std::array<kelmora::ByteBuffer, 2> rows_;
+    std::array<kelmora::ByteBuffer, 3> rows_;
 };
 
 std::uint64_t total_size(std::span<const ByteSpan> spans) {

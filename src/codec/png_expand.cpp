@@ -33,6 +33,14 @@ bool expand_palette(const DecodeTables& tables, const unsigned char* row, std::s
     return count == 0 || highest < tables.palette_size;
 }
 
+// Reads 4 bytes for each pixel of 3, so the last one is put by its bytes.
+bool expand_rgb(const unsigned char* row, std::size_t count, unsigned char* out, std::size_t step) {
+    constexpr std::uint32_t opaque = 0xFF000000u;
+    for (; count > 1; --count, row += 3, out += step) store_u32(out, load_u32(row) | opaque);
+    if (count == 1) put(out, row[0], row[1], row[2], 255);
+    return true;
+}
+
 bool expand_row_8(const Header& header, const DecodeTables& tables, const unsigned char* row,
                   std::size_t count, unsigned char* out, std::size_t step) {
     switch (header.colour_type) {
@@ -42,10 +50,7 @@ bool expand_row_8(const Header& header, const DecodeTables& tables, const unsign
                 put(to, in[0], in[0], in[0], clear ? 0 : 255);
             });
         case Rgb:
-            if (!tables.has_rgb_key)
-                return expand_pixels<3>(
-                    row, count, out, step,
-                    [](const unsigned char* in, unsigned char* to) { put(to, in[0], in[1], in[2], 255); });
+            if (!tables.has_rgb_key) return expand_rgb(row, count, out, step);
             return expand_pixels<3>(row, count, out, step, [&](const unsigned char* in, unsigned char* to) {
                 const auto& key = tables.rgb_key;
                 const bool clear = in[0] == key[0] && in[1] == key[1] && in[2] == key[2];

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "codec/load_store.h"
+#include "codec/paeth_vector.h"
 #include "codec/row_filter.h"
 
 namespace vh::png {
@@ -43,7 +44,7 @@ void finish_half(Row& row) {
     while (row.done < row.size) row.put(row.left() / 2);
 }
 void copy_row(Row& row) {
-    if (row.out != row.raw) std::memcpy(row.out, row.raw, row.size);
+    std::copy_n(row.raw, row.size, row.out);
     row.done = row.size;
 }
 
@@ -62,17 +63,13 @@ inline void store_pixel(unsigned char* place, __m128i value) {
     const int word = _mm_cvtsi128_si32(value);
     std::memcpy(place, &word, sizeof word);
 }
-inline void store_part(unsigned char* place, __m128i value, std::size_t size) {
-    const int word = _mm_cvtsi128_si32(value);
-    std::memcpy(place, &word, size);
-}
 
 template <std::size_t Pixel>
 void start_sub(Row& row) {
     __m128i left = _mm_setzero_si128();
     for (; row.done + lane <= row.size; row.done += Pixel) {
         left = _mm_add_epi8(left, load_pixel(row.raw + row.done));
-        store_part(row.out + row.done, left, Pixel);
+        store_pixel(row.out + row.done, left);
     }
 }
 
@@ -83,17 +80,17 @@ void start_up(Row& row) {
     }
 }
 
+// The processor's average rounds up. On inverted bytes that is rounding down, and keeping the left pixel
+// inverted leaves two steps from one pixel to the next.
 template <std::size_t Pixel>
 void start_average(Row& row) {
-    const __m128i ones = _mm_set1_epi8(1);
-    __m128i left = _mm_setzero_si128();
+    const __m128i all = _mm_set1_epi8(-1);
+    __m128i inverted_left = all;
     for (; row.done + lane <= row.size; row.done += Pixel) {
-        const __m128i upper = load_pixel(row.prior + row.done);
-        // The processor's average rounds up; take the rounding off again.
-        const __m128i rounding = _mm_and_si128(_mm_xor_si128(left, upper), ones);
-        const __m128i average = _mm_sub_epi8(_mm_avg_epu8(left, upper), rounding);
-        left = _mm_add_epi8(average, load_pixel(row.raw + row.done));
-        store_part(row.out + row.done, left, Pixel);
+        const __m128i inverted_upper = _mm_xor_si128(load_pixel(row.prior + row.done), all);
+        inverted_left =
+            _mm_sub_epi8(_mm_avg_epu8(inverted_left, inverted_upper), load_pixel(row.raw + row.done));
+        store_pixel(row.out + row.done, _mm_xor_si128(inverted_left, all));
     }
 }
 
@@ -104,27 +101,8 @@ void start_half(Row& row) {
     for (; row.done + lane <= row.size; row.done += Pixel) {
         const __m128i half = _mm_and_si128(_mm_srli_epi16(left, 1), low_bits);
         left = _mm_add_epi8(half, load_pixel(row.raw + row.done));
-        store_part(row.out + row.done, left, Pixel);
+        store_pixel(row.out + row.done, left);
     }
-}
-
-inline __m128i absolute(__m128i value) {
-    return _mm_max_epi16(value, _mm_sub_epi16(_mm_setzero_si128(), value));
-}
-inline __m128i choose(__m128i mask, __m128i yes, __m128i no) {
-    return _mm_or_si128(_mm_and_si128(mask, yes), _mm_andnot_si128(mask, no));
-}
-
-// All three in 16-bit lanes.
-inline __m128i paeth_lanes(__m128i left, __m128i upper, __m128i upper_left) {
-    const __m128i rise = _mm_sub_epi16(upper, upper_left);
-    const __m128i run = _mm_sub_epi16(left, upper_left);
-    const __m128i from_left = absolute(rise);
-    const __m128i from_upper = absolute(run);
-    const __m128i from_upper_left = absolute(_mm_add_epi16(rise, run));
-    const __m128i nearest = _mm_min_epi16(from_upper_left, _mm_min_epi16(from_left, from_upper));
-    const __m128i upper_or_corner = choose(_mm_cmpeq_epi16(nearest, from_upper), upper, upper_left);
-    return choose(_mm_cmpeq_epi16(nearest, from_left), left, upper_or_corner);
 }
 
 template <std::size_t Pixel>
@@ -138,7 +116,36 @@ void start_paeth(Row& row) {
         // Adding bytes keeps the zero high halves zero.
         left = _mm_add_epi8(raw, paeth_lanes(left, upper, upper_left));
         upper_left = upper;
-        store_part(row.out + row.done, _mm_packus_epi16(left, left), Pixel);
+        store_pixel(row.out + row.done, _mm_packus_epi16(left, left));
+    }
+}
+
+inline __m128i widen(__m128i low, __m128i high) {
+    return _mm_unpacklo_epi8(_mm_unpacklo_epi32(low, high), _mm_setzero_si128());
+}
+
+// One pixel costs a long chain of steps that uses half a register. The other half takes the row below, one
+// pixel behind, for which this row's latest pixel is the upper one.
+template <std::size_t Pixel>
+void start_paeth_pair(Row& first, Row& second) {
+    const __m128i zero = _mm_setzero_si128();
+    if (first.size < 2 * Pixel + lane) return;
+    __m128i left = zero;
+    __m128i upper_left = zero;
+    __m128i second_raw = zero;
+    for (; first.done + lane <= first.size; first.done += Pixel) {
+        const __m128i first_upper = _mm_unpacklo_epi8(load_pixel(first.prior + first.done), zero);
+        const __m128i upper = _mm_unpacklo_epi64(first_upper, left);
+        const __m128i raw = widen(load_pixel(first.raw + first.done), second_raw);
+        left = _mm_add_epi8(raw, paeth_lanes(left, upper, upper_left));
+        upper_left = upper;
+        const __m128i packed = _mm_packus_epi16(left, left);
+        store_pixel(first.out + first.done, packed);
+        if (first.done > 0) {
+            store_pixel(second.out + second.done, _mm_srli_si128(packed, 4));
+            second.done += Pixel;
+        }
+        second_raw = load_pixel(second.raw + second.done);
     }
 }
 
@@ -201,6 +208,26 @@ bool unfilter(unsigned filter, Row row, bool in_vectors) {
 }
 
 }  // namespace
+
+bool prefers_paeth_pairs(std::size_t bytes_per_pixel) {
+#if defined(VH_X86)
+    return bytes_per_pixel == 3 || bytes_per_pixel == 4;
+#else
+    return bytes_per_pixel == 0;
+#endif
+}
+
+void unfilter_paeth_pair(unsigned char* const out[2], const unsigned char* const raw[2],
+                         const unsigned char* prior, std::size_t row_bytes, std::size_t bytes_per_pixel) {
+    Row first{out[0], raw[0], prior, row_bytes, bytes_per_pixel};
+    Row second{out[1], raw[1], out[0], row_bytes, bytes_per_pixel};
+#if defined(VH_X86)
+    if (bytes_per_pixel == 3) start_paeth_pair<3>(first, second);
+    if (bytes_per_pixel == 4) start_paeth_pair<4>(first, second);
+#endif
+    finish_paeth(first);
+    finish_paeth(second);
+}
 
 bool unfilter_row_to(unsigned filter, unsigned char* out, const unsigned char* raw,
                      const unsigned char* prior, std::size_t row_bytes, std::size_t bytes_per_pixel) {

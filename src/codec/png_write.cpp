@@ -10,8 +10,8 @@
 #include "codec/crc32.h"
 #include "codec/load_store.h"
 #include "codec/png.h"
+#include "codec/png_filter.h"
 #include "codec/png_header.h"
-#include "codec/row_filter.h"
 
 namespace vh::png {
 namespace {
@@ -117,63 +117,6 @@ private:
     IdatStream& out_;
     std::vector<unsigned char> block_;
     std::uint32_t adler_ = 1;
-};
-
-unsigned char predict(unsigned filter, int left, int upper, int upper_left) {
-    switch (filter) {
-        case FilterSub:
-            return static_cast<unsigned char>(left);
-        case FilterUp:
-            return static_cast<unsigned char>(upper);
-        case FilterAverage:
-            return static_cast<unsigned char>((left + upper) / 2);
-        case FilterPaeth:
-            return paeth_predictor(left, upper, upper_left);
-        default:
-            return 0;
-    }
-}
-
-// Filters rows with each of the five filters and keeps the one whose bytes, read as signed, are smallest in
-// sum; of equals, the first.
-class RowFilterer {
-public:
-    explicit RowFilterer(std::size_t row_bytes) : none_(row_bytes) {
-        for (auto& candidate : candidates_) candidate.resize(row_bytes + 1);
-    }
-
-    // The filter byte and the filtered row, good until the next call.
-    ByteSpan filter(const unsigned char* row, const unsigned char* prior) {
-        if (prior == nullptr) prior = none_.data();
-        std::size_t best = 0;
-        std::uint64_t best_sum = std::numeric_limits<std::uint64_t>::max();
-        for (unsigned filter = 0; filter < FilterCount; ++filter) {
-            const std::uint64_t sum = fill(filter, row, prior);
-            if (sum >= best_sum) continue;
-            best = filter;
-            best_sum = sum;
-        }
-        return candidates_[best];
-    }
-
-private:
-    std::uint64_t fill(unsigned filter, const unsigned char* row, const unsigned char* prior) {
-        unsigned char* const out = candidates_[filter].data();
-        out[0] = static_cast<unsigned char>(filter);
-        std::uint64_t sum = 0;
-        for (std::size_t i = 0; i < none_.size(); ++i) {
-            const int left = i < pixelSize ? 0 : row[i - pixelSize];
-            const int upper_left = i < pixelSize ? 0 : prior[i - pixelSize];
-            const auto byte =
-                static_cast<unsigned char>(row[i] - predict(filter, left, prior[i], upper_left));
-            out[i + 1] = byte;
-            sum += byte < 128 ? byte : 256u - byte;
-        }
-        return sum;
-    }
-
-    std::vector<unsigned char> none_;  // the row above the first
-    std::array<std::vector<unsigned char>, FilterCount> candidates_;
 };
 
 void write_header(OutputFile& file, std::uint32_t width, std::uint32_t height) {

@@ -272,6 +272,38 @@ TEST(Inflate, ADistanceReachesBackAcrossTheWindow) {
     expect_as_plain(stream, static_cast<std::uint32_t>(output.size()), 8193);
 }
 
+// Random codes of mostly long lengths, complete or not.
+Bytes random_lengths(std::mt19937& random, std::size_t symbols) {
+    Bytes lengths(symbols);
+    unsigned room = 1u << 15;
+    const unsigned shortest = 1 + static_cast<unsigned>(random() % 15);
+    for (auto& length : lengths) {
+        const unsigned wanted = shortest + static_cast<unsigned>(random()) % (16 - shortest);
+        if (room < 1u << (15 - wanted)) continue;
+        length = static_cast<unsigned char>(wanted);
+        room -= 1u << (15 - wanted);
+    }
+    return lengths;
+}
+
+TEST(HuffmanTable, LookupsStayWithinTheSpaceOfABlocksCodes) {
+    std::mt19937 random(8);
+    const std::vector<std::uint32_t> meanings(maximumSymbols, 0);
+    constexpr std::uint32_t guard = 0xDEADBEEF;
+    const auto check = [&](std::size_t symbols, unsigned bits, std::size_t space) {
+        HuffmanTable table;
+        if (!build_huffman_table(random_lengths(random, symbols), table, true)) FAIL();
+        std::vector<std::uint32_t> entries(space + 40000, guard);
+        build_lookup(table, meanings, bits, entries);
+        EXPECT_EQ(std::count(entries.begin() + static_cast<std::ptrdiff_t>(space), entries.end(), guard),
+                  40000);
+    };
+    for (int i = 0; i < 2000; ++i) {
+        check(288, BlockCodes::literalBits, std::tuple_size_v<decltype(BlockCodes::literals)>);
+        check(32, BlockCodes::distanceBits, std::tuple_size_v<decltype(BlockCodes::distances)>);
+    }
+}
+
 TEST(HuffmanTable, ChecksItsLengths) {
     HuffmanTable table;
     EXPECT_FALSE(build_huffman_table(Bytes{16}, table, true));

@@ -6,6 +6,8 @@
 #include "codec/codec_test_support.h"
 #include "codec/inflate.h"
 #include "codec/png_chunks.h"
+#include "codec/png_filter.h"
+#include "codec/png_unfilter.h"
 
 namespace vh::png {
 namespace {
@@ -98,6 +100,24 @@ TEST_F(PngWriter, ChoosesTheFilterOfTheSmallestSum) {
     EXPECT_EQ(inflater.output()[0], 1);
     EXPECT_EQ(inflater.output()[2 * 257], 2);
     EXPECT_EQ(inflater.output()[3 * 257], 0);
+}
+
+TEST(RowFilter, VectorFormsEqualThePlainOneAndUndo) {
+    std::mt19937 random(4);
+    for (std::size_t size = 4; size <= 100; size += 4) {
+        for (unsigned filter = 0; filter < FilterCount; ++filter) {
+            const Bytes row = random_bytes(random, size);
+            const Bytes prior = random_bytes(random, size);
+            Bytes expected(size);
+            Bytes actual(size);
+            Bytes undone(size);
+            const auto sum = filter_row_plain(filter, row.data(), prior.data(), size, expected.data());
+            EXPECT_EQ(filter_row(filter, row.data(), prior.data(), size, actual.data()), sum);
+            EXPECT_EQ(actual, expected) << "filter " << filter << " size " << size;
+            unfilter_row_to(filter, undone.data(), actual.data(), prior.data(), size, 4);
+            EXPECT_EQ(undone, row) << "filter " << filter << " size " << size;
+        }
+    }
 }
 
 TEST_F(PngWriter, RefusesWhatItCannotWrite) {
