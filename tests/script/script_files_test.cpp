@@ -79,6 +79,9 @@ Outcome runOnce(const std::string& source, const std::string& path, Way way) {
     } catch (const std::exception& error) {
         outcome.error = error.what();
     }
+    // Reports name the file without its folder.
+    for (std::size_t at = 0; (at = host.output.find(path)) != std::string::npos;)
+        host.output.replace(at, path.size(), std::filesystem::path(path).filename().string());
     std::istringstream lines(host.output);
     for (std::string line; std::getline(lines, line);) outcome.output.push_back(line);
     return outcome;

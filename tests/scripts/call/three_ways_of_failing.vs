@@ -10,7 +10,7 @@ print(pcall(soft))              @@ expect: false\tsoft
 print(pcall(hard))              @@ expect: false\tDivision by zero
 print(pcall(load("x = = 1")))
 @@ expect: false\tVesperScript error: Unknown token: =
-@@ expect:   at line 1, near token '='
+@@ expect:   at three_ways_of_failing.vs:1, near token '='
 @@ expect:   x = = 1
 @@ expect:     ^
 @@ expect:   hint: check spelling, operators, parentheses, and quote matching

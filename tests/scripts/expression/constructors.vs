@@ -12,7 +12,7 @@ print(long["second"])                   @@ expect: a;b
 @@ direct: no, the report names the chunk by the path of the running file
 print(pcall(load("return {[1]}")))
 @@ expect: false\tVesperScript error: Expected ':' after table key
-@@ expect:   at line 1, near token '}'
+@@ expect:   at constructors.vs:1, near token '}'
 @@ expect:   return {[1]}
 @@ expect:              ^
 @@ expect:   hint: check spelling, operators, parentheses, and quote matching

@@ -3,7 +3,7 @@ print(typeOf(not), typeOf(1), typeOf(1.5), typeOf("s"), typeOf($1), typeOf(true)
 print(toNumber("42"), toNumber(" 4.5 "), toNumber("x"), toNumber("z", 36), toNumber("10", 1), toNumber("ff", 16))
 @@ expect: 42\t4.500000\tnot\t35\tnot\t255
 print(toString(1.5), len("abc"), select(2, "a", "b", "c"))      @@ expect: 1.500000\t3\tb\tc
-print(VESPER_VERSION, VESPER_BYTECODE_VERSION, VESPER_NAME)     @@ expect: 0.600000\t60\tVesperScript
+print(VESPER_VERSION, VESPER_BYTECODE_VERSION, VESPER_RELEASE)  @@ expect: 0.600000\t60\tBeta
 math["randomseed"](1)
 a = random(1000000)
 math["randomseed"](1)

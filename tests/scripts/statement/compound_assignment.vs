@@ -18,7 +18,7 @@ s += not
 print(s, r)         @@ expect: a1not\ta
 print(pcall(load("u['x'] += 1")))
 @@ expect: false\tVesperScript error: Variable not found: u
-@@ expect:   at line 1, near token 'u'
+@@ expect:   at compound_assignment.vs:1, near token 'u'
 @@ expect:   u['x'] += 1
 @@ expect:   ^
 @@ expect:   hint: check spelling, operators, parentheses, and quote matching
