@@ -9,6 +9,10 @@
 
 #include "base/regex/regex.h"
 
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"  // in std::regex itself, when built with sanitisers
+#endif
+
 namespace kelmora::regex {
 namespace {
 
