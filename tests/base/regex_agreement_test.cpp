@@ -1,3 +1,7 @@
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"  // in std::regex itself, when built with sanitisers
+#endif
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -8,10 +12,6 @@
 #include <vector>
 
 #include "base/regex/regex.h"
-
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"  // in std::regex itself, when built with sanitisers
-#endif
 
 namespace kelmora::regex {
 namespace {
