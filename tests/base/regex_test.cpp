@@ -71,7 +71,9 @@ TEST(Regex, KeepsTheStandardLibrarysHabits) {
     EXPECT_EQ(found("(a*)*", "aab"), "(0,2)(2,2)");          // the last round may be empty
     EXPECT_EQ(found("(?:(?=(a))x|a)", "a"), "(0,1)(0,1)");   // a lookahead's groups stay set
     EXPECT_EQ(found("(?:(?!(a)b)|a)", "ab"), "(0,1)(0,1)");  // even a negative one's
-    EXPECT_EQ(found("a(?=^b)", "ab"), "(0,1)");              // a lookahead begins a search of its own
+    EXPECT_EQ(found("$(?=())|", ""), "(0,0)(0,0)");
+    EXPECT_EQ(found("(?:$(?=())x|)", ""), "(0,0)(0,0)");
+    EXPECT_EQ(found("a(?=^b)", "ab"), "(0,1)");  // a lookahead begins a search of its own
     EXPECT_EQ(found("a(?=^b)", "xab"), "none");
 }
 

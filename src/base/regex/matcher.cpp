@@ -451,7 +451,8 @@ bool Matcher::isWord(Position position) const {
 }
 
 bool Matcher::atWordBoundary(Position position) const {
-    if (position == begin_ && has(flags_, MatchFlags::notWordBegin)) return false;
+    const bool first = position == begin_ && !(look_ != noPosition && seesPrevious_);
+    if (first && has(flags_, MatchFlags::notWordBegin)) return false;
     if (position == end_ && has(flags_, MatchFlags::notWordEnd)) return false;
     const bool before = (position != begin_ || seesPrevious_) && isWord(position - 1);
     const bool after = position != end_ && isWord(position);

@@ -18,10 +18,8 @@ std::uint32_t saturatingMultiply(std::uint32_t a, std::uint32_t b) {
 }
 
 void follow(Opening& opening, const Opening& next) {
-    if (opening.passes) {
-        opening.bytes |= next.bytes;
-        opening.opaque |= next.opaque;
-    }
+    if (opening.passes) opening.bytes |= next.bytes;
+    if (opening.passes || opening.passesAtEnd) opening.opaque |= next.opaque;
     const bool nextEnds = next.passes || next.passesAtEnd;
     opening.passesAtEnd = (opening.passes && next.passesAtEnd) || (opening.passesAtEnd && nextEnds);
     opening.passes = opening.passes && next.passes;
