@@ -19,6 +19,7 @@ public:
 
     Variable run() {
         script_.stack_.check();
+        script_.countStep();
         while (index_ < lines_.size()) {
             script_.rethrowPendingCoroutineException();
             if (script_.shouldAbortForSoftRaisedError()) return {};
@@ -28,6 +29,7 @@ public:
                 continue;
             }
             if (endsBlock(line.kind)) break;
+            script_.countStep();
             script_.context_.setLine(line);
             statement(line);
             script_.serviceCoroutines();

@@ -22,6 +22,7 @@ private:
         return program_.lines[index];
     }
     const ParsedScriptLine& enterLine(std::uint32_t index) {
+        script_.countStep();
         const ParsedScriptLine& entered = line(index);
         script_.context_.setLine(entered);
         return entered;
@@ -85,6 +86,7 @@ private:
 
 bool BytecodeExecutor::runChunk(std::uint32_t chunk, bool useLocalScope, std::int64_t startInstruction) {
     script_.stack_.check();
+    script_.countStep();
     if (chunk >= program_.chunks.size()) throw std::runtime_error("Invalid bytecode chunk index");
     const BytecodeChunk& record = program_.chunks[chunk];
     const bool wantsScope =

@@ -5,6 +5,7 @@
 #include <memory>
 #include <random>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -59,6 +60,8 @@ public:
     static Variable createLibraryCallable(LibraryFunction body, const std::string& name);
     Variable callCallable(const Variable& callee, const std::vector<Variable>& arguments);
     void setNativeStackBudget(std::size_t bytes) { stack_.setBudget(bytes); }
+    // Ends whatever runs with an error after so many statements and rounds, counted from now on.
+    void setStepLimit(std::uint64_t steps) { stepsLeft_ = steps; }
 
     // --- Paths ---
     // Every backslash becomes a slash, and nothing else changes.
@@ -158,6 +161,10 @@ private:
     bool executeBytecodeChunkInternal(const BytecodeProgram& program, std::uint32_t chunk,
                                       BlockSignal& signal, bool useLocalScope, std::int64_t startInstruction);
 
+    void countStep() {
+        if (stepsLeft_-- == 0) throw std::runtime_error("Step limit reached");
+    }
+
     // coroutines.cpp
     void rethrowPendingCoroutineException() { coroutines_.rethrowPending(); }
     void serviceScheduledCoroutineTurn();
@@ -179,6 +186,7 @@ private:
     std::vector<ActiveBytecodeChunk> activeChunks_;
     // Whole programs that ran: their labels stay reachable.
     std::vector<Variable> programCallables_;
+    std::uint64_t stepsLeft_ = ~std::uint64_t{0};
     std::mt19937 generator_;
     std::chrono::steady_clock::time_point started_;
 };

@@ -14,7 +14,7 @@ Vesper["clearButtons"]()
 print(Vesper["checkButton"](1, 5))                          @@ expect: 0
 Vesper["runScript"]("y = 1 + 1")
 print(y, add(1, 2), add(1, 2.5))                            @@ expect: 2\t3\t3.500000
-print(dFeet(5, 6), dMetres(1, 0), calcHeight(6.8825))       @@ expect: 5.500000\t3.280840\t184.950012
+print(dFeet(5, 6), dMetres(1, 0), calcHeight(6.8825))       @@ expect: 5.500000\t3.280840\t184.950027
 print(VESPER_GAME_TARGET == VESPER_GAME_VISUAL_NOVEL, VESPER_OPTION_3, VESPER_RENDER_S13, VESPER_TMP9)  @@ expect: true\t33\t13\t0
 print(VESPER_KEY_A, VESPER_MOUSE_X, VESPER_TOUCHBAR_4, VESPER_KEY_MINUS)    @@ expect: false\t-1\tfalse\tnot
 print(pcall(add, 1))                                @@ expect: false\tadd requires exactly 2 arguments
