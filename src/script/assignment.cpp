@@ -39,14 +39,14 @@ bool VesperScript::executeAssignment(const ParsedScriptLine& line, Variable& res
             value = multi.values().empty() ? Variable() : multi.values()[0];
         }
         const ParsedAssignmentTarget& target = assignment.targets[0];
-        result = target.keyRanges.empty() ? assignPlain(line, assignment, target, std::move(value))
-                                          : assignKeyed(line, assignment, target, std::move(value));
+        result = target.keys.empty() ? assignPlain(line, assignment, target, std::move(value))
+                                     : assignKeyed(line, assignment, target, std::move(value));
         return true;
     }
 
     std::vector<Variable> values;
     values.reserve(assignment.values.size());
-    for (const TokenRange range : assignment.values) {
+    for (const PreparedExpression& range : assignment.values) {
         values.push_back(evaluateRange(line, range, leftover));
         if (shouldAbortForSoftRaisedError()) return true;
     }
@@ -54,8 +54,8 @@ bool VesperScript::executeAssignment(const ParsedScriptLine& line, Variable& res
     values.resize(std::max(values.size(), assignment.targets.size()));
     for (std::size_t i = 0; i < assignment.targets.size(); ++i) {
         const ParsedAssignmentTarget& target = assignment.targets[i];
-        result = target.keyRanges.empty() ? assignPlain(line, assignment, target, std::move(values[i]))
-                                          : assignKeyed(line, assignment, target, std::move(values[i]));
+        result = target.keys.empty() ? assignPlain(line, assignment, target, std::move(values[i]))
+                                     : assignKeyed(line, assignment, target, std::move(values[i]));
         if (shouldAbortForSoftRaisedError()) return true;
     }
     return true;
@@ -112,8 +112,8 @@ Variable VesperScript::assignKeyed(const ParsedScriptLine& line, const ParsedAss
                                    const ParsedAssignmentTarget& target, Variable value) {
     const TokenAnalysis& name = line.analysis[target.tokenIndex];
     std::vector<Variable> keys;
-    keys.reserve(target.keyRanges.size());
-    for (const TokenRange range : target.keyRanges) {
+    keys.reserve(target.keys.size());
+    for (const PreparedExpression& range : target.keys) {
         keys.push_back(evaluateRange(line, range, "Expected closing bracket"));
         if (shouldAbortForSoftRaisedError()) return {};
     }

@@ -41,13 +41,14 @@ private:
         return line.assignment && line.assignment->scopeTarget == ScopeTarget::Local;
     }
 
-    // A plain name, one value, and the value is one token.
+    // A plain name, one value, and the value is one token or compiled.
     static bool isSimpleAssignment(const ParsedScriptLine& line) {
         if (!line.assignment) return false;
         const ParsedAssignment& assignment = *line.assignment;
-        if (assignment.targets.size() != 1 || !assignment.targets[0].keyRanges.empty()) return false;
+        if (assignment.targets.size() != 1 || !assignment.targets[0].keys.empty()) return false;
         if (assignment.values.size() != 1) return false;
-        return assignment.values[0].last - assignment.values[0].first == 1;
+        const PreparedExpression& value = assignment.values[0];
+        return value.fast.valid() || value.last - value.first == 1;
     }
 
     std::uint32_t requireEnd(std::uint32_t at, const char* message) const {

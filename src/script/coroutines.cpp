@@ -218,9 +218,8 @@ private:
         const ParsedFor& header = *opener.forHeader;
         constexpr std::string_view leftover = "Unexpected token after for iterator";
         loop.withKeys = script_.isBuiltinWalk(opener);
-        const auto end = static_cast<std::uint32_t>(opener.tokens.size());
-        loop.container = script_.evaluateRange(
-            opener, loop.withKeys ? header.argument : TokenRange{header.iteratorIndex, end}, leftover);
+        loop.container =
+            script_.evaluateRange(opener, loop.withKeys ? header.argument : header.iterator, leftover);
         const bool isSequence = loop.container.isArray() || (!loop.withKeys && loop.container.isMulti());
         if (loop.withKeys && loop.container.isTable()) {
             if (header.builtin == BuiltinId::Pairs) loop.keys = loop.container.table().sortedKeys();

@@ -30,7 +30,7 @@ ParsedLineKind classifyLine(const ParsedScriptLine& line) {
 }
 
 // A variable, a string or a parenthesis with bracket groups behind it, the last of them a call.
-bool isCallRange(const ParsedScriptLine& line, TokenRange range) {
+bool isCallRange(const ParsedScriptLine& line, const PreparedExpression& range) {
     if (range.first >= range.last) return false;
     const TokenAnalysis& head = line.analysis[range.first];
     std::uint32_t at = range.first + 1;
@@ -96,7 +96,7 @@ private:
             if (close == line_.tokens.size() || line_.analysis[close].kind != TokenKind::CloseBracket ||
                 close == at_ + 1)
                 return false;
-            target.keyRanges.push_back({at_ + 1, close});
+            target.keys.push_back(prepareExpression(line_, at_ + 1, close));
             at_ = close + 1;
         }
         return true;
@@ -116,19 +116,30 @@ void readNestLabel(ParsedScriptLine& line) {
     line.hasNestLabel = true;
 }
 
+bool hasCondition(ParsedLineKind kind) {
+    return kind == ParsedLineKind::If || kind == ParsedLineKind::ElseIf || kind == ParsedLineKind::While ||
+           kind == ParsedLineKind::Until;
+}
+
 void prepareLine(ParsedScriptLine& line) {
     line.kind = classifyLine(line);
     line.hasNestLabel = false;
     line.endIndex = noLine;
     line.nextBranchIndex = noLine;
     line.assignment.reset();
-    line.returnRanges.clear();
+    line.returnValues.clear();
+    line.expression = {};
     line.nestLabel.clear();
     line.forHeader.reset();
     line.functionHeader.reset();
-    if (line.kind == ParsedLineKind::Other) line.assignment = AssignmentReader(line).read();
+    const auto end = static_cast<std::uint32_t>(line.tokens.size());
+    if (line.kind == ParsedLineKind::Other) {
+        line.assignment = AssignmentReader(line).read();
+        if (!line.assignment) line.expression = prepareExpression(line, 0, end);
+    }
+    if (hasCondition(line.kind)) line.expression = prepareExpression(line, 1, end);
     if (line.kind == ParsedLineKind::Return && line.tokens.size() > 1)
-        line.returnRanges = splitAtCommas(line, 1, static_cast<std::uint32_t>(line.tokens.size()));
+        line.returnValues = splitAtCommas(line, 1, end);
     if (line.kind == ParsedLineKind::For)
         line.forHeader = std::make_shared<const ParsedFor>(parseForHeader(line));
     if (isFunctionKind(line.kind))

@@ -1,5 +1,6 @@
 #include "script/operators.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <stdexcept>
@@ -17,6 +18,15 @@ namespace {
 
 void requireNumeric(const Variable& left, const Variable& right, std::string_view sign) {
     if (!left.isNumeric() || !right.isNumeric()) throwUnsupported(sign);
+}
+
+// What a script may build in one string; beyond it lies a loop gone wrong.
+constexpr std::size_t maximumText = std::size_t{1} << 28;
+
+void appendText(std::string& text, const std::string& more) {
+    if (more.size() > maximumText - std::min(text.size(), maximumText))
+        throw std::runtime_error("String is too long");
+    text += more;
 }
 
 bool anyFloat(const Variable& left, const Variable& right) {
@@ -37,7 +47,7 @@ std::uint32_t bitsOf(const Variable& value) {
 Variable add(const Variable& left, const Variable& right) {
     if (left.isString() || right.isString()) {
         std::string text = left.toString();
-        text += right.isString() ? right.text() : right.toString();
+        appendText(text, right.isString() ? right.text() : right.toString());
         return Variable::text(std::move(text));
     }
     requireNumeric(left, right, "+");
@@ -194,10 +204,10 @@ bool tryApplyOperationInPlace(Variable& target, TokenKind operation, const Varia
     if (target.isString() && operation == TokenKind::Plus) {
         // Text first: the value may be the target itself.
         if (value.isString() && value.identity() != target.identity()) {
-            target.editableText() += value.text();
+            appendText(target.editableText(), value.text());
         } else {
             const std::string text = value.toString();
-            target.editableText() += text;
+            appendText(target.editableText(), text);
         }
         return true;
     }

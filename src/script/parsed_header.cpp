@@ -17,7 +17,7 @@ bool isNameAt(const ParsedScriptLine& line, std::uint32_t index) {
 void recogniseWalk(const ParsedScriptLine& line, ParsedFor& header) {
     static const NameId pairsName = internName("pairs");
     static const NameId ipairsName = internName("ipairs");
-    const std::uint32_t at = header.iteratorIndex;
+    const std::uint32_t at = header.iterator.first;
     if (!isNameAt(line, at) || !isKind(line, at + 1, TokenKind::OpenParenthesis)) return;
     const NameId name = line.analysis[at].name;
     if (name != pairsName && name != ipairsName) return;
@@ -25,7 +25,7 @@ void recogniseWalk(const ParsedScriptLine& line, ParsedFor& header) {
     const auto last = static_cast<std::uint32_t>(line.tokens.size() - 1);
     if (splitAtCommas(line, at + 2, last).size() != 1 || at + 2 == last) return;
     header.builtin = name == pairsName ? BuiltinId::Pairs : BuiltinId::Ipairs;
-    header.argument = {at + 2, last};
+    header.argument = prepareExpression(line, at + 2, last);
 }
 
 void readGenericFor(const ParsedScriptLine& line, ParsedFor& header) {
@@ -43,7 +43,7 @@ void readGenericFor(const ParsedScriptLine& line, ParsedFor& header) {
         header.fault = {"Expected 'in' in generic for loop", at};
         return;
     }
-    header.iteratorIndex = at + 1;
+    header.iterator = prepareExpression(line, at + 1, static_cast<std::uint32_t>(line.tokens.size()));
     recogniseWalk(line, header);
 }
 
@@ -60,7 +60,7 @@ public:
             const std::uint32_t close = closingToken(line_, at_);
             if (!isKind(line_, close, TokenKind::CloseBracket))
                 return fail("Expected closing bracket in function target");
-            header_.keyRanges.push_back({at_ + 1, close});
+            header_.keys.push_back(prepareExpression(line_, at_ + 1, close));
             at_ = close + 1;
         }
         if (!isKind(line_, at_, TokenKind::OpenParenthesis))

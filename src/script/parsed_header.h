@@ -19,18 +19,18 @@ struct HeaderFault {
 struct ParsedFor {
     bool isNumeric = false;
     std::vector<NameId> names;
-    std::vector<TokenRange> bounds;   // numeric: the clauses
-    std::uint32_t iteratorIndex = 0;  // generic: first token of the expression
+    std::vector<PreparedExpression> bounds;  // numeric: the clauses
+    PreparedExpression iterator;             // generic: what is walked
     // Generic: the expression is `pairs(x)` or `ipairs(x)` with nothing behind it.
     BuiltinId builtin = BuiltinId::None;
-    TokenRange argument;
+    PreparedExpression argument;
     HeaderFault fault;
 };
 
 // `function name[key]...(parameters)` behind its keywords.
 struct ParsedFunctionHeader {
     std::uint32_t nameToken = 0;
-    std::vector<TokenRange> keyRanges;
+    std::vector<PreparedExpression> keys;
     std::vector<NameId> parameters;
     bool isVariadic = false;
     HeaderFault fault;

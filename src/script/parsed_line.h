@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "script/fast_expression.h"
 #include "script/token.h"
 
 namespace kelmora {
@@ -38,15 +39,9 @@ inline bool isFunctionKind(ParsedLineKind kind) {
 // Keyword in front of an assignment's targets.
 enum class ScopeTarget : std::uint8_t { Default = 0, Native = 1, Local = 2, External = 3 };
 
-// Tokens of one expression: first, and past the end.
-struct TokenRange {
-    std::uint32_t first = 0;
-    std::uint32_t last = 0;
-};
-
 struct ParsedAssignmentTarget {
     std::uint32_t tokenIndex = 0;  // of the variable's name
-    std::vector<TokenRange> keyRanges;
+    std::vector<PreparedExpression> keys;
 };
 
 struct ParsedAssignment {
@@ -54,7 +49,7 @@ struct ParsedAssignment {
     TokenKind operation = TokenKind::Assign;
     std::uint32_t operatorIndex = 0;
     std::vector<ParsedAssignmentTarget> targets;
-    std::vector<TokenRange> values;
+    std::vector<PreparedExpression> values;
     // The only value is a call, so a multi value gives its first element.
     bool valueIsSingleCall = false;
 };
@@ -77,7 +72,9 @@ struct ParsedScriptLine {
     std::shared_ptr<const ParsedAssignment> assignment;  // null when the line is none
     std::shared_ptr<const ParsedFor> forHeader;
     std::shared_ptr<const ParsedFunctionHeader> functionHeader;
-    std::vector<TokenRange> returnRanges;
+    // Condition of if, elseif, while and until; the whole of an expression statement.
+    PreparedExpression expression;
+    std::vector<PreparedExpression> returnValues;
     std::string nestLabel;
 };
 

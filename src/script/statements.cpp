@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "script/expression_walk.h"
+#include "script/fast_evaluator.h"
 #include "script/line_parser.h"
 #include "script/numbers.h"
 
@@ -12,39 +13,41 @@ Variable VesperScript::evaluateExpression(const ParsedScriptLine& line, std::uin
     return ExpressionWalk(*this, line, index).evaluate();
 }
 
-Variable VesperScript::evaluateRange(const ParsedScriptLine& line, TokenRange range,
+Variable VesperScript::evaluateRange(const ParsedScriptLine& line, const PreparedExpression& expression,
                                      std::string_view leftover) {
-    std::uint32_t index = range.first;
+    if (expression.fast.valid() && fastExpressions_) return FastEvaluator(*this, expression.fast).evaluate();
+    std::uint32_t index = expression.first;
     Variable value = evaluateExpression(line, index);
-    if (index != range.last && !shouldAbortForSoftRaisedError())
+    if (index != expression.last && !shouldAbortForSoftRaisedError())
         context_.throwError(std::string(leftover), index < line.tokens.size() ? line.tokens[index] : "EOF");
     return value;
 }
 
 bool VesperScript::evaluateCondition(const ParsedScriptLine& line, std::string_view statement) {
-    const auto end = static_cast<std::uint32_t>(line.tokens.size());
+    const PreparedExpression& expression = line.expression;
+    if (expression.fast.valid() && fastExpressions_)
+        return FastEvaluator(*this, expression.fast).evaluateCondition();
     std::uint32_t index = 1;
     const Variable value = evaluateExpression(line, index);
     if (shouldAbortForSoftRaisedError()) return false;
-    if (index != end)
+    if (index != line.tokens.size())
         context_.throwError("Unexpected token after " + std::string(statement) + " condition",
                             line.tokens[index]);
     return isTruthy(value);
 }
 
 Variable VesperScript::executeExpressionStatement(const ParsedScriptLine& line) {
-    const auto end = static_cast<std::uint32_t>(line.tokens.size());
-    return evaluateRange(line, {0, end}, "Unexpected trailing token");
+    return evaluateRange(line, line.expression, "Unexpected trailing token");
 }
 
 Variable VesperScript::evaluateReturn(const ParsedScriptLine& line) {
     constexpr std::string_view leftover = "Unexpected token after return value";
-    const std::vector<TokenRange>& ranges = line.returnRanges;
+    const std::vector<PreparedExpression>& ranges = line.returnValues;
     if (ranges.empty()) return {};
     if (ranges.size() == 1) return evaluateRange(line, ranges[0], leftover);
     std::vector<Variable> values;
     values.reserve(ranges.size());
-    for (const TokenRange range : ranges) {
+    for (const PreparedExpression& range : ranges) {
         values.push_back(evaluateRange(line, range, leftover));
         if (shouldAbortForSoftRaisedError()) return {};
     }
@@ -60,7 +63,7 @@ void VesperScript::throwHeaderFault(const ParsedScriptLine& line, const HeaderFa
 
 VesperScript::ForBounds VesperScript::evaluateForBounds(const ParsedScriptLine& line) {
     constexpr std::string_view trailing = "Unexpected token after for clause";
-    const std::vector<TokenRange>& clauses = line.forHeader->bounds;
+    const std::vector<PreparedExpression>& clauses = line.forHeader->bounds;
     ForBounds bounds{0, 0, 1};
     const Variable start = evaluateRange(line, clauses[0], "Expected ',' after for start value");
     if (shouldAbortForSoftRaisedError()) return bounds;
@@ -80,7 +83,7 @@ VesperScript::ForBounds VesperScript::evaluateForBounds(const ParsedScriptLine& 
 bool VesperScript::isBuiltinWalk(const ParsedScriptLine& line) const {
     const ParsedFor& header = *line.forHeader;
     if (header.builtin == BuiltinId::None) return false;
-    const Variable* function = scopes_.find(line.analysis[header.iteratorIndex].name);
+    const Variable* function = scopes_.find(line.analysis[header.iterator.first].name);
     return function && function->isFunction() && function->function().builtinId == header.builtin;
 }
 
@@ -140,12 +143,12 @@ void VesperScript::bindFunction(const ParsedScriptLine& line, const Variable& fu
     ScopeTarget target = ScopeTarget::Default;
     if (line.kind == ParsedLineKind::NativeFunction) target = ScopeTarget::Native;
     if (line.kind == ParsedLineKind::LocalFunction) target = ScopeTarget::Local;
-    if (header.keyRanges.empty()) {
+    if (header.keys.empty()) {
         storePlain(name, target, function);
         return;
     }
     std::vector<Variable> keys;
-    for (const TokenRange range : header.keyRanges) {
+    for (const PreparedExpression& range : header.keys) {
         keys.push_back(evaluateRange(line, range, "Expected closing bracket in function target"));
         if (shouldAbortForSoftRaisedError()) return;
     }

@@ -58,9 +58,7 @@ void VesperScript::walkGenericFor(const ParsedScriptLine& line, Body&& body) {
         }
         return;
     }
-    const auto end = static_cast<std::uint32_t>(line.tokens.size());
-    const Variable iterator =
-        evaluateRange(line, {header.iteratorIndex, end}, "Unexpected token after for iterator");
+    const Variable iterator = evaluateRange(line, header.iterator, "Unexpected token after for iterator");
     if (shouldAbortForSoftRaisedError()) return;
     if (!iterator.isArray() && !iterator.isMulti())
         throw std::runtime_error("generic for loops expect an array iterator");

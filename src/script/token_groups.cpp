@@ -17,20 +17,25 @@ int bracketStep(TokenKind kind) {
     }
 }
 
-std::vector<TokenRange> splitAtCommas(const ParsedScriptLine& line, std::uint32_t first, std::uint32_t last) {
-    std::vector<TokenRange> ranges;
+PreparedExpression prepareExpression(const ParsedScriptLine& line, std::uint32_t first, std::uint32_t last) {
+    return {first, last, compileFastExpressionRange(line, first, last)};
+}
+
+std::vector<PreparedExpression> splitAtCommas(const ParsedScriptLine& line, std::uint32_t first,
+                                              std::uint32_t last) {
+    std::vector<PreparedExpression> parts;
     int depth = 0;
     std::uint32_t start = first;
     for (std::uint32_t i = first; i < last; ++i) {
         const TokenKind kind = line.analysis[i].kind;
         depth += bracketStep(kind);
         if (kind == TokenKind::Comma && depth <= 0) {
-            ranges.push_back({start, i});
+            parts.push_back(prepareExpression(line, start, i));
             start = i + 1;
         }
     }
-    ranges.push_back({start, last});
-    return ranges;
+    parts.push_back(prepareExpression(line, start, last));
+    return parts;
 }
 
 std::uint32_t closingToken(const ParsedScriptLine& line, std::uint32_t open) {

@@ -40,7 +40,7 @@ public:
 
 private:
     static constexpr std::size_t maximumDepth = 500;
-    static constexpr std::size_t maximumSize = std::size_t{1} << 28;
+    static constexpr std::size_t maximumSize = std::size_t{1} << 24;
 
     static std::string scalarText(const Variable& value) {
         switch (value.type()) {
@@ -225,6 +225,7 @@ ScriptCallable& Variable::function() const {
 }
 
 std::string Variable::toString() const {
+    if (isString()) return text();
     TextBuilder builder;
     builder.append(*this);
     return builder.take();

@@ -60,6 +60,8 @@ public:
     static Variable createLibraryCallable(LibraryFunction body, const std::string& name);
     Variable callCallable(const Variable& callee, const std::vector<Variable>& arguments);
     void setNativeStackBudget(std::size_t bytes) { stack_.setBudget(bytes); }
+    // Off, every expression is evaluated by the token walk. The results are the same.
+    void setFastExpressions(bool on) { fastExpressions_ = on; }
     // Ends whatever runs with an error after so many statements and rounds, counted from now on.
     void setStepLimit(std::uint64_t steps) { stepsLeft_ = steps; }
 
@@ -116,7 +118,8 @@ private:
     Variable finishCall(BlockSignal& signal, Variable normalValue);
 
     // statements.cpp: what both executors and the coroutines share
-    Variable evaluateRange(const ParsedScriptLine& line, TokenRange range, std::string_view leftover);
+    Variable evaluateRange(const ParsedScriptLine& line, const PreparedExpression& expression,
+                           std::string_view leftover);
     bool evaluateCondition(const ParsedScriptLine& line, std::string_view statement);
     Variable executeExpressionStatement(const ParsedScriptLine& line);
     Variable evaluateReturn(const ParsedScriptLine& line);
@@ -186,6 +189,7 @@ private:
     std::vector<ActiveBytecodeChunk> activeChunks_;
     // Whole programs that ran: their labels stay reachable.
     std::vector<Variable> programCallables_;
+    bool fastExpressions_ = true;
     std::uint64_t stepsLeft_ = ~std::uint64_t{0};
     std::mt19937 generator_;
     std::chrono::steady_clock::time_point started_;

@@ -110,11 +110,17 @@ TEST(BytecodeImage, RefusesForeignBytesAndOtherVersions) {
     EXPECT_EQ(readingFailure({}), "Invalid bytecode file (truncated): name");
     EXPECT_EQ(readingFailure({'V', 'S', 'B', 'X'}), "Invalid bytecode file (bad magic): name");
     for (const unsigned version : {0u, 3u, 9u, 59u, 61u, 65535u}) {
-        const Bytes bytes{'V', 'S', 'B', 'C', static_cast<unsigned char>(version), static_cast<unsigned char>(version >> 8)};
+        const Bytes bytes{'V',
+                          'S',
+                          'B',
+                          'C',
+                          static_cast<unsigned char>(version),
+                          static_cast<unsigned char>(version >> 8)};
         EXPECT_EQ(readingFailure(bytes), "Unsupported bytecode version: " + std::to_string(version));
     }
     for (const unsigned char version : std::initializer_list<unsigned char>{4, 5, 6, 7, 8, 60})
-        EXPECT_EQ(readingFailure({'V', 'S', 'B', 'C', version, 0}), "Invalid bytecode file (truncated): name");
+        EXPECT_EQ(readingFailure({'V', 'S', 'B', 'C', version, 0}),
+                  "Invalid bytecode file (truncated): name");
 }
 
 class OldImage {
@@ -215,7 +221,8 @@ TEST(BytecodeImage, ReadsTheOlderLayouts) {
 // or fails with an error, and nothing is allocated for counts that the bytes cannot hold.
 TEST(BytecodeImage, DamageNeverDoesMoreThanFail) {
     std::vector<Bytes> images{VesperScript::serialiseBytecode(sampleProgram())};
-    for (const unsigned char version : std::initializer_list<unsigned char>{4, 6, 8}) images.push_back(oldImage(version));
+    for (const unsigned char version : std::initializer_list<unsigned char>{4, 6, 8})
+        images.push_back(oldImage(version));
     for (const Bytes& image : images) {
         for (std::size_t at = 6; at + 4 <= image.size(); ++at) {
             Bytes damaged = image;
@@ -255,7 +262,8 @@ TEST(BytecodeImage, IndicesPastTheirTablesHaveTheirWords) {
     EXPECT_EQ(failureOf({Opcode::Repeat, past, 0}), "Bytecode repeat-loop index out of range");
     EXPECT_EQ(failureOf({Opcode::NumericFor, past, 0}), "Bytecode numeric-for index out of range");
     EXPECT_EQ(failureOf({Opcode::GenericFor, past, 0}), "Bytecode generic-for index out of range");
-    EXPECT_EQ(failureOf({Opcode::DeclareFunction, past, 0}), "Bytecode function-declaration index out of range");
+    EXPECT_EQ(failureOf({Opcode::DeclareFunction, past, 0}),
+              "Bytecode function-declaration index out of range");
     EXPECT_EQ(failureOf({Opcode::Nest, past, 0}), "Bytecode nest-block index out of range");
 
     BytecodeProgram program = sampleProgram();
