@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "script/argument_list.h"
 #include "script/numbers.h"
 #include "script/operators.h"
 #include "script/vesper_script.h"
@@ -26,11 +27,11 @@ void spreadMulti(std::vector<Variable>& values, std::size_t targets, bool isSing
 
 }  // namespace
 
-bool VesperScript::executeAssignment(const ParsedScriptLine& line, Variable& result) {
+bool VesperScript::executeAssignment(const ParsedScriptLine& line, Variable* result) {
     if (!line.assignment) return false;
     const ParsedAssignment& assignment = *line.assignment;
     constexpr std::string_view leftover = "Unexpected token in assignment expression";
-    result = Variable();
+    if (result) *result = Variable();
     if (assignment.targets.size() == 1 && assignment.values.size() == 1) {
         Variable value = evaluateRange(line, assignment.values[0], leftover);
         if (shouldAbortForSoftRaisedError()) return true;
@@ -38,9 +39,7 @@ bool VesperScript::executeAssignment(const ParsedScriptLine& line, Variable& res
             const Variable multi = std::move(value);
             value = multi.values().empty() ? Variable() : multi.values()[0];
         }
-        const ParsedAssignmentTarget& target = assignment.targets[0];
-        result = target.keys.empty() ? assignPlain(line, assignment, target, std::move(value))
-                                     : assignKeyed(line, assignment, target, std::move(value));
+        assignTarget(line, assignment, assignment.targets[0], std::move(value), result);
         return true;
     }
 
@@ -53,12 +52,35 @@ bool VesperScript::executeAssignment(const ParsedScriptLine& line, Variable& res
     spreadMulti(values, assignment.targets.size(), assignment.valueIsSingleCall);
     values.resize(std::max(values.size(), assignment.targets.size()));
     for (std::size_t i = 0; i < assignment.targets.size(); ++i) {
-        const ParsedAssignmentTarget& target = assignment.targets[i];
-        result = target.keys.empty() ? assignPlain(line, assignment, target, std::move(values[i]))
-                                     : assignKeyed(line, assignment, target, std::move(values[i]));
+        assignTarget(line, assignment, assignment.targets[i], std::move(values[i]), result);
         if (shouldAbortForSoftRaisedError()) return true;
     }
     return true;
+}
+
+void VesperScript::assignTarget(const ParsedScriptLine& line, const ParsedAssignment& assignment,
+                                const ParsedAssignmentTarget& target, Variable value, Variable* result) {
+    if (!target.keys.empty()) {
+        assignKeyed(line, assignment, target, std::move(value), result);
+        return;
+    }
+    const TokenAnalysis& name = line.analysis[target.tokenIndex];
+    if (assignment.operation == TokenKind::Assign) {
+        if (result) *result = value;
+        storePlain(name, assignment.scopeTarget, std::move(value));
+        return;
+    }
+    Variable* existing = resolveTarget(name, assignment.scopeTarget);
+    if (!existing) throwVariableNotFound(line, target);
+    const TokenKind operation = compoundOperation(assignment.operation);
+    if (!tryApplyOperationInPlace(*existing, operation, value))
+        *existing = performOperation(*existing, operation, value);
+    if (result) *result = *existing;
+}
+
+void VesperScript::throwVariableNotFound(const ParsedScriptLine& line, const ParsedAssignmentTarget& target) {
+    const std::string& text = line.tokens[target.tokenIndex];
+    context_.throwError("Variable not found: " + text, text);
 }
 
 void VesperScript::storePlain(const TokenAnalysis& name, ScopeTarget target, Variable value) {
@@ -90,39 +112,18 @@ Variable* VesperScript::resolveTarget(const TokenAnalysis& name, ScopeTarget tar
     return name.isScoped() ? scopes_.findExplicit(name.name, name.scope) : scopes_.findMutable(name.name);
 }
 
-Variable VesperScript::assignPlain(const ParsedScriptLine& line, const ParsedAssignment& assignment,
-                                   const ParsedAssignmentTarget& target, Variable value) {
+void VesperScript::assignKeyed(const ParsedScriptLine& line, const ParsedAssignment& assignment,
+                               const ParsedAssignmentTarget& target, Variable value, Variable* result) {
     const TokenAnalysis& name = line.analysis[target.tokenIndex];
-    if (assignment.operation == TokenKind::Assign) {
-        storePlain(name, assignment.scopeTarget, value);
-        return value;
+    ArgumentList keyList;
+    for (const PreparedExpression& key : target.keys) {
+        keyList.push(evaluateRange(line, key, "Expected closing bracket"));
+        if (shouldAbortForSoftRaisedError()) return;
     }
-    Variable* existing = resolveTarget(name, assignment.scopeTarget);
-    if (!existing) {
-        const std::string& text = line.tokens[target.tokenIndex];
-        context_.throwError("Variable not found: " + text, text);
-    }
-    const TokenKind operation = compoundOperation(assignment.operation);
-    if (!tryApplyOperationInPlace(*existing, operation, value))
-        *existing = performOperation(*existing, operation, value);
-    return *existing;
-}
-
-Variable VesperScript::assignKeyed(const ParsedScriptLine& line, const ParsedAssignment& assignment,
-                                   const ParsedAssignmentTarget& target, Variable value) {
-    const TokenAnalysis& name = line.analysis[target.tokenIndex];
-    std::vector<Variable> keys;
-    keys.reserve(target.keys.size());
-    for (const PreparedExpression& range : target.keys) {
-        keys.push_back(evaluateRange(line, range, "Expected closing bracket"));
-        if (shouldAbortForSoftRaisedError()) return {};
-    }
+    const std::span<const Variable> keys = keyList.span();
     if (assignment.operation != TokenKind::Assign) {
         const Variable* existing = resolveTarget(name, assignment.scopeTarget);
-        if (!existing || existing->isNot()) {
-            const std::string& text = line.tokens[target.tokenIndex];
-            context_.throwError("Variable not found: " + text, text);
-        }
+        if (!existing || existing->isNot()) throwVariableNotFound(line, target);
         Variable current = *existing;
         for (const Variable& key : keys) current = getIndexedValue(current, key);
         const TokenKind operation = compoundOperation(assignment.operation);
@@ -131,11 +132,11 @@ Variable VesperScript::assignKeyed(const ParsedScriptLine& line, const ParsedAss
         value = std::move(current);
     }
     storeKeyed(name, assignment.scopeTarget, keys, value);
-    return value;
+    if (result) *result = std::move(value);
 }
 
 void VesperScript::storeKeyed(const TokenAnalysis& name, ScopeTarget target, std::span<const Variable> keys,
-                              Variable value) {
+                              const Variable& value) {
     Variable* container = resolveTarget(name, target);
     if (!container || container->isNot()) {
         storePlain(name, target, makeContainerFor(keys[0]));

@@ -76,7 +76,7 @@ private:
                 declareFunction(line);
                 break;
             default:
-                if (!script_.executeAssignment(line, result_))
+                if (!script_.executeAssignment(line, &result_))
                     result_ = script_.executeExpressionStatement(line);
                 ++index_;
                 break;

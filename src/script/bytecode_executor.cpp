@@ -199,8 +199,7 @@ bool BytecodeExecutor::execute(const BytecodeInstruction& instruction) {
 
 bool BytecodeExecutor::runStatement(std::uint32_t lineIndex) {
     const ParsedScriptLine& statement = enterLine(lineIndex);
-    Variable discarded;
-    if (!script_.executeAssignment(statement, discarded)) script_.executeExpressionStatement(statement);
+    if (!script_.executeAssignment(statement, nullptr)) script_.executeExpressionStatement(statement);
     return false;
 }
 

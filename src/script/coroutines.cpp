@@ -159,8 +159,7 @@ private:
                 popLoopFrame();
                 return false;
             case ParsedLineKind::Other: {
-                Variable discarded;
-                if (!script_.executeAssignment(statement, discarded))
+                if (!script_.executeAssignment(statement, nullptr))
                     script_.executeExpressionStatement(statement);
                 return true;
             }

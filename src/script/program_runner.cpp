@@ -21,7 +21,8 @@ BytecodeProgram VesperScript::compileToBytecode(const std::string& source) {
 BytecodeProgram VesperScript::compileToBytecode(const std::string& source, const std::string& sourcePath) {
     if (sourcePath.empty()) return compileToBytecode(source);
     const std::string path = normalisePath(sourcePath);
-    const SourceFileGuard file(context_, sourceDirectoryForPath(path), path);
+    const std::string directory = sourceDirectoryForPath(path);
+    const SourceFileGuard file(context_, directory, path);
     return compileToBytecode(source);
 }
 

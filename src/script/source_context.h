@@ -30,27 +30,28 @@ public:
         statement_ = {};
     }
 
-    void pushSource(std::string directory, std::string path) {
-        directories_.push_back(std::move(directory));
-        paths_.push_back(std::move(path));
+    // Both strings are borrowed until popSource.
+    void pushSource(const std::string& directory, const std::string& path) {
+        files_.push_back({&directory, &path});
     }
-    void popSource() {
-        directories_.pop_back();
-        paths_.pop_back();
-    }
+    void popSource() { files_.pop_back(); }
     // Of the innermost source file, empty without one.
-    const std::string& directory() const { return directories_.empty() ? empty_ : directories_.back(); }
-    const std::string& path() const { return paths_.empty() ? empty_ : paths_.back(); }
+    const std::string& directory() const { return files_.empty() ? empty_ : *files_.back().directory; }
+    const std::string& path() const { return files_.empty() ? empty_ : *files_.back().path; }
 
     // Raises std::runtime_error with the five-line report that points at the token.
     [[noreturn]] void throwError(const std::string& message, std::string_view token) const;
 
 private:
+    struct SourceFile {
+        const std::string* directory;
+        const std::string* path;
+    };
+
     const ParsedScriptLine* line_ = nullptr;
     std::string_view statement_;
     std::uint32_t lineNumber_ = 0;
-    std::vector<std::string> directories_;
-    std::vector<std::string> paths_;
+    std::vector<SourceFile> files_;
     const std::string empty_;
 };
 
@@ -73,7 +74,8 @@ private:
     const ParsedScriptLine* line_;
 };
 
-// Makes a source file the innermost one, unless neither its directory nor its path is known.
+// Makes a source file, whose names are borrowed, the innermost one, unless neither its directory nor its path
+// is known.
 class SourceFileGuard {
 public:
     SourceFileGuard(SourceContext& context, const std::string& directory, const std::string& path)

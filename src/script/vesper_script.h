@@ -145,15 +145,18 @@ private:
     bool isBuiltinWalk(const ParsedScriptLine& line) const;
 
     // assignment.cpp
-    bool executeAssignment(const ParsedScriptLine& line, Variable& result);
+    // False when the line is no assignment. The value stored last goes to `result`, if that is wanted.
+    bool executeAssignment(const ParsedScriptLine& line, Variable* result);
+    void assignTarget(const ParsedScriptLine& line, const ParsedAssignment& assignment,
+                      const ParsedAssignmentTarget& target, Variable value, Variable* result);
+    void assignKeyed(const ParsedScriptLine& line, const ParsedAssignment& assignment,
+                     const ParsedAssignmentTarget& target, Variable value, Variable* result);
+    [[noreturn]] void throwVariableNotFound(const ParsedScriptLine& line,
+                                            const ParsedAssignmentTarget& target);
     void storePlain(const TokenAnalysis& name, ScopeTarget target, Variable value);
-    Variable* resolveTarget(const TokenAnalysis& name, ScopeTarget target);
-    Variable assignPlain(const ParsedScriptLine& line, const ParsedAssignment& assignment,
-                         const ParsedAssignmentTarget& target, Variable value);
-    Variable assignKeyed(const ParsedScriptLine& line, const ParsedAssignment& assignment,
-                         const ParsedAssignmentTarget& target, Variable value);
     void storeKeyed(const TokenAnalysis& name, ScopeTarget target, std::span<const Variable> keys,
-                    Variable value);
+                    const Variable& value);
+    Variable* resolveTarget(const TokenAnalysis& name, ScopeTarget target);
 
     // block_executor.cpp
     Variable executeParsedBlock(const std::vector<ParsedScriptLine>& lines, std::uint32_t& index,
