@@ -14,6 +14,7 @@ print(ok, why)      @@ expect: false\tStack overflow: calls or expressions are n
 t = {}
 t["self"] = t
 print(pcall(toString, t))               @@ expect: false\ttoString: a container holds itself
+t["self"] = not
 deep = []
 for i = 1, 100000
     deep = [deep]
