@@ -33,7 +33,8 @@ class GameTree : public testing::Test {
 protected:
     GameTree() : root_(std::filesystem::temp_directory_path() / "kelmora game tree") {
         std::filesystem::remove_all(root_);
-        for (const char* folder : {"bin", "Resources/scripts", "Resources/package/game", "Resources/volatile"})
+        for (const char* folder :
+             {"bin", "Resources/scripts", "Resources/package/game", "Resources/volatile"})
             std::filesystem::create_directories(root_ / folder);
         runtime_.path = (root_ / "bin/").string();
     }
@@ -61,7 +62,8 @@ protected:
 };
 
 TEST_F(GameTree, PathsResolveBesideTheScriptAndInTheTree) {
-    file("package/game/main.vs", "print(runFile('part.vs'), runFile('scripts/other.vs'), runFile('ast/scripts/other.vs'))");
+    file("package/game/main.vs",
+         "print(runFile('part.vs'), runFile('scripts/other.vs'), runFile('ast/scripts/other.vs'))");
     file("package/game/part.vs", "return 'beside'");
     file("scripts/other.vs", "return 'in the tree'");
     EXPECT_EQ(run("runFile('package\\\\game\\\\main.vs')"), "");
@@ -80,24 +82,28 @@ TEST_F(GameTree, FunctionsKeepTheirOwnSourceAfterRetargeting) {
 
 TEST_F(GameTree, FileHandlesReadWriteAndClose) {
     const std::string path = (root_ / "Resources/volatile/a b.txt").string();
-    const std::string source = "f = io['open']('" + path + "', 'w')\nprint(f['write']('one', 2, not, '\\n'), f['write'](f, 'last'))\n" +
+    const std::string source = "f = io['open']('" + path +
+                               "', 'w')\nprint(f['write']('one', 2, not, '\\n'), f['write'](f, 'last'))\n" +
                                "f['close'](f)\nf = io['open']('" + path + "')\n" +
                                "print(f['read'](), f['read'](f, '*l'), f['read']())\nf['close']()\n" +
-                               "print(pcall(f['read'], f))\nprint(io['open']('missing'), os['remove']('" + path +
-                               "'), os['remove']('" + path + "'))";
+                               "print(pcall(f['read'], f))\nprint(io['open']('missing'), os['remove']('" +
+                               path + "'), os['remove']('" + path + "'))";
     EXPECT_EQ(run(source), "");
-    EXPECT_EQ(host_.output,
-              "true\ttrue\none2not\tlast\tnot\nfalse\tfile['read'] requires a valid file handle\nnot\ttrue\tnot\n");
+    EXPECT_EQ(
+        host_.output,
+        "true\ttrue\none2not\tlast\tnot\nfalse\tfile['read'] requires a valid file handle\nnot\ttrue\tnot\n");
 }
 
 TEST_F(GameTree, AWindowLeftOpenIsDestroyed) {
     ::setenv("KELMORA_VIDEO", "memory", 1);
-    EXPECT_EQ(run("print(Metal['spawnWindow']('Title', 64, 48), Metal['getTitle'](), Metal['checkClose']())\n"
-                  "image = Plush['createImage'](64, 48, 10, 20, 30, 255)\nMetal['renderImage'](image)\nMetal['forceUpdate']()\n"
-                  "shown = Metal['getWindow']()\nprint(Plush['getPixel'](shown, 5, 5), Plush['imageSize'](shown))\n"
-                  "Metal['updateInput']()\nprint(VESPER_MOUSE_X >= 0, VESPER_KEY_A)\n"
-                  "Plush['killImage'](image)\nPlush['killImage'](shown)"),
-              "");
+    EXPECT_EQ(
+        run("print(Metal['spawnWindow']('Title', 64, 48), Metal['getTitle'](), Metal['checkClose']())\n"
+            "image = Plush['createImage'](64, 48, 10, 20, 30, "
+            "255)\nMetal['renderImage'](image)\nMetal['forceUpdate']()\n"
+            "shown = Metal['getWindow']()\nprint(Plush['getPixel'](shown, 5, 5), Plush['imageSize'](shown))\n"
+            "Metal['updateInput']()\nprint(VESPER_MOUSE_X >= 0, VESPER_KEY_A)\n"
+            "Plush['killImage'](image)\nPlush['killImage'](shown)"),
+        "");
     ::unsetenv("KELMORA_VIDEO");
     EXPECT_EQ(host_.output, "true\tTitle\tfalse\n10\t20\t30\t255\t64\t48\ntrue\tfalse\n");
     EXPECT_NE(runtime_.window, nullptr);

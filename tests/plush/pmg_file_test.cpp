@@ -11,7 +11,9 @@
 namespace kelmora {
 namespace {
 
-std::string temporaryPath(const char* name) { return (std::filesystem::temp_directory_path() / name).string(); }
+std::string temporaryPath(const char* name) {
+    return (std::filesystem::temp_directory_path() / name).string();
+}
 
 class PmgFile : public testing::Test {
 protected:
