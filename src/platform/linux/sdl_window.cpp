@@ -66,6 +66,16 @@ bool mouseButtonOf(Uint8 number, MouseButton& button) {
     }
 }
 
+bool environmentSets(const char* name) {
+    const char* value = std::getenv(name);
+    return value && *value;
+}
+
+// SDL falls back on drivers that show nothing when no display answers. Those count only if asked for by name.
+bool driverShowsNothing(std::string_view driver) {
+    return driver == "offscreen" || driver == "dummy" || driver == "evdev";
+}
+
 // SDL counts its users, so each window holds one of these.
 class SdlSession {
 public:
@@ -76,10 +86,10 @@ public:
         SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
         started_ = SDL_InitSubSystem(SDL_INIT_VIDEO) == 0;
         if (!started_) return;
-        // Shared memory is the shortest way for pixels that the processor has drawn; other displays have
-        // none.
-        const char* driver = SDL_GetCurrentVideoDriver();
-        if (driver && std::string_view(driver) == "x11") SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
+        const std::string_view driver = SDL_GetCurrentVideoDriver();
+        shows_ = !driverShowsNothing(driver) || environmentSets("SDL_VIDEODRIVER");
+        // Shared memory is the shortest way for pixels that the processor has drawn; only this driver has it.
+        if (driver == "x11") SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
         // An input method would swallow the letters that scripts read as keys.
         SDL_StopTextInput();
     }
@@ -88,10 +98,12 @@ public:
     ~SdlSession() {
         if (started_) SDL_QuitSubSystem(SDL_INIT_VIDEO);
     }
-    bool started() const { return started_; }
+    // Whether there is a display to open windows on.
+    bool shows() const { return shows_; }
 
 private:
     bool started_ = false;
+    bool shows_ = false;
 };
 
 class SdlWindow : public WindowBackend {
@@ -136,7 +148,7 @@ private:
 std::vector<SdlWindow*> SdlWindow::liveWindows;
 
 bool SdlWindow::open() {
-    if (!session_.started()) return false;
+    if (!session_.shows()) return false;
     const PixelSize largest = largestSize();
     window_ = SDL_CreateWindow(core_.title().c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
                                std::min(core_.logicalWidth(), largest.width),
@@ -286,11 +298,8 @@ std::unique_ptr<WindowBackend> createSystemWindow(WindowCore& core) {
 }
 
 bool systemDisplayIsNamed() {
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"}) {
-        const char* value = std::getenv(name);
-        if (value && *value) return true;
-    }
-    return false;
+    return environmentSets("DISPLAY") || environmentSets("WAYLAND_DISPLAY") ||
+           environmentSets("SDL_VIDEODRIVER");
 }
 
 const char* systemVideoName() {
