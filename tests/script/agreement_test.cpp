@@ -20,19 +20,29 @@ public:
         switch (pick(9)) {
             case 0:
             case 1:
-            case 2: return expression(depth - 1) + oneOf(binaryOperators) + expression(depth - 1);
-            case 3: return "(" + expression(depth - 1) + ")" + (chance(25) ? "[" + expression(depth - 2) + "]" : "");
-            case 4: return oneOf(prefixes) + expression(depth - 1);
-            case 5: return oneOf(names) + "[" + expression(depth - 2) + "]";
-            case 6: return oneOf(inFunction_ ? leafFunctions : functions) + "(" + expression(depth - 1) + ", " + expression(depth - 2) + ")";
-            case 7: return constructor(depth);
-            default: return library(depth);
+            case 2:
+                return expression(depth - 1) + oneOf(binaryOperators) + expression(depth - 1);
+            case 3:
+                return "(" + expression(depth - 1) + ")" +
+                       (chance(25) ? "[" + expression(depth - 2) + "]" : "");
+            case 4:
+                return oneOf(prefixes) + expression(depth - 1);
+            case 5:
+                return oneOf(names) + "[" + expression(depth - 2) + "]";
+            case 6:
+                return oneOf(inFunction_ ? leafFunctions : functions) + "(" + expression(depth - 1) + ", " +
+                       expression(depth - 2) + ")";
+            case 7:
+                return constructor(depth);
+            default:
+                return library(depth);
         }
     }
 
     std::string program() {
         std::string source =
-            "function f(a, b)\n    calls += 1\n    if calls > 200\n        error(\"too many calls\")\n    end\n"
+            "function f(a, b)\n    calls += 1\n    if calls > 200\n        error(\"too many calls\")\n    "
+            "end\n"
             "    return a\nend\n"
             "function g(a, b)\n    calls += 1\n    x = b\n    return a, b\nend\n"
             "function h(p, x)\n    return y\nend\n"
@@ -45,18 +55,22 @@ public:
 
 private:
     using Choices = std::vector<const char*>;
-    inline static const Choices binaryOperators{" + ", " - ", " * ", " / ", " \\ ",  " % ", " ^ ",   " == ", " != ",
-                                                " < ", " > ", " <= ", " >= ", " and ", " or ", " && ", " || ", " + "};
+    inline static const Choices binaryOperators{" + ",  " - ",   " * ",  " / ",  " \\ ", " % ",
+                                                " ^ ",  " == ",  " != ", " < ",  " > ",  " <= ",
+                                                " >= ", " and ", " or ", " && ", " || ", " + "};
     inline static const Choices prefixes{"not ", "-", "#", "!", "+", "not not "};
-    inline static const Choices names{"x", "y", "s", "t", "a", "n", "missing", "i", "x#1", "n#2", "e#0", "loc"};
+    inline static const Choices names{"x",       "y", "s",   "t",   "a",   "n",
+                                      "missing", "i", "x#1", "n#2", "e#0", "loc"};
     inline static const Choices functions{"f", "g", "h", "f", "missing", "select", "math[\"min\"]"};
     // Inside a body nothing calls itself: how deep a recursion gets differs between the ways of running.
     inline static const Choices leafFunctions{"f", "g", "missing"};
-    inline static const Choices atoms{"0", "1", "2", "3", "-1", "1.5", "0.1", "2147483647", "\"a\"", "'2'", "\"k\"",
-                                      "\"\"", "true", "flase", "not", "{}", "[]", "x", "y", "s", "t", "a", "i", "loc"};
-    inline static const Choices targets{"x", "y", "s", "t[1]", "t[\"k\"]", "a[2]", "a[x]", "z", "t[s][x]", "local loc",
-                                        "n#2", "native n", "external e"};
-    inline static const Choices assignments{" = ", " = ", " = ", " += ", " -= ", " *= ", " /= ", " \\= ", " %= "};
+    inline static const Choices atoms{"0",     "1",   "2",     "3",    "-1",   "1.5",   "0.1", "2147483647",
+                                      "\"a\"", "'2'", "\"k\"", "\"\"", "true", "flase", "not", "{}",
+                                      "[]",    "x",   "y",     "s",    "t",    "a",     "i",   "loc"};
+    inline static const Choices targets{"x", "y",       "s",         "t[1]", "t[\"k\"]", "a[2]",      "a[x]",
+                                        "z", "t[s][x]", "local loc", "n#2",  "native n", "external e"};
+    inline static const Choices assignments{
+        " = ", " = ", " = ", " += ", " -= ", " *= ", " /= ", " \\= ", " %= "};
 
     int pick(int count) { return static_cast<int>(random_() % static_cast<unsigned>(count)); }
     bool chance(int percent) { return pick(100) < percent; }
@@ -69,11 +83,16 @@ private:
     }
     std::string library(int depth) {
         switch (pick(5)) {
-            case 0: return "toString(" + expression(depth - 1) + ")";
-            case 1: return "pcall(f, " + expression(depth - 1) + ")";
-            case 2: return "pcall(error, " + expression(depth - 1) + ")";
-            case 3: return "string[\"sub\"](s, " + expression(depth - 2) + ", 2)";
-            default: return "s[\"upper\"]()";
+            case 0:
+                return "toString(" + expression(depth - 1) + ")";
+            case 1:
+                return "pcall(f, " + expression(depth - 1) + ")";
+            case 2:
+                return "pcall(error, " + expression(depth - 1) + ")";
+            case 3:
+                return "string[\"sub\"](s, " + expression(depth - 2) + ", 2)";
+            default:
+                return "s[\"upper\"]()";
         }
     }
 
@@ -94,20 +113,31 @@ private:
         if (depth <= 0) return in + oneOf(targets) + oneOf(assignments) + expression(2) + "\n";
         switch (pick(11)) {
             case 0:
-                return in + "if " + expression(2) + "\n" + block(depth, in) + in + "elseif " + expression(1) + "\n" +
-                       block(depth, in) + in + "else\n" + block(depth, in) + in + "end\n";
-            case 1: return in + "for i = " + oneOf({"1", "0", "2", "2.5", "s", "not"}) + ", 3\n" + block(depth, in) + in + "end\n";
-            case 2: return in + "for i, v in pairs(" + expression(1) + ")\n" + block(depth, in) + in + "end\n";
+                return in + "if " + expression(2) + "\n" + block(depth, in) + in + "elseif " + expression(1) +
+                       "\n" + block(depth, in) + in + "else\n" + block(depth, in) + in + "end\n";
+            case 1:
+                return in + "for i = " + oneOf({"1", "0", "2", "2.5", "s", "not"}) + ", 3\n" +
+                       block(depth, in) + in + "end\n";
+            case 2:
+                return in + "for i, v in pairs(" + expression(1) + ")\n" + block(depth, in) + in + "end\n";
             case 3:
                 return in + "local w = 0\n" + in + "while w < 2 and (" + expression(1) + " or true)\n" + in +
                        "    w += 1\n" + block(depth, in) + in + "end\n";
-            case 4: return in + "print(" + expression(2) + ", " + expression(2) + ")\n";
-            case 5: return inFunction_ ? in + "z = p\n" : declaration(depth, in);
-            case 6: return inFunction_ ? in + "x = p\n" : in + "print(pcall(h, " + expression(1) + ", " + expression(1) + "))\n";
-            case 7: return in + "x, y = " + expression(2) + ", " + expression(1) + "\n";
-            case 8: return in + "x, z = g(" + expression(1) + ", " + expression(1) + ")\n";
-            case 9: return in + expression(2) + "\n";
-            default: return in + oneOf(targets) + oneOf(assignments) + expression(3) + "\n";
+            case 4:
+                return in + "print(" + expression(2) + ", " + expression(2) + ")\n";
+            case 5:
+                return inFunction_ ? in + "z = p\n" : declaration(depth, in);
+            case 6:
+                return inFunction_ ? in + "x = p\n"
+                                   : in + "print(pcall(h, " + expression(1) + ", " + expression(1) + "))\n";
+            case 7:
+                return in + "x, y = " + expression(2) + ", " + expression(1) + "\n";
+            case 8:
+                return in + "x, z = g(" + expression(1) + ", " + expression(1) + ")\n";
+            case 9:
+                return in + expression(2) + "\n";
+            default:
+                return in + oneOf(targets) + oneOf(assignments) + expression(3) + "\n";
         }
     }
 
@@ -148,7 +178,8 @@ TEST(Agreement, ExpressionsGiveTheSameHoweverTheyRun) {
             "x = 3\ny = 2.5\ns = \"text\"\nt = {1, 2, k = \"v\"}\na = [4, 5, 6]\n";
         for (int i = 0; i < 8; ++i) {
             const std::string expression = generator.expression(4);
-            source += "function q()\n    return " + expression + "\nend\nprint(pcall(q))\nz = " + expression + "\n";
+            source +=
+                "function q()\n    return " + expression + "\nend\nprint(pcall(q))\nz = " + expression + "\n";
             if (i % 4 == 3) source += "x = 3\n";
         }
         const std::string compiled = run(source, Way::Compiled);

@@ -1,11 +1,14 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <sstream>
 
 #include "base/whole_file.h"
+#include "host/boot_image.h"
 #include "host/runtime.h"
+#include "host/startup.h"
 #include "plush/live_images.h"
 #include "support/capture_host.h"
 
@@ -15,7 +18,8 @@
 // Output lines are compared with the `expect` comments in the order of the file; `\t` in a comment is a tab.
 // An `error` comment says how the run ends, and for reports with a place also on which line.
 // Each file runs as text on the bytecode executor, as an image written and read back, and on the direct
-// executor, unless the file holds a line `@@ direct: no` with the reason behind it.
+// executor, unless the file holds a line `@@ direct: no` with the reason behind it. Files of
+// tests/scripts/boot/ run once, as the game that the boot script starts.
 namespace kelmora {
 namespace {
 
@@ -61,7 +65,25 @@ Expectation readExpectation(const std::string& source) {
     return expectation;
 }
 
-enum class Way { Text, Image, Direct };
+enum class Way { Text, Image, Direct, Game };
+
+// Stages a game whose start script is the source, and runs the boot script over it.
+void runAsGame(Runtime& runtime, const std::string& source) {
+    const auto root = std::filesystem::temp_directory_path() / ("kelmora_boot_" + std::to_string(::getpid()));
+    for (const char* folder :
+         {"bin", "Resources/scripts", "Resources/package", "Resources/volatile", "Libraries"})
+        std::filesystem::create_directories(root / folder);
+    writeWholeFile((root / "Resources/package/graphics.vs").string(), "graphicsRan = true\n");
+    writeWholeFile((root / "Resources/scripts/visual-novel.vs").string(), source);
+    runtime.path = (root / "bin/").string();
+    try {
+        runEmbeddedStartupScript(runtime, bootImage(), startupSourcePath(runtime));
+    } catch (...) {
+        std::filesystem::remove_all(root);
+        throw;
+    }
+    std::filesystem::remove_all(root);
+}
 
 Outcome runOnce(const std::string& source, const std::string& path, Way way) {
     CaptureHost host;
@@ -69,7 +91,9 @@ Outcome runOnce(const std::string& source, const std::string& path, Way way) {
     Outcome outcome;
     try {
         registerFunctions(runtime);
-        if (way == Way::Direct) {
+        if (way == Way::Game) {
+            runAsGame(runtime, source);
+        } else if (way == Way::Direct) {
             runtime.engine.executeBlock(source);
         } else {
             BytecodeProgram program = runtime.engine.compileToBytecode(source, path);
@@ -123,6 +147,10 @@ public:
         ASSERT_TRUE(source.has_value());
         const Expectation expected = readExpectation(*source);
         ASSERT_FALSE(expected.output.empty() && expected.error.empty()) << "the file expects nothing";
+        if (path_.parent_path().filename() == "boot") {
+            expectOutcome(expected, runOnce(*source, path_.string(), Way::Game), "as a game");
+            return;
+        }
         expectOutcome(expected, runOnce(*source, path_.string(), Way::Text), "bytecode, from text");
         expectOutcome(expected, runOnce(*source, path_.string(), Way::Image), "bytecode, from an image");
         if (expected.direct)

@@ -7,13 +7,13 @@
 
 namespace kelmora {
 
-// Keeps what a script prints. It starts no processes.
+// Keeps what a script prints. Every process it is asked for is silent.
 class CaptureHost : public ScriptHost {
 public:
     void print(std::string_view text) override { output += text; }
     void flush() override {}
-    std::FILE* openProcess(const std::string&, const std::string&) override { return nullptr; }
-    int closeProcess(std::FILE*) override { return -1; }
+    std::FILE* openProcess(const std::string&, const std::string&) override { return std::tmpfile(); }
+    int closeProcess(std::FILE* stream) override { return std::fclose(stream); }
 
     std::string output;
 };
