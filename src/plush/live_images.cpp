@@ -8,7 +8,7 @@
 
 namespace kelmora {
 
-std::unordered_set<PlushImage*> livePlushImages;
+std::unordered_set<PlushImage*>& livePlushImages = *new std::unordered_set<PlushImage*>;
 std::int32_t threadCount = 6;
 
 namespace {

@@ -8,8 +8,8 @@
 namespace kelmora {
 
 // Every image that scripts hold. An image enters when a script gets it and leaves only when it is killed;
-// nothing else frees it.
-extern std::unordered_set<PlushImage*> livePlushImages;
+// nothing else frees it, not even the end of the process.
+extern std::unordered_set<PlushImage*>& livePlushImages;
 
 // Workers that one pixel operation may use; below 2 it runs on the calling thread.
 extern std::int32_t threadCount;

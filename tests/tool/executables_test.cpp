@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+
+#include "base/whole_file.h"
+#include "platform/shim.h"
+
+// The two executables as a person starts them: output, error text and exit code.
+namespace kelmora {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Outcome {
+    std::string text;
+    int exitCode = -1;
+};
+
+Outcome run(const std::string& command) {
+    Outcome outcome;
+    std::FILE* pipe = vh_windows_popen((command + " 2>&1").c_str(), "r");
+    if (!pipe) return outcome;
+    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) outcome.text += static_cast<char>(c);
+    outcome.exitCode = vh_windows_pclose(pipe);
+    return outcome;
+}
+
+class Executables : public testing::Test {
+protected:
+    Executables() {
+        fs::remove_all(root_);
+        for (const char* folder : {"bin", "Resources/scripts", "Resources/package"})
+            fs::create_directories(root_ / folder);
+    }
+    ~Executables() override { fs::remove_all(root_); }
+
+    std::string file(const std::string& name, const std::string& content) const {
+        const std::string path = (root_ / name).string();
+        writeWholeFile(path, content);
+        return "'" + path + "'";
+    }
+    static Outcome vesper(const std::string& arguments) {
+        return run(std::string(KELMORA_BIN_DIR) + "/vesper " + arguments);
+    }
+    Outcome kelmora() const {
+        fs::copy_file(fs::path(KELMORA_BIN_DIR) / "kelmora", root_ / "bin/kelmora",
+                      fs::copy_options::overwrite_existing);
+        return run("'" + (root_ / "bin/kelmora").string() + "'");
+    }
+
+    // A blank in the name, as in many a player's folder.
+    const fs::path root_ =
+        fs::temp_directory_path() /
+        (std::string("kelmora tool ") + testing::UnitTest::GetInstance()->current_test_info()->name());
+};
+
+TEST_F(Executables, VesperRunsCompilesDumpsAndChecks) {
+    const std::string script =
+        file("a b.vs", "print(\"ran\", arguments[1])\nif arguments[2]\n    x = 1 \\ 0\nend\n");
+    const std::string image = file("out.vsbc", "");
+    Outcome outcome = vesper("run " + script + " one");
+    EXPECT_EQ(outcome.text, "ran\tone\n");
+    EXPECT_EQ(outcome.exitCode, 0);
+    outcome = vesper("run " + script + " one two");
+    EXPECT_EQ(outcome.text, "ran\tone\nDivision by zero\n");
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(vesper("compile " + script + " -o " + image).exitCode, 0);
+    EXPECT_EQ(vesper("run " + image + " one").text, "ran\tone\n");
+    const std::string dump = vesper("dump " + image).text;
+    for (const char* part : {"version 60", "source path \"a b.vs\"", "4 lines", "1 if groups",
+                             "chunk 1 nested", "print(\"ran\", arguments[1])"})
+        EXPECT_NE(dump.find(part), std::string::npos) << part << "\n" << dump;
+    EXPECT_EQ(vesper("check " + script).exitCode, 0);
+    outcome = vesper("check " + script + " " + file("bad.vs", "if x\n"));
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_NE(outcome.text.find("Missing 'end' for if block"), std::string::npos);
+}
+
+TEST_F(Executables, VesperRefusesWhatItDoesNotKnow) {
+    for (const char* arguments :
+         {"", "fly", "run", "run --fast x.vs", "compile x.vs", "compile x.vs -q y", "dump", "check"})
+        EXPECT_EQ(vesper(arguments).exitCode, 2) << arguments;
+    EXPECT_EQ(vesper("run no/such.vs").text, "Failed to open script file: no/such.vs\n");
+    const Outcome damaged = vesper("dump " + file("damaged.vsbc", "VSBC<"));
+    EXPECT_EQ(damaged.exitCode, 1);
+    EXPECT_NE(damaged.text.find("Invalid bytecode file (truncated): "), std::string::npos);
+}
+
+TEST_F(Executables, KelmoraPlaysTheTreeBesideIt) {
+    file("Resources/package/graphics.vs", "print(\"graphics\")");
+    file("Resources/scripts/visual-novel.vs", "print(\"game\", Vesper[\"getPath\"]() != \"./\")");
+    const Outcome outcome = kelmora();
+    EXPECT_EQ(outcome.text, "graphics\ngame\ttrue\n");
+    EXPECT_EQ(outcome.exitCode, 0);
+}
+
+TEST_F(Executables, KelmoraReportsAFailureInItsWords) {
+    Outcome outcome = kelmora();
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.text.find("Kelmora startup error: Failed to open script file: "), 0u) << outcome.text;
+    file("Resources/package/graphics.vs", "");
+    outcome = kelmora();
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_NE(outcome.text.find("visual-novel.vs"), std::string::npos);
+    file("Resources/scripts/visual-novel.vs", "Plush[\"loadPNG\"](\"none.png\")");
+    EXPECT_EQ(kelmora().text, "Kelmora startup error: Plush.loadPNG: failed to load image: none.png\n");
+}
+
+}  // namespace
+}  // namespace kelmora
