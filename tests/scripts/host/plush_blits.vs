@@ -88,7 +88,7 @@ print(pcall(p["blitImage"], not, 2, 0, 0, 0, 1, 0))         @@ expect: false\tPl
 print(pcall(p["blitImage"], not, not, "a", 0, 0, 1, 0))     @@ expect: false\tPlush.blitImage: target must be a valid image
 print(pcall(p["blitImage"], target, not, "a", 0, 0, 1, 0))  @@ expect: false\tPlush.blitImage: image must be a valid image
 print(pcall(p["blitImage"], target, three, "a", 0, 0, 1, 0))        @@ expect: false\tPlush.blitImage: x must be numeric
-print(pcall(p["blitImage"], target, three, 3, 0, 0, "s", "r"))      @@ expect: true\tnot
+print(pcall(p["blitImage"], target, three, 3, 0, 0, "s", "r"))      @@ expect: true
 print(pcall(p["blitImage"], target, three, 2, 0, 0, "s", "r"))      @@ expect: false\tPlush.blitImage: scale must be numeric
 print(pcall(p["blitImageRect"], 1))     @@ expect: false\tPlush.blitImageRect: expected 10 arguments (target, image, sx, sy, width, height, x, y, blend, scale)
 print(pcall(p["blitImageRect"], target, not, 0, 0, 0, 0, 0, 0, 0, 0))       @@ expect: false\tPlush.blitImageRect: image must be a valid image
