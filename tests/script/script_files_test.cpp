@@ -6,6 +6,7 @@
 
 #include "base/whole_file.h"
 #include "host/runtime.h"
+#include "plush/live_images.h"
 #include "support/capture_host.h"
 
 // Runs every file of tests/scripts/. What a script is expected to do stands beside the line that does it:
@@ -79,6 +80,7 @@ Outcome runOnce(const std::string& source, const std::string& path, Way way) {
     } catch (const std::exception& error) {
         outcome.error = error.what();
     }
+    while (!livePlushImages.empty()) killPlushImage(*livePlushImages.begin());
     // Reports name the file without its folder.
     for (std::size_t at = 0; (at = host.output.find(path)) != std::string::npos;)
         host.output.replace(at, path.size(), std::filesystem::path(path).filename().string());
