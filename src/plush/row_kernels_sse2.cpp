@@ -130,56 +130,100 @@ struct Weights {
     __m128 inside;
 };
 
-Weights weightsAt(const TriangleRow& row, __m128 x) {
-    const auto times = [](__m128 value, float factor) { return _mm_mul_ps(value, _mm_set1_ps(factor)); };
-    const auto minus = [](__m128 value, __m128 other) { return _mm_sub_ps(value, other); };
-    const __m128 along = times(minus(x, _mm_set1_ps(row.px)), row.heightPR);
-    const __m128 q = times(minus(along, _mm_set1_ps(row.offsetPR)), row.inverse);
-    const __m128 fromQ = times(minus(_mm_set1_ps(row.qx), x), row.aboveR);
-    const __m128 fromR = times(minus(_mm_set1_ps(row.rx), x), row.aboveQ);
-    const __m128 p = times(minus(fromQ, fromR), row.inverse);
-    const __m128 r = minus(minus(_mm_set1_ps(1), p), q);
-    const __m128 zero = _mm_setzero_ps();
-    const __m128 held = _mm_cmpneq_ps(_mm_set1_ps(row.inverse), zero);
-    const __m128 inside = _mm_and_ps(_mm_and_ps(_mm_cmpge_ps(p, zero), _mm_cmpge_ps(q, zero)),
-                                     _mm_and_ps(_mm_cmpge_ps(r, zero), held));
-    return {p, q, r, inside};
-}
+// A triangle's row with each number in all lanes.
+class WideTriangle {
+public:
+    explicit WideTriangle(const TriangleRow& row)
+        : inverse_(_mm_set1_ps(row.inverse)),
+          px_(_mm_set1_ps(row.px)),
+          qx_(_mm_set1_ps(row.qx)),
+          rx_(_mm_set1_ps(row.rx)),
+          heightPR_(_mm_set1_ps(row.heightPR)),
+          offsetPR_(_mm_set1_ps(row.offsetPR)),
+          aboveQ_(_mm_set1_ps(row.aboveQ)),
+          aboveR_(_mm_set1_ps(row.aboveR)),
+          hasArea_(_mm_cmpneq_ps(inverse_, _mm_setzero_ps())) {}
+
+    Weights at(__m128 x) const {
+        const __m128 along = _mm_mul_ps(_mm_sub_ps(x, px_), heightPR_);
+        const __m128 q = _mm_mul_ps(inverse_, _mm_sub_ps(along, offsetPR_));
+        const __m128 fromQ = _mm_mul_ps(_mm_sub_ps(qx_, x), aboveR_);
+        const __m128 fromR = _mm_mul_ps(aboveQ_, _mm_sub_ps(rx_, x));
+        const __m128 p = _mm_mul_ps(inverse_, _mm_sub_ps(fromQ, fromR));
+        const __m128 r = _mm_sub_ps(_mm_sub_ps(_mm_set1_ps(1), p), q);
+        const __m128 least = _mm_min_ps(_mm_min_ps(p, q), r);
+        return {p, q, r, _mm_and_ps(hasArea_, _mm_cmpge_ps(least, _mm_setzero_ps()))};
+    }
+
+private:
+    __m128 inverse_;
+    __m128 px_;
+    __m128 qx_;
+    __m128 rx_;
+    __m128 heightPR_;
+    __m128 offsetPR_;
+    __m128 aboveQ_;
+    __m128 aboveR_;
+    __m128 hasArea_;
+};
 
 __m128 select(__m128 mask, __m128 yes, __m128 no) {
     return _mm_or_ps(_mm_and_ps(mask, yes), _mm_andnot_ps(mask, no));
 }
 
-// Pixel numbers for four pairs of coordinates from 0 to 1, which rounding may have pushed a little past.
-__m128i skewIndices(const SkewRow& row, __m128 u, __m128 v) {
-    const __m128i lastColumn = _mm_set1_epi32(row.width - 1);
-    const __m128i lastLine = _mm_set1_epi32(row.height - 1);
-    const __m128i column = nearest(_mm_mul_ps(u, _mm_set1_ps(row.maxU)));
-    const __m128i line = nearest(_mm_mul_ps(v, _mm_set1_ps(row.maxV)));
-    // The sides fit 15 bits, so the 16-bit minimum does.
-    return _mm_madd_epi16(
-        _mm_or_si128(_mm_min_epi16(line, lastLine), _mm_slli_epi32(_mm_min_epi16(column, lastColumn), 16)),
-        _mm_set1_epi32(row.width | 1 << 16));
-}
+// Stores the pixels at four pairs of coordinates from 0 to 1, which rounding may have pushed a little past,
+// in the lanes of the mask.
+class SkewStore {
+public:
+    explicit SkewStore(const SkewRow& row)
+        : pixels_(row.pixels),
+          maxU_(_mm_set1_ps(row.maxU)),
+          maxV_(_mm_set1_ps(row.maxV)),
+          lastColumn_(_mm_set1_epi32(row.width - 1)),
+          lastLine_(_mm_set1_epi32(row.height - 1)),
+          strides_(_mm_set1_epi32(row.width | 1 << 16)) {}
 
-void storeLanes(const SkewRow& row, __m128i index, int mask, unsigned char* target) {
-    alignas(16) std::uint32_t indices[4];
-    _mm_store_si128(reinterpret_cast<__m128i*>(indices), index);
-    for (std::size_t lane = 0; lane < 4; ++lane)
-        if (mask >> lane & 1) std::memcpy(target + lane * 4, row.pixels + std::size_t{indices[lane]} * 4, 4);
-}
+    void operator()(__m128 u, __m128 v, int mask, unsigned char* target) const {
+        // The sides fit 15 bits, so the 16-bit minimum does.
+        const __m128i column = _mm_min_epi16(nearest(_mm_mul_ps(maxU_, u)), lastColumn_);
+        const __m128i line = _mm_min_epi16(nearest(_mm_mul_ps(maxV_, v)), lastLine_);
+        const __m128i index = _mm_madd_epi16(_mm_or_si128(line, _mm_slli_epi32(column, 16)), strides_);
+        alignas(16) std::uint32_t indices[4];
+        _mm_store_si128(reinterpret_cast<__m128i*>(indices), index);
+        for (std::size_t lane = 0; lane < 4; ++lane)
+            if (mask == 15 || (mask >> lane & 1))
+                std::memcpy(target + lane * 4, pixels_ + std::size_t{indices[lane]} * 4, 4);
+    }
+
+private:
+    const unsigned char* pixels_;
+    __m128 maxU_;
+    __m128 maxV_;
+    __m128i lastColumn_;
+    __m128i lastLine_;
+    __m128i strides_;
+};
 
 void skewPixels(const SkewRow& row, std::int32_t first, std::int32_t last, unsigned char* target) {
+    const WideTriangle upperTriangle(row.upper);
+    const WideTriangle lowerTriangle(row.lower);
+    const SkewStore storePixels(row);
     std::int32_t x = first;
     for (; last - x >= 4; x += 4) {
         const __m128 columns = _mm_cvtepi32_ps(_mm_add_epi32(_mm_set1_epi32(x), _mm_setr_epi32(0, 1, 2, 3)));
-        const Weights upper = weightsAt(row.upper, columns);
-        const Weights lower = weightsAt(row.lower, columns);
-        const int mask = _mm_movemask_ps(_mm_or_ps(upper.inside, lower.inside));
+        unsigned char* out = target + static_cast<std::size_t>(x) * 4;
+        const Weights upper = upperTriangle.at(columns);
+        const int upperMask = _mm_movemask_ps(upper.inside);
+        if (upperMask == 15) {
+            storePixels(upper.q, upper.r, 15, out);
+            continue;
+        }
+        const Weights lower = lowerTriangle.at(columns);
+        const int mask = upperMask | _mm_movemask_ps(lower.inside);
         if (mask == 0) continue;
         const __m128 u = select(upper.inside, upper.q, _mm_add_ps(lower.q, lower.p));
         const __m128 v = select(upper.inside, upper.r, _mm_add_ps(lower.q, lower.r));
-        storeLanes(row, skewIndices(row, u, v), mask, target + static_cast<std::size_t>(x) * 4);
+        storePixels(u, v, mask, out);
     }
     plainKernels.skew(row, x, last, target);
 }
