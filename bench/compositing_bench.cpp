@@ -208,6 +208,35 @@ void compareBlit(benchmark::State& state, const Case& what) {
     race(state, contestants);
 }
 
+// A thousand tiles of a sheet, as a tile map draws them.
+void compareTiles(benchmark::State& state) {
+    Picture source = spriteLike();
+    const PlushImage sheet = source.image();
+    PixmanPicture peerSource(premultiplied(source.bytes)), peerTarget(opaque().bytes);
+    Picture target = opaque();
+    PlushImage image = target.image();
+    constexpr int side = 32;
+    const auto eachTile = [](const auto& draw) {
+        for (int i = 0; i < 1000; ++i)
+            draw(i * 7 % 29 * side, i * 5 % 16 * side, i % 28 * side + 5, i % 15 * side);
+    };
+    std::vector<Contestant> contestants{{"pixman", [&] {
+                                             eachTile([&](int sx, int sy, int x, int y) {
+                                                 pixman_image_composite32(PIXMAN_OP_OVER, peerSource.get(),
+                                                                          nullptr, peerTarget.get(), sx, sy,
+                                                                          0, 0, x, y, side, side);
+                                             });
+                                         }}};
+    for (const auto& [name, kernels] : kernelSets())
+        contestants.push_back({name, [&, kernels = kernels] {
+                                   useRowKernels(kernels);
+                                   eachTile([&](int sx, int sy, int x, int y) {
+                                       blitImageRect({image, sheet, sx, sy, side, side, x, y, true, 1});
+                                   });
+                               }});
+    race(state, contestants);
+}
+
 // The same blit with workers, beside one thread.
 void compareWorkers(benchmark::State& state) {
     Picture source = spriteLike();
@@ -267,6 +296,7 @@ int main(int argc, char** argv) {
     };
     for (const auto& [name, what] : cases)
         add(name, [what = what](benchmark::State& state) { compareBlit(state, what); });
+    add("tiles", compareTiles);
     add("skew", compareSkew);
     add("workers_sprite", compareWorkers);
     benchmark::RunSpecifiedBenchmarks();

@@ -36,6 +36,17 @@ Axis makeAxis(std::int32_t sourceStart, std::int32_t length, std::int32_t source
             static_cast<std::int32_t>(std::max<std::int64_t>(last, 0))};
 }
 
+ColumnMap columnsOf(const Axis& across, float scale) {
+    // Beyond this whole numbers are no longer all floats.
+    constexpr std::int32_t exactLimit = 1 << 24;
+    ColumnMap columns{across.first, across.last - across.first, across.sourceAt(across.first, scale), {}};
+    if (scale == 1 && across.sourceLength <= exactLimit) return columns;
+    columns.source.reserve(static_cast<std::size_t>(columns.count));
+    for (std::int32_t x = across.first; x < across.last; ++x)
+        columns.source.push_back(across.sourceAt(x, scale));
+    return columns;
+}
+
 }  // namespace
 
 void blitImageRect(const RectBlit& blit) {
@@ -45,12 +56,7 @@ void blitImageRect(const RectBlit& blit) {
     const Axis down =
         makeAxis(blit.sourceY, blit.height, blit.source.height, blit.y, blit.target.height, blit.scale);
     if (across.empty() || down.empty()) return;
-    ColumnMap columns;
-    columns.first = across.first;
-    columns.source.reserve(static_cast<std::size_t>(across.last - across.first));
-    for (std::int32_t x = across.first; x < across.last; ++x)
-        columns.source.push_back(across.sourceAt(x, blit.scale));
-    columns.settle();
+    const ColumnMap columns = columnsOf(across, blit.scale);
     for (std::int32_t y = down.first; y < down.last; ++y)
         drawMapped(blit.target, y, blit.source, down.sourceAt(y, blit.scale), columns, blit.blend);
 }

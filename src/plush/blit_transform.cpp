@@ -30,7 +30,8 @@ Box boxOn(const PlushImage& target, float left, float top, float right, float bo
             std::clamp(heldInt(std::ceil(bottom)), 0, target.height)};
 }
 
-void runBoxRows(const Box& box, const RowWork& work) {
+template <typename Work>
+void runBoxRows(const Box& box, const Work& work) {
     if (box.pixels() == 0) return;
     runRows(box.rows(), blitWorkers(box.rows(), box.pixels()),
             [&](std::int32_t first, std::int32_t last) { work(box.top + first, box.top + last); });
@@ -59,7 +60,7 @@ void blitUpright(const Blit& blit) {
         if (!(u > lowEnd && u < columnEnd)) break;
         columns.source.push_back(static_cast<std::int32_t>(std::round(u)));
     }
-    columns.settle();
+    columns.count = static_cast<std::int32_t>(columns.source.size());
     runBoxRows(box, [&](std::int32_t first, std::int32_t last) {
         for (std::int32_t row = first; row < last; ++row) {
             const float v = (static_cast<float>(row) - y) / blit.scale;

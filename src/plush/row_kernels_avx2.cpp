@@ -2,21 +2,19 @@
 
 #if defined(KELMORA_X86)
 
-#define KELMORA_AVX2 [[gnu::target("avx2")]]
-
 namespace kelmora {
 namespace {
 
-KELMORA_AVX2 __m256i load(const unsigned char* from) {
+[[gnu::target("avx2")]] __m256i load(const unsigned char* from) {
     return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
 }
 
-KELMORA_AVX2 void store(unsigned char* to, __m256i pixels) {
+[[gnu::target("avx2")]] void store(unsigned char* to, __m256i pixels) {
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), pixels);
 }
 
 // As the mix of four, on eight.
-KELMORA_AVX2 __m256i mixEight(__m256i target, __m256i source) {
+[[gnu::target("avx2")]] __m256i mixEight(__m256i target, __m256i source) {
     const __m256i lowBytes = _mm256_set1_epi16(0x00FF);
     const __m256i reciprocal = _mm256_set1_epi16(static_cast<short>(0x8081));
     const __m256i sourceRb = _mm256_and_si256(source, lowBytes);
@@ -37,11 +35,11 @@ KELMORA_AVX2 __m256i mixEight(__m256i target, __m256i source) {
     return _mm256_or_si256(rbOut, _mm256_andnot_si256(lowBytes, gaOut));
 }
 
-KELMORA_AVX2 bool alphasAre(__m256i pixels, __m256i value) {
+[[gnu::target("avx2")]] bool alphasAre(__m256i pixels, __m256i value) {
     return _mm256_movemask_ps(_mm256_castsi256_ps(_mm256_cmpeq_epi8(pixels, value))) == 255;
 }
 
-KELMORA_AVX2 void mixRow(unsigned char* target, const unsigned char* source, std::size_t count) {
+[[gnu::target("avx2")]] void mixRow(unsigned char* target, const unsigned char* source, std::size_t count) {
     const __m256i clear = _mm256_setzero_si256();
     const __m256i opaque = _mm256_set1_epi8(-1);
     for (; count >= 16; count -= 16, target += 64, source += 64) {
@@ -59,7 +57,7 @@ KELMORA_AVX2 void mixRow(unsigned char* target, const unsigned char* source, std
     sse2Kernels.mix(target, source, count);
 }
 
-KELMORA_AVX2 __m256i nearest(__m256 value) {
+[[gnu::target("avx2")]] __m256i nearest(__m256 value) {
     const __m256i whole = _mm256_cvttps_epi32(value);
     const __m256 fraction = _mm256_sub_ps(value, _mm256_cvtepi32_ps(whole));
     return _mm256_sub_epi32(whole,
@@ -67,7 +65,8 @@ KELMORA_AVX2 __m256i nearest(__m256 value) {
 }
 
 template <bool multiplies>
-KELMORA_AVX2 void turnedRun(const TurnedRow& row, std::int32_t first, unsigned char* out, std::size_t count) {
+[[gnu::target("avx2")]] void turnedRun(const TurnedRow& row, std::int32_t first, unsigned char* out,
+                                       std::size_t count) {
     const __m256 centre = _mm256_set1_ps(row.centre);
     const __m256 cosine = _mm256_set1_ps(row.cosine);
     const __m256 sine = _mm256_set1_ps(row.sine);
@@ -93,8 +92,8 @@ KELMORA_AVX2 void turnedRun(const TurnedRow& row, std::int32_t first, unsigned c
     }
 }
 
-KELMORA_AVX2 void turnedPixels(const TurnedRow& row, std::int32_t first, unsigned char* out,
-                               std::size_t count) {
+[[gnu::target("avx2")]] void turnedPixels(const TurnedRow& row, std::int32_t first, unsigned char* out,
+                                          std::size_t count) {
     const std::size_t whole = count & ~std::size_t{7};
     if (row.multiplies)
         turnedRun<true>(row, first, out, whole);

@@ -110,11 +110,4 @@ void shareRows(std::int32_t rows, std::int32_t workers, const RowWork& work) {
     if (rows > 0) pool.run({rows, (std::int64_t{rows} + workers - 1) / workers, work});
 }
 
-void runRows(std::int32_t rows, std::int32_t workers, const RowWork& work) {
-    if (workers > 1)
-        shareRows(rows, workers, work);
-    else
-        work(0, rows);
-}
-
 }  // namespace kelmora

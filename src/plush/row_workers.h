@@ -16,6 +16,12 @@ std::int32_t blitWorkers(std::int32_t rows, std::int64_t pixels);
 void shareRows(std::int32_t rows, std::int32_t workers, const RowWork& work);
 
 // All rows on the caller when `workers` is 1 or less, else shared.
-void runRows(std::int32_t rows, std::int32_t workers, const RowWork& work);
+template <typename Work>
+void runRows(std::int32_t rows, std::int32_t workers, const Work& work) {
+    if (workers > 1)
+        shareRows(rows, workers, std::cref(work));
+    else
+        work(0, rows);
+}
 
 }  // namespace kelmora

@@ -14,20 +14,14 @@ void gather(unsigned char* out, const unsigned char* row, const std::int32_t* co
 
 }  // namespace
 
-void ColumnMap::settle() {
-    consecutive = std::adjacent_find(source.begin(), source.end(), [](std::int32_t left, std::int32_t right) {
-                      return right != left + 1;
-                  }) == source.end();
-}
-
 void drawMapped(const PlushImage& target, std::int32_t targetRow, const PlushImage& source,
                 std::int32_t sourceRow, const ColumnMap& columns, bool blend) {
-    if (columns.source.empty()) return;
+    if (columns.count == 0) return;
     const bool ontoItself = target.pixels == source.pixels;
-    const std::size_t count = columns.source.size();
+    const std::size_t count = static_cast<std::size_t>(columns.count);
     unsigned char* out = pixelAt(target, columns.first, targetRow);
-    if (columns.consecutive) {
-        drawRun(out, pixelAt(source, columns.source.front(), sourceRow), count, blend, ontoItself);
+    if (columns.source.empty()) {
+        drawRun(out, pixelAt(source, columns.firstSource, sourceRow), count, blend, ontoItself);
         return;
     }
     const unsigned char* row = pixelAt(source, 0, sourceRow);
