@@ -76,22 +76,22 @@ void blitUpright(const Blit& blit) {
 template <typename Holds>
 std::int32_t firstWhere(std::int32_t low, std::int32_t high, float guess, Holds holds) {
     std::int32_t at = std::clamp(heldInt(guess), low, high);
-    std::int32_t step = 1;
+    std::int64_t step = 1;
     while (at < high && !holds(at)) {
         low = at + 1;
-        at = high - low >= step ? low + step - 1 : high;
+        at = static_cast<std::int32_t>(std::min<std::int64_t>(low + step - 1, high));
         step *= 2;
     }
     high = at;
     step = 1;
     while (low < high) {
-        at = high - std::min(step, high - low);
+        at = static_cast<std::int32_t>(std::max<std::int64_t>(high - step, low));
         if (holds(at)) {
             high = at;
             step *= 2;
         } else {
             low = at + 1;
-            step = std::max(1, (high - low) / 2);
+            step = std::max((high - low) / 2, 1);
         }
     }
     return high;

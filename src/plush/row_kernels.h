@@ -36,8 +36,8 @@ private:
 // Sides of the largest source that the vector kernels for turned and skewed rows can address.
 constexpr std::int32_t vectorSideLimit = 32767;
 
-// One target row of a triangle with the corners P, Q and R, of one sign of turn or the other. At column x the
-// weights are, in this order of arithmetic,
+// One target row of a triangle with the corners P, Q and R. At column x their weights are, in this order of
+// arithmetic,
 // q = inverse * ((x - px) * heightPR - offsetPR), p = inverse * ((qx - x) * aboveR - aboveQ * (rx - x)) and
 // r = 1 - p - q; the pixel is inside when none is below 0.
 struct TriangleRow {
@@ -51,7 +51,7 @@ struct TriangleRow {
     float aboveR;
 };
 
-// One target row of a skewed image, columns [first, last). The first triangle (top left, top right, bottom
+// One target row of a skewed image. The upper triangle (top left, top right, bottom
 // left) has the pixels on the shared edge.
 struct SkewRow {
     TriangleRow upper;
