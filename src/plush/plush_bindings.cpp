@@ -3,6 +3,7 @@
 #include <array>
 
 #include "platform/shim.h"
+#include "plush/compositing_bindings.h"
 #include "plush/live_images.h"
 #include "plush/pmg_file.h"
 #include "script/vesper_script.h"
@@ -152,11 +153,14 @@ PlushImage& weakImage(const BindingCall& call, std::size_t index, std::string_vi
 Variable makePlushModule() {
     return makeModule("Plush", {
                                    {"threads", setThreading},
+                                   {"skew", skewBinding},
                                    {"createImage", createImage},
                                    {"checkImage", checkImage},
                                    {"getPixel", getImagePixel},
                                    {"setPixel", setImagePixel},
                                    {"saveImage", saveImage},
+                                   {"blitImage", blitImageBinding},
+                                   {"blitImageRect", blitImageRectBinding},
                                    {"mirrorImage", mirrorImage},
                                    {"killImage", killImage},
                                    {"imageSize", imageSize},
