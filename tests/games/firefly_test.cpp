@@ -3,7 +3,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <map>
-#include <random>
 #include <sstream>
 
 #include "base/whole_file.h"
@@ -12,6 +11,7 @@
 #include "host/startup.h"
 #include "plush/live_images.h"
 #include "support/capture_host.h"
+#include "support/temporary_folder.h"
 
 namespace kelmora {
 namespace {
@@ -44,8 +44,7 @@ std::map<std::string, std::string> storedChecksums() {
 
 class Firefly : public testing::Test {
 protected:
-    Firefly()
-        : root_(fs::temp_directory_path() / ("kelmora_firefly_" + std::to_string(std::random_device{}()))) {
+    Firefly() {
         fs::create_directories(root_ / "bin");
         fs::create_directories(root_ / "shots");
         fs::copy(sourceDirectory / "games/firefly/Resources", root_ / "Resources",
@@ -59,10 +58,9 @@ protected:
     ~Firefly() override {
         for (const char* name : {"KELMORA_VIDEO", "KELMORA_INPUT", "KELMORA_SHOTS"}) unsetenv(name);
         while (!livePlushImages.empty()) killPlushImage(*livePlushImages.begin());
-        fs::remove_all(root_);
     }
 
-    fs::path root_;
+    TemporaryFolder root_;
     CaptureHost host_;
     Runtime runtime_{host_};
 };

@@ -9,6 +9,7 @@
 #include "platform/shim.h"
 #include "script/source_path.h"
 #include "support/capture_host.h"
+#include "support/temporary_folder.h"
 
 namespace kelmora {
 namespace {
@@ -31,15 +32,12 @@ TEST(Startup, SourceDirectoryIsWhatStandsBeforeTheLastSeparator) {
 // A game tree in a folder of its own, run by an engine that believes to stand in its bin folder.
 class GameTree : public testing::Test {
 protected:
-    GameTree() : root_(std::filesystem::temp_directory_path() / "kelmora game tree") {
-        std::filesystem::remove_all(root_);
+    GameTree() {
         for (const char* folder :
              {"bin", "Resources/scripts", "Resources/package/game", "Resources/volatile"})
             std::filesystem::create_directories(root_ / folder);
         runtime_.path = (root_ / "bin/").string();
     }
-    ~GameTree() override { std::filesystem::remove_all(root_); }
-
     void file(const std::string& name, const std::string& content) {
         ASSERT_TRUE(writeWholeFile((root_ / "Resources" / name).string(), content));
     }
@@ -56,7 +54,7 @@ protected:
         return "";
     }
 
-    std::filesystem::path root_;
+    TemporaryFolder root_;
     CaptureHost host_;
     Runtime runtime_{host_};
 };

@@ -7,21 +7,18 @@
 
 #include "base/whole_file.h"
 #include "plush/live_images.h"
+#include "support/temporary_folder.h"
 
 namespace kelmora {
 namespace {
-
-std::string temporaryPath(const char* name) {
-    return (std::filesystem::temp_directory_path() / name).string();
-}
 
 class PmgFile : public testing::Test {
 protected:
     ~PmgFile() override {
         while (!livePlushImages.empty()) killPlushImage(*livePlushImages.begin());
-        std::filesystem::remove(path_);
     }
-    const std::string path_ = temporaryPath("kelmora_pmg_test.pmg");
+    TemporaryFolder folder_;
+    const std::string path_ = (folder_ / "picture.pmg").string();
 };
 
 TEST_F(PmgFile, KeepsThePictureAndItsReflection) {
@@ -51,7 +48,7 @@ TEST_F(PmgFile, AnEmptyImageIsItsHeadersAlone) {
 
 TEST_F(PmgFile, RefusesWhatIsNoneOfIts) {
     const PlushImage empty;
-    EXPECT_FALSE(savePlushImage(&empty, temporaryPath("x.PMG").c_str()));
+    EXPECT_FALSE(savePlushImage(&empty, (folder_ / "x.PMG").string().c_str()));
     EXPECT_FALSE(savePlushImage(nullptr, path_.c_str()));
     PlushImage hollow;
     hollow.width = hollow.height = 1;

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -11,6 +10,7 @@
 #include "host/startup.h"
 #include "plush/live_images.h"
 #include "support/capture_host.h"
+#include "support/temporary_folder.h"
 
 // Runs every file of tests/scripts/. What a script is expected to do stands beside the line that does it:
 //     print(1 + 1)    @@ expect: 2
@@ -69,20 +69,14 @@ enum class Way { Text, Image, Direct, Game };
 
 // Stages a game whose start script is the source, and runs the boot script over it.
 void runAsGame(Runtime& runtime, const std::string& source) {
-    const auto root = std::filesystem::temp_directory_path() / ("kelmora_boot_" + std::to_string(::getpid()));
+    const TemporaryFolder root;
     for (const char* folder :
          {"bin", "Resources/scripts", "Resources/package", "Resources/volatile", "Libraries"})
         std::filesystem::create_directories(root / folder);
     writeWholeFile((root / "Resources/package/graphics.vs").string(), "graphicsRan = true\n");
     writeWholeFile((root / "Resources/scripts/visual-novel.vs").string(), source);
     runtime.path = (root / "bin/").string();
-    try {
-        runEmbeddedStartupScript(runtime, bootImage(), startupSourcePath(runtime));
-    } catch (...) {
-        std::filesystem::remove_all(root);
-        throw;
-    }
-    std::filesystem::remove_all(root);
+    runEmbeddedStartupScript(runtime, bootImage(), startupSourcePath(runtime));
 }
 
 Outcome runOnce(const std::string& source, const std::string& path, Way way) {

@@ -5,6 +5,7 @@
 
 #include "base/whole_file.h"
 #include "platform/shim.h"
+#include "support/temporary_folder.h"
 
 // The two executables as a person starts them: output, error text and exit code.
 namespace kelmora {
@@ -29,11 +30,9 @@ Outcome run(const std::string& command) {
 class Executables : public testing::Test {
 protected:
     Executables() {
-        fs::remove_all(root_);
         for (const char* folder : {"bin", "Resources/scripts", "Resources/package"})
             fs::create_directories(root_ / folder);
     }
-    ~Executables() override { fs::remove_all(root_); }
 
     std::string file(const std::string& name, const std::string& content) const {
         const std::string path = (root_ / name).string();
@@ -49,10 +48,7 @@ protected:
         return run("'" + (root_ / "bin/kelmora").string() + "'");
     }
 
-    // A blank in the name, as in many a player's folder.
-    const fs::path root_ =
-        fs::temp_directory_path() /
-        (std::string("kelmora tool ") + testing::UnitTest::GetInstance()->current_test_info()->name());
+    TemporaryFolder root_;
 };
 
 TEST_F(Executables, VesperRunsCompilesDumpsAndChecks) {
