@@ -14,6 +14,7 @@ public:
     void flush() override {}
     std::FILE* openProcess(const std::string&, const std::string&) override { return nullptr; }
     int closeProcess(std::FILE*) override { return -1; }
+    bool replaceFile(const std::string&, std::span<const unsigned char>) override { return false; }
 };
 
 // A source of a few thousand lines as games have them.

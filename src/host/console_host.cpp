@@ -20,6 +20,10 @@ std::FILE* ConsoleHost::openProcess(const std::string& command, const std::strin
     return vh_windows_popen(command.c_str(), mode.c_str());
 }
 
+bool ConsoleHost::replaceFile(const std::string& path, std::span<const unsigned char> content) {
+    return platform_replace_file(path.c_str(), content.data(), content.size());
+}
+
 int ConsoleHost::closeProcess(std::FILE* stream) {
     return vh_windows_pclose(stream);
 }

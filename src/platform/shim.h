@@ -94,6 +94,10 @@ bool windows_processor_name(char* buffer, unsigned size);
 // With its last separator.
 bool windows_temp_directory(char* buffer, unsigned size);
 
+// Replaces a file's content as a whole: written beside it, pushed to the disk, then renamed over it. A
+// failure on the way leaves the old file as it was.
+bool platform_replace_file(const char* path, const void* content, std::size_t size);
+
 bool platform_is_windows();
 bool platform_stdout_is_terminal();
 // The lowest address of the calling thread's stack, or 0 if unknown. Slow: ask once a thread.

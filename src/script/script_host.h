@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdio>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,8 @@ public:
     virtual void flush() = 0;
     // Null when the command cannot be started.
     virtual std::FILE* openProcess(const std::string& command, const std::string& mode) = 0;
+    // Replaces a file's content as a whole: a failure on the way leaves the old file as it was.
+    virtual bool replaceFile(const std::string& path, std::span<const unsigned char> content) = 0;
     // Waits for the process; its exit code.
     virtual int closeProcess(std::FILE* stream) = 0;
 };

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <string>
 
+#include "base/whole_file.h"
 #include "script/script_host.h"
 
 namespace kelmora {
@@ -14,6 +15,9 @@ public:
     void flush() override {}
     std::FILE* openProcess(const std::string&, const std::string&) override { return std::tmpfile(); }
     int closeProcess(std::FILE* stream) override { return std::fclose(stream); }
+    bool replaceFile(const std::string& path, std::span<const unsigned char> content) override {
+        return writeWholeFileBytes(path, content);
+    }
 
     std::string output;
 };

@@ -11,7 +11,8 @@ namespace kelmora {
 class TemporaryFolder {
 public:
     TemporaryFolder()
-        : path_(std::filesystem::temp_directory_path() / ("kelmora test " + std::to_string(std::random_device{}()))) {
+        : path_(std::filesystem::temp_directory_path() /
+                ("kelmora test " + std::to_string(std::random_device{}()))) {
         std::filesystem::create_directories(path_);
     }
     TemporaryFolder(const TemporaryFolder&) = delete;

@@ -102,17 +102,22 @@ function saveKeeper(name)
     Plush["saveImage"](folder + "/" + name, image)
 end
 
-@@ A round light: alpha falls off towards the rim, the colour goes from pale in the middle to yellow-green.
-function saveGlow(name, size)
+@@ A round light: alpha falls off towards the rim, and the colour goes from `pale` in the middle to `rim`.
+function saveGlow(name, size, pale, rim)
     local image = Plush["createImage"](size, size, 0, 0, 0, 0)
+    local inner = colourOf(pale, 1)
+    local outer = colourOf(rim, 1)
     local middle = size \ 2
     for y = 0, size - 1
         for x = 0, size - 1
             local far = math["sqrt"]((x - middle) * (x - middle) + (y - middle) * (y - middle)) / (middle + 0.7)
             if far < 1
-                local near = (1 - far) * (1 - far)
-                local alpha = math["min"](255, math["floor"](near * 300))
-                Plush["setPixel"](image, x, y, 190 + math["floor"](near * 64), 240 + math["floor"](near * 14), 90 + math["floor"](near * 140), alpha)
+                local near = math["min"](1, (1 - far) * (1 - far) * 1.3)
+                local ink = []
+                for i = 1, 3
+                    ink[i] = outer[i] + (inner[i] - outer[i]) * near
+                end
+                Plush["setPixel"](image, x, y, ink[1], ink[2], ink[3], 255 * near)
             end
         end
     end

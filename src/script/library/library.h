@@ -19,6 +19,7 @@ struct LibraryEntry {
 
 std::span<const LibraryEntry> coreLibrary();
 std::span<const LibraryEntry> containerLibrary();
+std::span<const LibraryEntry> stateLibrary();
 std::span<const LibraryEntry> stringLibrary();
 std::span<const LibraryEntry> tableLibrary();
 std::span<const LibraryEntry> mathLibrary();

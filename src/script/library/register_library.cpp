@@ -23,7 +23,7 @@ Variable packResults(std::vector<Variable> values) {
 
 VesperScript::VesperScript(ScriptHost& host) : host_(host), started_(std::chrono::steady_clock::now()) {
     stack_.markBase();
-    for (const auto entries : {coreLibrary(), containerLibrary()})
+    for (const auto entries : {coreLibrary(), stateLibrary(), containerLibrary()})
         for (const LibraryEntry& entry : entries)
             pushVariable(entry.name, createLibraryCallable(entry.function, entry.name));
     pushVariable("string", makeLibraryTable("string", stringLibrary()));

@@ -1,63 +1,104 @@
-@@ Fireflies: each wanders around its own place, and is drawn to a lantern that comes close.
+@@ The fireflies drift around their homes, each in its own time, until the keeper comes near.
 
-FIREFLIES = 7
+FLY_COUNT = 8
+REACH_X = 9
+REACH_Y = 8
+flies = []
+sparks = []
 
-function wakeFireflies()
-    @@ The same night every time.
-    math["randomseed"](1931)
-    flies = array()
-    local homes = [[42, 82], [70, 118], [112, 78], [146, 96], [190, 112], [218, 84], [178, 78]]
-    for home in homes
-        push(flies, {x = home[1] + 0.0, y = home[2] + 0.0, homeX = home[1], homeY = home[2], turn = math["random"](0, 628) / 100, pulse = math["random"](0, 99), awake = true, flash = 0})
-    end
-end
-
-function moveFirefly(fly)
-    fly["turn"] += (math["random"](0, 40) - 20) / 60
-    local pullX = (fly["homeX"] - fly["x"]) * 0.012
-    local pullY = (fly["homeY"] - fly["y"]) * 0.012
-    local towardX = lanternX() - fly["x"]
-    local towardY = lanternY() - fly["y"]
-    local far = math["sqrt"](towardX * towardX + towardY * towardY)
-    if far < 34
-        pullX = towardX / (far + 1) * 0.45
-        pullY = towardY / (far + 1) * 0.45
-    end
-    fly["x"] = Vesper["clamp"](fly["x"] + math["cos"](fly["turn"]) * 0.4 + pullX, 6, WIDE - 7)
-    fly["y"] = Vesper["clamp"](fly["y"] + math["sin"](fly["turn"]) * 0.3 + pullY, 60, HIGH - 8)
-    if far < 7
-        fly["awake"] = false
-        fly["flash"] = 12
-        caught += 1
-    end
-end
-
-function clearFireflies()
-    for fly in flies
-        if fly["shownX"] != not
-            drawGround(fly["shownX"] - 4, fly["shownY"] - 4, fly["shownX"] + 4, fly["shownY"] + 4)
-            fly["shownX"] = not
+@@ A new night has new homes: on open ground, apart from each other and from where the keeper starts.
+function scatterFlies(night)
+    math["randomseed"](4100 + night * 77)
+    flies = []
+    sparks = []
+    local tries = 0
+    while #flies < FLY_COUNT
+        tries += 1
+        local homeX = random(22, WIDE - 23)
+        local homeY = random(73, HIGH - 12)
+        if canStand(homeX, homeY) and (tries > 400 or isLonely(homeX, homeY))
+            push(flies, {homeX = homeX, homeY = homeY, phaseX = random() * 6.28, phaseY = random() * 6.28, pulse = random() * 6.28, pace = 0.8 + random() * 0.5, x = homeX, y = homeY, z = 9, shine = 0})
         end
     end
 end
 
-@@ In front of whatever stands farther up than the point below them on the ground.
-function drawFireflies()
-    for fly in flies
-        local x = math["floor"](fly["x"])
-        local y = math["floor"](fly["y"])
-        if fly["awake"]
-            local strength = 11 + math["floor"](math["sin"]((ticks + fly["pulse"]) * 0.09) * 5)
-            drawGlow(glow, x - 4, y - 4, y + 14, strength)
-            drawGlow(spark, x - 2, y - 2, y + 14, strength)
-        elseif fly["flash"] > 0
-            fly["flash"] -= 1
-            drawGlow(glow, x - 4, y - 4, HIGH, 16)
-            drawGlow(spark, x - 2, y - 2 - (12 - fly["flash"]) \ 3, HIGH, fly["flash"] + 4)
+function isLonely(homeX, homeY)
+    if math["abs"](homeX - START_X) < 26 and math["abs"](homeY - START_Y) < 20
+        return false
+    end
+    for i = 1, #flies
+        if math["abs"](flies[i]["homeX"] - homeX) < 24 and math["abs"](flies[i]["homeY"] - homeY) < 16
+            return false
         end
-        if fly["awake"] or fly["flash"] > 0
-            fly["shownX"] = x
-            fly["shownY"] = y
+    end
+    return true
+end
+
+function driftFlies(frame)
+    local sin = math["sin"]
+    for i = 1, #flies
+        local fly = flies[i]
+        local time = frame * fly["pace"]
+        fly["x"] = math["floor"](fly["homeX"] + sin(time * 0.045 + fly["phaseX"]) * 9 + sin(time * 0.11) * 2)
+        fly["y"] = math["floor"](fly["homeY"] + sin(time * 0.036 + fly["phaseY"]) * 5)
+        fly["z"] = math["floor"](9 + sin(time * 0.08 + fly["pulse"]) * 3)
+        fly["shine"] = 0.72 + sin(time * 0.13 + fly["pulse"]) * 0.28
+    end
+    driftSparks()
+end
+
+@@ How many came into reach. Each leaves a few sparks.
+function catchFlies()
+    local kept = []
+    local caughtNow = 0
+    for i = 1, #flies
+        local fly = flies[i]
+        if math["abs"](fly["x"] - keeperX) <= REACH_X and math["abs"](fly["y"] - keeperY) <= REACH_Y
+            caughtNow += 1
+            scatterSparks(fly["x"], fly["y"], fly["z"])
+        else
+            push(kept, fly)
         end
+    end
+    flies = kept
+    return caughtNow
+end
+
+function scatterSparks(fromX, fromY, fromZ)
+    for i = 1, 6
+        local angle = i * 1.047
+        push(sparks, {x = fromX, y = fromY, z = fromZ, goX = math["cos"](angle) * 0.9, goZ = 0.9 + math["sin"](angle) * 0.8, life = 20})
+    end
+end
+
+function driftSparks()
+    local alive = []
+    for i = 1, #sparks
+        local one = sparks[i]
+        one["x"] += one["goX"]
+        one["z"] += one["goZ"]
+        one["goZ"] -= 0.05
+        one["life"] -= 1
+        if one["life"] > 0
+            push(alive, one)
+        end
+    end
+    sparks = alive
+end
+
+@@ Those whose place is behind the keeper's row, or those before it.
+function drawFlies(behind)
+    for i = 1, #flies
+        local fly = flies[i]
+        if (fly["y"] < keeperY) == behind
+            drawSoft(glow, fly["x"] - 5, fly["y"] - fly["z"] - 5, fly["y"], fly["shine"])
+        end
+    end
+end
+
+function drawSparks()
+    for i = 1, #sparks
+        local one = sparks[i]
+        drawSoft(spark, math["floor"](one["x"]) - 2, math["floor"](one["y"] - one["z"]) - 2, one["y"] + 4, one["life"] / 20)
     end
 end

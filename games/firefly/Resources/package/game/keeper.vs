@@ -1,83 +1,82 @@
-@@ The keeper: where the feet are, which way the face looks, and the lantern.
+@@ The keeper: walks, stops at trunks and water, carries the light.
+
+STRIDE_X = 2
+STRIDE_Y = 1.4
+START_X = 130
+START_Y = 103
+steps = [1, 2, 1, 3]
 
 function placeKeeper()
-    keeperX = 150.0
-    keeperY = 122.0
-    keeperView = 3
+    keeperX = START_X
+    keeperY = START_Y
+    keeperFaces = "down"
     keeperStride = 0
-    caught = 0
 end
 
-@@ A step of up to a pixel and a bit; along a wall the free direction still counts.
-function walkKeeper(dx, dy)
-    local moved = false
-    if dx != 0 and not isBlocked(math["floor"](keeperX + dx * 1.25), math["floor"](keeperY))
-        keeperX += dx * 1.25
-        moved = true
+function canStand(footX, footY)
+    if footX < 6 or footX > WIDE - 7 or footY < 66 or footY > HIGH - 4
+        return false
     end
-    if dy != 0 and not isBlocked(math["floor"](keeperX), math["floor"](keeperY + dy))
-        keeperY += dy
-        moved = true
-    end
-    if dx > 0
-        keeperView = 1
-    elseif dx < 0
-        keeperView = 2
-    elseif dy > 0
-        keeperView = 3
-    elseif dy < 0
-        keeperView = 4
-    end
-    if moved
-        keeperStride += 1
-    else
-        keeperStride = 0
-    end
+    local p = math["floor"](footY) * WIDE + math["floor"](footX) + 1
+    return solid[p - 3] == 0 and solid[p + 3] == 0 and solid[p] == 0
 end
 
-function readSteps()
-    local dx = 0
-    local dy = 0
+function walkKeeper()
+    local goX = 0
+    local goY = 0
     if VESPER_KEY_LEFT
-        dx -= 1
+        goX -= STRIDE_X
     end
     if VESPER_KEY_RIGHT
-        dx += 1
+        goX += STRIDE_X
     end
     if VESPER_KEY_UP
-        dy -= 1
+        goY -= STRIDE_Y
     end
     if VESPER_KEY_DOWN
-        dy += 1
+        goY += STRIDE_Y
     end
-    walkKeeper(dx, dy)
-end
-
-@@ The lantern hangs on the side that the keeper looks to.
-function lanternX()
-    if keeperView == 2
-        return math["floor"](keeperX) - 6
+    if goX == 0 and goY == 0
+        keeperStride = 0
+        return not
     end
-    return math["floor"](keeperX) + 5
-end
-
-function lanternY()
-    return math["floor"](keeperY) - 8
-end
-
-function drawKeeper()
-    local step = 1
-    if keeperStride > 0
-        step = 2 + keeperStride \ 5 % 2
+    keeperStride += 1
+    if goX < 0
+        keeperFaces = "left"
+    elseif goX > 0
+        keeperFaces = "right"
+    elseif goY < 0
+        keeperFaces = "up"
+    else
+        keeperFaces = "down"
     end
-    local feet = math["floor"](keeperY)
-    drawSolid(keeperSteps[keeperView][step], math["floor"](keeperX) - 6, feet - KEEPER_HIGH + 1, feet)
-    local flicker = 11 + math["floor"](math["sin"](ticks * 0.37) * 2 + math["sin"](ticks * 0.23) * 2)
-    drawGlow(warmGlow, lanternX() - 4, lanternY() - 4, feet, flicker)
+    @@ Each way by itself, so that the keeper slides along what is in the way.
+    if goX != 0 and canStand(keeperX + goX, keeperY)
+        keeperX += goX
+    end
+    if goY != 0 and canStand(keeperX, keeperY + goY)
+        keeperY += goY
+    end
 end
 
-@@ The lantern's own light is the fireflies' in a warmer colour.
-warmGlow = array()
-for p in glow
-    push(warmGlow, [p[1], p[2], 255, p[4] - 40, p[5] \ 2, p[6]])
+function lightGround()
+    castLight(math["floor"](keeperX), math["floor"](keeperY) - 3, math["floor"](keeperY))
+end
+
+function drawKeeper(lanternShine)
+    local footX = math["floor"](keeperX)
+    local footY = math["floor"](keeperY)
+    local left = footX - 5
+    local lantern = left + 11
+    if keeperFaces == "left"
+        left = footX - 8
+        lantern = left + 1
+    elseif keeperFaces == "right"
+        lantern = left + 12
+    end
+    drawSoft(shadow, footX - 4, footY - 4, footY, 0.55)
+    drawSprite(keeperViews[keeperFaces][steps[keeperStride \ 4 % 4 + 1]], left, footY - 18, footY)
+    if lanternShine > 0
+        drawSoft(lanternGlow, lantern - 7, footY - 13, footY, lanternShine)
+    end
 end
