@@ -10,25 +10,35 @@
 #include "font/text_layout.h"
 #include "font/text_lines.h"
 #include "font/truetype_backend.h"
+#include "font/type1_backend.h"
 
 namespace kelmora {
 namespace {
 
 constexpr std::uint32_t trueTypeVersion = 0x00010000;
 constexpr std::uint32_t appleTrueType = 0x74727565;  // "true"
+constexpr std::uint8_t binaryType1 = 0x80;
+constexpr std::uint8_t textType1 = '%';
 
 float usableSize(float size) {
     return size > 1.0f ? size : 1.0f;
 }
 
+template <typename Backend>
+std::unique_ptr<FontBackend> tryBackend(const std::vector<std::uint8_t>& bytes) {
+    auto backend = std::make_unique<Backend>();
+    if (!backend->load(bytes)) return nullptr;
+    return backend;
+}
+
+bool isTrueType(const FontBytes& file) {
+    if (!file.has(0, 4)) return false;
+    return file.u32(0) == trueTypeVersion || file.u32(0) == appleTrueType;
+}
+
 std::unique_ptr<FontBackend> loadBackend(const std::vector<std::uint8_t>& bytes) {
-    const FontBytes file(bytes);
-    if (!file.has(0, 4)) return nullptr;
-    const std::uint32_t version = file.u32(0);
-    if (version == trueTypeVersion || version == appleTrueType) {
-        auto backend = std::make_unique<TrueTypeBackend>();
-        if (backend->load(bytes)) return backend;
-    }
+    if (isTrueType(FontBytes(bytes))) return tryBackend<TrueTypeBackend>(bytes);
+    if (bytes[0] == binaryType1 || bytes[0] == textType1) return tryBackend<Type1Backend>(bytes);
     return nullptr;
 }
 

@@ -8,7 +8,9 @@
 namespace kelmora {
 namespace {
 
-constexpr double flatDistance = 0.35;  // pixels
+// Pixels, of control points from the chord. A cubic's control points pull harder than a quadratic's.
+constexpr double flatDistance = 0.35;
+constexpr double flatCubicDistance = flatDistance * 2 / 3;
 constexpr int maximumDepth = 10;
 
 constexpr std::int32_t perPixel = 4;  // samples along each axis
@@ -266,7 +268,8 @@ void flatten_cubic_recursive(OutlineBuilder& builder, const Point& p0, const Poi
     const Point third{p0.x + (p3.x - p0.x) / 3, p0.y + (p3.y - p0.y) / 3};
     const Point twoThirds{p3.x - (p3.x - p0.x) / 3, p3.y - (p3.y - p0.y) / 3};
     const double distance = std::max(distanceSquared(control1, third), distanceSquared(control2, twoThirds));
-    if (depth >= maximumDepth || distance <= flatDistance * flatDistance) return builder.line_to(p3);
+    if (depth >= maximumDepth || distance <= flatCubicDistance * flatCubicDistance)
+        return builder.line_to(p3);
     const Point a = middle(p0, control1);
     const Point b = middle(control1, control2);
     const Point c = middle(control2, p3);
