@@ -18,7 +18,7 @@ struct Lookalike {
     std::uint32_t codepoint;
     std::uint32_t stands;
 };
-constexpr std::array<Lookalike, 12> lookalikes{{
+constexpr std::array<Lookalike, 14> lookalikes{{
     {0x00A0, 0x0020},
     {0x00AD, 0x002D},
     {0x021A, 0x0162},
@@ -26,6 +26,8 @@ constexpr std::array<Lookalike, 12> lookalikes{{
     {0x02C9, 0x00AF},
     {0x03BC, 0x00B5},
     {0x00B5, 0x03BC},
+    {0x0394, 0x2206},
+    {0x03A9, 0x2126},
     {0x2010, 0x002D},
     {0x2126, 0x03A9},
     {0x2206, 0x0394},
