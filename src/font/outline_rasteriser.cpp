@@ -107,6 +107,8 @@ private:
     void addCrossings(const CrossedRows& rows) {
         const Point a = rows.segment->start;
         const Point b = rows.segment->end;
+        const double across = b.x - a.x;
+        const double up = b.y - a.y;
         const Crossing direction = a.y < b.y ? 1 : 0;
         if (a.x == b.x) {
             const Crossing crossing = crossingAt(a.x, direction);
@@ -114,7 +116,7 @@ private:
             return;
         }
         for (std::int32_t j = rows.first; j <= rows.last; ++j) {
-            const double x = a.x + ((heightOf(j) - a.y) * (b.x - a.x)) / (b.y - a.y);
+            const double x = a.x + ((heightOf(j) - a.y) * across) / up;
             put(j, crossingAt(x, direction));
         }
     }
@@ -131,6 +133,7 @@ private:
     }
 
     static void sortFew(std::span<Crossing> crossings) {
+        if (crossings.size() < 2) return;
         if (crossings.size() > 32) return std::sort(crossings.begin(), crossings.end());
         for (std::size_t i = 1; i < crossings.size(); ++i) {
             const Crossing moved = crossings[i];
@@ -169,11 +172,12 @@ public:
     }
 
     void write(std::span<std::uint8_t> pixels) {
+        int* changes = changes_.data();
         int inside = 0;
-        for (std::size_t x = 0; x < pixels.size(); ++x) {
-            inside += changes_[x];
-            changes_[x] = 0;
-            pixels[x] = coverageOfSamples[static_cast<std::size_t>(inside)];
+        for (std::uint8_t& pixel : pixels) {
+            inside += *changes;
+            *changes++ = 0;
+            pixel = coverageOfSamples[static_cast<std::size_t>(inside)];
         }
     }
 
@@ -182,9 +186,10 @@ private:
 
     // All samples from `sample` to the end of the row.
     void addFrom(Crossing sample, int sign) {
-        const int missing = static_cast<int>(sample % perPixel);
-        changes_[sample / perPixel] += sign * (perPixel - missing);
-        changes_[sample / perPixel + 1] += sign * missing;
+        const int missing = sign * static_cast<int>(sample % perPixel);
+        int* change = changes_.data() + sample / perPixel;
+        change[0] += sign * perPixel - missing;
+        change[1] += missing;
     }
 
     std::vector<int> changes_;
