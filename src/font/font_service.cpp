@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <stdexcept>
+#include <utility>
 
 #include "base/whole_file.h"
 #include "font/font_bytes.h"
@@ -148,7 +149,7 @@ using namespace kelmora;
 void* vh_ttf_font_load(const char* path, float size) {
     if (!path) return nullptr;
     const auto bytes = readWholeFileBytes(path);
-    if (!bytes || bytes->size() > UINT32_MAX) return nullptr;
+    if (!bytes || !std::in_range<std::uint32_t>(bytes->size())) return nullptr;
     return vh_ttf_font_load_memory(bytes->data(), static_cast<std::uint32_t>(bytes->size()), size);
 }
 
