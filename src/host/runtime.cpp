@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "font/font_bindings.h"
 #include "platform/shim.h"
 #include "plush/plush_bindings.h"
 
@@ -31,6 +32,7 @@ void registerFunctions(Runtime& runtime) {
     if (vh_has_window() != 0) engine.pushVariable("Metal", makeMetalModule(runtime));
     engine.pushVariable("Sailfish", makeSailfishModule());
     engine.pushVariable("Vesper", makeVesperModule(runtime));
+    engine.pushVariable("Font", makeFontModule());
     engine.pushVariable("Plush", makePlushModule());
     registerGlobalHelpers(engine);
     publishEnvironmentGlobals(engine);

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "codec/png.h"
+#include "font/font_service.h"
 
 int vh_has_metal_window() {
     return 1;
@@ -64,6 +65,19 @@ unsigned char* vh_load_png(const char* path, int* width, int* height) {
 
 bool vh_save_png(const char* path, const unsigned char* pixels, int width, int height) {
     return path && pixels && vh::png::save_png_rgba8_file(path, pixels, width, height);
+}
+
+void* vh_font_load(const char* path, float size) {
+    return vh_ttf_font_load(path, size);
+}
+void vh_font_resize(void* font, float size) {
+    vh_ttf_font_resize(font, size);
+}
+kelmora::PlushImage* vh_font_render(void* font, const char* utf8, int r, int g, int b, double a) {
+    return vh_ttf_font_render(font, utf8, r, g, b, a);
+}
+void vh_font_free(void* font) {
+    vh_ttf_font_free(font);
 }
 
 void vh_sleep_ms(int milliseconds) {

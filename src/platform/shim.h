@@ -72,6 +72,13 @@ int vh_sailfish_left_orientation();
 unsigned char* vh_load_png(const char* path, int* width, int* height);
 bool vh_save_png(const char* path, const unsigned char* pixels, int width, int height);
 
+// Fonts. A handle is null when the file can't be used, and ended with vh_font_free; sizes are pixels to the
+// em. The picture of a text is a new record that the caller owns, or null for a null handle or text.
+void* vh_font_load(const char* path, float size);
+void vh_font_resize(void* font, float size);
+kelmora::PlushImage* vh_font_render(void* font, const char* utf8, int r, int g, int b, double a);
+void vh_font_free(void* font);
+
 // A value below 1 returns at once.
 void vh_sleep_ms(int milliseconds);
 

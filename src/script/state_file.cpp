@@ -28,12 +28,18 @@ public:
 
     bool passes(const Variable& value) {
         switch (value.type()) {
-            case VarType::Pointer: return false;
-            case VarType::Function: return passesFunction(value.function());
-            case VarType::Array: return passesItems(value, value.items());
-            case VarType::Multi: return passesItems(value, value.values());
-            case VarType::Table: return passesTable(value);
-            default: return true;
+            case VarType::Pointer:
+                return false;
+            case VarType::Function:
+                return passesFunction(value.function());
+            case VarType::Array:
+                return passesItems(value, value.items());
+            case VarType::Multi:
+                return passesItems(value, value.values());
+            case VarType::Table:
+                return passesTable(value);
+            default:
+                return true;
         }
     }
 
@@ -50,7 +56,8 @@ private:
     }
     bool passesItems(const Variable& container, const std::vector<Variable>& items) {
         if (!enter(container)) return false;
-        const bool all = std::all_of(items.begin(), items.end(), [this](const Variable& item) { return passes(item); });
+        const bool all =
+            std::all_of(items.begin(), items.end(), [this](const Variable& item) { return passes(item); });
         path_.pop_back();
         return all;
     }
@@ -58,9 +65,9 @@ private:
         if (!enter(container)) return false;
         const TableObject& table = container.table();
         const auto sorted = table.sortedKeys();
-        const bool all = std::all_of(sorted->keys.begin(), sorted->keys.end(), [&](const Ref<StringObject>& key) {
-            return passes(*table.find(TableKey(*key)));
-        });
+        const bool all =
+            std::all_of(sorted->keys.begin(), sorted->keys.end(),
+                        [&](const Ref<StringObject>& key) { return passes(*table.find(TableKey(*key))); });
         path_.pop_back();
         return all;
     }
@@ -132,11 +139,21 @@ private:
                 tag(ValueTag::Bool);
                 u8(held.boolValue() ? 1 : 0);
                 break;
-            case VarType::Array: items(ValueTag::Array, held.items()); break;
-            case VarType::Multi: items(ValueTag::Multi, held.values()); break;
-            case VarType::Table: table(held.table()); break;
-            case VarType::Function: function(held.function()); break;
-            default: tag(ValueTag::Nil); break;
+            case VarType::Array:
+                items(ValueTag::Array, held.items());
+                break;
+            case VarType::Multi:
+                items(ValueTag::Multi, held.values());
+                break;
+            case VarType::Table:
+                table(held.table());
+                break;
+            case VarType::Function:
+                function(held.function());
+                break;
+            default:
+                tag(ValueTag::Nil);
+                break;
         }
     }
     void items(ValueTag kind, const std::vector<Variable>& values) {
@@ -228,19 +245,28 @@ private:
     Variable value(int depth) {
         if (depth > maximumDepth) fail("container nesting too deep");
         switch (static_cast<ValueTag>(u8())) {
-            case ValueTag::Nil: return {};
-            case ValueTag::Int: return Variable::integer(static_cast<std::int32_t>(u32()));
-            case ValueTag::Float: return Variable::number(std::bit_cast<float>(u32()));
-            case ValueTag::String: return Variable::text(string());
+            case ValueTag::Nil:
+                return {};
+            case ValueTag::Int:
+                return Variable::integer(static_cast<std::int32_t>(u32()));
+            case ValueTag::Float:
+                return Variable::number(std::bit_cast<float>(u32()));
+            case ValueTag::String:
+                return Variable::text(string());
             case ValueTag::Raw: {
                 const std::string bytes = string();
                 return Variable::raw({bytes.begin(), bytes.end()});
             }
-            case ValueTag::Bool: return Variable::boolean(u8() != 0);
-            case ValueTag::Array: return Variable::array(items(depth));
-            case ValueTag::Multi: return Variable::makeMulti(items(depth));
-            case ValueTag::Table: return table(depth);
-            case ValueTag::Function: return function();
+            case ValueTag::Bool:
+                return Variable::boolean(u8() != 0);
+            case ValueTag::Array:
+                return Variable::array(items(depth));
+            case ValueTag::Multi:
+                return Variable::makeMulti(items(depth));
+            case ValueTag::Table:
+                return table(depth);
+            case ValueTag::Function:
+                return function();
         }
         fail("unknown value tag");
     }
@@ -269,7 +295,8 @@ private:
         callable.sourceDirectory = string();
         callable.sourcePath = string();
         if (version_ >= 2) readNestingLevel(callable);
-        for (std::uint32_t left = count(4); left > 0; --left) callable.parameters.push_back(internName(string()));
+        for (std::uint32_t left = count(4); left > 0; --left)
+            callable.parameters.push_back(internName(string()));
         std::span<const unsigned char> image;
         if (!reader_.readBytes(u32(), image)) fail("truncated");
         auto program = std::make_shared<BytecodeProgram>(
@@ -306,7 +333,9 @@ private:
 
 }  // namespace
 
-std::vector<unsigned char> exportState(VesperScript& script) { return StateWriter().write(script); }
+std::vector<unsigned char> exportState(VesperScript& script) {
+    return StateWriter().write(script);
+}
 
 void importState(VesperScript& script, std::span<const unsigned char> bytes, const std::string& sourceName) {
     StateReader(script, bytes, sourceName).apply();

@@ -17,7 +17,9 @@ using Bytes = std::vector<unsigned char>;
 class StateFile : public testing::Test {
 protected:
     Bytes sample() {
-        script_.runScript("a = [1, 2.5, 'x', true, not]\nt = {k = {v = 1}}\nfunction f(p)\n    nest 'here'\n    end\n    return p\nend\n");
+        script_.runScript(
+            "a = [1, 2.5, 'x', true, not]\nt = {k = {v = 1}}\nfunction f(p)\n    nest 'here'\n    end\n    "
+            "return p\nend\n");
         return exportState(script_);
     }
     std::string failure(const Bytes& bytes) {
@@ -91,7 +93,8 @@ TEST_F(StateFile, RefusesInItsWords) {
             append(bytes, 1);
         }
         bytes.push_back(0);
-        EXPECT_EQ(failure(bytes), depth == 256 ? "" : "Invalid state file (container nesting too deep): name");
+        EXPECT_EQ(failure(bytes),
+                  depth == 256 ? "" : "Invalid state file (container nesting too deep): name");
     }
 }
 

@@ -24,7 +24,8 @@ Variable importStateFunction(VesperScript& script, Arguments arguments) {
     if (source.isRaw()) {
         const Variable kept = source;  // the import may overwrite the global that held it
         const std::vector<char>& bytes = kept.rawBytes();
-        importState(script, {reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()}, "<raw-state>");
+        importState(script, {reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()},
+                    "<raw-state>");
         return Variable::boolean(true);
     }
     const std::string path = script.resolvePath(source.text());
@@ -34,10 +35,13 @@ Variable importStateFunction(VesperScript& script, Arguments arguments) {
     return Variable::boolean(true);
 }
 
-constexpr LibraryEntry entries[] = {{"exportState", exportStateFunction}, {"importState", importStateFunction}};
+constexpr LibraryEntry entries[] = {{"exportState", exportStateFunction},
+                                    {"importState", importStateFunction}};
 
 }  // namespace
 
-std::span<const LibraryEntry> stateLibrary() { return entries; }
+std::span<const LibraryEntry> stateLibrary() {
+    return entries;
+}
 
 }  // namespace kelmora

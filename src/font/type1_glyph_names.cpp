@@ -1,0 +1,280 @@
+#include "font/type1_glyph_names.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace kelmora {
+namespace {
+
+struct GlyphName {
+    std::string_view name;
+    std::uint16_t codepoint;
+};
+
+// clang-format off
+// Ascending by name.
+constexpr std::array<GlyphName, 920> glyphNames{{
+    {"A", 0x0041}, {"AE", 0x00C6}, {"AEacute", 0x01FC}, {"Aacute", 0x00C1}, {"Abreve", 0x0102},
+    {"Acircumflex", 0x00C2}, {"Adieresis", 0x00C4}, {"Agrave", 0x00C0}, {"Alpha", 0x0391},
+    {"Alphatonos", 0x0386}, {"Amacron", 0x0100}, {"Aogonek", 0x0104}, {"Aring", 0x00C5},
+    {"Aringacute", 0x01FA}, {"Atilde", 0x00C3}, {"B", 0x0042}, {"Beta", 0x0392}, {"C", 0x0043},
+    {"Cacute", 0x0106}, {"Ccaron", 0x010C}, {"Ccedilla", 0x00C7}, {"Ccircumflex", 0x0108},
+    {"Cdotaccent", 0x010A}, {"Chi", 0x03A7}, {"D", 0x0044}, {"Dcaron", 0x010E}, {"Dcroat", 0x0110},
+    {"Delta", 0x2206}, {"E", 0x0045}, {"Eacute", 0x00C9}, {"Ebreve", 0x0114}, {"Ecaron", 0x011A},
+    {"Ecircumflex", 0x00CA}, {"Edieresis", 0x00CB}, {"Edotaccent", 0x0116}, {"Egrave", 0x00C8},
+    {"Emacron", 0x0112}, {"Eng", 0x014A}, {"Eogonek", 0x0118}, {"Epsilon", 0x0395}, {"Epsilontonos", 0x0388},
+    {"Eta", 0x0397}, {"Etatonos", 0x0389}, {"Eth", 0x00D0}, {"Euro", 0x20AC}, {"F", 0x0046}, {"G", 0x0047},
+    {"Gamma", 0x0393}, {"Gbreve", 0x011E}, {"Gcaron", 0x01E6}, {"Gcircumflex", 0x011C},
+    {"Gcommaaccent", 0x0122}, {"Gdotaccent", 0x0120}, {"H", 0x0048}, {"H18533", 0x25CF}, {"H18543", 0x25AA},
+    {"H18551", 0x25AB}, {"Hbar", 0x0126}, {"Hcircumflex", 0x0124}, {"I", 0x0049}, {"IJ", 0x0132},
+    {"Iacute", 0x00CD}, {"Ibreve", 0x012C}, {"Icircumflex", 0x00CE}, {"Idieresis", 0x00CF},
+    {"Idotaccent", 0x0130}, {"Ifraktur", 0x2111}, {"Igrave", 0x00CC}, {"Imacron", 0x012A},
+    {"Iogonek", 0x012E}, {"Iota", 0x0399}, {"Iotadieresis", 0x03AA}, {"Iotatonos", 0x038A},
+    {"Itilde", 0x0128}, {"J", 0x004A}, {"Jcircumflex", 0x0134}, {"K", 0x004B}, {"Kappa", 0x039A},
+    {"Kcommaaccent", 0x0136}, {"L", 0x004C}, {"Lacute", 0x0139}, {"Lambda", 0x039B}, {"Lcaron", 0x013D},
+    {"Lcommaaccent", 0x013B}, {"Ldot", 0x013F}, {"Lslash", 0x0141}, {"M", 0x004D}, {"Mu", 0x039C},
+    {"N", 0x004E}, {"Nacute", 0x0143}, {"Ncaron", 0x0147}, {"Ncommaaccent", 0x0145}, {"Ntilde", 0x00D1},
+    {"Nu", 0x039D}, {"O", 0x004F}, {"OE", 0x0152}, {"Oacute", 0x00D3}, {"Obreve", 0x014E},
+    {"Ocircumflex", 0x00D4}, {"Odieresis", 0x00D6}, {"Ograve", 0x00D2}, {"Ohungarumlaut", 0x0150},
+    {"Omacron", 0x014C}, {"Omega", 0x2126}, {"Omegatonos", 0x038F}, {"Omicron", 0x039F},
+    {"Omicrontonos", 0x038C}, {"Oslash", 0x00D8}, {"Oslashacute", 0x01FE}, {"Otilde", 0x00D5}, {"P", 0x0050},
+    {"Phi", 0x03A6}, {"Pi", 0x03A0}, {"Psi", 0x03A8}, {"Q", 0x0051}, {"R", 0x0052}, {"Racute", 0x0154},
+    {"Rcaron", 0x0158}, {"Rcommaaccent", 0x0156}, {"Rfraktur", 0x211C}, {"Rho", 0x03A1}, {"S", 0x0053},
+    {"SF010000", 0x250C}, {"SF020000", 0x2514}, {"SF030000", 0x2510}, {"SF040000", 0x2518},
+    {"SF050000", 0x253C}, {"SF060000", 0x252C}, {"SF070000", 0x2534}, {"SF080000", 0x251C},
+    {"SF090000", 0x2524}, {"SF100000", 0x2500}, {"SF110000", 0x2502}, {"SF190000", 0x2561},
+    {"SF200000", 0x2562}, {"SF210000", 0x2556}, {"SF220000", 0x2555}, {"SF230000", 0x2563},
+    {"SF240000", 0x2551}, {"SF250000", 0x2557}, {"SF260000", 0x255D}, {"SF270000", 0x255C},
+    {"SF280000", 0x255B}, {"SF360000", 0x255E}, {"SF370000", 0x255F}, {"SF380000", 0x255A},
+    {"SF390000", 0x2554}, {"SF400000", 0x2569}, {"SF410000", 0x2566}, {"SF420000", 0x2560},
+    {"SF430000", 0x2550}, {"SF440000", 0x256C}, {"SF450000", 0x2567}, {"SF460000", 0x2568},
+    {"SF470000", 0x2564}, {"SF480000", 0x2565}, {"SF490000", 0x2559}, {"SF500000", 0x2558},
+    {"SF510000", 0x2552}, {"SF520000", 0x2553}, {"SF530000", 0x256B}, {"SF540000", 0x256A},
+    {"Sacute", 0x015A}, {"Scaron", 0x0160}, {"Scedilla", 0x015E}, {"Scircumflex", 0x015C},
+    {"Scommaaccent", 0x0218}, {"Sigma", 0x03A3}, {"T", 0x0054}, {"Tau", 0x03A4}, {"Tbar", 0x0166},
+    {"Tcaron", 0x0164}, {"Tcommaaccent", 0x0162}, {"Theta", 0x0398}, {"Thorn", 0x00DE}, {"U", 0x0055},
+    {"Uacute", 0x00DA}, {"Ubreve", 0x016C}, {"Ucircumflex", 0x00DB}, {"Udieresis", 0x00DC},
+    {"Ugrave", 0x00D9}, {"Uhungarumlaut", 0x0170}, {"Umacron", 0x016A}, {"Uogonek", 0x0172},
+    {"Upsilon", 0x03A5}, {"Upsilon1", 0x03D2}, {"Upsilondieresis", 0x03AB}, {"Upsilontonos", 0x038E},
+    {"Uring", 0x016E}, {"Utilde", 0x0168}, {"V", 0x0056}, {"W", 0x0057}, {"Wacute", 0x1E82},
+    {"Wcircumflex", 0x0174}, {"Wdieresis", 0x1E84}, {"Wgrave", 0x1E80}, {"X", 0x0058}, {"Xi", 0x039E},
+    {"Y", 0x0059}, {"Yacute", 0x00DD}, {"Ycircumflex", 0x0176}, {"Ydieresis", 0x0178}, {"Ygrave", 0x1EF2},
+    {"Z", 0x005A}, {"Zacute", 0x0179}, {"Zcaron", 0x017D}, {"Zdotaccent", 0x017B}, {"Zeta", 0x0396},
+    {"a", 0x0061}, {"a1", 0x2701}, {"a10", 0x2721}, {"a100", 0x275E}, {"a101", 0x2761}, {"a102", 0x2762},
+    {"a103", 0x2763}, {"a104", 0x2764}, {"a105", 0x2710}, {"a106", 0x2765}, {"a107", 0x2766},
+    {"a108", 0x2767}, {"a109", 0x2660}, {"a11", 0x261B}, {"a110", 0x2665}, {"a111", 0x2666}, {"a112", 0x2663},
+    {"a117", 0x2709}, {"a118", 0x2708}, {"a119", 0x2707}, {"a12", 0x261E}, {"a120", 0x2460}, {"a121", 0x2461},
+    {"a122", 0x2462}, {"a123", 0x2463}, {"a124", 0x2464}, {"a125", 0x2465}, {"a126", 0x2466},
+    {"a127", 0x2467}, {"a128", 0x2468}, {"a129", 0x2469}, {"a13", 0x270C}, {"a130", 0x2776}, {"a131", 0x2777},
+    {"a132", 0x2778}, {"a133", 0x2779}, {"a134", 0x277A}, {"a135", 0x277B}, {"a136", 0x277C},
+    {"a137", 0x277D}, {"a138", 0x277E}, {"a139", 0x277F}, {"a14", 0x270D}, {"a140", 0x2780}, {"a141", 0x2781},
+    {"a142", 0x2782}, {"a143", 0x2783}, {"a144", 0x2784}, {"a145", 0x2785}, {"a146", 0x2786},
+    {"a147", 0x2787}, {"a148", 0x2788}, {"a149", 0x2789}, {"a15", 0x270E}, {"a150", 0x278A}, {"a151", 0x278B},
+    {"a152", 0x278C}, {"a153", 0x278D}, {"a154", 0x278E}, {"a155", 0x278F}, {"a156", 0x2790},
+    {"a157", 0x2791}, {"a158", 0x2792}, {"a159", 0x2793}, {"a16", 0x270F}, {"a160", 0x2794}, {"a161", 0x2192},
+    {"a162", 0x27A3}, {"a163", 0x2194}, {"a164", 0x2195}, {"a165", 0x2799}, {"a166", 0x279B},
+    {"a167", 0x279C}, {"a168", 0x279D}, {"a169", 0x279E}, {"a17", 0x2711}, {"a170", 0x279F}, {"a171", 0x27A0},
+    {"a172", 0x27A1}, {"a173", 0x27A2}, {"a174", 0x27A4}, {"a175", 0x27A5}, {"a176", 0x27A6},
+    {"a177", 0x27A7}, {"a178", 0x27A8}, {"a179", 0x27A9}, {"a18", 0x2712}, {"a180", 0x27AB}, {"a181", 0x27AD},
+    {"a182", 0x27AF}, {"a183", 0x27B2}, {"a184", 0x27B3}, {"a185", 0x27B5}, {"a186", 0x27B8},
+    {"a187", 0x27BA}, {"a188", 0x27BB}, {"a189", 0x27BC}, {"a19", 0x2713}, {"a190", 0x27BD}, {"a191", 0x27BE},
+    {"a192", 0x279A}, {"a193", 0x27AA}, {"a194", 0x27B6}, {"a195", 0x27B9}, {"a196", 0x2798},
+    {"a197", 0x27B4}, {"a198", 0x27B7}, {"a199", 0x27AC}, {"a2", 0x2702}, {"a20", 0x2714}, {"a200", 0x27AE},
+    {"a201", 0x27B1}, {"a202", 0x2703}, {"a203", 0x2750}, {"a204", 0x2752}, {"a205", 0x276E},
+    {"a206", 0x2770}, {"a21", 0x2715}, {"a22", 0x2716}, {"a23", 0x2717}, {"a24", 0x2718}, {"a25", 0x2719},
+    {"a26", 0x271A}, {"a27", 0x271B}, {"a28", 0x271C}, {"a29", 0x2722}, {"a3", 0x2704}, {"a30", 0x2723},
+    {"a31", 0x2724}, {"a32", 0x2725}, {"a33", 0x2726}, {"a34", 0x2727}, {"a35", 0x2605}, {"a36", 0x2729},
+    {"a37", 0x272A}, {"a38", 0x272B}, {"a39", 0x272C}, {"a4", 0x260E}, {"a40", 0x272D}, {"a41", 0x272E},
+    {"a42", 0x272F}, {"a43", 0x2730}, {"a44", 0x2731}, {"a45", 0x2732}, {"a46", 0x2733}, {"a47", 0x2734},
+    {"a48", 0x2735}, {"a49", 0x2736}, {"a5", 0x2706}, {"a50", 0x2737}, {"a51", 0x2738}, {"a52", 0x2739},
+    {"a53", 0x273A}, {"a54", 0x273B}, {"a55", 0x273C}, {"a56", 0x273D}, {"a57", 0x273E}, {"a58", 0x273F},
+    {"a59", 0x2740}, {"a6", 0x271D}, {"a60", 0x2741}, {"a61", 0x2742}, {"a62", 0x2743}, {"a63", 0x2744},
+    {"a64", 0x2745}, {"a65", 0x2746}, {"a66", 0x2747}, {"a67", 0x2748}, {"a68", 0x2749}, {"a69", 0x274A},
+    {"a7", 0x271E}, {"a70", 0x274B}, {"a71", 0x25CF}, {"a72", 0x274D}, {"a73", 0x25A0}, {"a74", 0x274F},
+    {"a75", 0x2751}, {"a76", 0x25B2}, {"a77", 0x25BC}, {"a78", 0x25C6}, {"a79", 0x2756}, {"a8", 0x271F},
+    {"a81", 0x25D7}, {"a82", 0x2758}, {"a83", 0x2759}, {"a84", 0x275A}, {"a85", 0x276F}, {"a86", 0x2771},
+    {"a87", 0x2772}, {"a88", 0x2773}, {"a89", 0x2768}, {"a9", 0x2720}, {"a90", 0x2769}, {"a91", 0x276C},
+    {"a92", 0x276D}, {"a93", 0x276A}, {"a94", 0x276B}, {"a95", 0x2774}, {"a96", 0x2775}, {"a97", 0x275B},
+    {"a98", 0x275C}, {"a99", 0x275D}, {"aacute", 0x00E1}, {"abreve", 0x0103}, {"acircumflex", 0x00E2},
+    {"acute", 0x00B4}, {"adieresis", 0x00E4}, {"ae", 0x00E6}, {"aeacute", 0x01FD}, {"afii00208", 0x2015},
+    {"afii10017", 0x0410}, {"afii10018", 0x0411}, {"afii10019", 0x0412}, {"afii10020", 0x0413},
+    {"afii10021", 0x0414}, {"afii10022", 0x0415}, {"afii10023", 0x0401}, {"afii10024", 0x0416},
+    {"afii10025", 0x0417}, {"afii10026", 0x0418}, {"afii10027", 0x0419}, {"afii10028", 0x041A},
+    {"afii10029", 0x041B}, {"afii10030", 0x041C}, {"afii10031", 0x041D}, {"afii10032", 0x041E},
+    {"afii10033", 0x041F}, {"afii10034", 0x0420}, {"afii10035", 0x0421}, {"afii10036", 0x0422},
+    {"afii10037", 0x0423}, {"afii10038", 0x0424}, {"afii10039", 0x0425}, {"afii10040", 0x0426},
+    {"afii10041", 0x0427}, {"afii10042", 0x0428}, {"afii10043", 0x0429}, {"afii10044", 0x042A},
+    {"afii10045", 0x042B}, {"afii10046", 0x042C}, {"afii10047", 0x042D}, {"afii10048", 0x042E},
+    {"afii10049", 0x042F}, {"afii10050", 0x0490}, {"afii10051", 0x0402}, {"afii10052", 0x0403},
+    {"afii10053", 0x0404}, {"afii10054", 0x0405}, {"afii10055", 0x0406}, {"afii10056", 0x0407},
+    {"afii10057", 0x0408}, {"afii10058", 0x0409}, {"afii10059", 0x040A}, {"afii10060", 0x040B},
+    {"afii10061", 0x040C}, {"afii10062", 0x040E}, {"afii10065", 0x0430}, {"afii10066", 0x0431},
+    {"afii10067", 0x0432}, {"afii10068", 0x0433}, {"afii10069", 0x0434}, {"afii10070", 0x0435},
+    {"afii10071", 0x0451}, {"afii10072", 0x0436}, {"afii10073", 0x0437}, {"afii10074", 0x0438},
+    {"afii10075", 0x0439}, {"afii10076", 0x043A}, {"afii10077", 0x043B}, {"afii10078", 0x043C},
+    {"afii10079", 0x043D}, {"afii10080", 0x043E}, {"afii10081", 0x043F}, {"afii10082", 0x0440},
+    {"afii10083", 0x0441}, {"afii10084", 0x0442}, {"afii10085", 0x0443}, {"afii10086", 0x0444},
+    {"afii10087", 0x0445}, {"afii10088", 0x0446}, {"afii10089", 0x0447}, {"afii10090", 0x0448},
+    {"afii10091", 0x0449}, {"afii10092", 0x044A}, {"afii10093", 0x044B}, {"afii10094", 0x044C},
+    {"afii10095", 0x044D}, {"afii10096", 0x044E}, {"afii10097", 0x044F}, {"afii10098", 0x0491},
+    {"afii10099", 0x0452}, {"afii10100", 0x0453}, {"afii10101", 0x0454}, {"afii10102", 0x0455},
+    {"afii10103", 0x0456}, {"afii10104", 0x0457}, {"afii10105", 0x0458}, {"afii10106", 0x0459},
+    {"afii10107", 0x045A}, {"afii10108", 0x045B}, {"afii10109", 0x045C}, {"afii10110", 0x045E},
+    {"afii10145", 0x040F}, {"afii10193", 0x045F}, {"afii10846", 0x04D9}, {"afii61248", 0x2105},
+    {"afii61289", 0x2113}, {"afii61352", 0x2116}, {"agrave", 0x00E0}, {"aleph", 0x2135}, {"alpha", 0x03B1},
+    {"alphatonos", 0x03AC}, {"amacron", 0x0101}, {"ampersand", 0x0026}, {"angle", 0x2220},
+    {"angleleft", 0x2329}, {"angleright", 0x232A}, {"aogonek", 0x0105}, {"approxequal", 0x2248},
+    {"aring", 0x00E5}, {"aringacute", 0x01FB}, {"arrowboth", 0x2194}, {"arrowdblboth", 0x21D4},
+    {"arrowdbldown", 0x21D3}, {"arrowdblleft", 0x21D0}, {"arrowdblright", 0x21D2}, {"arrowdblup", 0x21D1},
+    {"arrowdown", 0x2193}, {"arrowhorizex", 0x23AF}, {"arrowleft", 0x2190}, {"arrowright", 0x2192},
+    {"arrowup", 0x2191}, {"arrowupdn", 0x2195}, {"arrowupdnbse", 0x21A8}, {"arrowvertex", 0x23D0},
+    {"asciicircum", 0x005E}, {"asciitilde", 0x007E}, {"asterisk", 0x002A}, {"asteriskmath", 0x2217},
+    {"at", 0x0040}, {"atilde", 0x00E3}, {"b", 0x0062}, {"backslash", 0x005C}, {"bar", 0x007C},
+    {"beta", 0x03B2}, {"block", 0x2588}, {"braceex", 0x23AA}, {"braceleft", 0x007B}, {"braceleftbt", 0x23A9},
+    {"braceleftmid", 0x23A8}, {"bracelefttp", 0x23A7}, {"braceright", 0x007D}, {"bracerightbt", 0x23AD},
+    {"bracerightmid", 0x23AC}, {"bracerighttp", 0x23AB}, {"bracketleft", 0x005B}, {"bracketleftbt", 0x23A3},
+    {"bracketleftex", 0x23A2}, {"bracketlefttp", 0x23A1}, {"bracketright", 0x005D},
+    {"bracketrightbt", 0x23A6}, {"bracketrightex", 0x23A5}, {"bracketrighttp", 0x23A4}, {"breve", 0x02D8},
+    {"brokenbar", 0x00A6}, {"bullet", 0x2022}, {"c", 0x0063}, {"cacute", 0x0107}, {"caron", 0x02C7},
+    {"carriagereturn", 0x21B5}, {"ccaron", 0x010D}, {"ccedilla", 0x00E7}, {"ccircumflex", 0x0109},
+    {"cdotaccent", 0x010B}, {"cedilla", 0x00B8}, {"cent", 0x00A2}, {"chi", 0x03C7}, {"circle", 0x25CB},
+    {"circlemultiply", 0x2297}, {"circleplus", 0x2295}, {"circumflex", 0x02C6}, {"club", 0x2663},
+    {"colon", 0x003A}, {"comma", 0x002C}, {"congruent", 0x2245}, {"copyright", 0x00A9}, {"currency", 0x00A4},
+    {"d", 0x0064}, {"dagger", 0x2020}, {"daggerdbl", 0x2021}, {"dcaron", 0x010F}, {"dcroat", 0x0111},
+    {"degree", 0x00B0}, {"delta", 0x03B4}, {"diamond", 0x2666}, {"dieresis", 0x00A8},
+    {"dieresistonos", 0x0385}, {"divide", 0x00F7}, {"dkshade", 0x2593}, {"dnblock", 0x2584},
+    {"dollar", 0x0024}, {"dotaccent", 0x02D9}, {"dotlessi", 0x0131}, {"dotmath", 0x22C5}, {"e", 0x0065},
+    {"eacute", 0x00E9}, {"ebreve", 0x0115}, {"ecaron", 0x011B}, {"ecircumflex", 0x00EA},
+    {"edieresis", 0x00EB}, {"edotaccent", 0x0117}, {"egrave", 0x00E8}, {"eight", 0x0038},
+    {"eightsuperior", 0x2078}, {"element", 0x2208}, {"ellipsis", 0x2026}, {"emacron", 0x0113},
+    {"emdash", 0x2014}, {"emptyset", 0x2205}, {"endash", 0x2013}, {"eng", 0x014B}, {"eogonek", 0x0119},
+    {"epsilon", 0x03B5}, {"epsilontonos", 0x03AD}, {"equal", 0x003D}, {"equivalence", 0x2261},
+    {"estimated", 0x212E}, {"eta", 0x03B7}, {"etatonos", 0x03AE}, {"eth", 0x00F0}, {"exclam", 0x0021},
+    {"exclamdbl", 0x203C}, {"exclamdown", 0x00A1}, {"existential", 0x2203}, {"f", 0x0066}, {"female", 0x2640},
+    {"ff", 0xFB00}, {"ffi", 0xFB03}, {"ffl", 0xFB04}, {"fi", 0xFB01}, {"filledbox", 0x25A0},
+    {"filledrect", 0x25AC}, {"five", 0x0035}, {"fiveeighths", 0x215D}, {"fivesuperior", 0x2075},
+    {"fl", 0xFB02}, {"florin", 0x0192}, {"four", 0x0034}, {"foursuperior", 0x2074}, {"fraction", 0x2044},
+    {"franc", 0x20A3}, {"g", 0x0067}, {"gamma", 0x03B3}, {"gbreve", 0x011F}, {"gcaron", 0x01E7},
+    {"gcircumflex", 0x011D}, {"gcommaaccent", 0x0123}, {"gdotaccent", 0x0121}, {"germandbls", 0x00DF},
+    {"gradient", 0x2207}, {"grave", 0x0060}, {"greater", 0x003E}, {"greaterequal", 0x2265},
+    {"guillemotleft", 0x00AB}, {"guillemotright", 0x00BB}, {"guilsinglleft", 0x2039},
+    {"guilsinglright", 0x203A}, {"h", 0x0068}, {"hbar", 0x0127}, {"hcircumflex", 0x0125}, {"heart", 0x2665},
+    {"house", 0x2302}, {"hungarumlaut", 0x02DD}, {"hyphen", 0x002D}, {"i", 0x0069}, {"iacute", 0x00ED},
+    {"ibreve", 0x012D}, {"icircumflex", 0x00EE}, {"idieresis", 0x00EF}, {"igrave", 0x00EC}, {"ij", 0x0133},
+    {"imacron", 0x012B}, {"infinity", 0x221E}, {"integral", 0x222B}, {"integralbt", 0x2321},
+    {"integralex", 0x23AE}, {"integraltp", 0x2320}, {"intersection", 0x2229}, {"invbullet", 0x25D8},
+    {"invcircle", 0x25D9}, {"invsmileface", 0x263B}, {"iogonek", 0x012F}, {"iota", 0x03B9},
+    {"iotadieresis", 0x03CA}, {"iotadieresistonos", 0x0390}, {"iotatonos", 0x03AF}, {"itilde", 0x0129},
+    {"j", 0x006A}, {"jcircumflex", 0x0135}, {"k", 0x006B}, {"kappa", 0x03BA}, {"kcommaaccent", 0x0137},
+    {"kgreenlandic", 0x0138}, {"l", 0x006C}, {"lacute", 0x013A}, {"lambda", 0x03BB}, {"lcaron", 0x013E},
+    {"lcommaaccent", 0x013C}, {"ldot", 0x0140}, {"less", 0x003C}, {"lessequal", 0x2264}, {"lfblock", 0x258C},
+    {"lira", 0x20A4}, {"logicaland", 0x2227}, {"logicalnot", 0x00AC}, {"logicalor", 0x2228},
+    {"longs", 0x017F}, {"lozenge", 0x25CA}, {"lslash", 0x0142}, {"ltshade", 0x2591}, {"m", 0x006D},
+    {"macron", 0x00AF}, {"male", 0x2642}, {"minus", 0x2212}, {"minute", 0x2032}, {"mu", 0x00B5},
+    {"multiply", 0x00D7}, {"musicalnote", 0x266A}, {"musicalnotedbl", 0x266B}, {"n", 0x006E},
+    {"nacute", 0x0144}, {"napostrophe", 0x0149}, {"ncaron", 0x0148}, {"ncommaaccent", 0x0146},
+    {"nine", 0x0039}, {"ninesuperior", 0x2079}, {"notelement", 0x2209}, {"notequal", 0x2260},
+    {"notsubset", 0x2284}, {"nsuperior", 0x207F}, {"ntilde", 0x00F1}, {"nu", 0x03BD}, {"numbersign", 0x0023},
+    {"o", 0x006F}, {"oacute", 0x00F3}, {"obreve", 0x014F}, {"ocircumflex", 0x00F4}, {"odieresis", 0x00F6},
+    {"oe", 0x0153}, {"ogonek", 0x02DB}, {"ograve", 0x00F2}, {"ohungarumlaut", 0x0151}, {"omacron", 0x014D},
+    {"omega", 0x03C9}, {"omega1", 0x03D6}, {"omegatonos", 0x03CE}, {"omicron", 0x03BF},
+    {"omicrontonos", 0x03CC}, {"one", 0x0031}, {"oneeighth", 0x215B}, {"onehalf", 0x00BD},
+    {"onequarter", 0x00BC}, {"onesuperior", 0x00B9}, {"openbullet", 0x25E6}, {"ordfeminine", 0x00AA},
+    {"ordmasculine", 0x00BA}, {"orthogonal", 0x221F}, {"oslash", 0x00F8}, {"oslashacute", 0x01FF},
+    {"otilde", 0x00F5}, {"p", 0x0070}, {"paragraph", 0x00B6}, {"parenleft", 0x0028}, {"parenleftbt", 0x239D},
+    {"parenleftex", 0x239C}, {"parenlefttp", 0x239B}, {"parenright", 0x0029}, {"parenrightbt", 0x23A0},
+    {"parenrightex", 0x239F}, {"parenrighttp", 0x239E}, {"partialdiff", 0x2202}, {"percent", 0x0025},
+    {"period", 0x002E}, {"periodcentered", 0x00B7}, {"perpendicular", 0x22A5}, {"perthousand", 0x2030},
+    {"peseta", 0x20A7}, {"phi", 0x03C6}, {"phi1", 0x03D5}, {"pi", 0x03C0}, {"plus", 0x002B},
+    {"plusminus", 0x00B1}, {"product", 0x220F}, {"propersubset", 0x2282}, {"propersuperset", 0x2283},
+    {"proportional", 0x221D}, {"psi", 0x03C8}, {"q", 0x0071}, {"question", 0x003F}, {"questiondown", 0x00BF},
+    {"quotedbl", 0x0022}, {"quotedblbase", 0x201E}, {"quotedblleft", 0x201C}, {"quotedblright", 0x201D},
+    {"quoteleft", 0x2018}, {"quotereversed", 0x201B}, {"quoteright", 0x2019}, {"quotesinglbase", 0x201A},
+    {"quotesingle", 0x0027}, {"r", 0x0072}, {"racute", 0x0155}, {"radical", 0x221A}, {"radicalex", 0x203E},
+    {"rcaron", 0x0159}, {"rcommaaccent", 0x0157}, {"reflexsubset", 0x2286}, {"reflexsuperset", 0x2287},
+    {"registered", 0x00AE}, {"revlogicalnot", 0x2310}, {"rho", 0x03C1}, {"ring", 0x02DA}, {"rtblock", 0x2590},
+    {"s", 0x0073}, {"sacute", 0x015B}, {"scaron", 0x0161}, {"scedilla", 0x015F}, {"scircumflex", 0x015D},
+    {"scommaaccent", 0x0219}, {"second", 0x2033}, {"section", 0x00A7}, {"semicolon", 0x003B},
+    {"seven", 0x0037}, {"seveneighths", 0x215E}, {"sevensuperior", 0x2077}, {"shade", 0x2592},
+    {"sigma", 0x03C3}, {"sigma1", 0x03C2}, {"similar", 0x223C}, {"six", 0x0036}, {"sixsuperior", 0x2076},
+    {"slash", 0x002F}, {"smileface", 0x263A}, {"space", 0x0020}, {"spade", 0x2660}, {"sterling", 0x00A3},
+    {"suchthat", 0x220B}, {"summation", 0x2211}, {"sun", 0x263C}, {"t", 0x0074}, {"tau", 0x03C4},
+    {"tbar", 0x0167}, {"tcaron", 0x0165}, {"tcommaaccent", 0x0163}, {"therefore", 0x2234}, {"theta", 0x03B8},
+    {"theta1", 0x03D1}, {"thorn", 0x00FE}, {"three", 0x0033}, {"threeeighths", 0x215C},
+    {"threequarters", 0x00BE}, {"threesuperior", 0x00B3}, {"tilde", 0x02DC}, {"tonos", 0x0384},
+    {"trademark", 0x2122}, {"triagdn", 0x25BC}, {"triaglf", 0x25C4}, {"triagrt", 0x25BA}, {"triagup", 0x25B2},
+    {"two", 0x0032}, {"twosuperior", 0x00B2}, {"u", 0x0075}, {"uacute", 0x00FA}, {"ubreve", 0x016D},
+    {"ucircumflex", 0x00FB}, {"udieresis", 0x00FC}, {"ugrave", 0x00F9}, {"uhungarumlaut", 0x0171},
+    {"umacron", 0x016B}, {"underscore", 0x005F}, {"underscoredbl", 0x2017}, {"union", 0x222A},
+    {"universal", 0x2200}, {"uogonek", 0x0173}, {"upblock", 0x2580}, {"upsilon", 0x03C5},
+    {"upsilondieresis", 0x03CB}, {"upsilondieresistonos", 0x03B0}, {"upsilontonos", 0x03CD},
+    {"uring", 0x016F}, {"utilde", 0x0169}, {"v", 0x0076}, {"w", 0x0077}, {"wacute", 0x1E83},
+    {"wcircumflex", 0x0175}, {"wdieresis", 0x1E85}, {"weierstrass", 0x2118}, {"wgrave", 0x1E81},
+    {"x", 0x0078}, {"xi", 0x03BE}, {"y", 0x0079}, {"yacute", 0x00FD}, {"ycircumflex", 0x0177},
+    {"ydieresis", 0x00FF}, {"yen", 0x00A5}, {"ygrave", 0x1EF3}, {"z", 0x007A}, {"zacute", 0x017A},
+    {"zcaron", 0x017E}, {"zdotaccent", 0x017C}, {"zero", 0x0030}, {"zerosuperior", 0x2070}, {"zeta", 0x03B6},
+}};
+
+struct EncodedName {
+    std::uint8_t code;
+    std::string_view name;
+};
+
+// Ascending by code.
+constexpr std::array<EncodedName, 149> standardEncoding{{
+    {32, "space"}, {33, "exclam"}, {34, "quotedbl"}, {35, "numbersign"}, {36, "dollar"}, {37, "percent"},
+    {38, "ampersand"}, {39, "quoteright"}, {40, "parenleft"}, {41, "parenright"}, {42, "asterisk"},
+    {43, "plus"}, {44, "comma"}, {45, "hyphen"}, {46, "period"}, {47, "slash"}, {48, "zero"}, {49, "one"},
+    {50, "two"}, {51, "three"}, {52, "four"}, {53, "five"}, {54, "six"}, {55, "seven"}, {56, "eight"},
+    {57, "nine"}, {58, "colon"}, {59, "semicolon"}, {60, "less"}, {61, "equal"}, {62, "greater"},
+    {63, "question"}, {64, "at"}, {65, "A"}, {66, "B"}, {67, "C"}, {68, "D"}, {69, "E"}, {70, "F"}, {71, "G"},
+    {72, "H"}, {73, "I"}, {74, "J"}, {75, "K"}, {76, "L"}, {77, "M"}, {78, "N"}, {79, "O"}, {80, "P"},
+    {81, "Q"}, {82, "R"}, {83, "S"}, {84, "T"}, {85, "U"}, {86, "V"}, {87, "W"}, {88, "X"}, {89, "Y"},
+    {90, "Z"}, {91, "bracketleft"}, {92, "backslash"}, {93, "bracketright"}, {94, "asciicircum"},
+    {95, "underscore"}, {96, "quoteleft"}, {97, "a"}, {98, "b"}, {99, "c"}, {100, "d"}, {101, "e"},
+    {102, "f"}, {103, "g"}, {104, "h"}, {105, "i"}, {106, "j"}, {107, "k"}, {108, "l"}, {109, "m"},
+    {110, "n"}, {111, "o"}, {112, "p"}, {113, "q"}, {114, "r"}, {115, "s"}, {116, "t"}, {117, "u"},
+    {118, "v"}, {119, "w"}, {120, "x"}, {121, "y"}, {122, "z"}, {123, "braceleft"}, {124, "bar"},
+    {125, "braceright"}, {126, "asciitilde"}, {161, "exclamdown"}, {162, "cent"}, {163, "sterling"},
+    {164, "fraction"}, {165, "yen"}, {166, "florin"}, {167, "section"}, {168, "currency"},
+    {169, "quotesingle"}, {170, "quotedblleft"}, {171, "guillemotleft"}, {172, "guilsinglleft"},
+    {173, "guilsinglright"}, {174, "fi"}, {175, "fl"}, {177, "endash"}, {178, "dagger"}, {179, "daggerdbl"},
+    {180, "periodcentered"}, {182, "paragraph"}, {183, "bullet"}, {184, "quotesinglbase"},
+    {185, "quotedblbase"}, {186, "quotedblright"}, {187, "guillemotright"}, {188, "ellipsis"},
+    {189, "perthousand"}, {191, "questiondown"}, {193, "grave"}, {194, "acute"}, {195, "circumflex"},
+    {196, "tilde"}, {197, "macron"}, {198, "breve"}, {199, "dotaccent"}, {200, "dieresis"}, {202, "ring"},
+    {203, "cedilla"}, {205, "hungarumlaut"}, {206, "ogonek"}, {207, "caron"}, {208, "emdash"}, {225, "AE"},
+    {227, "ordfeminine"}, {232, "Lslash"}, {233, "Oslash"}, {234, "OE"}, {235, "ordmasculine"}, {241, "ae"},
+    {245, "dotlessi"}, {248, "lslash"}, {249, "oslash"}, {250, "oe"}, {251, "germandbls"},
+}};
+// clang-format on
+
+std::optional<std::uint32_t> readHexadecimal(std::string_view digits) {
+    std::uint32_t value = 0;
+    const char* end = digits.data() + digits.size();
+    const auto result = std::from_chars(digits.data(), end, value, 16);
+    if (result.ec != std::errc() || result.ptr != end || value > 0x10FFFF) return std::nullopt;
+    return value;
+}
+
+}  // namespace
+
+std::optional<std::uint32_t> codepointOfGlyphName(std::string_view name) {
+    const auto* found =
+        std::lower_bound(glyphNames.begin(), glyphNames.end(), name,
+                         [](const GlyphName& entry, std::string_view wanted) { return entry.name < wanted; });
+    if (found != glyphNames.end() && found->name == name) return found->codepoint;
+    if (name.size() == 7 && name.starts_with("uni")) return readHexadecimal(name.substr(3));
+    if (name.size() >= 5 && name.size() <= 7 && name.starts_with("u")) return readHexadecimal(name.substr(1));
+    return std::nullopt;
+}
+
+std::string_view standardEncodingName(std::uint8_t code) {
+    const auto* found =
+        std::lower_bound(standardEncoding.begin(), standardEncoding.end(), code,
+                         [](const EncodedName& entry, std::uint8_t wanted) { return entry.code < wanted; });
+    return found != standardEncoding.end() && found->code == code ? found->name : std::string_view();
+}
+
+}  // namespace kelmora
