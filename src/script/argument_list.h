@@ -1,7 +1,8 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
+#include <memory>
+#include <new>
 #include <span>
 #include <vector>
 
@@ -9,27 +10,39 @@
 
 namespace kelmora {
 
-// The arguments of one call. Up to eight need no allocation.
+// The arguments of one call. Up to eight need no allocation, and only those that are there are made.
 class ArgumentList {
 public:
+    ArgumentList() = default;
+    ArgumentList(const ArgumentList&) = delete;
+    ArgumentList& operator=(const ArgumentList&) = delete;
+    ~ArgumentList() { std::destroy_n(inlineItems(), inlineCount_); }
+
     void push(Variable value) {
-        if (count_ < inline_.size()) {
-            inline_[count_] = std::move(value);
-        } else {
-            if (overflow_.empty()) overflow_.assign(inline_.begin(), inline_.end());
-            overflow_.push_back(std::move(value));
+        if (overflow_.empty() && inlineCount_ < inlineCapacity) {
+            new (inlineItems() + inlineCount_) Variable(std::move(value));
+            ++inlineCount_;
+            return;
         }
-        ++count_;
+        if (overflow_.empty()) {
+            overflow_.assign(std::make_move_iterator(inlineItems()),
+                             std::make_move_iterator(inlineItems() + inlineCount_));
+        }
+        overflow_.push_back(std::move(value));
     }
     std::span<const Variable> span() const {
-        if (count_ > inline_.size()) return overflow_;
-        return {inline_.data(), count_};
+        if (!overflow_.empty()) return overflow_;
+        return {std::launder(reinterpret_cast<const Variable*>(storage_)), inlineCount_};
     }
 
 private:
-    std::array<Variable, 8> inline_;
+    static constexpr std::size_t inlineCapacity = 8;
+
+    Variable* inlineItems() { return std::launder(reinterpret_cast<Variable*>(storage_)); }
+
+    alignas(Variable) std::byte storage_[inlineCapacity * sizeof(Variable)];
+    std::size_t inlineCount_ = 0;
     std::vector<Variable> overflow_;
-    std::size_t count_ = 0;
 };
 
 }  // namespace kelmora

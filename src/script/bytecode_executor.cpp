@@ -89,14 +89,17 @@ bool BytecodeExecutor::runChunk(std::uint32_t chunk, bool useLocalScope, std::in
     script_.countStep();
     if (chunk >= program_.chunks.size()) throw std::runtime_error("Invalid bytecode chunk index");
     const BytecodeChunk& record = program_.chunks[chunk];
-    const bool wantsScope =
-        useLocalScope && (record.declaresLocals || script_.scopes_.hasVisibleLocalScope());
-    const ChunkEntry entered(script_, program_, chunk, wantsScope);
     if (std::uint64_t{record.firstInstruction} + record.instructionCount > program_.instructions.size())
         throw std::runtime_error("Bytecode chunk range is out of bounds");
     if (startInstruction > static_cast<std::int64_t>(record.instructionCount))
         throw std::runtime_error("Bytecode jump target is outside the target chunk");
-    return walkInstructions(chunk, startInstruction < 0 ? 0 : static_cast<std::uint32_t>(startInstruction));
+    const std::uint32_t start = startInstruction < 0 ? 0 : static_cast<std::uint32_t>(startInstruction);
+    const bool wantsScope =
+        useLocalScope && (record.declaresLocals || script_.scopes_.hasVisibleLocalScope());
+    // Jumps look for labels in the chunks that are entered; a program without labels has none to find.
+    if (!wantsScope && program_.nestBlocks.empty()) return walkInstructions(chunk, start);
+    const ChunkEntry entered(script_, program_, chunk, wantsScope);
+    return walkInstructions(chunk, start);
 }
 
 bool BytecodeExecutor::walkInstructions(std::uint32_t chunk, std::uint32_t start) {
@@ -139,10 +142,9 @@ bool BytecodeExecutor::handleJump(std::uint32_t chunk, std::uint32_t& at) {
 }
 
 bool BytecodeExecutor::ancestorHasLabel(const std::string& label) const {
-    const auto& active = script_.activeChunks_;
     std::uint32_t instruction = 0;
-    for (std::size_t i = active.size() - 1; i-- > 0;)
-        if (Labels::findInChunk(*active[i].program, active[i].chunk, label, instruction)) return true;
+    for (auto active = script_.activeChunks_.rbegin(); active != script_.activeChunks_.rend(); ++active)
+        if (Labels::findInChunk(*active->program, active->chunk, label, instruction)) return true;
     return false;
 }
 
