@@ -2,6 +2,8 @@
 
 #include <chrono>
 
+#include "audio/audio_bindings.h"
+#include "audio/track.h"
 #include "platform/shim.h"
 #include "plush/plush_bindings.h"
 
@@ -18,6 +20,7 @@ Runtime::Runtime(ScriptHost& host)
 }
 
 Runtime::~Runtime() {
+    vesper::audio::clear();
     destroyWindow();
 }
 
@@ -31,6 +34,7 @@ void registerFunctions(Runtime& runtime) {
     if (vh_has_window() != 0) engine.pushVariable("Metal", makeMetalModule(runtime));
     engine.pushVariable("Sailfish", makeSailfishModule());
     engine.pushVariable("Vesper", makeVesperModule(runtime));
+    engine.pushVariable("Audio", makeAudioModule());
     engine.pushVariable("Plush", makePlushModule());
     registerGlobalHelpers(engine);
     publishEnvironmentGlobals(engine);
