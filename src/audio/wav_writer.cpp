@@ -33,7 +33,7 @@ bool isWritable(const DecodedFile& sound) {
 }
 
 void writeId(std::vector<std::uint8_t>& out, std::string_view id) {
-    out.insert(out.end(), id.begin(), id.end());
+    for (const char letter : id) out.push_back(static_cast<std::uint8_t>(letter));
 }
 
 void writeHeader(std::vector<std::uint8_t>& out, const DecodedFile& sound, std::uint32_t dataSize) {
@@ -61,8 +61,12 @@ bool encode(const DecodedFile& sound, std::vector<std::uint8_t>* out) try {
     std::vector<std::uint8_t> bytes;
     bytes.reserve(std::size_t{headerSize} + dataSize);
     writeHeader(bytes, sound, dataSize);
-    for (const std::int16_t sample : sound.samples)
-        detail::writeU16LE(bytes, static_cast<std::uint16_t>(sample));
+    bytes.resize(bytes.size() + dataSize);
+    std::uint8_t* place = bytes.data() + headerSize;
+    for (const std::int16_t sample : sound.samples) {
+        *place++ = static_cast<std::uint8_t>(sample);
+        *place++ = static_cast<std::uint8_t>(sample >> 8);
+    }
     *out = std::move(bytes);
     return true;
 } catch (const std::bad_alloc&) {
