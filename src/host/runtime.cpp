@@ -2,6 +2,8 @@
 
 #include <chrono>
 
+#include "audio/audio_bindings.h"
+#include "audio/track.h"
 #include "font/font_bindings.h"
 #include "platform/shim.h"
 #include "plush/plush_bindings.h"
@@ -19,6 +21,7 @@ Runtime::Runtime(ScriptHost& host)
 }
 
 Runtime::~Runtime() {
+    vesper::audio::clear();
     destroyWindow();
 }
 
@@ -32,6 +35,7 @@ void registerFunctions(Runtime& runtime) {
     if (vh_has_window() != 0) engine.pushVariable("Metal", makeMetalModule(runtime));
     engine.pushVariable("Sailfish", makeSailfishModule());
     engine.pushVariable("Vesper", makeVesperModule(runtime));
+    engine.pushVariable("Audio", makeAudioModule());
     engine.pushVariable("Font", makeFontModule());
     engine.pushVariable("Plush", makePlushModule());
     registerGlobalHelpers(engine);

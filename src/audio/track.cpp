@@ -1,0 +1,74 @@
+#include "audio/track.h"
+
+#include <limits>
+#include <memory>
+#include <unordered_map>
+#include <utility>
+
+#include "audio/mixer.h"
+#include "audio/wav_writer.h"
+
+namespace vesper::audio {
+namespace {
+
+// Scripts hold plain pointers, also to tracks that they have closed.
+std::unordered_map<const Track*, std::unique_ptr<Track>> liveTracks;
+
+bool isOpen(const Track* track) {
+    return liveTracks.contains(track);
+}
+
+}  // namespace
+
+Track* openFile(const char* path) {
+    std::vector<std::uint8_t> bytes;
+    if (!wav::detail::readFileBytes(path, &bytes) || bytes.size() > std::numeric_limits<unsigned>::max())
+        return nullptr;
+    auto track = std::make_unique<Track>();
+    if (!wav::decode(bytes.data(), static_cast<unsigned>(bytes.size()), track.get(), {2})) return nullptr;
+    Track* handle = track.get();
+    liveTracks.emplace(handle, std::move(track));
+    rebuildMixerHandle(handle);
+    return handle;
+}
+
+bool save(const Track* track, const char* path) {
+    return isOpen(track) && wav::encodeFile(path, *track);
+}
+
+bool play(Track* track, unsigned long long offsetMs, bool loop) {
+    return isOpen(track) && mixer::Play(track->mixerHandle, offsetMs, loop);
+}
+
+long long pause(Track* track) {
+    return isOpen(track) ? static_cast<long long>(mixer::Stop(track->mixerHandle)) : 0;
+}
+
+unsigned long long currentOffset(Track* track) {
+    return isOpen(track) ? mixer::GetCurrentOffset(track->mixerHandle) : 0;
+}
+
+void close(Track* track) {
+    if (!isOpen(track)) return;
+    destroyMixerHandle(track);
+    liveTracks.erase(track);
+}
+
+void clear() {
+    mixer::StopAll();
+}
+
+void rebuildMixerHandle(Track* track) {
+    if (!isOpen(track)) return;
+    destroyMixerHandle(track);
+    track->mixerHandle =
+        mixer::OpenPCMTrack(track->samples.data(), track->samples.size(), track->sampleRate, track->channels);
+}
+
+void destroyMixerHandle(Track* track) {
+    if (!isOpen(track)) return;
+    mixer::Close(track->mixerHandle);
+    track->mixerHandle = nullptr;
+}
+
+}  // namespace vesper::audio

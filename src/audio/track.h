@@ -1,0 +1,30 @@
+#pragma once
+
+#include "audio/wav_reader.h"
+
+namespace vesper::audio {
+
+// A sound held whole in memory. The mixer plays a copy of its samples. Tracks belong to whoever opened them,
+// until `close`. A null track, and a pointer that is no open track, is accepted everywhere: the call does
+// nothing and gives its neutral value.
+struct Track : wav::DecodedFile {
+    void* mixerHandle = nullptr;  // null when the track cannot be played
+};
+
+// Reads a WAV file as stereo. Null when there is none.
+Track* openFile(const char* path);
+// Writes a WAV file.
+bool save(const Track* track, const char* path);
+// Offsets are milliseconds.
+bool play(Track* track, unsigned long long offsetMs, bool loop);
+// Stops; the offset to play on from.
+long long pause(Track* track);
+unsigned long long currentOffset(Track* track);
+void close(Track* track);
+// Stops all tracks and closes none.
+void clear();
+// Gives the mixer the track's samples as they are now.
+void rebuildMixerHandle(Track* track);
+void destroyMixerHandle(Track* track);
+
+}  // namespace vesper::audio
