@@ -24,6 +24,14 @@ bool startSession() {
     return SDL_InitSubSystem(SDL_INIT_AUDIO) == 0;
 }
 
+// Drivers that find no hardware complain on the error stream with each try, so one failure holds until some
+// is plugged in.
+std::atomic<bool> lastOpenFailed = false;
+
+bool noHardware() {
+    return lastOpenFailed && SDL_GetNumAudioDevices(0) == 0;
+}
+
 // About 10 ms: what is asked for at once. Closing the device waits for two of these.
 Uint16 requestFrames(std::uint32_t sampleRate) {
     return static_cast<Uint16>(std::bit_ceil(sampleRate / 100));
@@ -53,6 +61,7 @@ private:
 
 bool SdlAudioDevice::open(std::uint32_t sampleRate) {
     if (sampleRate < lowestRate || sampleRate > highestRate || !startSession()) return false;
+    if (noHardware()) return false;
     SDL_AudioSpec wanted{};
     wanted.freq = static_cast<int>(sampleRate);
     wanted.format = AUDIO_S16SYS;
@@ -61,6 +70,7 @@ bool SdlAudioDevice::open(std::uint32_t sampleRate) {
     wanted.callback = fill;
     wanted.userdata = this;
     device_ = SDL_OpenAudioDevice(nullptr, 0, &wanted, nullptr, 0);
+    lastOpenFailed = device_ == 0;
     return device_ != 0;
 }
 
