@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "script/line_parser.h"
 #include "script/vesper_script.h"
 
 // Each benchmark checks its answer before it counts.
@@ -34,6 +35,14 @@ void reportLines(benchmark::State& state, const std::string& source) {
     const auto lines = static_cast<double>(std::count(source.begin(), source.end(), '\n'));
     state.counters["lines/s"] = benchmark::Counter(lines, benchmark::Counter::kIsIterationInvariantRate);
 }
+
+void parseSource(benchmark::State& state) {
+    kelmora::SourceContext context;
+    const std::string source = largeSource();
+    for (auto _ : state) benchmark::DoNotOptimize(kelmora::parseLines(source, context));
+    reportLines(state, source);
+}
+BENCHMARK(parseSource)->Unit(benchmark::kMillisecond);
 
 void compileSource(benchmark::State& state) {
     QuietHost host;

@@ -1,5 +1,10 @@
 @@ Records that games read, and the named colours.
 
+@@ The tick of sliding text.
+if MIXER_ENABLED
+    click = Audio["open"](Vesper["getPath"]() + "../Resources/package/audio/click.wav")
+end
+
 debuglog = ""
 layers = 5
 
