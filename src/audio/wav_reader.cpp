@@ -236,7 +236,7 @@ std::int16_t sampleFromFloat(double value) {
     constexpr double scales[] = {32767.0, 32768.0};
     // The largest double below a half. A half itself would carry the number just below a half up.
     constexpr double almostHalf = 0.49999999999999994;
-    const double scaled = std::min(std::max(value, -1.0), 1.0) * scales[value < 0.0 ? 1 : 0];
+    const double scaled = std::min(std::max(-1.0, value), 1.0) * scales[value < 0.0 ? 1 : 0];
     return static_cast<std::int16_t>(static_cast<int>(scaled + std::copysign(almostHalf, scaled)));
 }
 

@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "audio/track.h"
@@ -174,12 +175,15 @@ Samples withoutSilence(const std::string& bytes) {
     return samples;
 }
 
-// In one test, since the system's output keeps the driver it found first.
+// In one test, since the system's output keeps the driver it found first: a repeat finds it there.
 TEST_F(Mixer, usesTheSystemsOutput) {
+    static bool firstRun = true;
     setenv("KELMORA_AUDIO", "sdl", 1);
-    setenv("SDL_AUDIODRIVER", "none_of_these", 1);
-    EXPECT_FALSE(Play(handle_, 700, false));
-    EXPECT_EQ(Stop(handle_), 700u);
+    if (std::exchange(firstRun, false)) {
+        setenv("SDL_AUDIODRIVER", "none_of_these", 1);
+        EXPECT_FALSE(Play(handle_, 700, false));
+        EXPECT_EQ(Stop(handle_), 700u);
+    }
 
     const std::string path = testing::TempDir() + "kelmora_disk_" + std::to_string(getpid()) + ".raw";
     setenv("SDL_AUDIODRIVER", "disk", 1);
