@@ -49,7 +49,7 @@ Variable VesperScript::invokeCallable(const Variable& callee, std::span<const Va
     const Variable kept = callee;  // the name that held it may be overwritten by the call
     ScriptCallable& callable = kept.function();
     if (callable.isDecay) {
-        coroutines_.start(kept, arguments, *this);
+        coroutines_.start(kept, arguments);
         return {};
     }
     if (callable.isNative) return invokeNative(callable, arguments);

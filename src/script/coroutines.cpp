@@ -41,7 +41,7 @@ std::shared_ptr<CoroutineState> createCoroutineState(const Variable& function,
 
 }  // namespace
 
-void Coroutines::start(const Variable& callable, std::span<const Variable> arguments, VesperScript&) {
+void Coroutines::start(const Variable& callable, std::span<const Variable> arguments) {
     auto state = createCoroutineState(callable, arguments);
     if (!inTurn_) {
         scheduled_ = std::move(state);

@@ -50,7 +50,7 @@ struct CoroutineState {
 class Coroutines {
 public:
     // Schedules the decay function in place of calling it. In a turn this ends the running coroutine.
-    void start(const Variable& callable, std::span<const Variable> arguments, VesperScript& script);
+    void start(const Variable& callable, std::span<const Variable> arguments);
     void kill();
 
     bool wantsTurn() const { return scheduled_ && !inTurn_ && !pendingException_; }

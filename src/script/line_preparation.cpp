@@ -60,7 +60,6 @@ public:
             if (!declaresWithoutValue()) return nullptr;
         } else {
             if (!isAssignmentOperator(line_.analysis[at_].kind)) return nullptr;
-            result_.operatorIndex = at_;
             result_.operation = line_.analysis[at_].kind;
             result_.values = splitAtCommas(line_, at_ + 1, static_cast<std::uint32_t>(line_.tokens.size()));
         }

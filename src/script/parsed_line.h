@@ -47,7 +47,6 @@ struct ParsedAssignmentTarget {
 struct ParsedAssignment {
     ScopeTarget scopeTarget = ScopeTarget::Default;
     TokenKind operation = TokenKind::Assign;
-    std::uint32_t operatorIndex = 0;
     std::vector<ParsedAssignmentTarget> targets;
     std::vector<PreparedExpression> values;
     // The only value is a call, so a multi value gives its first element.
