@@ -1,0 +1,19 @@
+function count(rounds)
+    local seed = 12345
+    local counts = {}
+    for i = 1, rounds
+        seed = (seed * 421 + 54773) % 259200
+        local key = "item" + seed % 1000
+        counts[key] = (counts[key] or 0) + 1
+    end
+    local best = ""
+    local most = 0
+    for key, value in pairs(counts)
+        if value > most
+            best = key
+            most = value
+        end
+    end
+    return best + " " + most + " " + #keys(counts)
+end
+print(count(400000))
