@@ -19,8 +19,13 @@ public:
     ~ArgumentList() { std::destroy_n(inlineItems(), inlineCount_); }
 
     void push(Variable value) {
+        emplace([&] { return std::move(value); });
+    }
+    // Adds what `make` returns, without moving it where there is room.
+    template <typename Make>
+    void emplace(Make&& make) {
         if (overflow_.empty() && inlineCount_ < inlineCapacity) {
-            new (inlineItems() + inlineCount_) Variable(std::move(value));
+            new (inlineItems() + inlineCount_) Variable(make());
             ++inlineCount_;
             return;
         }
@@ -28,7 +33,7 @@ public:
             overflow_.assign(std::make_move_iterator(inlineItems()),
                              std::make_move_iterator(inlineItems() + inlineCount_));
         }
-        overflow_.push_back(std::move(value));
+        overflow_.push_back(make());
     }
     std::span<const Variable> span() const {
         if (!overflow_.empty()) return overflow_;

@@ -120,19 +120,28 @@ void VesperScript::assignKeyed(const ParsedScriptLine& line, const ParsedAssignm
         keyList.push(evaluateRange(line, key, "Expected closing bracket"));
         if (shouldAbortForSoftRaisedError()) return;
     }
-    const std::span<const Variable> keys = keyList.span();
     if (assignment.operation != TokenKind::Assign) {
-        const Variable* existing = resolveTarget(name, assignment.scopeTarget);
-        if (!existing || existing->isNot()) throwVariableNotFound(line, target);
-        Variable current = *existing;
-        for (const Variable& key : keys) current = getIndexedValue(current, key);
-        const TokenKind operation = compoundOperation(assignment.operation);
-        if (!tryApplyOperationInPlace(current, operation, value))
-            current = performOperation(current, operation, value);
-        value = std::move(current);
+        Variable updated = updateKeyed(line, assignment, target, keyList.span(), std::move(value));
+        if (result) *result = std::move(updated);
+        return;
     }
-    storeKeyed(name, assignment.scopeTarget, keys, value);
+    storeKeyed(name, assignment.scopeTarget, keyList.span(), value);
     if (result) *result = std::move(value);
+}
+
+Variable VesperScript::updateKeyed(const ParsedScriptLine& line, const ParsedAssignment& assignment,
+                                   const ParsedAssignmentTarget& target, std::span<const Variable> keys,
+                                   Variable value) {
+    const TokenAnalysis& name = line.analysis[target.tokenIndex];
+    const Variable* existing = resolveTarget(name, assignment.scopeTarget);
+    if (!existing || existing->isNot()) throwVariableNotFound(line, target);
+    Variable current = *existing;
+    for (const Variable& key : keys) current = getIndexedValue(current, key);
+    const TokenKind operation = compoundOperation(assignment.operation);
+    if (!tryApplyOperationInPlace(current, operation, value))
+        current = performOperation(current, operation, value);
+    storeKeyed(name, assignment.scopeTarget, keys, current);
+    return current;
 }
 
 void VesperScript::storeKeyed(const TokenAnalysis& name, ScopeTarget target, std::span<const Variable> keys,

@@ -48,7 +48,7 @@ private:
         if (assignment.targets.size() != 1 || !assignment.targets[0].keys.empty()) return false;
         if (assignment.values.size() != 1) return false;
         const PreparedExpression& value = assignment.values[0];
-        return value.fast.valid() || value.last - value.first == 1;
+        return (value.fast.valid() && !value.fast.makesContainers) || value.last - value.first == 1;
     }
 
     std::uint32_t requireEnd(std::uint32_t at, const char* message) const {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "script/parsed_line.h"
+#include "script/run_plan.h"
 
 namespace kelmora {
 
@@ -82,8 +83,8 @@ struct BytecodeProgram : std::enable_shared_from_this<BytecodeProgram> {
     std::vector<NestBlock> nestBlocks;
     std::vector<FunctionDeclaration> functionDeclarations;
 
-    // Whether a chunk can run inline: 0 not yet examined, 1 no, 2 yes. Not part of the image.
-    mutable std::vector<std::uint8_t> inlineMemo;
+    // Not part of the image.
+    mutable RunPlanSlot plan;
 };
 
 }  // namespace kelmora

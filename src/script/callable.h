@@ -44,6 +44,11 @@ struct ScriptCallable : RefCounted {
     std::string sourceDirectory;
     std::string sourcePath;
 
+    // A compiled function that is called with no more than its parameters.
+    bool takesBoundArguments() const {
+        return program != nullptr && !(isNative || isDecay || isVariadic || isLoadedChunk);
+    }
+
     // Made when labels of this function are registered; they die with it.
     std::shared_ptr<const bool> labelLife;
 };

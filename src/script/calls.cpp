@@ -1,34 +1,27 @@
 #include <optional>
 #include <stdexcept>
 
+#include "script/argument_list.h"
+#include "script/bytecode_executor.h"
 #include "script/depth_guard.h"
+#include "script/fast_calls.h"
 #include "script/vesper_script.h"
 
 namespace kelmora {
 
-// What a call of a script function changes in the interpreter, undone on every way out.
+// What a call of a script function changes in the interpreter, undone on every way out. The arguments are
+// bound already.
 class CallFrame {
 public:
-    CallFrame(VesperScript& script, const ScriptCallable& callable, std::span<const Variable> arguments)
+    CallFrame(VesperScript& script, const ScriptCallable& callable)
         : script_(script),
           line_(script.context_),
           source_(script.context_, callable.sourceDirectory, callable.sourcePath),
           level_(script.scopes_, callable.nativeScopeIndex),
-          localBase_(script.scopes_.enterCall()),
-          isVariadic_(callable.isVariadic) {
-        script_.scopes_.pushCallScope(callable.parameters, arguments);
-        if (!isVariadic_) return;
-        const std::size_t fixed = std::min(arguments.size(), callable.parameters.size());
-        script_.varargs_.emplace_back(arguments.begin() + static_cast<std::ptrdiff_t>(fixed),
-                                      arguments.end());
-    }
+          localBase_(script.scopes_.enterCall()) {}
     CallFrame(const CallFrame&) = delete;
     CallFrame& operator=(const CallFrame&) = delete;
-    ~CallFrame() {
-        if (isVariadic_) script_.varargs_.pop_back();
-        script_.scopes_.popCallScope();
-        script_.scopes_.leaveCall(localBase_);
-    }
+    ~CallFrame() { script_.scopes_.leaveCall(localBase_); }
 
 private:
     VesperScript& script_;
@@ -36,11 +29,79 @@ private:
     SourceFileGuard source_;
     NativeLevelGuard level_;
     std::uint32_t localBase_;
+};
+
+// The scope with a call's parameters.
+class ArgumentScope {
+public:
+    explicit ArgumentScope(Scopes& scopes) : scopes_(scopes) { scopes_.openCallScope(); }
+    ArgumentScope(Scopes& scopes, const ScriptCallable& callable, std::span<const Variable> arguments)
+        : scopes_(scopes) {
+        scopes_.pushCallScope(callable.parameters, arguments);
+    }
+    ArgumentScope(const ArgumentScope&) = delete;
+    ArgumentScope& operator=(const ArgumentScope&) = delete;
+    ~ArgumentScope() { scopes_.popCallScope(); }
+
+private:
+    Scopes& scopes_;
+};
+
+// What `...` stands for in a variadic call.
+class VarargsEntry {
+public:
+    VarargsEntry(std::vector<std::vector<Variable>>& stack, const ScriptCallable& callable,
+                 std::span<const Variable> arguments)
+        : stack_(stack), isVariadic_(callable.isVariadic) {
+        if (!isVariadic_) return;
+        const std::size_t fixed = std::min(arguments.size(), callable.parameters.size());
+        stack_.emplace_back(arguments.begin() + static_cast<std::ptrdiff_t>(fixed), arguments.end());
+    }
+    VarargsEntry(const VarargsEntry&) = delete;
+    VarargsEntry& operator=(const VarargsEntry&) = delete;
+    ~VarargsEntry() {
+        if (isVariadic_) stack_.pop_back();
+    }
+
+private:
+    std::vector<std::vector<Variable>>& stack_;
     bool isVariadic_;
 };
 
+// The code of a Call node: callee, arguments from left to right, then the call.
+Variable evaluateCall(VesperScript& script, const FastExprNode& node) {
+    const FastExprNode& calleeNode = node.leftNode();
+    const Variable callee = calleeNode.evaluate(script, calleeNode);
+    if (calleeNode.mayCall && script.shouldAbortForSoftRaisedError()) return {};
+    if (callee.isFunction() && callee.function().takesBoundArguments())
+        return script.callBinding(callee.function(), node);
+    ArgumentList arguments;
+    const FastExprNode* argument = &node.rightNode();
+    for (std::uint32_t i = 0; i < node.count; ++i, argument = &argument->nextNode()) {
+        arguments.emplace([&] { return argument->evaluate(script, *argument); });
+        if (argument->mayCall && script.shouldAbortForSoftRaisedError()) return {};
+    }
+    if (callee.isFunction() && callee.function().library)
+        return script.invokeLibrary(callee.function(), arguments.span());
+    return script.invokeCallable(callee, arguments.span());
+}
+
+Variable VesperScript::callBinding(ScriptCallable& callable, const FastExprNode& node) {
+    const ArgumentScope scope(scopes_);
+    const FastExprNode* argument = &node.rightNode();
+    for (std::uint32_t i = 0; i < node.count; ++i, argument = &argument->nextNode()) {
+        scopes_.addArgument(argument->evaluate(*this, *argument));
+        if (argument->mayCall && shouldAbortForSoftRaisedError()) return {};
+    }
+    const DepthGuard depth(callDepth_);
+    stack_.check();
+    scopes_.nameArguments(callable.parameters);
+    return runProgramBody(callable);
+}
+
 Variable VesperScript::invokeCallable(const Variable& callee, std::span<const Variable> arguments) {
     if (callDepth_ == 0 && programDepth_ == 0) stack_.markBase();
+    if (callee.isFunction() && callee.function().library) return invokeLibrary(callee.function(), arguments);
     const DepthGuard depth(callDepth_);
     stack_.check();
     if (!callee.isFunction())
@@ -52,13 +113,17 @@ Variable VesperScript::invokeCallable(const Variable& callee, std::span<const Va
         coroutines_.start(kept, arguments);
         return {};
     }
-    if (callable.isNative) return invokeNative(callable, arguments);
+    if (callable.isNative) {
+        Variable result = callable.native({arguments.begin(), arguments.end()});
+        return shouldAbortForSoftRaisedError() ? Variable() : result;
+    }
     return callable.program ? invokeProgram(callable, arguments) : invokeBody(callable, arguments);
 }
 
-Variable VesperScript::invokeNative(const ScriptCallable& callable, std::span<const Variable> arguments) {
-    Variable result = callable.library ? callable.library(*this, arguments)
-                                       : callable.native({arguments.begin(), arguments.end()});
+Variable VesperScript::invokeLibrary(const ScriptCallable& callable, std::span<const Variable> arguments) {
+    const DepthGuard depth(callDepth_);
+    stack_.check();
+    Variable result = callable.library(*this, arguments);
     if (shouldAbortForSoftRaisedError()) return {};
     return result;
 }
@@ -74,22 +139,31 @@ Variable VesperScript::invokeProgram(ScriptCallable& callable, std::span<const V
         }
         chunkDepth.emplace(chunkDepth_);
     }
-    BlockSignal signal;
-    {
-        const CallFrame frame(*this, callable, arguments);
-        executeBytecodeChunkInternal(*callable.program, callable.chunkIndex, signal, true, -1);
-        rethrowPendingCoroutineException();
-    }
-    Variable result = finishCall(signal, Variable());
+    const ArgumentScope scope(scopes_, callable, arguments);
+    const VarargsEntry varargs(varargs_, callable, arguments);
+    Variable result = runProgramBody(callable);
     if (chunkDepth && chunkDepth_ == 1) scopes_.commitExternals();
     return result;
+}
+
+Variable VesperScript::runProgramBody(const ScriptCallable& callable) {
+    countStep();
+    BlockSignal signal;
+    {
+        const CallFrame frame(*this, callable);
+        BytecodeExecutor(*this, *callable.program, signal).runChunk(callable.chunkIndex, true);
+        rethrowPendingCoroutineException();
+    }
+    return finishCall(signal, Variable());
 }
 
 Variable VesperScript::invokeBody(ScriptCallable& callable, std::span<const Variable> arguments) {
     BlockSignal signal;
     Variable value;
     {
-        const CallFrame frame(*this, callable, arguments);
+        const ArgumentScope scope(scopes_, callable, arguments);
+        const VarargsEntry varargs(varargs_, callable, arguments);
+        const CallFrame frame(*this, callable);
         std::uint32_t index = 0;
         value = executeParsedBlock(callable.body, index, signal);
         rethrowPendingCoroutineException();

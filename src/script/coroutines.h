@@ -54,6 +54,7 @@ public:
     void kill();
 
     bool wantsTurn() const { return scheduled_ && !inTurn_ && !pendingException_; }
+    bool needAttention() const { return scheduled_ || pendingException_; }
     void rethrowPending() {
         if (pendingException_) std::rethrow_exception(std::exchange(pendingException_, nullptr));
     }

@@ -7,6 +7,8 @@
 
 namespace kelmora {
 
+class VesperScript;
+
 enum class FastExprNodeKind : std::uint8_t {
     Constant,  // of any scalar or string kind
     Variable,
@@ -20,28 +22,58 @@ enum class FastExprNodeKind : std::uint8_t {
     Binary,
     And,
     Or,
+    Array,     // a constructor without keys, in either kind of brackets
+    Table,     // a constructor with at least one key, or empty braces
+    KeyEntry,  // of a Table: key and value
+    Varargs,
 };
 
+// One operation of a compiled expression, with the code that runs it. The code is chosen for the node's
+// operands when the expression is compiled.
 struct FastExprNode {
+    // The value. Nil when a soft error ends the evaluation half-way.
+    using Evaluate = Variable (*)(VesperScript&, const FastExprNode&);
+    // Whether the value is true.
+    using Test = bool (*)(VesperScript&, const FastExprNode&);
+    // The value where it stands, or put into the storage. It holds until script runs or a variable changes.
+    using Refer = const Variable& (*)(VesperScript&, const FastExprNode&, Variable& storage);
+
+    Evaluate evaluate = nullptr;
+    Test test = nullptr;
+    Refer refer = nullptr;
+
     FastExprNodeKind kind = FastExprNodeKind::Constant;
     TokenKind operation = TokenKind::Unknown;  // of a Binary
     std::uint8_t scope = 0;                    // of a ScopedVariable
     // Evaluating the node may run script: values read before it have to be kept, not referred to.
     bool mayCall = false;
-    std::int32_t left = -1;   // first operand, container or callee
-    std::int32_t right = -1;  // second operand or key; of a Call the start of its run of arguments
-    std::uint32_t value = 0;  // Constant: its index; Variable: the name; Call: the number of arguments
+    NameId name = noName;     // of a variable
+    std::uint32_t count = 0;  // arguments of a Call, entries of a constructor
+    // Places of other nodes, relative to this one. Operands stand in front of what they belong to.
+    std::int32_t left = 0;   // first operand, container, callee, or key of an entry
+    std::int32_t right = 0;  // second operand, key of an Index, value of an entry, or the first in a list
+    std::int32_t next = 0;   // behind this one in a list of arguments or entries
+    Variable constant;
+
+    const FastExprNode& leftNode() const { return this[left]; }
+    const FastExprNode& rightNode() const { return this[right]; }
+    const FastExprNode& nextNode() const { return this[next]; }
+    bool isComparison() const {
+        return kind == FastExprNodeKind::Binary && operation >= TokenKind::Equal &&
+               operation <= TokenKind::GreaterEqual;
+    }
 };
 
-// An expression compiled to a tree of nodes. Whatever cannot be compiled is left invalid, and the token
-// walk evaluates it.
+// An expression compiled to a tree of nodes, its root the last. Whatever cannot be compiled is left without
+// nodes, and the token walk evaluates it.
 struct FastExpression {
-    std::int32_t root = -1;
     std::vector<FastExprNode> nodes;
-    std::vector<Variable> constants;
-    std::vector<std::int32_t> callArguments;
+    bool makesContainers = false;  // holds a constructor or `...`
 
-    bool valid() const { return root >= 0; }
+    bool valid() const { return !nodes.empty(); }
+    const FastExprNode& root() const { return nodes.back(); }
+    Variable evaluate(VesperScript& script) const { return root().evaluate(script, root()); }
+    bool test(VesperScript& script) const { return root().test(script, root()); }
 };
 
 // Tokens of one expression, first and past the end, and what they compile to.
@@ -53,9 +85,12 @@ struct PreparedExpression {
 
 struct ParsedScriptLine;
 
-// The expression in these tokens of the line; invalid for constructors, `...`, tokens that fit nowhere, deep
-// nesting, and when tokens are left over.
+// The expression in these tokens of the line; without nodes for tokens that fit nowhere, deep nesting, and
+// when tokens are left over.
 FastExpression compileFastExpressionRange(const ParsedScriptLine& line, std::uint32_t first,
                                           std::uint32_t last);
+
+// Chooses the code that runs the node. Its operands have theirs already.
+void chooseNodeCode(FastExprNode& node);
 
 }  // namespace kelmora

@@ -16,7 +16,7 @@ public:
     FastExpression run() {
         const std::int32_t root = parseExpression(1);
         if (root < 0 || at_ != last_) return {};
-        expression_.root = root;
+        for (FastExprNode& node : expression_.nodes) chooseNodeCode(node);
         return std::move(expression_);
     }
 
@@ -29,35 +29,42 @@ private:
         ++at_;
         return true;
     }
-    bool mayCall(std::int32_t node) const {
-        return expression_.nodes[static_cast<std::size_t>(node)].mayCall;
-    }
+    FastExprNode& nodeAt(std::int32_t index) { return expression_.nodes[static_cast<std::size_t>(index)]; }
+    bool mayCall(std::int32_t node) { return nodeAt(node).mayCall; }
 
-    std::int32_t addNode(const FastExprNode& node) {
-        expression_.nodes.push_back(node);
-        return static_cast<std::int32_t>(expression_.nodes.size() - 1);
+    std::int32_t nextIndex() const { return static_cast<std::int32_t>(expression_.nodes.size()); }
+    std::int32_t addNode(FastExprNode node) {
+        expression_.nodes.push_back(std::move(node));
+        return nextIndex() - 1;
     }
     std::int32_t addConstant(const Variable& value) {
         FastExprNode node;
-        node.value = static_cast<std::uint32_t>(expression_.constants.size());
-        expression_.constants.push_back(value);
-        return addNode(node);
+        node.constant = value;
+        return addNode(std::move(node));
     }
     std::int32_t addUnary(FastExprNodeKind kind, std::int32_t operand) {
         FastExprNode node;
         node.kind = kind;
-        node.left = operand;
+        node.left = operand - nextIndex();
         node.mayCall = mayCall(operand);
-        return addNode(node);
+        return addNode(std::move(node));
     }
     std::int32_t addPair(FastExprNodeKind kind, TokenKind operation, std::int32_t left, std::int32_t right) {
         FastExprNode node;
         node.kind = kind;
         node.operation = operation;
-        node.left = left;
-        node.right = right;
+        node.left = left - nextIndex();
+        node.right = right - nextIndex();
         node.mayCall = mayCall(left) || mayCall(right);
-        return addNode(node);
+        return addNode(std::move(node));
+    }
+    // Chains the items and hangs them on a new node.
+    std::int32_t addList(FastExprNode node, const std::vector<std::int32_t>& items) {
+        for (std::size_t i = 0; i + 1 < items.size(); ++i) nodeAt(items[i]).next = items[i + 1] - items[i];
+        for (const std::int32_t item : items) node.mayCall = node.mayCall || mayCall(item);
+        if (!items.empty()) node.right = items[0] - nextIndex();
+        node.count = static_cast<std::uint32_t>(items.size());
+        return addNode(std::move(node));
     }
 
     std::int32_t parseExpression(int minimumPrecedence) {
@@ -127,6 +134,17 @@ private:
                 const std::int32_t inner = parseExpression(1);
                 return inner < 0 || !take(TokenKind::CloseParenthesis) ? -1 : parsePostfix(inner);
             }
+            case TokenKind::OpenBracket:
+                return parsePostfix(parseArray());
+            case TokenKind::OpenBrace:
+                return parsePostfix(parseTable());
+            case TokenKind::Ellipsis: {
+                ++at_;
+                expression_.makesContainers = true;
+                FastExprNode node;
+                node.kind = FastExprNodeKind::Varargs;
+                return parsePostfix(addNode(std::move(node)));
+            }
             default:
                 break;
         }
@@ -135,8 +153,69 @@ private:
         FastExprNode node;
         node.kind = token.isScoped() ? FastExprNodeKind::ScopedVariable : FastExprNodeKind::Variable;
         node.scope = token.scope;
-        node.value = token.name;
-        return parsePostfix(addNode(node));
+        node.name = token.name;
+        return parsePostfix(addNode(std::move(node)));
+    }
+
+    // Expressions with commas between them, up to the closing sign. False when something else stands there.
+    bool parseItems(TokenKind close, std::vector<std::int32_t>& items) {
+        if (take(close)) return true;
+        for (;;) {
+            const std::int32_t item = parseExpression(1);
+            if (item < 0) return false;
+            items.push_back(item);
+            if (take(close)) return true;
+            if (!take(TokenKind::Comma)) return false;
+        }
+    }
+
+    std::int32_t parseArray() {
+        ++at_;
+        expression_.makesContainers = true;
+        std::vector<std::int32_t> items;
+        if (!parseItems(TokenKind::CloseBracket, items)) return -1;
+        FastExprNode node;
+        node.kind = FastExprNodeKind::Array;
+        return addList(std::move(node), items);
+    }
+
+    std::int32_t parseTable() {
+        ++at_;
+        expression_.makesContainers = true;
+        std::vector<std::int32_t> entries;
+        bool hasKeys = false;
+        while (!take(TokenKind::CloseBrace)) {
+            const bool keyed = kindAt(at_) == TokenKind::OpenBracket || atKeyedEntry();
+            const std::int32_t entry = keyed ? parseKeyedEntry() : parseExpression(1);
+            if (entry < 0) return -1;
+            entries.push_back(entry);
+            hasKeys = hasKeys || keyed;
+            if (!take(TokenKind::Comma) && kindAt(at_) != TokenKind::CloseBrace) return -1;
+        }
+        FastExprNode node;
+        node.kind = hasKeys || entries.empty() ? FastExprNodeKind::Table : FastExprNodeKind::Array;
+        return addList(std::move(node), entries);
+    }
+    bool atKeyedEntry() const {
+        return kindAt(at_ + 1) == TokenKind::Colon || kindAt(at_ + 1) == TokenKind::Assign;
+    }
+    std::int32_t parseKeyedEntry() {
+        std::int32_t key = -1;
+        if (take(TokenKind::OpenBracket)) {
+            key = parseExpression(1);
+            if (key < 0 || !take(TokenKind::CloseBracket)) return -1;
+            if (!take(TokenKind::Colon) && !take(TokenKind::Assign)) return -1;
+        } else {
+            const TokenAnalysis& word = line_.analysis[at_];
+            const bool isWord = word.isPlainIdentifier() || word.kind == TokenKind::Int ||
+                                word.kind == TokenKind::Float || word.kind == TokenKind::String;
+            if (!isWord) return -1;
+            key = addConstant(word.kind == TokenKind::String ? word.literal
+                                                             : Variable::text(line_.tokens[at_]));
+            at_ += 2;
+        }
+        const std::int32_t value = parseExpression(1);
+        return value < 0 ? -1 : addPair(FastExprNodeKind::KeyEntry, TokenKind::Unknown, key, value);
     }
 
     std::int32_t parsePostfix(std::int32_t base) {
@@ -155,23 +234,12 @@ private:
     }
     std::int32_t parseCall(std::int32_t callee) {
         std::vector<std::int32_t> arguments;
-        if (!take(TokenKind::CloseParenthesis)) {
-            for (;;) {
-                const std::int32_t argument = parseExpression(1);
-                if (argument < 0) return -1;
-                arguments.push_back(argument);
-                if (take(TokenKind::CloseParenthesis)) break;
-                if (!take(TokenKind::Comma)) return -1;
-            }
-        }
+        if (!parseItems(TokenKind::CloseParenthesis, arguments)) return -1;
         FastExprNode node;
         node.kind = FastExprNodeKind::Call;
-        node.left = callee;
-        node.right = static_cast<std::int32_t>(expression_.callArguments.size());
-        node.value = static_cast<std::uint32_t>(arguments.size());
+        node.left = callee - nextIndex();
         node.mayCall = true;
-        expression_.callArguments.insert(expression_.callArguments.end(), arguments.begin(), arguments.end());
-        return addNode(node);
+        return addList(std::move(node), arguments);
     }
 
     const ParsedScriptLine& line_;

@@ -1,6 +1,7 @@
 #include <stdexcept>
 
 #include "script/bytecode_compiler.h"
+#include "script/bytecode_executor.h"
 #include "script/depth_guard.h"
 #include "script/line_parser.h"
 #include "script/source_path.h"
@@ -47,7 +48,7 @@ Variable VesperScript::runBytecodeProgram(const std::shared_ptr<const BytecodePr
         const SourceLineGuard line(context_);
         const SourceFileGuard file(context_, program->sourceDirectory, program->sourcePath);
         const LocalScopeGuard scope(scopes_, false);
-        executeBytecodeChunkInternal(*program, 0, signal, true, -1);
+        BytecodeExecutor(*this, *program, signal).runChunk(0, true);
     }
     if (signal.kind == BlockSignal::Kind::Break) throw std::runtime_error("break used outside a loop");
 

@@ -23,8 +23,8 @@ Variable* Scopes::findExplicit(NameId name, int scope) {
     if (name >= cells_.size()) return nullptr;
     Cell& cell = cells_[name];
     if (scope == 1) return cell.defined ? &cell.global : nullptr;
-    const bool visible = cell.newestLocal != none && cell.newestLocal >= visibleLocals_;
-    return visible ? &locals_[cell.newestLocal].value : nullptr;
+    return cell.newestLocal >= visibleLocals_ ? &locals_[static_cast<std::size_t>(cell.newestLocal)].value
+                                              : nullptr;
 }
 
 void Scopes::setGlobal(NameId name, Variable value) {
@@ -36,10 +36,10 @@ void Scopes::setGlobal(NameId name, Variable value) {
 void Scopes::setLocal(NameId name, Variable value) {
     if (!hasVisibleLocalScope()) pushLocalScope();
     const Cell& cell = cellFor(name);
-    if (cell.newestLocal != none && cell.newestLocal >= localScopes_.back()) {
-        locals_[cell.newestLocal].value = std::move(value);
+    if (cell.newestLocal >= localScopes_.back()) {
+        locals_[static_cast<std::size_t>(cell.newestLocal)].value = std::move(value);
     } else {
-        bind(locals_, &Cell::newestLocal, name, value);
+        bind(locals_, &Cell::newestLocal, name, std::move(value));
     }
 }
 
@@ -87,43 +87,31 @@ void Scopes::commitExternals() {
     for (auto& [name, value] : entries) setGlobal(name, std::move(value));
 }
 
-void Scopes::bind(std::vector<Binding>& stack, std::uint32_t Cell::*newest, NameId name,
-                  const Variable& value) {
+void Scopes::bind(std::vector<Binding>& stack, BindingIndex Cell::*newest, NameId name, Variable value) {
     Cell& cell = cellFor(name);
-    stack.push_back({name, cell.*newest, value});
-    cell.*newest = static_cast<std::uint32_t>(stack.size() - 1);
-}
-
-void Scopes::unbindTo(std::vector<Binding>& stack, std::uint32_t Cell::*newest, std::size_t size) {
-    while (stack.size() > size) {
-        const Binding& binding = stack.back();
-        if (binding.name != noName) cells_[binding.name].*newest = binding.shadowed;
-        stack.pop_back();
-    }
-}
-
-void Scopes::popLocalScope() {
-    unbindTo(locals_, &Cell::newestLocal, localScopes_.back());
-    localScopes_.pop_back();
+    stack.push_back({name, cell.*newest, std::move(value)});
+    cell.*newest = bindingCount(stack) - 1;
 }
 
 void Scopes::pushCallScope(std::span<const NameId> names, std::span<const Variable> values) {
-    callScopes_.push_back(static_cast<std::uint32_t>(calls_.size()));
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        const std::uint32_t first = callScopes_.back();
-        const NameId name = names[i];
-        const bool repeated = cellFor(name).newestCall != none && cells_[name].newestCall >= first;
-        if (repeated) {
-            calls_.push_back({noName, none, i < values.size() ? values[i] : Variable()});
-        } else {
-            bind(calls_, &Cell::newestCall, name, i < values.size() ? values[i] : Variable());
-        }
-    }
+    openCallScope();
+    for (std::size_t i = 0; i < names.size(); ++i) addArgument(i < values.size() ? values[i] : Variable());
+    nameArguments(names);
 }
 
-void Scopes::popCallScope() {
-    unbindTo(calls_, &Cell::newestCall, callScopes_.back());
-    callScopes_.pop_back();
+void Scopes::nameArguments(std::span<const NameId> names) {
+    const BindingIndex first = callScopes_.back();
+    const std::size_t size = static_cast<std::size_t>(first) + names.size();
+    if (calls_.size() != size) calls_.resize(size, {noName, none, {}});
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        Cell& cell = cellFor(names[i]);
+        if (cell.newestCall >= first) continue;  // a repeated name
+        const BindingIndex place = first + static_cast<BindingIndex>(i);
+        Binding& binding = calls_[static_cast<std::size_t>(place)];
+        binding.name = names[i];
+        binding.shadowed = cell.newestCall;
+        cell.newestCall = place;
+    }
 }
 
 std::vector<std::pair<NameId, const Variable*>> Scopes::definedGlobals() const {
@@ -133,14 +121,14 @@ std::vector<std::pair<NameId, const Variable*>> Scopes::definedGlobals() const {
     return globals;
 }
 
-void Scopes::detach(const std::vector<Binding>& stack, std::uint32_t Cell::*newest) {
+void Scopes::detach(const std::vector<Binding>& stack, BindingIndex Cell::*newest) {
     for (auto binding = stack.rbegin(); binding != stack.rend(); ++binding)
         if (binding->name != noName) cells_[binding->name].*newest = binding->shadowed;
 }
 
-void Scopes::attach(std::vector<Binding>& stack, std::uint32_t Cell::*newest) {
+void Scopes::attach(std::vector<Binding>& stack, BindingIndex Cell::*newest) {
     for (std::size_t i = 0; i < stack.size(); ++i)
-        if (stack[i].name != noName) cellFor(stack[i].name).*newest = static_cast<std::uint32_t>(i);
+        if (stack[i].name != noName) cellFor(stack[i].name).*newest = static_cast<BindingIndex>(i);
 }
 
 void Scopes::exchangeFrames(Frames& frames) {

@@ -25,9 +25,9 @@ public:
     Variable* findMutable(NameId name) {
         if (name >= cells_.size()) return nullptr;
         Cell& cell = cells_[name];
-        if (cell.newestLocal != none && cell.newestLocal >= visibleLocals_)
-            return &locals_[cell.newestLocal].value;
-        if (cell.newestCall != none) return &calls_[cell.newestCall].value;
+        if (cell.newestLocal >= visibleLocals_)
+            return &locals_[static_cast<std::size_t>(cell.newestLocal)].value;
+        if (cell.newestCall != none) return &calls_[static_cast<std::size_t>(cell.newestCall)].value;
         if (cell.nativeEntries > 0) {
             if (Variable* native = findNative(name)) return native;
         }
@@ -53,31 +53,43 @@ public:
     void commitExternals();
 
     // Local scopes: one for each running block.
-    void pushLocalScope() { localScopes_.push_back(static_cast<std::uint32_t>(locals_.size())); }
-    void popLocalScope();
+    void pushLocalScope() { localScopes_.push_back(bindingCount(locals_)); }
+    void popLocalScope() {
+        unbindTo(locals_, &Cell::newestLocal, localScopes_.back());
+        localScopes_.pop_back();
+    }
     std::size_t localScopeCount() const { return localScopes_.size(); }
     bool hasVisibleLocalScope() const { return localScopes_.size() > localBase_; }
 
     // Call scopes: parameters and loop variables. Missing arguments are nil. A name that stands twice
     // keeps its first place.
     void pushCallScope(std::span<const NameId> names, std::span<const Variable> values);
-    void popCallScope();
+    void popCallScope() {
+        unbindTo(calls_, &Cell::newestCall, callScopes_.back());
+        callScopes_.pop_back();
+    }
     // The n-th entry of the newest call scope.
-    Variable& callEntry(std::size_t index) { return calls_[callScopes_.back() + index].value; }
+    Variable& callEntry(std::size_t index) {
+        return calls_[static_cast<std::size_t>(callScopes_.back()) + index].value;
+    }
+    // The same in two steps, for a call whose arguments are made where they will stand: the scope is opened,
+    // each value is added without a name, and then the names are given to them.
+    void openCallScope() { callScopes_.push_back(bindingCount(calls_)); }
+    void addArgument(Variable value) { calls_.emplace_back(noName, none, std::move(value)); }
+    void nameArguments(std::span<const NameId> names);
 
     // Starts a call: the block locals of the caller go out of sight. Returns what leaveCall wants back.
     std::uint32_t enterCall() {
         const std::uint32_t previous = localBase_;
         localBase_ = static_cast<std::uint32_t>(localScopes_.size());
-        visibleLocals_ = static_cast<std::uint32_t>(locals_.size());
+        visibleLocals_ = bindingCount(locals_);
         return previous;
     }
     // Also drops what is left of the local scopes opened since enterCall.
     void leaveCall(std::uint32_t previous) {
         while (hasVisibleLocalScope()) popLocalScope();
         localBase_ = previous;
-        visibleLocals_ = localBase_ < localScopes_.size() ? localScopes_[localBase_]
-                                                          : static_cast<std::uint32_t>(locals_.size());
+        visibleLocals_ = localBase_ < localScopes_.size() ? localScopes_[localBase_] : bindingCount(locals_);
     }
 
     std::uint32_t nativeLevel() const { return nativeLevel_; }
@@ -91,17 +103,21 @@ public:
     void exchangeFrames(Frames& frames);
 
 private:
-    static constexpr std::uint32_t none = 0xFFFFFFFFu;
+    // Place in a stack of bindings. `none` is less than every place.
+    using BindingIndex = std::int32_t;
+    static constexpr BindingIndex none = -1;
 
     struct Binding {
+        Binding(NameId bound, BindingIndex hidden, Variable content)
+            : name(bound), shadowed(hidden), value(std::move(content)) {}
         NameId name;
-        std::uint32_t shadowed;
+        BindingIndex shadowed;
         Variable value;
     };
     struct Cell {
         Variable global;
-        std::uint32_t newestLocal = none;
-        std::uint32_t newestCall = none;
+        BindingIndex newestLocal = none;
+        BindingIndex newestCall = none;
         std::uint32_t nativeEntries = 0;
         bool defined = false;
     };
@@ -111,10 +127,10 @@ public:
     struct Frames {
         std::vector<Binding> locals;
         std::vector<Binding> calls;
-        std::vector<std::uint32_t> localScopes;
-        std::vector<std::uint32_t> callScopes;
+        std::vector<BindingIndex> localScopes;
+        std::vector<BindingIndex> callScopes;
         std::uint32_t localBase = 0;
-        std::uint32_t visibleLocals = 0;
+        BindingIndex visibleLocals = 0;
         std::uint32_t nativeLevel = 0;
     };
 
@@ -122,20 +138,29 @@ private:
     Cell& cellFor(NameId name);
     Variable* findNative(NameId name);
     static Variable* findIn(Scope& scope, NameId name);
-    void bind(std::vector<Binding>& stack, std::uint32_t Cell::*newest, NameId name, const Variable& value);
-    void unbindTo(std::vector<Binding>& stack, std::uint32_t Cell::*newest, std::size_t size);
-    void detach(const std::vector<Binding>& stack, std::uint32_t Cell::*newest);
-    void attach(std::vector<Binding>& stack, std::uint32_t Cell::*newest);
+    static BindingIndex bindingCount(const std::vector<Binding>& stack) {
+        return static_cast<BindingIndex>(stack.size());
+    }
+    void bind(std::vector<Binding>& stack, BindingIndex Cell::*newest, NameId name, Variable value);
+    void unbindTo(std::vector<Binding>& stack, BindingIndex Cell::*newest, BindingIndex size) {
+        while (bindingCount(stack) > size) {
+            const Binding& binding = stack.back();
+            if (binding.name != noName) cells_[binding.name].*newest = binding.shadowed;
+            stack.pop_back();
+        }
+    }
+    void detach(const std::vector<Binding>& stack, BindingIndex Cell::*newest);
+    void attach(std::vector<Binding>& stack, BindingIndex Cell::*newest);
 
     std::vector<Cell> cells_;  // by name
     std::vector<Binding> locals_;
     std::vector<Binding> calls_;
-    std::vector<std::uint32_t> localScopes_;  // index of each scope's first binding
-    std::vector<std::uint32_t> callScopes_;
+    std::vector<BindingIndex> localScopes_;  // index of each scope's first binding
+    std::vector<BindingIndex> callScopes_;
     std::vector<Scope> nativeScopes_;  // by level
     Scope externalScope_;
-    std::uint32_t localBase_ = 0;      // local scopes below this belong to callers
-    std::uint32_t visibleLocals_ = 0;  // first binding of the scopes above localBase_
+    std::uint32_t localBase_ = 0;     // local scopes below this belong to callers
+    BindingIndex visibleLocals_ = 0;  // first binding of the scopes above localBase_
     std::uint32_t nativeLevel_ = 0;
 };
 

@@ -24,7 +24,7 @@ void SourceContext::throwError(const std::string& message, std::string_view toke
 
     std::string report = "VesperScript error: " + message + "\n  at ";
     report += path().empty() ? "line " : path() + ":";
-    report += std::to_string(lineNumber_ + 1);
+    report += std::to_string((line_ ? line_->lineNumber : lineNumber_) + 1);
     if (pointed) report.append(", near token '").append(token).append("'");
     report.append("\n  ").append(text).append("\n  ");
     if (column == std::string_view::npos) {

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 #include "script/parsed_line.h"
 
@@ -14,45 +14,42 @@ namespace kelmora {
 class SourceContext {
 public:
     // The statement that runs now; it must outlive its turn.
-    void setLine(const ParsedScriptLine& line) {
-        line_ = &line;
-        lineNumber_ = line.lineNumber;
-    }
+    void setLine(const ParsedScriptLine& line) { line_ = &line; }
     const ParsedScriptLine* line() const { return line_; }
+    // Puts back what line() gave.
+    void restoreLine(const ParsedScriptLine* line) {
+        line_ = line;
+        if (!line) statement_ = {};
+    }
     void setLineNumber(std::uint32_t lineNumber) { lineNumber_ = lineNumber; }
     // A statement that has no record yet.
     void setStatement(std::string_view text) {
         line_ = nullptr;
         statement_ = text;
     }
-    void clearLine() {
-        line_ = nullptr;
-        statement_ = {};
-    }
 
-    // Both strings are borrowed until popSource.
-    void pushSource(const std::string& directory, const std::string& path) {
-        files_.push_back({&directory, &path});
-    }
-    void popSource() { files_.pop_back(); }
     // Of the innermost source file, empty without one.
-    const std::string& directory() const { return files_.empty() ? empty_ : *files_.back().directory; }
-    const std::string& path() const { return files_.empty() ? empty_ : *files_.back().path; }
+    const std::string& directory() const { return *file_.directory; }
+    const std::string& path() const { return *file_.path; }
+
+    struct SourceFile {
+        const std::string* directory;
+        const std::string* path;
+    };
+    // Makes a source file, whose names are borrowed, the innermost one. Returns the one it takes the place
+    // of.
+    SourceFile exchangeFile(SourceFile file) { return std::exchange(file_, file); }
 
     // Raises std::runtime_error with the five-line report that points at the token.
     [[noreturn]] void throwError(const std::string& message, std::string_view token) const;
 
 private:
-    struct SourceFile {
-        const std::string* directory;
-        const std::string* path;
-    };
+    static inline const std::string noText_;
 
     const ParsedScriptLine* line_ = nullptr;
     std::string_view statement_;
-    std::uint32_t lineNumber_ = 0;
-    std::vector<SourceFile> files_;
-    const std::string empty_;
+    std::uint32_t lineNumber_ = 0;  // of a statement without a record
+    SourceFile file_{&noText_, &noText_};
 };
 
 // Puts the statement in hand back when a call or a nested run is over.
@@ -61,13 +58,7 @@ public:
     explicit SourceLineGuard(SourceContext& context) : context_(context), line_(context.line()) {}
     SourceLineGuard(const SourceLineGuard&) = delete;
     SourceLineGuard& operator=(const SourceLineGuard&) = delete;
-    ~SourceLineGuard() {
-        if (line_) {
-            context_.setLine(*line_);
-        } else {
-            context_.clearLine();
-        }
-    }
+    ~SourceLineGuard() { context_.restoreLine(line_); }
 
 private:
     SourceContext& context_;
@@ -79,18 +70,19 @@ private:
 class SourceFileGuard {
 public:
     SourceFileGuard(SourceContext& context, const std::string& directory, const std::string& path)
-        : context_(context), pushed_(!directory.empty() || !path.empty()) {
-        if (pushed_) context_.pushSource(directory, path);
+        : context_(context), known_(!directory.empty() || !path.empty()) {
+        if (known_) previous_ = context_.exchangeFile({&directory, &path});
     }
     SourceFileGuard(const SourceFileGuard&) = delete;
     SourceFileGuard& operator=(const SourceFileGuard&) = delete;
     ~SourceFileGuard() {
-        if (pushed_) context_.popSource();
+        if (known_) context_.exchangeFile(previous_);
     }
 
 private:
     SourceContext& context_;
-    bool pushed_;
+    bool known_;
+    SourceContext::SourceFile previous_{};
 };
 
 }  // namespace kelmora

@@ -3,7 +3,6 @@
 #include <stdexcept>
 
 #include "script/expression_walk.h"
-#include "script/fast_evaluator.h"
 #include "script/line_parser.h"
 #include "script/numbers.h"
 
@@ -15,7 +14,7 @@ Variable VesperScript::evaluateExpression(const ParsedScriptLine& line, std::uin
 
 Variable VesperScript::evaluateRange(const ParsedScriptLine& line, const PreparedExpression& expression,
                                      std::string_view leftover) {
-    if (expression.fast.valid() && fastExpressions_) return FastEvaluator(*this, expression.fast).evaluate();
+    if (expression.fast.valid() && fastExpressions_) return expression.fast.evaluate(*this);
     std::uint32_t index = expression.first;
     Variable value = evaluateExpression(line, index);
     if (index != expression.last && !shouldAbortForSoftRaisedError())
@@ -25,8 +24,7 @@ Variable VesperScript::evaluateRange(const ParsedScriptLine& line, const Prepare
 
 bool VesperScript::evaluateCondition(const ParsedScriptLine& line, std::string_view statement) {
     const PreparedExpression& expression = line.expression;
-    if (expression.fast.valid() && fastExpressions_)
-        return FastEvaluator(*this, expression.fast).evaluateCondition();
+    if (expression.fast.valid() && fastExpressions_) return expression.fast.test(*this);
     std::uint32_t index = 1;
     const Variable value = evaluateExpression(line, index);
     if (shouldAbortForSoftRaisedError()) return false;

@@ -216,12 +216,12 @@ std::string& Variable::editableText() {
 
 TableObject& Variable::table() const {
     assert(isTable());
-    return static_cast<TableObject&>(*payload_.object);
+    return static_cast<TableObject&>(*object());
 }
 
 ScriptCallable& Variable::function() const {
     assert(isFunction());
-    return static_cast<ScriptCallable&>(*payload_.object);
+    return static_cast<ScriptCallable&>(*object());
 }
 
 std::string Variable::toString() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cassert>
 #include <cstdint>
 #include <string>
@@ -40,11 +41,11 @@ struct MultiResult;
 // Arrays, tables, functions and multi values are shared by all copies of the Variable.
 class Variable {
 public:
-    Variable() noexcept : type_(VarType::Not) { payload_.integer = 0; }
-    Variable(const Variable& other) noexcept : payload_(other.payload_), type_(other.type_) {
-        if (isCounted()) payload_.object->retain();
+    Variable() noexcept = default;
+    Variable(const Variable& other) noexcept : bits_(other.bits_), type_(other.type_) {
+        if (isCounted()) object()->retain();
     }
-    Variable(Variable&& other) noexcept : payload_(other.payload_), type_(other.type_) {
+    Variable(Variable&& other) noexcept : bits_(other.bits_), type_(other.type_) {
         other.type_ = VarType::Not;
     }
     Variable& operator=(const Variable& other) noexcept {
@@ -53,32 +54,28 @@ public:
         return *this;
     }
     Variable& operator=(Variable&& other) noexcept {
-        swap(other);
+        if (isCounted()) {
+            swap(other);
+        } else {
+            bits_ = other.bits_;
+            type_ = other.type_;
+            other.type_ = VarType::Not;
+        }
         return *this;
     }
     ~Variable() {
-        if (isCounted() && payload_.object->release()) destroyObject(type_, payload_.object);
+        if (isCounted() && object()->release()) destroyObject(type_, object());
     }
 
     static Variable integer(std::int32_t value) noexcept {
-        Variable v(VarType::Int);
-        v.payload_.integer = value;
-        return v;
+        return Variable(VarType::Int, static_cast<std::uint32_t>(value));
     }
     static Variable number(float value) noexcept {
-        Variable v(VarType::Float);
-        v.payload_.number = value;
-        return v;
+        return Variable(VarType::Float, std::bit_cast<std::uint32_t>(value));
     }
-    static Variable boolean(bool value) noexcept {
-        Variable v(VarType::Bool);
-        v.payload_.boolean = value;
-        return v;
-    }
+    static Variable boolean(bool value) noexcept { return Variable(VarType::Bool, value ? 1 : 0); }
     static Variable pointer(void* value) noexcept {
-        Variable v(VarType::Pointer);
-        v.payload_.pointer = value;
-        return v;
+        return Variable(VarType::Pointer, reinterpret_cast<std::uintptr_t>(value));
     }
     static Variable text(std::string value) { return string(new StringObject(std::move(value))); }
     static Variable string(StringObject* object) noexcept { return counted(VarType::String, object); }
@@ -109,23 +106,23 @@ public:
 
     std::int32_t intValue() const {
         assert(isInt());
-        return payload_.integer;
+        return static_cast<std::int32_t>(static_cast<std::uint32_t>(bits_));
     }
     float floatValue() const {
         assert(isFloat());
-        return payload_.number;
+        return std::bit_cast<float>(static_cast<std::uint32_t>(bits_));
     }
     bool boolValue() const {
         assert(isBool());
-        return payload_.boolean;
+        return bits_ != 0;
     }
     void* pointerValue() const {
         assert(isPointer());
-        return payload_.pointer;
+        return address();
     }
     StringObject& stringObject() const {
         assert(isString());
-        return static_cast<StringObject&>(*payload_.object);
+        return static_cast<StringObject&>(*object());
     }
     const std::string& text() const { return stringObject().text(); }
     // The bytes of this String alone: a shared string is copied first.
@@ -137,40 +134,33 @@ public:
     ScriptCallable& function() const;
 
     // Address of the shared object behind a reference, for comparison by identity.
-    const void* identity() const { return payload_.object; }
+    const void* identity() const { return address(); }
 
     // The value's text. Raises for a container that holds itself and for absurdly large results.
     std::string toString() const;
 
     void swap(Variable& other) noexcept {
-        std::swap(payload_, other.payload_);
+        std::swap(bits_, other.bits_);
         std::swap(type_, other.type_);
     }
 
 private:
-    union Payload {
-        std::int32_t integer;
-        float number;
-        bool boolean;
-        void* pointer;
-        RefCounted* object;
-    };
-
-    explicit Variable(VarType type) noexcept : type_(type) { payload_.pointer = nullptr; }
+    Variable(VarType type, std::uint64_t bits) noexcept : bits_(bits), type_(type) {}
     static Variable counted(VarType type, RefCounted* object) noexcept {
-        Variable v(type);
-        v.payload_.object = object;
         object->retain();
-        return v;
+        return Variable(type, reinterpret_cast<std::uintptr_t>(object));
     }
+    void* address() const { return reinterpret_cast<void*>(static_cast<std::uintptr_t>(bits_)); }
+    RefCounted* object() const { return static_cast<RefCounted*>(address()); }
     bool isCounted() const {
         constexpr unsigned countedTypes = 1u << 3 | 1u << 4 | 1u << 7 | 1u << 8 | 1u << 9 | 1u << 10;
         return (countedTypes >> static_cast<unsigned>(type_) & 1u) != 0;
     }
     static void destroyObject(VarType type, RefCounted* object);
 
-    Payload payload_;
-    VarType type_;
+    // Always written as a whole: a narrow store before a wide load would stall the processor.
+    std::uint64_t bits_ = 0;
+    VarType type_ = VarType::Not;
 };
 
 struct RawObject : RefCounted {
@@ -188,15 +178,15 @@ struct MultiResult : RefCounted {
 
 inline const std::vector<char>& Variable::rawBytes() const {
     assert(isRaw());
-    return static_cast<RawObject&>(*payload_.object).bytes;
+    return static_cast<RawObject&>(*object()).bytes;
 }
 inline std::vector<Variable>& Variable::items() const {
     assert(isArray());
-    return static_cast<ArrayObject&>(*payload_.object).items;
+    return static_cast<ArrayObject&>(*object()).items;
 }
 inline std::vector<Variable>& Variable::values() const {
     assert(isMulti());
-    return static_cast<MultiResult&>(*payload_.object).values;
+    return static_cast<MultiResult&>(*object()).values;
 }
 
 // Turns an Array variable into a Table in place, keys counting from 1. Other references keep the array.

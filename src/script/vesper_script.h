@@ -98,6 +98,7 @@ public:
 
 private:
     friend class CallFrame;
+    friend Variable evaluateCall(VesperScript& script, const FastExprNode& node);
     friend class CoroutineTurn;
     friend class BytecodeExecutor;
 
@@ -112,8 +113,11 @@ private:
     };
 
     // calls.cpp
-    Variable invokeNative(const ScriptCallable& callable, std::span<const Variable> arguments);
+    // A call whose arguments are evaluated where the parameters will stand.
+    Variable callBinding(ScriptCallable& callable, const FastExprNode& call);
+    Variable invokeLibrary(const ScriptCallable& callable, std::span<const Variable> arguments);
     Variable invokeProgram(ScriptCallable& callable, std::span<const Variable> arguments);
+    Variable runProgramBody(const ScriptCallable& callable);
     Variable invokeBody(ScriptCallable& callable, std::span<const Variable> arguments);
     Variable finishCall(BlockSignal& signal, Variable normalValue);
 
@@ -154,6 +158,10 @@ private:
     [[noreturn]] void throwVariableNotFound(const ParsedScriptLine& line,
                                             const ParsedAssignmentTarget& target);
     void storePlain(const TokenAnalysis& name, ScopeTarget target, Variable value);
+    // The compound form; returns the new value.
+    Variable updateKeyed(const ParsedScriptLine& line, const ParsedAssignment& assignment,
+                         const ParsedAssignmentTarget& target, std::span<const Variable> keys,
+                         Variable value);
     void storeKeyed(const TokenAnalysis& name, ScopeTarget target, std::span<const Variable> keys,
                     const Variable& value);
     Variable* resolveTarget(const TokenAnalysis& name, ScopeTarget target);
@@ -163,9 +171,10 @@ private:
                                 BlockSignal& signal);
     friend class BlockExecutor;
 
-    // bytecode_executor.cpp
-    bool executeBytecodeChunkInternal(const BytecodeProgram& program, std::uint32_t chunk,
-                                      BlockSignal& signal, bool useLocalScope, std::int64_t startInstruction);
+    // Something may have to be done between two steps: a jump, a soft error, a coroutine's turn or failure.
+    bool needsAttention() const {
+        return labels_.jumpPending() || softError_.pending() || coroutines_.needAttention();
+    }
 
     void countStep() {
         if (stepsLeft_-- == 0) throw std::runtime_error("Step limit reached");

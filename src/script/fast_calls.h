@@ -1,0 +1,11 @@
+#pragma once
+
+#include "script/fast_expression.h"
+#include "script/variable.h"
+
+namespace kelmora {
+
+// The code of a Call node: callee, arguments from left to right, then the call.
+Variable evaluateCall(VesperScript& script, const FastExprNode& node);
+
+}  // namespace kelmora

@@ -1,0 +1,488 @@
+#include <cstddef>
+
+#include "script/argument_list.h"
+#include "script/callable.h"
+#include "script/fast_calls.h"
+#include "script/fast_expression.h"
+#include "script/numbers.h"
+#include "script/operators.h"
+#include "script/table_object.h"
+#include "script/vesper_script.h"
+
+// The code behind the nodes of compiled expressions, with the results and the messages of the token walk.
+namespace kelmora {
+namespace {
+
+using Node = FastExprNode;
+using Kind = FastExprNodeKind;
+
+const Variable nilValue;
+
+bool aborted(const VesperScript& script) {
+    return script.shouldAbortForSoftRaisedError();
+}
+
+const Variable& nameValue(VesperScript& script, const Node& node) {
+    const Variable* found = script.scopes().find(node.name);
+    return found ? *found : nilValue;
+}
+
+// --- What every node can do, made of one of the others ---
+
+const Variable& referByEvaluating(VesperScript& script, const Node& node, Variable& storage) {
+    storage = node.evaluate(script, node);
+    return storage;
+}
+Variable evaluateByReferring(VesperScript& script, const Node& node) {
+    Variable storage;
+    return node.refer(script, node, storage);
+}
+Variable evaluateByTesting(VesperScript& script, const Node& node) {
+    const bool value = node.test(script, node);
+    return node.mayCall && aborted(script) ? Variable() : Variable::boolean(value);
+}
+bool testByReferring(VesperScript& script, const Node& node) {
+    Variable storage;
+    return isTruthy(node.refer(script, node, storage));
+}
+
+// --- Operands of a node with two of them ---
+
+// A plain name, read where it stands.
+struct NameOperand {
+    struct Storage {};
+    static constexpr bool runsScript = false;
+    static const Variable& get(VesperScript& script, const Node& node, Storage&) {
+        return nameValue(script, node);
+    }
+};
+struct ConstantOperand {
+    struct Storage {};
+    static constexpr bool runsScript = false;
+    static const Variable& get(VesperScript&, const Node& node, Storage&) { return node.constant; }
+};
+struct AnyOperand {
+    using Storage = Variable;
+    static constexpr bool runsScript = true;
+    static const Variable& get(VesperScript& script, const Node& node, Storage& storage) {
+        return node.refer(script, node, storage);
+    }
+};
+// Copied, since what is evaluated next may change it.
+struct KeptOperand {
+    using Storage = Variable;
+    static constexpr bool runsScript = true;
+    static const Variable& get(VesperScript& script, const Node& node, Storage& storage) {
+        return referByEvaluating(script, node, storage);
+    }
+};
+
+// Calls `pick` with the operand classes that fit the node's operands.
+template <typename Pick>
+auto pickOperands(const Node& node, Pick pick) {
+    const Kind left = node.leftNode().kind;
+    const Kind right = node.rightNode().kind;
+    const auto pickRight = [&](auto leftOperand) {
+        if (right == Kind::Variable) return pick(leftOperand, NameOperand{});
+        if (right == Kind::Constant) return pick(leftOperand, ConstantOperand{});
+        return pick(leftOperand, AnyOperand{});
+    };
+    if (left == Kind::Constant) return pickRight(ConstantOperand{});
+    if (node.rightNode().mayCall) return pickRight(KeptOperand{});
+    if (left == Kind::Variable) return pickRight(NameOperand{});
+    return pickRight(AnyOperand{});
+}
+
+// --- Arithmetic ---
+
+template <TokenKind operation>
+bool applyToIntegers(std::int32_t left, std::int32_t right, std::int32_t& result) {
+    const auto a = static_cast<std::uint32_t>(left);
+    const auto b = static_cast<std::uint32_t>(right);
+    if constexpr (operation == TokenKind::Plus) {
+        result = static_cast<std::int32_t>(a + b);
+    } else if constexpr (operation == TokenKind::Minus) {
+        result = static_cast<std::int32_t>(a - b);
+    } else if constexpr (operation == TokenKind::Multiply) {
+        result = static_cast<std::int32_t>(a * b);
+    } else {
+        // Division by zero and the one quotient that overflows are left to the general operation.
+        if (b + 1 <= 1) return false;
+        result = operation == TokenKind::IntegerDivide ? left / right : left % right;
+    }
+    return true;
+}
+
+template <TokenKind operation>
+constexpr bool appliesToFloats =
+    operation == TokenKind::Plus || operation == TokenKind::Minus || operation == TokenKind::Multiply;
+
+template <TokenKind operation>
+float applyToFloats(float left, float right) {
+    if constexpr (operation == TokenKind::Plus) return left + right;
+    if constexpr (operation == TokenKind::Minus) return left - right;
+    return left * right;
+}
+
+template <TokenKind operation>
+struct Arithmetic {
+    template <typename Left, typename Right>
+    static Variable evaluate(VesperScript& script, const Node& node) {
+        typename Left::Storage leftStorage;
+        typename Right::Storage rightStorage;
+        const Variable& left = Left::get(script, node.leftNode(), leftStorage);
+        if (Left::runsScript && aborted(script)) return {};
+        const Variable& right = Right::get(script, node.rightNode(), rightStorage);
+        if (Right::runsScript && aborted(script)) return {};
+        if (left.isInt() && right.isInt()) {
+            std::int32_t result = 0;
+            if (applyToIntegers<operation>(left.intValue(), right.intValue(), result))
+                return Variable::integer(result);
+        }
+        if constexpr (appliesToFloats<operation>) {
+            if (left.isFloat() && right.isFloat())
+                return Variable::number(applyToFloats<operation>(left.floatValue(), right.floatValue()));
+        }
+        // A text that was built on the way to a longer one is lengthened where it stands.
+        if constexpr (operation == TokenKind::Plus && Left::runsScript) {
+            if (&left == &leftStorage && left.isString() && !left.stringObject().isShared() &&
+                tryApplyOperationInPlace(leftStorage, TokenKind::Plus, right))
+                return leftStorage;
+        }
+        return performOperation(left, operation, right);
+    }
+};
+
+template <TokenKind operation>
+FastExprNode::Evaluate pickArithmetic(const Node& node) {
+    return pickOperands(node, []<typename Left, typename Right>(Left, Right) -> FastExprNode::Evaluate {
+        return &Arithmetic<operation>::template evaluate<Left, Right>;
+    });
+}
+
+Variable rareOperation(VesperScript& script, const Node& node) {
+    Variable leftStorage;
+    Variable rightStorage;
+    const Variable& left = KeptOperand::get(script, node.leftNode(), leftStorage);
+    if (aborted(script)) return {};
+    const Variable& right = AnyOperand::get(script, node.rightNode(), rightStorage);
+    if (aborted(script)) return {};
+    return performOperation(left, node.operation, right);
+}
+
+FastExprNode::Evaluate chooseOperation(const Node& node) {
+    switch (node.operation) {
+        case TokenKind::Plus:
+            return pickArithmetic<TokenKind::Plus>(node);
+        case TokenKind::Minus:
+            return pickArithmetic<TokenKind::Minus>(node);
+        case TokenKind::Multiply:
+            return pickArithmetic<TokenKind::Multiply>(node);
+        case TokenKind::IntegerDivide:
+            return pickArithmetic<TokenKind::IntegerDivide>(node);
+        case TokenKind::Remainder:
+            return pickArithmetic<TokenKind::Remainder>(node);
+        default:
+            return rareOperation;
+    }
+}
+
+// --- Comparisons ---
+
+template <TokenKind operation, typename Number>
+bool compareNumbers(Number left, Number right) {
+    if constexpr (operation == TokenKind::Equal) return left == right;
+    if constexpr (operation == TokenKind::NotEqual) return left != right;
+    if constexpr (operation == TokenKind::Less) return left < right;
+    if constexpr (operation == TokenKind::Greater) return left > right;
+    if constexpr (operation == TokenKind::LessEqual) return left <= right;
+    return left >= right;
+}
+
+template <TokenKind operation>
+bool compareValues(const Variable& left, const Variable& right) {
+    constexpr bool forEquality = operation == TokenKind::Equal || operation == TokenKind::NotEqual;
+    if constexpr (forEquality) {
+        if (left.isFloat() && right.isFloat())
+            return compareNumbers<operation>(left.floatValue(), right.floatValue());
+        return variablesEqual(left, right) == (operation == TokenKind::Equal);
+    }
+    return compareNumbers<operation>(compareVariables(left, right), 0);
+}
+
+template <TokenKind operation>
+struct Comparison {
+    template <typename Left, typename Right>
+    static bool test(VesperScript& script, const Node& node) {
+        typename Left::Storage leftStorage;
+        typename Right::Storage rightStorage;
+        const Variable& left = Left::get(script, node.leftNode(), leftStorage);
+        if (Left::runsScript && aborted(script)) return false;
+        const Variable& right = Right::get(script, node.rightNode(), rightStorage);
+        if (Right::runsScript && aborted(script)) return false;
+        if (left.isInt() && right.isInt())
+            return compareNumbers<operation>(left.intValue(), right.intValue());
+        return compareValues<operation>(left, right);
+    }
+};
+
+template <TokenKind operation>
+FastExprNode::Test pickComparison(const Node& node) {
+    return pickOperands(node, []<typename Left, typename Right>(Left, Right) -> FastExprNode::Test {
+        return &Comparison<operation>::template test<Left, Right>;
+    });
+}
+
+FastExprNode::Test chooseComparison(const Node& node) {
+    switch (node.operation) {
+        case TokenKind::Equal:
+            return pickComparison<TokenKind::Equal>(node);
+        case TokenKind::NotEqual:
+            return pickComparison<TokenKind::NotEqual>(node);
+        case TokenKind::Less:
+            return pickComparison<TokenKind::Less>(node);
+        case TokenKind::Greater:
+            return pickComparison<TokenKind::Greater>(node);
+        case TokenKind::LessEqual:
+            return pickComparison<TokenKind::LessEqual>(node);
+        default:
+            return pickComparison<TokenKind::GreaterEqual>(node);
+    }
+}
+
+// --- Leaves ---
+
+Variable evaluateConstant(VesperScript&, const Node& node) {
+    return node.constant;
+}
+const Variable& referToConstant(VesperScript&, const Node& node, Variable&) {
+    return node.constant;
+}
+Variable evaluateName(VesperScript& script, const Node& node) {
+    return nameValue(script, node);
+}
+const Variable& referToName(VesperScript& script, const Node& node, Variable&) {
+    return nameValue(script, node);
+}
+bool testName(VesperScript& script, const Node& node) {
+    return isTruthy(nameValue(script, node));
+}
+const Variable& referToScopedName(VesperScript& script, const Node& node, Variable&) {
+    const Variable* found = script.scopes().findExplicit(node.name, node.scope);
+    return found ? *found : nilValue;
+}
+Variable evaluateVarargs(VesperScript& script, const Node&) {
+    if (script.varargs().empty()) script.context().throwError("Unknown token: ...", "...");
+    return Variable::makeMulti(script.varargs().back());
+}
+
+// --- Signs and words in front of an operand ---
+
+Variable evaluateIdentity(VesperScript& script, const Node& node) {
+    return node.leftNode().evaluate(script, node.leftNode());
+}
+Variable evaluateNegation(VesperScript& script, const Node& node) {
+    Variable storage;
+    const Variable& value = AnyOperand::get(script, node.leftNode(), storage);
+    if (aborted(script)) return {};
+    if (value.isFloat()) return Variable::number(-value.floatValue());
+    if (!value.isNumeric()) script.context().throwError("Unary '-' requires a numeric value", "-");
+    return Variable::integer(static_cast<std::int32_t>(0u - static_cast<std::uint32_t>(toInt(value))));
+}
+Variable evaluateLength(VesperScript& script, const Node& node) {
+    Variable storage;
+    const Variable& value = AnyOperand::get(script, node.leftNode(), storage);
+    return aborted(script) ? Variable() : Variable::integer(arrayLength(value));
+}
+bool testNot(VesperScript& script, const Node& node) {
+    const bool value = node.leftNode().test(script, node.leftNode());
+    return !value && !aborted(script);
+}
+
+// --- and, or ---
+
+template <bool isOr>
+Variable evaluateLogical(VesperScript& script, const Node& node) {
+    Variable left = node.leftNode().evaluate(script, node.leftNode());
+    if (aborted(script)) return {};
+    if (isTruthy(left) == isOr) return left;
+    return node.rightNode().evaluate(script, node.rightNode());
+}
+bool testAnd(VesperScript& script, const Node& node) {
+    return node.leftNode().test(script, node.leftNode()) && !aborted(script) &&
+           node.rightNode().test(script, node.rightNode());
+}
+bool testOr(VesperScript& script, const Node& node) {
+    return node.leftNode().test(script, node.leftNode()) ||
+           (!aborted(script) && node.rightNode().test(script, node.rightNode()));
+}
+
+// --- Elements ---
+
+// The element where it stands, or null for what has to be made or refused.
+const Variable* findElement(const Variable& container, const Variable& key) {
+    if (container.isArray() && key.isInt()) {
+        const std::vector<Variable>& items = container.items();
+        const auto position = static_cast<std::uint32_t>(key.intValue()) - 1u;
+        return position < items.size() ? &items[position] : &nilValue;
+    }
+    if (!container.isTable()) return nullptr;
+    const TableObject& table = container.table();
+    const Variable* found = nullptr;
+    if (key.isString()) {
+        found = table.find(TableKey(key.stringObject()));
+    } else if (key.isInt()) {
+        found = table.find(TableKey(key.intValue()));
+    } else {
+        return nullptr;
+    }
+    return found ? found : &nilValue;
+}
+
+struct Element {
+    template <typename Left, typename Right>
+    static const Variable& refer(VesperScript& script, const Node& node, Variable& storage) {
+        typename Left::Storage containerStorage;
+        typename Right::Storage keyStorage;
+        const Variable& container = Left::get(script, node.leftNode(), containerStorage);
+        if (Left::runsScript && aborted(script)) return nilValue;
+        const Variable& key = Right::get(script, node.rightNode(), keyStorage);
+        if (Right::runsScript && aborted(script)) return nilValue;
+        if (const Variable* element = findElement(container, key)) {
+            if constexpr (Left::runsScript) {
+                // The container may end with this function, and the element with it.
+                if (&container == &containerStorage) return storage = *element;
+            }
+            return *element;
+        }
+        return storage = script.getIndexedValue(container, key);
+    }
+};
+
+FastExprNode::Refer chooseElement(const Node& node) {
+    return pickOperands(node, []<typename Left, typename Right>(Left, Right) -> FastExprNode::Refer {
+        return &Element::refer<Left, Right>;
+    });
+}
+
+// --- Constructors ---
+
+Variable evaluateArray(VesperScript& script, const Node& node) {
+    std::vector<Variable> items;
+    items.reserve(node.count);
+    const Node* item = &node.rightNode();
+    for (std::uint32_t i = 0; i < node.count; ++i, item = &item->nextNode()) {
+        items.push_back(item->evaluate(script, *item));
+        if (item->mayCall && aborted(script)) return {};
+    }
+    return Variable::array(std::move(items));
+}
+
+void setEntry(TableObject& table, const Variable& key, Variable value) {
+    if (key.isString()) {
+        table.set(TableKey(key.stringObject()), std::move(value));
+    } else {
+        table.set(TableKey(keyToString(key)), std::move(value));
+    }
+}
+
+Variable evaluateTable(VesperScript& script, const Node& node) {
+    Variable result = Variable::makeTable();
+    TableObject& table = result.table();
+    if (node.count > 4) table.reserve(node.count);
+    std::int32_t position = 0;
+    const Node* entry = &node.rightNode();
+    for (std::uint32_t i = 0; i < node.count; ++i, entry = &entry->nextNode()) {
+        if (entry->kind != Kind::KeyEntry) {
+            Variable value = entry->evaluate(script, *entry);
+            if (aborted(script)) return {};
+            table.set(TableKey(++position), std::move(value));
+            continue;
+        }
+        const Node& keyNode = entry->leftNode();
+        const Variable key = keyNode.evaluate(script, keyNode);
+        if (keyNode.mayCall && aborted(script)) return {};
+        if (!key.isString()) keyToString(key);  // a key that is none is refused before the value is made
+        Variable value = entry->rightNode().evaluate(script, entry->rightNode());
+        if (aborted(script)) return {};
+        setEntry(table, key, std::move(value));
+    }
+    return result;
+}
+
+// Entries are read by their table; they have no value of their own.
+Variable evaluateEntry(VesperScript&, const Node&) {
+    return {};
+}
+
+}  // namespace
+
+void chooseNodeCode(FastExprNode& node) {
+    node.refer = referByEvaluating;
+    node.test = testByReferring;
+    switch (node.kind) {
+        case Kind::Constant:
+            node.evaluate = evaluateConstant;
+            node.refer = referToConstant;
+            break;
+        case Kind::Variable:
+            node.evaluate = evaluateName;
+            node.refer = referToName;
+            node.test = testName;
+            break;
+        case Kind::ScopedVariable:
+            node.evaluate = evaluateByReferring;
+            node.refer = referToScopedName;
+            break;
+        case Kind::Index:
+            node.evaluate = evaluateByReferring;
+            node.refer = chooseElement(node);
+            break;
+        case Kind::Call:
+            node.evaluate = evaluateCall;
+            break;
+        case Kind::Negate:
+            node.evaluate = evaluateNegation;
+            break;
+        case Kind::Identity:
+            node.evaluate = evaluateIdentity;
+            break;
+        case Kind::Not:
+            node.evaluate = evaluateByTesting;
+            node.test = testNot;
+            break;
+        case Kind::Length:
+            node.evaluate = evaluateLength;
+            break;
+        case Kind::Binary:
+            if (node.isComparison()) {
+                node.evaluate = evaluateByTesting;
+                node.test = chooseComparison(node);
+            } else {
+                node.evaluate = chooseOperation(node);
+            }
+            break;
+        case Kind::And:
+            node.evaluate = evaluateLogical<false>;
+            node.test = testAnd;
+            break;
+        case Kind::Or:
+            node.evaluate = evaluateLogical<true>;
+            node.test = testOr;
+            break;
+        case Kind::Array:
+            node.evaluate = evaluateArray;
+            break;
+        case Kind::Table:
+            node.evaluate = evaluateTable;
+            break;
+        case Kind::KeyEntry:
+            node.evaluate = evaluateEntry;
+            break;
+        case Kind::Varargs:
+            node.evaluate = evaluateVarargs;
+            break;
+    }
+}
+
+}  // namespace kelmora

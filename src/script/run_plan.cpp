@@ -1,0 +1,254 @@
+#include "script/run_plan.h"
+
+#include "script/bytecode_program.h"
+#include "script/parsed_header.h"
+
+namespace kelmora {
+
+class RunPlanBuilder {
+public:
+    RunPlanBuilder(RunPlan& plan, const BytecodeProgram& program, bool fastExpressions)
+        : plan_(plan), program_(program), fastExpressions_(fastExpressions) {}
+
+    void build() {
+        plan_.noBlock_.fault = "Invalid bytecode chunk index";
+        plan_.hasLabels_ = !program_.nestBlocks.empty();
+        plan_.blocks_.resize(program_.chunks.size());
+        flattenGroups();
+        plan_.steps_.reserve(program_.instructions.size());
+        for (const BytecodeInstruction& instruction : program_.instructions)
+            plan_.steps_.push_back(makeStep(instruction));
+        inlineMemo_.resize(program_.chunks.size());
+        for (std::uint32_t chunk = 0; chunk < program_.chunks.size(); ++chunk) fillBlock(chunk);
+    }
+
+private:
+    static constexpr const char* badLine = "Bytecode line index out of range";
+
+    bool isInRange(const BytecodeChunk& chunk) const {
+        return std::uint64_t{chunk.firstInstruction} + chunk.instructionCount <= program_.instructions.size();
+    }
+    const ParsedScriptLine* lineAt(std::uint32_t index) const {
+        return index < program_.lines.size() ? &program_.lines[index] : nullptr;
+    }
+
+    void fillBlock(std::uint32_t index) {
+        const BytecodeChunk& chunk = program_.chunks[index];
+        PlanBlock& block = plan_.blocks_[index];
+        block.chunk = index;
+        block.declaresLocals = chunk.declaresLocals;
+        block.isInline = isInline(index, 0);
+        if (isInRange(chunk)) {
+            block.steps = plan_.steps_.data() + chunk.firstInstruction;
+            block.stepCount = chunk.instructionCount;
+        } else {
+            block.fault = "Bytecode chunk range is out of bounds";
+        }
+    }
+
+    void flattenGroups() {
+        for (const IfGroup& group : program_.ifGroups) {
+            firstBranches_.push_back(static_cast<std::uint32_t>(plan_.branches_.size()));
+            for (const IfBranch& branch : group) plan_.branches_.push_back(makeBranch(branch));
+        }
+    }
+    PlanBranch makeBranch(const IfBranch& record) const {
+        PlanBranch branch;
+        branch.line = lineAt(record.line);
+        branch.isElse = record.isElse;
+        branch.body = &plan_.block(record.bodyChunk);
+        if (branch.line && !record.isElse) branch.condition = compiled(branch.line->expression);
+        return branch;
+    }
+
+    static PlanStep faultyStep(const char* message) {
+        PlanStep step;
+        step.fault = message;
+        return step;
+    }
+
+    PlanStep makeStep(const BytecodeInstruction& instruction) {
+        const std::uint32_t operand = instruction.operand;
+        switch (instruction.opcode) {
+            case Opcode::Line:
+            case Opcode::SimpleAssignment:
+                return statementStep(operand);
+            case Opcode::If:
+                return ifStep(operand);
+            case Opcode::While:
+                return loopStep(StepKind::While, program_.whileLoops, operand,
+                                "Bytecode while-loop index out of range");
+            case Opcode::Repeat:
+                return loopStep(StepKind::Repeat, program_.repeatLoops, operand,
+                                "Bytecode repeat-loop index out of range");
+            case Opcode::NumericFor:
+                return forStep(StepKind::NumericFor, program_.numericForLoops, operand,
+                               "Bytecode numeric-for index out of range");
+            case Opcode::GenericFor:
+                return forStep(StepKind::GenericFor, program_.genericForLoops, operand,
+                               "Bytecode generic-for index out of range");
+            case Opcode::DeclareFunction:
+                return declarationStep(operand);
+            case Opcode::Return:
+                return returnStep(operand);
+            case Opcode::Break:
+                return lineStep(StepKind::Break, operand);
+            case Opcode::Nest:
+                return nestStep(operand);
+        }
+        return faultyStep("Unknown bytecode opcode");
+    }
+
+    PlanStep lineStep(StepKind kind, std::uint32_t lineIndex) const {
+        const ParsedScriptLine* line = lineAt(lineIndex);
+        if (!line) return faultyStep(badLine);
+        PlanStep step;
+        step.kind = kind;
+        step.line = line;
+        return step;
+    }
+
+    const FastExprNode* compiled(const PreparedExpression& expression) const {
+        return fastExpressions_ && expression.fast.valid() ? &expression.fast.root() : nullptr;
+    }
+
+    PlanStep statementStep(std::uint32_t lineIndex) const {
+        PlanStep step = lineStep(StepKind::Statement, lineIndex);
+        if (!step.line) return step;
+        if (step.line->assignment) {
+            shapeAssignment(step, *step.line->assignment);
+        } else if ((step.value = compiled(step.line->expression))) {
+            step.kind = StepKind::Evaluate;
+        }
+        return step;
+    }
+
+    // One target that is a plain name, with at most one key, and one compiled value.
+    void shapeAssignment(PlanStep& step, const ParsedAssignment& assignment) const {
+        if (assignment.targets.size() != 1 || assignment.values.size() != 1) return;
+        const ParsedAssignmentTarget& target = assignment.targets[0];
+        const TokenAnalysis& name = step.line->analysis[target.tokenIndex];
+        const bool isUpdate = assignment.operation != TokenKind::Assign;
+        if (name.isScoped() || target.keys.size() > 1) return;
+        const FastExprNode* value = compiled(assignment.values[0]);
+        const FastExprNode* key = target.keys.empty() ? nullptr : compiled(target.keys[0]);
+        if (!value || (!target.keys.empty() && !key)) return;
+        if (assignment.scopeTarget == ScopeTarget::Local && !isUpdate && !key) {
+            step.kind = StepKind::AssignLocal;
+        } else if (assignment.scopeTarget == ScopeTarget::Default) {
+            step.kind = isUpdate ? (key ? StepKind::UpdateElement : StepKind::UpdateName)
+                                 : (key ? StepKind::AssignElement : StepKind::AssignName);
+        } else {
+            return;
+        }
+        if (isUpdate) step.operation = compoundOperation(assignment.operation);
+        step.name = name.name;
+        step.value = value;
+        step.key = key;
+        step.isCall = assignment.valueIsSingleCall;
+    }
+
+    PlanStep returnStep(std::uint32_t lineIndex) const {
+        PlanStep step = lineStep(StepKind::Return, lineIndex);
+        if (step.line && step.line->returnValues.size() == 1 &&
+            (step.value = compiled(step.line->returnValues[0])))
+            step.kind = StepKind::ReturnValue;
+        return step;
+    }
+
+    PlanStep ifStep(std::uint32_t operand) const {
+        if (operand >= program_.ifGroups.size()) return faultyStep("Bytecode if-group index out of range");
+        PlanStep step;
+        step.kind = StepKind::If;
+        step.firstBranch = firstBranches_[operand];
+        step.branchCount = static_cast<std::uint32_t>(program_.ifGroups[operand].size());
+        return step;
+    }
+
+    PlanStep loopStep(StepKind kind, const std::vector<BytecodeLoop>& loops, std::uint32_t operand,
+                      const char* message) const {
+        if (operand >= loops.size()) return faultyStep(message);
+        PlanStep step = lineStep(kind, loops[operand].line);
+        step.body = &plan_.block(loops[operand].bodyChunk);
+        if (step.line) step.value = compiled(step.line->expression);
+        return step;
+    }
+    PlanStep forStep(StepKind kind, const std::vector<BytecodeLoop>& loops, std::uint32_t operand,
+                     const char* message) const {
+        const PlanStep step = loopStep(kind, loops, operand, message);
+        if (!step.line) return step;
+        const bool fits =
+            step.line->forHeader && step.line->forHeader->isNumeric == (kind == StepKind::NumericFor);
+        return fits ? step : faultyStep(message);
+    }
+
+    PlanStep declarationStep(std::uint32_t operand) const {
+        constexpr const char* message = "Bytecode function-declaration index out of range";
+        if (operand >= program_.functionDeclarations.size()) return faultyStep(message);
+        const FunctionDeclaration& declaration = program_.functionDeclarations[operand];
+        PlanStep step = lineStep(StepKind::DeclareFunction, declaration.line);
+        if (step.line && !step.line->functionHeader) return faultyStep(message);
+        step.declaration = &declaration;
+        return step;
+    }
+
+    PlanStep nestStep(std::uint32_t operand) const {
+        if (operand >= program_.nestBlocks.size()) return faultyStep("Bytecode nest-block index out of range");
+        PlanStep step = lineStep(StepKind::Nest, program_.nestBlocks[operand].line);
+        step.body = &plan_.block(program_.nestBlocks[operand].bodyChunk);
+        return step;
+    }
+
+    bool isInline(std::uint32_t chunk, unsigned depth) {
+        if (chunk >= program_.chunks.size() || depth > 200) return false;
+        const BytecodeChunk& record = program_.chunks[chunk];
+        if (record.nested || record.declaresLocals || !isInRange(record)) return false;
+        if (inlineMemo_[chunk] == 0) {
+            inlineMemo_[chunk] = 1;  // a chunk that holds itself is not inline
+            if (holdsInlineOnly(record, depth)) inlineMemo_[chunk] = 2;
+        }
+        return inlineMemo_[chunk] == 2;
+    }
+    bool holdsInlineOnly(const BytecodeChunk& chunk, unsigned depth) {
+        for (std::uint32_t i = 0; i < chunk.instructionCount; ++i)
+            if (!bodyIsInline(program_.instructions[chunk.firstInstruction + i], depth)) return false;
+        return true;
+    }
+    bool bodyIsInline(const BytecodeInstruction& instruction, unsigned depth) {
+        const std::uint32_t operand = instruction.operand;
+        const auto loopIsInline = [&](const std::vector<BytecodeLoop>& loops) {
+            return operand < loops.size() && isInline(loops[operand].bodyChunk, depth + 1);
+        };
+        switch (instruction.opcode) {
+            case Opcode::Line:
+            case Opcode::SimpleAssignment:
+            case Opcode::Break:
+                return true;
+            case Opcode::If:
+                if (operand >= program_.ifGroups.size()) return false;
+                for (const IfBranch& branch : program_.ifGroups[operand])
+                    if (!isInline(branch.bodyChunk, depth + 1)) return false;
+                return true;
+            case Opcode::While:
+                return loopIsInline(program_.whileLoops);
+            case Opcode::Repeat:
+                return loopIsInline(program_.repeatLoops);
+            case Opcode::NumericFor:
+                return loopIsInline(program_.numericForLoops);
+            default:
+                return false;
+        }
+    }
+
+    RunPlan& plan_;
+    const BytecodeProgram& program_;
+    bool fastExpressions_;
+    std::vector<std::uint32_t> firstBranches_;  // of each if group
+    std::vector<std::uint8_t> inlineMemo_;  // 0 not yet examined, 1 no, 2 yes
+};
+
+RunPlan::RunPlan(const BytecodeProgram& program, bool fastExpressions) {
+    RunPlanBuilder(*this, program, fastExpressions).build();
+}
+
+}  // namespace kelmora

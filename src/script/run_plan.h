@@ -1,0 +1,115 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "script/parsed_line.h"
+
+namespace kelmora {
+
+struct BytecodeProgram;
+struct FunctionDeclaration;
+struct PlanBlock;
+
+// What a step does. The first group is of statements in frequent forms whose expressions are all compiled.
+enum class StepKind : std::uint8_t {
+    AssignName,      // name = value
+    AssignLocal,     // local name = value
+    UpdateName,      // name += value and so on
+    AssignElement,   // name[key] = value
+    UpdateElement,   // name[key] += value and so on
+    Evaluate,        // an expression for its effects
+    ReturnValue,     // return value
+    If,
+    While,
+    Repeat,
+    NumericFor,
+    GenericFor,
+    DeclareFunction,
+    Nest,
+    Break,
+    Return,
+    Statement,  // any other assignment or expression
+    Fault,      // an instruction that points outside the program's tables
+};
+
+struct PlanStep {
+    StepKind kind = StepKind::Fault;
+    TokenKind operation = TokenKind::Unknown;  // of an update, without the "="
+    bool isCall = false;                       // the value is one call: of a multi value the first is taken
+    NameId name = noName;
+    const ParsedScriptLine* line = nullptr;
+    const FastExprNode* value = nullptr;  // a loop's condition too
+    const FastExprNode* key = nullptr;
+    const PlanBlock* body = nullptr;
+    std::uint32_t firstBranch = 0;
+    std::uint32_t branchCount = 0;
+    const FunctionDeclaration* declaration = nullptr;
+    const char* fault = nullptr;
+};
+
+struct PlanBranch {
+    const ParsedScriptLine* line = nullptr;  // null when the program points outside its lines
+    bool isElse = false;
+    const FastExprNode* condition = nullptr;  // null when it is not compiled
+    const PlanBlock* body = nullptr;
+};
+
+struct PlanBlock {
+    std::uint32_t chunk = 0;
+    bool declaresLocals = false;
+    // Declares nothing, is marked as no body, and holds only plain statements, breaks and such blocks again:
+    // bodies of older images, which run without an entry of their own.
+    bool isInline = false;
+    const PlanStep* steps = nullptr;
+    std::uint32_t stepCount = 0;
+    const char* fault = nullptr;  // raised when the block is entered
+};
+
+// A program's tables with every index resolved, made when the program first runs. Damage in the program is
+// found here and raised when the damaged part runs. Points into the program.
+class RunPlan {
+public:
+    RunPlan(const BytecodeProgram& program, bool fastExpressions);
+    RunPlan(const RunPlan&) = delete;
+    RunPlan& operator=(const RunPlan&) = delete;
+
+    const PlanBlock& block(std::uint32_t chunk) const {
+        return chunk < blocks_.size() ? blocks_[chunk] : noBlock_;
+    }
+    const PlanBranch* branches(const PlanStep& step) const { return branches_.data() + step.firstBranch; }
+    bool hasLabels() const { return hasLabels_; }
+
+private:
+    friend class RunPlanBuilder;
+
+    std::vector<PlanStep> steps_;
+    std::vector<PlanBranch> branches_;
+    std::vector<PlanBlock> blocks_;
+    PlanBlock noBlock_;
+    bool hasLabels_ = false;
+};
+
+// The place of a program's plan in the program. A copy of the program makes its own.
+class RunPlanSlot {
+public:
+    RunPlanSlot() = default;
+    RunPlanSlot(const RunPlanSlot&) {}
+    RunPlanSlot& operator=(const RunPlanSlot&) {
+        plans_[0].reset();
+        plans_[1].reset();
+        return *this;
+    }
+
+    const RunPlan& get(const BytecodeProgram& program, bool fastExpressions) {
+        std::unique_ptr<const RunPlan>& plan = plans_[fastExpressions ? 1 : 0];
+        if (!plan) plan = std::make_unique<const RunPlan>(program, fastExpressions);
+        return *plan;
+    }
+
+private:
+    std::unique_ptr<const RunPlan> plans_[2];
+};
+
+}  // namespace kelmora
