@@ -37,6 +37,8 @@ private:
 };
 
 bool BytecodeExecutor::runBlock(const PlanBlock& block, bool useLocalScope, std::uint32_t start) {
+    if (block.isPlain && start == 0 && (!useLocalScope || !script_.scopes_.hasVisibleLocalScope()))
+        return walkSteps(block, 0);
     script_.stack_.check();
     if (block.fault) throw std::runtime_error(block.fault);
     if (start > block.stepCount) throw std::runtime_error("Bytecode jump target is outside the target chunk");
@@ -49,6 +51,71 @@ bool BytecodeExecutor::runBlock(const PlanBlock& block, bool useLocalScope, std:
     if (!wantsScope) return walkSteps(block, start);
     const LocalScopeGuard scope(script_.scopes_, true);
     return walkSteps(block, start);
+}
+
+inline Variable BytecodeExecutor::evaluateValue(const PlanStep& step) {
+    enterLine(step);
+    Variable value = step.value->evaluate(script_, *step.value);
+    if (step.isCall && value.isMulti()) {
+        const Variable multi = std::move(value);
+        return multi.values().empty() ? Variable() : multi.values()[0];
+    }
+    return value;
+}
+
+inline bool BytecodeExecutor::execute(const PlanStep& step) {
+    switch (step.kind) {
+        case StepKind::AssignName:
+            assignName(step, false);
+            return false;
+        case StepKind::AssignLocal:
+            assignName(step, true);
+            return false;
+        case StepKind::UpdateName:
+            updateName(step);
+            return false;
+        case StepKind::AssignElement:
+            assignElement(step);
+            return false;
+        case StepKind::UpdateElement:
+            updateElement(step);
+            return false;
+        case StepKind::Evaluate:
+            enterLine(step);
+            step.value->evaluate(script_, *step.value);
+            return false;
+        case StepKind::ReturnValue:
+        case StepKind::Return:
+            return runReturn(step);
+        case StepKind::If:
+            return runIf(step);
+        case StepKind::While:
+            return runWhile(step);
+        case StepKind::Repeat:
+            return runRepeat(step);
+        case StepKind::NumericFor:
+            return runNumericFor(step);
+        case StepKind::GenericFor:
+            return runGenericFor(step);
+        case StepKind::DeclareFunction:
+            declareFunction(step);
+            return false;
+        case StepKind::Nest:
+            enterLine(step);
+            return runBody(*step.body);
+        case StepKind::Break:
+            enterLine(step);
+            signal_.kind = BlockSignal::Kind::Break;
+            return true;
+        case StepKind::Statement:
+            enterLine(step);
+            if (!script_.executeAssignment(*step.line, nullptr))
+                script_.executeExpressionStatement(*step.line);
+            return false;
+        case StepKind::Fault:
+            break;
+    }
+    throw std::runtime_error(step.fault);
 }
 
 bool BytecodeExecutor::walkSteps(const PlanBlock& block, std::uint32_t start) {
@@ -115,72 +182,7 @@ bool BytecodeExecutor::executeRegisteredJumpTarget(const std::string& label) {
     return true;
 }
 
-bool BytecodeExecutor::execute(const PlanStep& step) {
-    switch (step.kind) {
-        case StepKind::AssignName:
-            assignName(step, false);
-            return false;
-        case StepKind::AssignLocal:
-            assignName(step, true);
-            return false;
-        case StepKind::UpdateName:
-            updateName(step);
-            return false;
-        case StepKind::AssignElement:
-            assignElement(step);
-            return false;
-        case StepKind::UpdateElement:
-            updateElement(step);
-            return false;
-        case StepKind::Evaluate:
-            enterLine(step);
-            step.value->evaluate(script_, *step.value);
-            return false;
-        case StepKind::ReturnValue:
-        case StepKind::Return:
-            return runReturn(step);
-        case StepKind::If:
-            return runIf(step);
-        case StepKind::While:
-            return runWhile(step);
-        case StepKind::Repeat:
-            return runRepeat(step);
-        case StepKind::NumericFor:
-            return runNumericFor(step);
-        case StepKind::GenericFor:
-            return runGenericFor(step);
-        case StepKind::DeclareFunction:
-            declareFunction(step);
-            return false;
-        case StepKind::Nest:
-            enterLine(step);
-            return runBody(*step.body);
-        case StepKind::Break:
-            enterLine(step);
-            signal_.kind = BlockSignal::Kind::Break;
-            return true;
-        case StepKind::Statement:
-            enterLine(step);
-            if (!script_.executeAssignment(*step.line, nullptr))
-                script_.executeExpressionStatement(*step.line);
-            return false;
-        case StepKind::Fault:
-            break;
-    }
-    throw std::runtime_error(step.fault);
-}
-
 // --- Statements in their frequent forms ---
-
-Variable BytecodeExecutor::evaluateValue(const PlanStep& step) {
-    enterLine(step);
-    Variable value = step.value->evaluate(script_, *step.value);
-    if (step.isCall && value.isMulti()) {
-        const Variable multi = std::move(value);
-        return multi.values().empty() ? Variable() : multi.values()[0];
-    }
-    return value;
-}
 
 void BytecodeExecutor::assignName(const PlanStep& step, bool isLocal) {
     Variable value = evaluateValue(step);
@@ -258,19 +260,7 @@ bool BytecodeExecutor::runReturn(const PlanStep& step) {
 
 bool BytecodeExecutor::runBody(const PlanBlock& block) {
     const NativeLevelGuard level(script_.scopes_, script_.scopes_.nativeLevel() + 1);
-    if (block.isInline && !script_.scopes_.hasVisibleLocalScope()) return runInline(block);
     return runBlock(block, true, 0);
-}
-
-bool BytecodeExecutor::runInline(const PlanBlock& block) {
-    for (std::uint32_t at = 0; at < block.stepCount; ++at) {
-        script_.rethrowPendingCoroutineException();
-        if (aborted()) return true;
-        if (execute(block.steps[at])) return true;
-        if (script_.labels_.jumpPending()) return true;  // the enclosing block follows it
-        script_.serviceCoroutines();
-    }
-    return false;
 }
 
 bool BytecodeExecutor::runRound(const PlanBlock& block) {

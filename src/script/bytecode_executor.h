@@ -54,7 +54,6 @@ private:
 
     // Runs a block's body one native level deeper than its opener.
     bool runBody(const PlanBlock& block);
-    bool runInline(const PlanBlock& block);
     // A round of a loop: true to go on with the next one.
     bool runRound(const PlanBlock& block);
     bool loopEnded() const { return !signal_.isNormal() || script_.labels_.jumpPending(); }

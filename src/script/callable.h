@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cassert>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -52,5 +53,10 @@ struct ScriptCallable : RefCounted {
     // Made when labels of this function are registered; they die with it.
     std::shared_ptr<const bool> labelLife;
 };
+
+inline ScriptCallable& Variable::function() const {
+    assert(isFunction());
+    return static_cast<ScriptCallable&>(*object());
+}
 
 }  // namespace kelmora

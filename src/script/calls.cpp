@@ -15,36 +15,42 @@ class CallFrame {
 public:
     CallFrame(VesperScript& script, const ScriptCallable& callable)
         : script_(script),
-          line_(script.context_),
-          source_(script.context_, callable.sourceDirectory, callable.sourcePath),
-          level_(script.scopes_, callable.nativeScopeIndex),
-          localBase_(script.scopes_.enterCall()) {}
+          line_(script.context_.line()),
+          file_(script.context_.file()),
+          view_(script.scopes_.enterCall(callable.nativeScopeIndex)) {
+        if (!callable.sourceDirectory.empty() || !callable.sourcePath.empty())
+            script.context_.setFile({&callable.sourceDirectory, &callable.sourcePath});
+    }
     CallFrame(const CallFrame&) = delete;
     CallFrame& operator=(const CallFrame&) = delete;
-    ~CallFrame() { script_.scopes_.leaveCall(localBase_); }
+    ~CallFrame() {
+        script_.scopes_.leaveCall(view_);
+        script_.context_.setFile(file_);
+        script_.context_.restoreLine(line_);
+    }
 
 private:
     VesperScript& script_;
-    SourceLineGuard line_;
-    SourceFileGuard source_;
-    NativeLevelGuard level_;
-    std::uint32_t localBase_;
+    const ParsedScriptLine* line_;
+    SourceContext::File file_;
+    Scopes::CallerView view_;
 };
 
 // The scope with a call's parameters.
 class ArgumentScope {
 public:
-    explicit ArgumentScope(Scopes& scopes) : scopes_(scopes) { scopes_.openCallScope(); }
+    explicit ArgumentScope(Scopes& scopes) : scopes_(scopes), scope_(scopes.openCallScope()) {}
     ArgumentScope(Scopes& scopes, const ScriptCallable& callable, std::span<const Variable> arguments)
-        : scopes_(scopes) {
-        scopes_.pushCallScope(callable.parameters, arguments);
-    }
+        : scopes_(scopes), scope_(scopes.pushCallScope(callable.parameters, arguments)) {}
     ArgumentScope(const ArgumentScope&) = delete;
     ArgumentScope& operator=(const ArgumentScope&) = delete;
-    ~ArgumentScope() { scopes_.popCallScope(); }
+    ~ArgumentScope() { scopes_.popCallScope(scope_); }
+
+    void nameAll(const ScriptCallable& callable) { scopes_.nameArguments(scope_, callable.parameters); }
 
 private:
     Scopes& scopes_;
+    CallScope scope_;
 };
 
 // What `...` stands for in a variadic call.
@@ -68,26 +74,23 @@ private:
     bool isVariadic_;
 };
 
-// The code of a Call node: callee, arguments from left to right, then the call.
-Variable evaluateCall(VesperScript& script, const FastExprNode& node) {
-    const FastExprNode& calleeNode = node.leftNode();
-    const Variable callee = calleeNode.evaluate(script, calleeNode);
-    if (calleeNode.mayCall && script.shouldAbortForSoftRaisedError()) return {};
-    if (callee.isFunction() && callee.function().takesBoundArguments())
-        return script.callBinding(callee.function(), node);
+Variable VesperScript::callNode(const Variable& callee, const FastExprNode& node) {
+    if (callee.isFunction() && callee.function().takesBoundArguments()) return callBinding(callee, node);
+    const Variable kept = callee;  // an argument may overwrite the name that held it
     ArgumentList arguments;
     const FastExprNode* argument = &node.rightNode();
     for (std::uint32_t i = 0; i < node.count; ++i, argument = &argument->nextNode()) {
-        arguments.emplace([&] { return argument->evaluate(script, *argument); });
-        if (argument->mayCall && script.shouldAbortForSoftRaisedError()) return {};
+        arguments.emplace([&] { return argument->evaluate(*this, *argument); });
+        if (argument->mayCall && shouldAbortForSoftRaisedError()) return {};
     }
-    if (callee.isFunction() && callee.function().library)
-        return script.invokeLibrary(callee.function(), arguments.span());
-    return script.invokeCallable(callee, arguments.span());
+    if (kept.isFunction() && kept.function().library) return invokeLibrary(kept.function(), arguments.span());
+    return invokeCallable(kept, arguments.span());
 }
 
-Variable VesperScript::callBinding(ScriptCallable& callable, const FastExprNode& node) {
-    const ArgumentScope scope(scopes_);
+Variable VesperScript::callBinding(const Variable& callee, const FastExprNode& node) {
+    const Variable kept = callee;  // an argument or the call may overwrite the name that held it
+    const ScriptCallable& callable = kept.function();
+    ArgumentScope scope(scopes_);
     const FastExprNode* argument = &node.rightNode();
     for (std::uint32_t i = 0; i < node.count; ++i, argument = &argument->nextNode()) {
         scopes_.addArgument(argument->evaluate(*this, *argument));
@@ -95,8 +98,21 @@ Variable VesperScript::callBinding(ScriptCallable& callable, const FastExprNode&
     }
     const DepthGuard depth(callDepth_);
     stack_.check();
-    scopes_.nameArguments(callable.parameters);
+    scope.nameAll(callable);
     return runProgramBody(callable);
+}
+
+// The code of a Call node: callee, arguments from left to right, then the call.
+Variable evaluateCall(VesperScript& script, const FastExprNode& node) {
+    const FastExprNode& calleeNode = node.leftNode();
+    const Variable callee = calleeNode.evaluate(script, calleeNode);
+    if (calleeNode.mayCall && script.shouldAbortForSoftRaisedError()) return {};
+    return script.callNode(callee, node);
+}
+
+Variable evaluateNamedCall(VesperScript& script, const FastExprNode& node) {
+    const Variable* callee = script.scopes().find(node.leftNode().name);
+    return script.callNode(callee ? *callee : Variable(), node);
 }
 
 Variable VesperScript::invokeCallable(const Variable& callee, std::span<const Variable> arguments) {
@@ -154,6 +170,7 @@ Variable VesperScript::runProgramBody(const ScriptCallable& callable) {
         BytecodeExecutor(*this, *callable.program, signal).runChunk(callable.chunkIndex, true);
         rethrowPendingCoroutineException();
     }
+    if (signal.kind == BlockSignal::Kind::Return && !needsAttention()) return std::move(signal.value);
     return finishCall(signal, Variable());
 }
 

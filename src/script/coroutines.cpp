@@ -29,7 +29,7 @@ std::shared_ptr<CoroutineState> createCoroutineState(const Variable& function,
     Scopes bound;
     bound.pushLocalScope();
     for (std::size_t i = 0; i < callable.parameters.size(); ++i)
-        bound.setLocal(callable.parameters[i], i < arguments.size() ? arguments[i] : Variable());
+        bound.setLocal(callable.parameters[i], i < arguments.size() ? Variable(arguments[i]) : Variable());
     bound.setNativeLevel(callable.nativeScopeIndex + 1);
     bound.exchangeFrames(state->scopes);
     if (callable.isVariadic) {
@@ -98,8 +98,9 @@ private:
     }
     void popFrame() {
         const Kind kind = top().kind;
+        const CallScope variables = top().variables;
         state_.frames.pop_back();
-        if (kind == Kind::NumericFor || kind == Kind::GenericFor) script_.scopes_.popCallScope();
+        if (kind == Kind::NumericFor || kind == Kind::GenericFor) script_.scopes_.popCallScope(variables);
         if (kind == Kind::Block && !state_.frames.empty()) {
             script_.scopes_.popLocalScope();
             script_.scopes_.setNativeLevel(script_.scopes_.nativeLevel() - 1);
@@ -210,7 +211,7 @@ private:
         } else {
             readIterator(opener, loop);
         }
-        script_.scopes_.pushCallScope(opener.forHeader->names, {});
+        loop.variables = script_.scopes_.pushCallScope(opener.forHeader->names, {});
         state_.frames.push_back(std::move(loop));
     }
     void readIterator(const ParsedScriptLine& opener, CoroutineFrame& loop) {
@@ -261,7 +262,7 @@ private:
             loop.value = static_cast<std::int32_t>(static_cast<std::uint32_t>(loop.value) +
                                                    static_cast<std::uint32_t>(loop.step));
         if (loop.step > 0 ? loop.value > loop.limit : loop.value < loop.limit) return false;
-        script_.scopes_.callEntry(0) = Variable::integer(loop.value);
+        script_.scopes_.callEntry(loop.variables, 0) = Variable::integer(loop.value);
         return true;
     }
     bool nextElement(CoroutineFrame& loop, const ParsedFor& header) {
@@ -270,7 +271,7 @@ private:
             const std::size_t at = loop.position++;
             const Variable* value = container.table().find(TableKey(*loop.keys->keys[at]));
             if (!value) continue;  // erased meanwhile
-            script_.bindPair(header, loop.keys->keyValues[at], *value);
+            script_.bindPair(header, loop.variables, loop.keys->keyValues[at], *value);
             return true;
         }
         if (loop.keys) return false;
@@ -280,9 +281,9 @@ private:
         if (loop.position >= items.size()) return false;
         const Variable element = items[loop.position++];
         if (loop.withKeys) {
-            script_.bindPair(header, Variable::integer(static_cast<std::int32_t>(loop.position)), element);
+            script_.bindPair(header, loop.variables, Variable::integer(static_cast<std::int32_t>(loop.position)), element);
         } else {
-            script_.bindElement(header, element);
+            script_.bindElement(header, loop.variables, element);
         }
         return true;
     }

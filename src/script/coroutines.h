@@ -31,7 +31,8 @@ struct CoroutineFrame {
     std::int32_t value = 0;      // numeric for
     std::int32_t limit = 0;
     std::int32_t step = 1;
-    Variable container;  // generic for
+    CallScope variables = 0;  // of a for loop
+    Variable container;       // generic for
     bool withKeys = false;
     std::shared_ptr<const TableKeyList> keys;  // of a table walked by pairs
     std::size_t position = 0;

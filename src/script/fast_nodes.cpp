@@ -1,7 +1,6 @@
-#include <cstddef>
+#include <type_traits>
+#include <utility>
 
-#include "script/argument_list.h"
-#include "script/callable.h"
 #include "script/fast_calls.h"
 #include "script/fast_expression.h"
 #include "script/numbers.h"
@@ -50,47 +49,45 @@ bool testByReferring(VesperScript& script, const Node& node) {
 
 // A plain name, read where it stands.
 struct NameOperand {
-    struct Storage {};
-    static constexpr bool runsScript = false;
-    static const Variable& get(VesperScript& script, const Node& node, Storage&) {
-        return nameValue(script, node);
-    }
+    static constexpr bool isLeaf = true;
+    NameOperand(VesperScript& script, const Node& node) : value(nameValue(script, node)) {}
+    const Variable& value;
 };
 struct ConstantOperand {
-    struct Storage {};
-    static constexpr bool runsScript = false;
-    static const Variable& get(VesperScript&, const Node& node, Storage&) { return node.constant; }
+    static constexpr bool isLeaf = true;
+    ConstantOperand(VesperScript&, const Node& node) : value(node.constant) {}
+    const Variable& value;
 };
-struct AnyOperand {
-    using Storage = Variable;
-    static constexpr bool runsScript = true;
-    static const Variable& get(VesperScript& script, const Node& node, Storage& storage) {
-        return node.refer(script, node, storage);
-    }
+// Anything that may stand somewhere already.
+struct ReferredOperand {
+    static constexpr bool isLeaf = false;
+    ReferredOperand(VesperScript& script, const Node& node) : value(node.refer(script, node, storage)) {}
+    Variable storage;
+    const Variable& value;
 };
-// Copied, since what is evaluated next may change it.
-struct KeptOperand {
-    using Storage = Variable;
-    static constexpr bool runsScript = true;
-    static const Variable& get(VesperScript& script, const Node& node, Storage& storage) {
-        return referByEvaluating(script, node, storage);
-    }
+// A result of its own, or a copy since what is evaluated next may change the original.
+struct OwnOperand {
+    static constexpr bool isLeaf = false;
+    OwnOperand(VesperScript& script, const Node& node) : value(node.evaluate(script, node)) {}
+    Variable value;
 };
 
 // Calls `pick` with the operand classes that fit the node's operands.
 template <typename Pick>
 auto pickOperands(const Node& node, Pick pick) {
-    const Kind left = node.leftNode().kind;
-    const Kind right = node.rightNode().kind;
-    const auto pickRight = [&](auto leftOperand) {
-        if (right == Kind::Variable) return pick(leftOperand, NameOperand{});
-        if (right == Kind::Constant) return pick(leftOperand, ConstantOperand{});
-        return pick(leftOperand, AnyOperand{});
+    const auto pickRight = [&]<typename Left>(std::type_identity<Left> left) {
+        const Node& right = node.rightNode();
+        if (right.kind == Kind::Variable) return pick(left, std::type_identity<NameOperand>());
+        if (right.kind == Kind::Constant) return pick(left, std::type_identity<ConstantOperand>());
+        if (right.refer == referByEvaluating) return pick(left, std::type_identity<OwnOperand>());
+        return pick(left, std::type_identity<ReferredOperand>());
     };
-    if (left == Kind::Constant) return pickRight(ConstantOperand{});
-    if (node.rightNode().mayCall) return pickRight(KeptOperand{});
-    if (left == Kind::Variable) return pickRight(NameOperand{});
-    return pickRight(AnyOperand{});
+    const Node& left = node.leftNode();
+    if (left.kind == Kind::Constant) return pickRight(std::type_identity<ConstantOperand>());
+    if (left.refer == referByEvaluating || node.rightNode().mayCall)
+        return pickRight(std::type_identity<OwnOperand>());
+    if (left.kind == Kind::Variable) return pickRight(std::type_identity<NameOperand>());
+    return pickRight(std::type_identity<ReferredOperand>());
 }
 
 // --- Arithmetic ---
@@ -128,12 +125,12 @@ template <TokenKind operation>
 struct Arithmetic {
     template <typename Left, typename Right>
     static Variable evaluate(VesperScript& script, const Node& node) {
-        typename Left::Storage leftStorage;
-        typename Right::Storage rightStorage;
-        const Variable& left = Left::get(script, node.leftNode(), leftStorage);
-        if (Left::runsScript && aborted(script)) return {};
-        const Variable& right = Right::get(script, node.rightNode(), rightStorage);
-        if (Right::runsScript && aborted(script)) return {};
+        Left leftOperand(script, node.leftNode());
+        if (!Left::isLeaf && aborted(script)) return {};
+        const Right rightOperand(script, node.rightNode());
+        if (!Right::isLeaf && aborted(script)) return {};
+        const Variable& left = leftOperand.value;
+        const Variable& right = rightOperand.value;
         if (left.isInt() && right.isInt()) {
             std::int32_t result = 0;
             if (applyToIntegers<operation>(left.intValue(), right.intValue(), result))
@@ -144,10 +141,10 @@ struct Arithmetic {
                 return Variable::number(applyToFloats<operation>(left.floatValue(), right.floatValue()));
         }
         // A text that was built on the way to a longer one is lengthened where it stands.
-        if constexpr (operation == TokenKind::Plus && Left::runsScript) {
-            if (&left == &leftStorage && left.isString() && !left.stringObject().isShared() &&
-                tryApplyOperationInPlace(leftStorage, TokenKind::Plus, right))
-                return leftStorage;
+        if constexpr (operation == TokenKind::Plus && std::is_same_v<Left, OwnOperand>) {
+            if (left.isString() && !left.stringObject().isShared() &&
+                tryApplyOperationInPlace(leftOperand.value, TokenKind::Plus, right))
+                return std::move(leftOperand.value);
         }
         return performOperation(left, operation, right);
     }
@@ -155,19 +152,17 @@ struct Arithmetic {
 
 template <TokenKind operation>
 FastExprNode::Evaluate pickArithmetic(const Node& node) {
-    return pickOperands(node, []<typename Left, typename Right>(Left, Right) -> FastExprNode::Evaluate {
+    return pickOperands(node, []<typename Left, typename Right>(std::type_identity<Left>, std::type_identity<Right>) -> FastExprNode::Evaluate {
         return &Arithmetic<operation>::template evaluate<Left, Right>;
     });
 }
 
 Variable rareOperation(VesperScript& script, const Node& node) {
-    Variable leftStorage;
-    Variable rightStorage;
-    const Variable& left = KeptOperand::get(script, node.leftNode(), leftStorage);
+    const OwnOperand left(script, node.leftNode());
     if (aborted(script)) return {};
-    const Variable& right = AnyOperand::get(script, node.rightNode(), rightStorage);
+    const ReferredOperand right(script, node.rightNode());
     if (aborted(script)) return {};
-    return performOperation(left, node.operation, right);
+    return performOperation(left.value, node.operation, right.value);
 }
 
 FastExprNode::Evaluate chooseOperation(const Node& node) {
@@ -214,12 +209,12 @@ template <TokenKind operation>
 struct Comparison {
     template <typename Left, typename Right>
     static bool test(VesperScript& script, const Node& node) {
-        typename Left::Storage leftStorage;
-        typename Right::Storage rightStorage;
-        const Variable& left = Left::get(script, node.leftNode(), leftStorage);
-        if (Left::runsScript && aborted(script)) return false;
-        const Variable& right = Right::get(script, node.rightNode(), rightStorage);
-        if (Right::runsScript && aborted(script)) return false;
+        const Left leftOperand(script, node.leftNode());
+        if (!Left::isLeaf && aborted(script)) return false;
+        const Right rightOperand(script, node.rightNode());
+        if (!Right::isLeaf && aborted(script)) return false;
+        const Variable& left = leftOperand.value;
+        const Variable& right = rightOperand.value;
         if (left.isInt() && right.isInt())
             return compareNumbers<operation>(left.intValue(), right.intValue());
         return compareValues<operation>(left, right);
@@ -228,7 +223,7 @@ struct Comparison {
 
 template <TokenKind operation>
 FastExprNode::Test pickComparison(const Node& node) {
-    return pickOperands(node, []<typename Left, typename Right>(Left, Right) -> FastExprNode::Test {
+    return pickOperands(node, []<typename Left, typename Right>(std::type_identity<Left>, std::type_identity<Right>) -> FastExprNode::Test {
         return &Comparison<operation>::template test<Left, Right>;
     });
 }
@@ -282,16 +277,16 @@ Variable evaluateIdentity(VesperScript& script, const Node& node) {
     return node.leftNode().evaluate(script, node.leftNode());
 }
 Variable evaluateNegation(VesperScript& script, const Node& node) {
-    Variable storage;
-    const Variable& value = AnyOperand::get(script, node.leftNode(), storage);
+    const ReferredOperand operand(script, node.leftNode());
+    const Variable& value = operand.value;
     if (aborted(script)) return {};
     if (value.isFloat()) return Variable::number(-value.floatValue());
     if (!value.isNumeric()) script.context().throwError("Unary '-' requires a numeric value", "-");
     return Variable::integer(static_cast<std::int32_t>(0u - static_cast<std::uint32_t>(toInt(value))));
 }
 Variable evaluateLength(VesperScript& script, const Node& node) {
-    Variable storage;
-    const Variable& value = AnyOperand::get(script, node.leftNode(), storage);
+    const ReferredOperand operand(script, node.leftNode());
+    const Variable& value = operand.value;
     return aborted(script) ? Variable() : Variable::integer(arrayLength(value));
 }
 bool testNot(VesperScript& script, const Node& node) {
@@ -342,25 +337,23 @@ const Variable* findElement(const Variable& container, const Variable& key) {
 struct Element {
     template <typename Left, typename Right>
     static const Variable& refer(VesperScript& script, const Node& node, Variable& storage) {
-        typename Left::Storage containerStorage;
-        typename Right::Storage keyStorage;
-        const Variable& container = Left::get(script, node.leftNode(), containerStorage);
-        if (Left::runsScript && aborted(script)) return nilValue;
-        const Variable& key = Right::get(script, node.rightNode(), keyStorage);
-        if (Right::runsScript && aborted(script)) return nilValue;
-        if (const Variable* element = findElement(container, key)) {
-            if constexpr (Left::runsScript) {
-                // The container may end with this function, and the element with it.
-                if (&container == &containerStorage) return storage = *element;
-            }
-            return *element;
+        const Left container(script, node.leftNode());
+        if (!Left::isLeaf && aborted(script)) return nilValue;
+        const Right key(script, node.rightNode());
+        if (!Right::isLeaf && aborted(script)) return nilValue;
+        const Variable* element = findElement(container.value, key.value);
+        if (!element) return storage = script.getIndexedValue(container.value, key.value);
+        // A container that ends with this function may take the element with it.
+        if constexpr (std::is_same_v<Left, OwnOperand>) return storage = *element;
+        if constexpr (std::is_same_v<Left, ReferredOperand>) {
+            if (&container.value == &container.storage) return storage = *element;
         }
-        return storage = script.getIndexedValue(container, key);
+        return *element;
     }
 };
 
 FastExprNode::Refer chooseElement(const Node& node) {
-    return pickOperands(node, []<typename Left, typename Right>(Left, Right) -> FastExprNode::Refer {
+    return pickOperands(node, []<typename Left, typename Right>(std::type_identity<Left>, std::type_identity<Right>) -> FastExprNode::Refer {
         return &Element::refer<Left, Right>;
     });
 }
@@ -439,7 +432,7 @@ void chooseNodeCode(FastExprNode& node) {
             node.refer = chooseElement(node);
             break;
         case Kind::Call:
-            node.evaluate = evaluateCall;
+            node.evaluate = node.leftNode().kind == Kind::Variable ? evaluateNamedCall : evaluateCall;
             break;
         case Kind::Negate:
             node.evaluate = evaluateNegation;

@@ -18,7 +18,6 @@ public:
         plan_.steps_.reserve(program_.instructions.size());
         for (const BytecodeInstruction& instruction : program_.instructions)
             plan_.steps_.push_back(makeStep(instruction));
-        inlineMemo_.resize(program_.chunks.size());
         for (std::uint32_t chunk = 0; chunk < program_.chunks.size(); ++chunk) fillBlock(chunk);
     }
 
@@ -37,10 +36,10 @@ private:
         PlanBlock& block = plan_.blocks_[index];
         block.chunk = index;
         block.declaresLocals = chunk.declaresLocals;
-        block.isInline = isInline(index, 0);
         if (isInRange(chunk)) {
             block.steps = plan_.steps_.data() + chunk.firstInstruction;
             block.stepCount = chunk.instructionCount;
+            block.isPlain = !chunk.declaresLocals && program_.nestBlocks.empty();
         } else {
             block.fault = "Bytecode chunk range is out of bounds";
         }
@@ -199,52 +198,10 @@ private:
         return step;
     }
 
-    bool isInline(std::uint32_t chunk, unsigned depth) {
-        if (chunk >= program_.chunks.size() || depth > 200) return false;
-        const BytecodeChunk& record = program_.chunks[chunk];
-        if (record.nested || record.declaresLocals || !isInRange(record)) return false;
-        if (inlineMemo_[chunk] == 0) {
-            inlineMemo_[chunk] = 1;  // a chunk that holds itself is not inline
-            if (holdsInlineOnly(record, depth)) inlineMemo_[chunk] = 2;
-        }
-        return inlineMemo_[chunk] == 2;
-    }
-    bool holdsInlineOnly(const BytecodeChunk& chunk, unsigned depth) {
-        for (std::uint32_t i = 0; i < chunk.instructionCount; ++i)
-            if (!bodyIsInline(program_.instructions[chunk.firstInstruction + i], depth)) return false;
-        return true;
-    }
-    bool bodyIsInline(const BytecodeInstruction& instruction, unsigned depth) {
-        const std::uint32_t operand = instruction.operand;
-        const auto loopIsInline = [&](const std::vector<BytecodeLoop>& loops) {
-            return operand < loops.size() && isInline(loops[operand].bodyChunk, depth + 1);
-        };
-        switch (instruction.opcode) {
-            case Opcode::Line:
-            case Opcode::SimpleAssignment:
-            case Opcode::Break:
-                return true;
-            case Opcode::If:
-                if (operand >= program_.ifGroups.size()) return false;
-                for (const IfBranch& branch : program_.ifGroups[operand])
-                    if (!isInline(branch.bodyChunk, depth + 1)) return false;
-                return true;
-            case Opcode::While:
-                return loopIsInline(program_.whileLoops);
-            case Opcode::Repeat:
-                return loopIsInline(program_.repeatLoops);
-            case Opcode::NumericFor:
-                return loopIsInline(program_.numericForLoops);
-            default:
-                return false;
-        }
-    }
-
     RunPlan& plan_;
     const BytecodeProgram& program_;
     bool fastExpressions_;
     std::vector<std::uint32_t> firstBranches_;  // of each if group
-    std::vector<std::uint8_t> inlineMemo_;  // 0 not yet examined, 1 no, 2 yes
 };
 
 RunPlan::RunPlan(const BytecodeProgram& program, bool fastExpressions) {

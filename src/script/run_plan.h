@@ -59,9 +59,8 @@ struct PlanBranch {
 struct PlanBlock {
     std::uint32_t chunk = 0;
     bool declaresLocals = false;
-    // Declares nothing, is marked as no body, and holds only plain statements, breaks and such blocks again:
-    // bodies of older images, which run without an entry of their own.
-    bool isInline = false;
+    // Runs without a scope and without being registered, where no local scope is in sight.
+    bool isPlain = false;
     const PlanStep* steps = nullptr;
     std::uint32_t stepCount = 0;
     const char* fault = nullptr;  // raised when the block is entered

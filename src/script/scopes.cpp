@@ -2,11 +2,6 @@
 
 namespace kelmora {
 
-Scopes::Cell& Scopes::cellFor(NameId name) {
-    if (name >= cells_.size()) cells_.resize(name + std::size_t{1});
-    return cells_[name];
-}
-
 Variable* Scopes::findIn(Scope& scope, NameId name) {
     for (auto& [entryName, value] : scope)
         if (entryName == name) return &value;
@@ -23,24 +18,13 @@ Variable* Scopes::findExplicit(NameId name, int scope) {
     if (name >= cells_.size()) return nullptr;
     Cell& cell = cells_[name];
     if (scope == 1) return cell.defined ? &cell.global : nullptr;
-    return cell.newestLocal >= visibleLocals_ ? &locals_[static_cast<std::size_t>(cell.newestLocal)].value
-                                              : nullptr;
+    return cell.newestLocal >= visibleLocals_ ? &locals_[cell.newestLocal].value : nullptr;
 }
 
 void Scopes::setGlobal(NameId name, Variable value) {
     Cell& cell = cellFor(name);
     cell.global = std::move(value);
     cell.defined = true;
-}
-
-void Scopes::setLocal(NameId name, Variable value) {
-    if (!hasVisibleLocalScope()) pushLocalScope();
-    const Cell& cell = cellFor(name);
-    if (cell.newestLocal >= localScopes_.back()) {
-        locals_[static_cast<std::size_t>(cell.newestLocal)].value = std::move(value);
-    } else {
-        bind(locals_, &Cell::newestLocal, name, std::move(value));
-    }
 }
 
 void Scopes::setNative(NameId name, Variable value) {
@@ -87,31 +71,11 @@ void Scopes::commitExternals() {
     for (auto& [name, value] : entries) setGlobal(name, std::move(value));
 }
 
-void Scopes::bind(std::vector<Binding>& stack, BindingIndex Cell::*newest, NameId name, Variable value) {
-    Cell& cell = cellFor(name);
-    stack.push_back({name, cell.*newest, std::move(value)});
-    cell.*newest = bindingCount(stack) - 1;
-}
-
-void Scopes::pushCallScope(std::span<const NameId> names, std::span<const Variable> values) {
-    openCallScope();
-    for (std::size_t i = 0; i < names.size(); ++i) addArgument(i < values.size() ? values[i] : Variable());
-    nameArguments(names);
-}
-
-void Scopes::nameArguments(std::span<const NameId> names) {
-    const BindingIndex first = callScopes_.back();
-    const std::size_t size = static_cast<std::size_t>(first) + names.size();
-    if (calls_.size() != size) calls_.resize(size, {noName, none, {}});
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        Cell& cell = cellFor(names[i]);
-        if (cell.newestCall >= first) continue;  // a repeated name
-        const BindingIndex place = first + static_cast<BindingIndex>(i);
-        Binding& binding = calls_[static_cast<std::size_t>(place)];
-        binding.name = names[i];
-        binding.shadowed = cell.newestCall;
-        cell.newestCall = place;
-    }
+CallScope Scopes::pushCallScope(std::span<const NameId> names, std::span<const Variable> values) {
+    const CallScope scope = openCallScope();
+    for (std::size_t i = 0; i < names.size(); ++i) addArgument(i < values.size() ? Variable(values[i]) : Variable());
+    nameArguments(scope, names);
+    return scope;
 }
 
 std::vector<std::pair<NameId, const Variable*>> Scopes::definedGlobals() const {
@@ -121,14 +85,16 @@ std::vector<std::pair<NameId, const Variable*>> Scopes::definedGlobals() const {
     return globals;
 }
 
-void Scopes::detach(const std::vector<Binding>& stack, BindingIndex Cell::*newest) {
-    for (auto binding = stack.rbegin(); binding != stack.rend(); ++binding)
-        if (binding->name != noName) cells_[binding->name].*newest = binding->shadowed;
+void Scopes::detach(const BindingStack& stack, BindingIndex Cell::*newest) {
+    for (BindingIndex place = stack.size() - 1; place >= 0; --place) {
+        const BoundVariable& binding = stack[place];
+        if (binding.name != noName) cells_[binding.name].*newest = binding.shadowed;
+    }
 }
 
-void Scopes::attach(std::vector<Binding>& stack, BindingIndex Cell::*newest) {
-    for (std::size_t i = 0; i < stack.size(); ++i)
-        if (stack[i].name != noName) cellFor(stack[i].name).*newest = static_cast<BindingIndex>(i);
+void Scopes::attach(const BindingStack& stack, BindingIndex Cell::*newest) {
+    for (BindingIndex place = 0; place < stack.size(); ++place)
+        if (stack[place].name != noName) cellFor(stack[place].name).*newest = place;
 }
 
 void Scopes::exchangeFrames(Frames& frames) {
@@ -137,7 +103,6 @@ void Scopes::exchangeFrames(Frames& frames) {
     locals_.swap(frames.locals);
     calls_.swap(frames.calls);
     localScopes_.swap(frames.localScopes);
-    callScopes_.swap(frames.callScopes);
     std::swap(localBase_, frames.localBase);
     std::swap(visibleLocals_, frames.visibleLocals);
     std::swap(nativeLevel_, frames.nativeLevel);

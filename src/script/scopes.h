@@ -6,11 +6,15 @@
 #include <utility>
 #include <vector>
 
+#include "script/binding_stack.h"
 #include "script/names.h"
 #include "script/token.h"
 #include "script/variable.h"
 
 namespace kelmora {
+
+// An open call scope, by the place of its first binding.
+using CallScope = BindingIndex;
 
 // All variable storage of an interpreter. A name is looked for in the local scopes of the running call,
 // then in the call scopes of all running calls from the newest, then in the current native scope, then
@@ -25,9 +29,8 @@ public:
     Variable* findMutable(NameId name) {
         if (name >= cells_.size()) return nullptr;
         Cell& cell = cells_[name];
-        if (cell.newestLocal >= visibleLocals_)
-            return &locals_[static_cast<std::size_t>(cell.newestLocal)].value;
-        if (cell.newestCall != none) return &calls_[static_cast<std::size_t>(cell.newestCall)].value;
+        if (cell.newestLocal >= visibleLocals_) return &locals_[cell.newestLocal].value;
+        if (cell.newestCall != noBinding) return &calls_[cell.newestCall].value;
         if (cell.nativeEntries > 0) {
             if (Variable* native = findNative(name)) return native;
         }
@@ -37,12 +40,21 @@ public:
     Variable* findExplicit(NameId name, int scope);
 
     void setGlobal(NameId name, Variable value);
-    void setLocal(NameId name, Variable value);
+    void setLocal(NameId name, Variable&& value) {
+        if (!hasVisibleLocalScope()) pushLocalScope();
+        Cell& cell = cellFor(name);
+        if (cell.newestLocal >= localScopes_.back()) {
+            locals_[cell.newestLocal].value = std::move(value);
+        } else {
+            locals_.push(name, cell.newestLocal, std::move(value));
+            cell.newestLocal = locals_.size() - 1;
+        }
+    }
     void setNative(NameId name, Variable value);
     void setExternal(NameId name, Variable value);
     void setExplicit(NameId name, int scope, Variable value);
     // Overwrites the variable that the name resolves to, or makes a global.
-    void assignDefault(NameId name, Variable value) {
+    void assignDefault(NameId name, Variable&& value) {
         if (Variable* existing = findMutable(name)) {
             *existing = std::move(value);
         } else {
@@ -53,7 +65,7 @@ public:
     void commitExternals();
 
     // Local scopes: one for each running block.
-    void pushLocalScope() { localScopes_.push_back(bindingCount(locals_)); }
+    void pushLocalScope() { localScopes_.push_back(locals_.size()); }
     void popLocalScope() {
         unbindTo(locals_, &Cell::newestLocal, localScopes_.back());
         localScopes_.pop_back();
@@ -62,34 +74,52 @@ public:
     bool hasVisibleLocalScope() const { return localScopes_.size() > localBase_; }
 
     // Call scopes: parameters and loop variables. Missing arguments are nil. A name that stands twice
-    // keeps its first place.
-    void pushCallScope(std::span<const NameId> names, std::span<const Variable> values);
-    void popCallScope() {
-        unbindTo(calls_, &Cell::newestCall, callScopes_.back());
-        callScopes_.pop_back();
+    // keeps its first place. Scopes are closed in the reverse order of opening.
+    CallScope pushCallScope(std::span<const NameId> names, std::span<const Variable> values);
+    void popCallScope(CallScope scope) { unbindTo(calls_, &Cell::newestCall, scope); }
+    // The n-th entry of a call scope.
+    Variable& callEntry(CallScope scope, std::size_t index) {
+        return calls_[scope + static_cast<BindingIndex>(index)].value;
     }
-    // The n-th entry of the newest call scope.
-    Variable& callEntry(std::size_t index) {
-        return calls_[static_cast<std::size_t>(callScopes_.back()) + index].value;
+    // Opening in steps, for a call whose arguments are made where they will stand: each value is added
+    // without a name, and then the names are given to them.
+    CallScope openCallScope() const { return calls_.size(); }
+    void addArgument(Variable&& value) { calls_.push(noName, noBinding, std::move(value)); }
+    void nameArguments(CallScope scope, std::span<const NameId> names) {
+        const auto end = scope + static_cast<BindingIndex>(names.size());
+        while (calls_.size() < end) addArgument(Variable());
+        while (calls_.size() > end) calls_.drop();
+        for (BindingIndex place = scope; place < end; ++place) {
+            const NameId name = names[static_cast<std::size_t>(place - scope)];
+            Cell& cell = cellFor(name);
+            if (cell.newestCall >= scope) continue;  // a repeated name
+            BoundVariable& binding = calls_[place];
+            binding.name = name;
+            binding.shadowed = cell.newestCall;
+            cell.newestCall = place;
+        }
     }
-    // The same in two steps, for a call whose arguments are made where they will stand: the scope is opened,
-    // each value is added without a name, and then the names are given to them.
-    void openCallScope() { callScopes_.push_back(bindingCount(calls_)); }
-    void addArgument(Variable value) { calls_.emplace_back(noName, none, std::move(value)); }
-    void nameArguments(std::span<const NameId> names);
 
-    // Starts a call: the block locals of the caller go out of sight. Returns what leaveCall wants back.
-    std::uint32_t enterCall() {
-        const std::uint32_t previous = localBase_;
+    // What a call hides of its caller and gives back at its end.
+    struct CallerView {
+        std::uint32_t localBase;
+        BindingIndex visibleLocals;
+        std::uint32_t nativeLevel;
+    };
+    // Starts a call: the block locals of the caller go out of sight.
+    CallerView enterCall(std::uint32_t nativeLevel) {
+        const CallerView view{localBase_, visibleLocals_, nativeLevel_};
         localBase_ = static_cast<std::uint32_t>(localScopes_.size());
-        visibleLocals_ = bindingCount(locals_);
-        return previous;
+        visibleLocals_ = locals_.size();
+        nativeLevel_ = nativeLevel;
+        return view;
     }
     // Also drops what is left of the local scopes opened since enterCall.
-    void leaveCall(std::uint32_t previous) {
+    void leaveCall(const CallerView& view) {
         while (hasVisibleLocalScope()) popLocalScope();
-        localBase_ = previous;
-        visibleLocals_ = localBase_ < localScopes_.size() ? localScopes_[localBase_] : bindingCount(locals_);
+        localBase_ = view.localBase;
+        visibleLocals_ = view.visibleLocals;
+        nativeLevel_ = view.nativeLevel;
     }
 
     std::uint32_t nativeLevel() const { return nativeLevel_; }
@@ -99,65 +129,47 @@ public:
     std::vector<std::pair<NameId, const Variable*>> definedGlobals() const;
 
     // Local and call scopes of a coroutine, which take the place of the main script's for its turn.
-    struct Frames;
+    struct Frames {
+        BindingStack locals;
+        BindingStack calls;
+        std::vector<BindingIndex> localScopes;
+        std::uint32_t localBase = 0;
+        BindingIndex visibleLocals = 0;
+        std::uint32_t nativeLevel = 0;
+    };
     void exchangeFrames(Frames& frames);
 
 private:
-    // Place in a stack of bindings. `none` is less than every place.
-    using BindingIndex = std::int32_t;
-    static constexpr BindingIndex none = -1;
-
-    struct Binding {
-        Binding(NameId bound, BindingIndex hidden, Variable content)
-            : name(bound), shadowed(hidden), value(std::move(content)) {}
-        NameId name;
-        BindingIndex shadowed;
-        Variable value;
-    };
     struct Cell {
         Variable global;
-        BindingIndex newestLocal = none;
-        BindingIndex newestCall = none;
+        BindingIndex newestLocal = noBinding;
+        BindingIndex newestCall = noBinding;
         std::uint32_t nativeEntries = 0;
         bool defined = false;
     };
     using Scope = std::vector<std::pair<NameId, Variable>>;
 
-public:
-    struct Frames {
-        std::vector<Binding> locals;
-        std::vector<Binding> calls;
-        std::vector<BindingIndex> localScopes;
-        std::vector<BindingIndex> callScopes;
-        std::uint32_t localBase = 0;
-        BindingIndex visibleLocals = 0;
-        std::uint32_t nativeLevel = 0;
-    };
-
-private:
-    Cell& cellFor(NameId name);
+    Cell& cellFor(NameId name) {
+        if (name >= cells_.size()) cells_.resize(name + std::size_t{1});
+        return cells_[name];
+    }
     Variable* findNative(NameId name);
     static Variable* findIn(Scope& scope, NameId name);
-    static BindingIndex bindingCount(const std::vector<Binding>& stack) {
-        return static_cast<BindingIndex>(stack.size());
-    }
-    void bind(std::vector<Binding>& stack, BindingIndex Cell::*newest, NameId name, Variable value);
-    void unbindTo(std::vector<Binding>& stack, BindingIndex Cell::*newest, BindingIndex size) {
-        while (bindingCount(stack) > size) {
-            const Binding& binding = stack.back();
+    void unbindTo(BindingStack& stack, BindingIndex Cell::*newest, BindingIndex size) {
+        while (stack.size() > size) {
+            const BoundVariable& binding = stack[stack.size() - 1];
             if (binding.name != noName) cells_[binding.name].*newest = binding.shadowed;
-            stack.pop_back();
+            stack.drop();
         }
     }
-    void detach(const std::vector<Binding>& stack, BindingIndex Cell::*newest);
-    void attach(std::vector<Binding>& stack, BindingIndex Cell::*newest);
+    void detach(const BindingStack& stack, BindingIndex Cell::*newest);
+    void attach(const BindingStack& stack, BindingIndex Cell::*newest);
 
     std::vector<Cell> cells_;  // by name
-    std::vector<Binding> locals_;
-    std::vector<Binding> calls_;
-    std::vector<BindingIndex> localScopes_;  // index of each scope's first binding
-    std::vector<BindingIndex> callScopes_;
-    std::vector<Scope> nativeScopes_;  // by level
+    BindingStack locals_;
+    BindingStack calls_;
+    std::vector<BindingIndex> localScopes_;  // place of each scope's first binding
+    std::vector<Scope> nativeScopes_;        // by level
     Scope externalScope_;
     std::uint32_t localBase_ = 0;     // local scopes below this belong to callers
     BindingIndex visibleLocals_ = 0;  // first binding of the scopes above localBase_

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "script/parsed_line.h"
 
@@ -13,6 +12,11 @@ namespace kelmora {
 // for reports and for relative paths.
 class SourceContext {
 public:
+    struct File {
+        const std::string* directory;
+        const std::string* path;
+    };
+
     // The statement that runs now; it must outlive its turn.
     void setLine(const ParsedScriptLine& line) { line_ = &line; }
     const ParsedScriptLine* line() const { return line_; }
@@ -32,13 +36,9 @@ public:
     const std::string& directory() const { return *file_.directory; }
     const std::string& path() const { return *file_.path; }
 
-    struct SourceFile {
-        const std::string* directory;
-        const std::string* path;
-    };
-    // Makes a source file, whose names are borrowed, the innermost one. Returns the one it takes the place
-    // of.
-    SourceFile exchangeFile(SourceFile file) { return std::exchange(file_, file); }
+    const File& file() const { return file_; }
+    // The innermost source file from now on. Its names are borrowed.
+    void setFile(const File& file) { file_ = file; }
 
     // Raises std::runtime_error with the five-line report that points at the token.
     [[noreturn]] void throwError(const std::string& message, std::string_view token) const;
@@ -49,7 +49,7 @@ private:
     const ParsedScriptLine* line_ = nullptr;
     std::string_view statement_;
     std::uint32_t lineNumber_ = 0;  // of a statement without a record
-    SourceFile file_{&noText_, &noText_};
+    File file_{&noText_, &noText_};
 };
 
 // Puts the statement in hand back when a call or a nested run is over.
@@ -70,19 +70,16 @@ private:
 class SourceFileGuard {
 public:
     SourceFileGuard(SourceContext& context, const std::string& directory, const std::string& path)
-        : context_(context), known_(!directory.empty() || !path.empty()) {
-        if (known_) previous_ = context_.exchangeFile({&directory, &path});
+        : context_(context), previous_(context.file()) {
+        if (!directory.empty() || !path.empty()) context_.setFile({&directory, &path});
     }
     SourceFileGuard(const SourceFileGuard&) = delete;
     SourceFileGuard& operator=(const SourceFileGuard&) = delete;
-    ~SourceFileGuard() {
-        if (known_) context_.exchangeFile(previous_);
-    }
+    ~SourceFileGuard() { context_.setFile(previous_); }
 
 private:
     SourceContext& context_;
-    bool known_;
-    SourceContext::SourceFile previous_{};
+    SourceContext::File previous_;
 };
 
 }  // namespace kelmora

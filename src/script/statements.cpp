@@ -85,25 +85,25 @@ bool VesperScript::isBuiltinWalk(const ParsedScriptLine& line) const {
     return function && function->isFunction() && function->function().builtinId == header.builtin;
 }
 
-void VesperScript::bindPair(const ParsedFor& header, Variable key, Variable value) {
+void VesperScript::bindPair(const ParsedFor& header, CallScope scope, Variable key, Variable value) {
     if (header.names.size() == 1) {
-        scopes_.callEntry(0) = Variable::array({std::move(key), std::move(value)});
+        scopes_.callEntry(scope, 0) = Variable::array({std::move(key), std::move(value)});
         return;
     }
-    scopes_.callEntry(0) = std::move(key);
-    scopes_.callEntry(1) = std::move(value);
-    for (std::size_t i = 2; i < header.names.size(); ++i) scopes_.callEntry(i) = Variable();
+    scopes_.callEntry(scope, 0) = std::move(key);
+    scopes_.callEntry(scope, 1) = std::move(value);
+    for (std::size_t i = 2; i < header.names.size(); ++i) scopes_.callEntry(scope, i) = Variable();
 }
 
-void VesperScript::bindElement(const ParsedFor& header, const Variable& element) {
+void VesperScript::bindElement(const ParsedFor& header, CallScope scope, const Variable& element) {
     const Variable kept = element;
     const bool spreads = header.names.size() > 1 && kept.isArray();
     for (std::size_t i = 0; i < header.names.size(); ++i) {
         if (spreads) {
             const std::vector<Variable>& items = kept.items();
-            scopes_.callEntry(i) = i < items.size() ? items[i] : Variable();
+            scopes_.callEntry(scope, i) = i < items.size() ? items[i] : Variable();
         } else {
-            scopes_.callEntry(i) = i == 0 ? kept : Variable();
+            scopes_.callEntry(scope, i) = i == 0 ? kept : Variable();
         }
     }
 }

@@ -12,15 +12,17 @@ namespace kelmora {
 // Pops the scope of a loop's variables on every way out.
 class LoopScope {
 public:
-    LoopScope(Scopes& scopes, std::span<const NameId> names) : scopes_(scopes) {
-        scopes_.pushCallScope(names, {});
-    }
+    LoopScope(Scopes& scopes, std::span<const NameId> names)
+        : scopes_(scopes), scope_(scopes.pushCallScope(names, {})) {}
     LoopScope(const LoopScope&) = delete;
     LoopScope& operator=(const LoopScope&) = delete;
-    ~LoopScope() { scopes_.popCallScope(); }
+    ~LoopScope() { scopes_.popCallScope(scope_); }
+
+    CallScope scope() const { return scope_; }
 
 private:
     Scopes& scopes_;
+    CallScope scope_;
 };
 
 template <typename Body>
@@ -28,10 +30,10 @@ void VesperScript::runNumericFor(const ParsedScriptLine& line, Body&& body) {
     const ForBounds bounds = evaluateForBounds(line);
     if (shouldAbortForSoftRaisedError()) return;
     if (bounds.step == 0) throw std::runtime_error("for loop step must not be 0");
-    const LoopScope scope(scopes_, line.forHeader->names);
+    const LoopScope loop(scopes_, line.forHeader->names);
     std::int32_t value = bounds.start;
     while (bounds.step > 0 ? value <= bounds.stop : value >= bounds.stop) {
-        scopes_.callEntry(0) = Variable::integer(value);
+        scopes_.callEntry(loop.scope(), 0) = Variable::integer(value);
         if (!body()) return;
         value = static_cast<std::int32_t>(static_cast<std::uint32_t>(value) +
                                           static_cast<std::uint32_t>(bounds.step));
@@ -42,15 +44,15 @@ template <typename Body>
 void VesperScript::walkGenericFor(const ParsedScriptLine& line, Body&& body) {
     const ParsedFor& header = *line.forHeader;
     throwHeaderFault(line, header.fault);
-    const LoopScope scope(scopes_, header.names);
+    const LoopScope loop(scopes_, header.names);
     if (isBuiltinWalk(line)) {
         const Variable container =
             evaluateRange(line, header.argument, "Unexpected token after for iterator");
         if (shouldAbortForSoftRaisedError()) return;
         if (header.builtin == BuiltinId::Pairs && container.isTable()) {
-            walkPairs(header, container, body);
+            walkPairs(header, loop.scope(), container, body);
         } else if (container.isTable() || container.isArray()) {
-            walkSequence(header, container, true, body);
+            walkSequence(header, loop.scope(), container, true, body);
         } else {
             throw std::runtime_error(header.builtin == BuiltinId::Pairs
                                          ? "pairs(container) expects an array or table"
@@ -62,25 +64,25 @@ void VesperScript::walkGenericFor(const ParsedScriptLine& line, Body&& body) {
     if (shouldAbortForSoftRaisedError()) return;
     if (!iterator.isArray() && !iterator.isMulti())
         throw std::runtime_error("generic for loops expect an array iterator");
-    walkSequence(header, iterator, false, body);
+    walkSequence(header, loop.scope(), iterator, false, body);
 }
 
 template <typename Body>
-void VesperScript::walkPairs(const ParsedFor& header, const Variable& container, Body&& body) {
+void VesperScript::walkPairs(const ParsedFor& header, CallScope scope, const Variable& container, Body&& body) {
     const TableObject& table = container.table();
     const auto keys = table.sortedKeys();
     for (std::size_t i = 0; i < keys->keys.size(); ++i) {
         const Variable* value = table.find(TableKey(*keys->keys[i]));
         if (!value) continue;  // erased by the body
-        bindPair(header, keys->keyValues[i], *value);
+        bindPair(header, scope, keys->keyValues[i], *value);
         if (!body()) return;
     }
 }
 
 // Arrays, multi values, and the numbered part of tables. The length is read anew in each round.
 template <typename Body>
-void VesperScript::walkSequence(const ParsedFor& header, const Variable& sequence, bool withKeys,
-                                Body&& body) {
+void VesperScript::walkSequence(const ParsedFor& header, CallScope scope, const Variable& sequence,
+                                bool withKeys, Body&& body) {
     const auto length = [&] {
         if (sequence.isTable()) return sequence.table().numericLength();
         return sequence.isArray() ? sequence.items().size() : sequence.values().size();
@@ -90,9 +92,9 @@ void VesperScript::walkSequence(const ParsedFor& header, const Variable& sequenc
                                   : sequence.isArray() ? sequence.items()[i]
                                                        : sequence.values()[i];
         if (withKeys) {
-            bindPair(header, Variable::integer(static_cast<std::int32_t>(i + 1)), element);
+            bindPair(header, scope, Variable::integer(static_cast<std::int32_t>(i + 1)), element);
         } else {
-            bindElement(header, element);
+            bindElement(header, scope, element);
         }
         if (!body()) return;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cassert>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -93,5 +94,10 @@ private:
     std::size_t integerEntries_ = 0;
     mutable std::shared_ptr<const TableKeyList> sorted_;
 };
+
+inline TableObject& Variable::table() const {
+    assert(isTable());
+    return static_cast<TableObject&>(*object());
+}
 
 }  // namespace kelmora

@@ -214,16 +214,6 @@ std::string& Variable::editableText() {
     return stringObject().editable();
 }
 
-TableObject& Variable::table() const {
-    assert(isTable());
-    return static_cast<TableObject&>(*object());
-}
-
-ScriptCallable& Variable::function() const {
-    assert(isFunction());
-    return static_cast<ScriptCallable&>(*object());
-}
-
 std::string Variable::toString() const {
     if (isString()) return text();
     TextBuilder builder;

@@ -130,8 +130,8 @@ public:
     const std::vector<char>& rawBytes() const;
     std::vector<Variable>& items() const;   // of an Array
     std::vector<Variable>& values() const;  // of a Multi
-    TableObject& table() const;
-    ScriptCallable& function() const;
+    inline TableObject& table() const;       // in table_object.h
+    inline ScriptCallable& function() const;  // in callable.h
 
     // Address of the shared object behind a reference, for comparison by identity.
     const void* identity() const { return address(); }

@@ -99,6 +99,7 @@ public:
 private:
     friend class CallFrame;
     friend Variable evaluateCall(VesperScript& script, const FastExprNode& node);
+    friend Variable evaluateNamedCall(VesperScript& script, const FastExprNode& node);
     friend class CoroutineTurn;
     friend class BytecodeExecutor;
 
@@ -113,8 +114,9 @@ private:
     };
 
     // calls.cpp
-    // A call whose arguments are evaluated where the parameters will stand.
-    Variable callBinding(ScriptCallable& callable, const FastExprNode& call);
+    // Evaluates the arguments and calls. The second form makes them where the parameters will stand.
+    Variable callNode(const Variable& callee, const FastExprNode& node);
+    Variable callBinding(const Variable& callee, const FastExprNode& node);
     Variable invokeLibrary(const ScriptCallable& callable, std::span<const Variable> arguments);
     Variable invokeProgram(ScriptCallable& callable, std::span<const Variable> arguments);
     Variable runProgramBody(const ScriptCallable& callable);
@@ -139,13 +141,14 @@ private:
     template <typename Body>
     void walkGenericFor(const ParsedScriptLine& line, Body&& body);
     template <typename Body>
-    void walkPairs(const ParsedFor& header, const Variable& container, Body&& body);
+    void walkPairs(const ParsedFor& header, CallScope scope, const Variable& container, Body&& body);
     template <typename Body>
-    void walkSequence(const ParsedFor& header, const Variable& sequence, bool withKeys, Body&& body);
+    void walkSequence(const ParsedFor& header, CallScope scope, const Variable& sequence, bool withKeys,
+                      Body&& body);
     template <typename Body>
     void runNumericFor(const ParsedScriptLine& line, Body&& body);
-    void bindPair(const ParsedFor& header, Variable key, Variable value);
-    void bindElement(const ParsedFor& header, const Variable& element);
+    void bindPair(const ParsedFor& header, CallScope scope, Variable key, Variable value);
+    void bindElement(const ParsedFor& header, CallScope scope, const Variable& element);
     bool isBuiltinWalk(const ParsedScriptLine& line) const;
 
     // assignment.cpp
@@ -173,7 +176,7 @@ private:
 
     // Something may have to be done between two steps: a jump, a soft error, a coroutine's turn or failure.
     bool needsAttention() const {
-        return labels_.jumpPending() || softError_.pending() || coroutines_.needAttention();
+        return (labels_.jumpPending() | softError_.pending() | coroutines_.needAttention()) != 0;
     }
 
     void countStep() {
