@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <utility>
-#include <vector>
 
 #include "script/names.h"
 #include "script/variable.h"
@@ -27,14 +27,16 @@ class BindingStack {
 public:
     BindingIndex size() const { return size_; }
     BoundVariable& operator[](BindingIndex place) { return slots_[static_cast<std::size_t>(place)]; }
-    const BoundVariable& operator[](BindingIndex place) const { return slots_[static_cast<std::size_t>(place)]; }
+    const BoundVariable& operator[](BindingIndex place) const {
+        return slots_[static_cast<std::size_t>(place)];
+    }
 
     void push(NameId name, BindingIndex shadowed, Variable&& value) {
-        if (static_cast<std::size_t>(size_) == slots_.size()) grow();
-        BoundVariable& binding = (*this)[size_];
-        binding.name = name;
-        binding.shadowed = shadowed;
-        binding.value = std::move(value);
+        if (size_ == capacity_) grow();
+        BoundVariable& slot = (*this)[size_];
+        slot.name = name;
+        slot.shadowed = shadowed;
+        slot.value = std::move(value);
         ++size_;
     }
     void drop() {
@@ -44,13 +46,22 @@ public:
     void swap(BindingStack& other) noexcept {
         slots_.swap(other.slots_);
         std::swap(size_, other.size_);
+        std::swap(capacity_, other.capacity_);
     }
 
 private:
-    void grow() { slots_.resize(std::max<std::size_t>(16, slots_.size() * 2)); }
+    void grow() {
+        const BindingIndex wider = std::max(16, capacity_ * 2);
+        auto slots = std::make_unique<BoundVariable[]>(static_cast<std::size_t>(wider));
+        for (BindingIndex place = 0; place < size_; ++place)
+            slots[static_cast<std::size_t>(place)] = std::move((*this)[place]);
+        slots_ = std::move(slots);
+        capacity_ = wider;
+    }
 
-    std::vector<BoundVariable> slots_;  // those from size_ on are empty
+    std::unique_ptr<BoundVariable[]> slots_;  // those from size_ on are empty
     BindingIndex size_ = 0;
+    BindingIndex capacity_ = 0;
 };
 
 }  // namespace kelmora

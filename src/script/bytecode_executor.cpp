@@ -16,6 +16,18 @@ Variable* findItem(Variable& container, const Variable& key) {
 }
 
 void updateInPlace(Variable& target, TokenKind operation, const Variable& value) {
+    if (target.isInt() && value.isInt()) {
+        const auto left = static_cast<std::uint32_t>(target.intValue());
+        const auto right = static_cast<std::uint32_t>(value.intValue());
+        if (operation == TokenKind::Plus) {
+            target = Variable::integer(static_cast<std::int32_t>(left + right));
+            return;
+        }
+        if (operation == TokenKind::Minus) {
+            target = Variable::integer(static_cast<std::int32_t>(left - right));
+            return;
+        }
+    }
     if (!tryApplyOperationInPlace(target, operation, value))
         target = performOperation(target, operation, value);
 }
@@ -37,13 +49,11 @@ private:
 };
 
 bool BytecodeExecutor::runBlock(const PlanBlock& block, bool useLocalScope, std::uint32_t start) {
-    if (block.isPlain && start == 0 && (!useLocalScope || !script_.scopes_.hasVisibleLocalScope()))
-        return walkSteps(block, 0);
     script_.stack_.check();
     if (block.fault) throw std::runtime_error(block.fault);
     if (start > block.stepCount) throw std::runtime_error("Bytecode jump target is outside the target chunk");
     const bool wantsScope = useLocalScope && (block.declaresLocals || script_.scopes_.hasVisibleLocalScope());
-    if (plan_.hasLabels()) {
+    if (block.mayHoldLabels) {
         const LocalScopeGuard scope(script_.scopes_, wantsScope);
         const ActiveBlock active(script_, program_, block.chunk);
         return walkSteps(block, start);
@@ -51,6 +61,40 @@ bool BytecodeExecutor::runBlock(const PlanBlock& block, bool useLocalScope, std:
     if (!wantsScope) return walkSteps(block, start);
     const LocalScopeGuard scope(script_.scopes_, true);
     return walkSteps(block, start);
+}
+
+inline bool BytecodeExecutor::jumpCameOutOfBody() const {
+    return script_.labels_.jumpPending() && !aborted() &&
+           (signal_.isNormal() || signal_.kind == BlockSignal::Kind::Jump);
+}
+
+inline bool BytecodeExecutor::runBody(const PlanBlock& block) {
+    const NativeLevelGuard level(script_.scopes_, script_.scopes_.nativeLevel() + 1);
+    return enterBlock(block);
+}
+
+inline bool BytecodeExecutor::testCondition(const ParsedScriptLine& line, const FastExprNode* condition,
+                                            const char* statement) {
+    script_.context_.setLine(line);
+    return condition ? condition->test(script_, *condition) : script_.evaluateCondition(line, statement);
+}
+
+inline bool BytecodeExecutor::runIf(const PlanStep& step) {
+    for (const PlanBranch& branch : step.branches) {
+        if (!branch.line && !branch.isElse) throw std::runtime_error("Bytecode line index out of range");
+        const bool taken = branch.isElse || testCondition(*branch.line, branch.condition, "if");
+        if (aborted()) return true;
+        if (taken) return runBody(*branch.body);
+    }
+    return false;
+}
+
+inline bool BytecodeExecutor::runReturn(const PlanStep& step) {
+    enterLine(step);
+    signal_.value = step.kind == StepKind::ReturnValue ? step.value->evaluate(script_, *step.value)
+                                                       : script_.evaluateReturn(*step.line);
+    signal_.kind = BlockSignal::Kind::Return;
+    return true;
 }
 
 inline Variable BytecodeExecutor::evaluateValue(const PlanStep& step) {
@@ -61,6 +105,12 @@ inline Variable BytecodeExecutor::evaluateValue(const PlanStep& step) {
         return multi.values().empty() ? Variable() : multi.values()[0];
     }
     return value;
+}
+
+inline const Variable& BytecodeExecutor::referToValue(const PlanStep& step, Variable& storage) {
+    if (step.isCall) return storage = evaluateValue(step);
+    enterLine(step);
+    return step.value->refer(script_, *step.value, storage);
 }
 
 inline bool BytecodeExecutor::execute(const PlanStep& step) {
@@ -137,11 +187,6 @@ bool BytecodeExecutor::walkSteps(const PlanBlock& block, std::uint32_t start) {
     }
 }
 
-bool BytecodeExecutor::jumpCameOutOfBody() const {
-    return script_.labels_.jumpPending() && !aborted() &&
-           (signal_.isNormal() || signal_.kind == BlockSignal::Kind::Jump);
-}
-
 // With a jump on its way: moves inside this block, or gives false to leave it.
 bool BytecodeExecutor::handleJump(const PlanBlock& block, std::uint32_t& at) {
     script_.countStep();
@@ -175,7 +220,8 @@ bool BytecodeExecutor::executeRegisteredJumpTarget(const std::string& label) {
         const SourceFileGuard source(script_.context_, target.program->sourceDirectory,
                                      target.program->sourcePath);
         const NativeLevelGuard level(script_.scopes_, target.nativeLevel);
-        BytecodeExecutor(script_, *target.program, signal).runChunk(target.chunk, true, target.instruction);
+        BytecodeExecutor(script_, *target.program, signal)
+            .resumeBlock(blockOf(script_, *target.program, target.chunk), target.instruction);
     }
     script_.rethrowPendingCoroutineException();
     if (signal.kind == BlockSignal::Kind::Break) throw std::runtime_error("break used outside a loop");
@@ -195,7 +241,8 @@ void BytecodeExecutor::assignName(const PlanStep& step, bool isLocal) {
 }
 
 void BytecodeExecutor::updateName(const PlanStep& step) {
-    const Variable value = evaluateValue(step);
+    Variable storage;
+    const Variable& value = referToValue(step, storage);
     if (aborted()) return;
     Variable* target = script_.scopes_.findMutable(step.name);
     if (!target) script_.throwVariableNotFound(*step.line, step.line->assignment->targets[0]);
@@ -248,42 +295,12 @@ void BytecodeExecutor::updateElement(const PlanStep& step) {
     script_.updateKeyed(*step.line, assignment, assignment.targets[0], {&keptKey, 1}, std::move(value));
 }
 
-bool BytecodeExecutor::runReturn(const PlanStep& step) {
-    enterLine(step);
-    signal_.value = step.kind == StepKind::ReturnValue ? step.value->evaluate(script_, *step.value)
-                                                       : script_.evaluateReturn(*step.line);
-    signal_.kind = BlockSignal::Kind::Return;
-    return true;
-}
-
 // --- Blocks ---
-
-bool BytecodeExecutor::runBody(const PlanBlock& block) {
-    const NativeLevelGuard level(script_.scopes_, script_.scopes_.nativeLevel() + 1);
-    return runBlock(block, true, 0);
-}
 
 bool BytecodeExecutor::runRound(const PlanBlock& block) {
     script_.countStep();
     runBody(block);
     return !signal_.endsLoop() && !loopEnded() && !aborted();
-}
-
-bool BytecodeExecutor::testCondition(const ParsedScriptLine& line, const FastExprNode* condition,
-                                     const char* statement) {
-    script_.context_.setLine(line);
-    return condition ? condition->test(script_, *condition) : script_.evaluateCondition(line, statement);
-}
-
-bool BytecodeExecutor::runIf(const PlanStep& step) {
-    const PlanBranch* branch = plan_.branches(step);
-    for (const PlanBranch* end = branch + step.branchCount; branch != end; ++branch) {
-        if (!branch->line && !branch->isElse) throw std::runtime_error("Bytecode line index out of range");
-        const bool taken = branch->isElse || testCondition(*branch->line, branch->condition, "if");
-        if (aborted()) return true;
-        if (taken) return runBody(*branch->body);
-    }
-    return false;
 }
 
 bool BytecodeExecutor::runWhile(const PlanStep& step) {
@@ -325,8 +342,8 @@ void BytecodeExecutor::declareFunction(const PlanStep& step) {
     script_.throwHeaderFault(*step.line, step.line->functionHeader->fault);
     const Variable function = script_.makeDeclaredCallable(*step.line);
     ScriptCallable& callable = function.function();
-    callable.program = program_.shared_from_this();
-    callable.chunkIndex = step.declaration->bodyChunk;
+    callable.setProgram(program_.shared_from_this(), step.declaration->bodyChunk);
+    callable.entry = &blockOf(script_, program_, callable.chunkIndex);
     callable.sourceDirectory = step.declaration->sourceDirectory;
     callable.sourcePath = step.declaration->sourcePath;
     script_.labels_.registerCallable(callable);

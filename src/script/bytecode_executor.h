@@ -14,15 +14,19 @@ namespace kelmora {
 class BytecodeExecutor {
 public:
     BytecodeExecutor(VesperScript& script, const BytecodeProgram& program, BlockSignal& signal)
-        : script_(script),
-          program_(program),
-          plan_(program.plan.get(program, script.fastExpressions_)),
-          signal_(signal) {}
+        : script_(script), program_(program), signal_(signal) {}
 
-    // True when the enclosing block must stop too. The start is a step of the block, from 0.
-    bool runChunk(std::uint32_t chunk, bool useLocalScope, std::uint32_t start = 0) {
-        return runBlock(plan_.block(chunk), useLocalScope, start);
+    static const PlanBlock& blockOf(const VesperScript& script, const BytecodeProgram& program,
+                                    std::uint32_t chunk) {
+        return program.plan.get(program, script.fastExpressions_).block(chunk);
     }
+
+    // Runs a block of the program. True when the enclosing block must stop too.
+    bool enterBlock(const PlanBlock& block) {
+        return block.isPlain ? walkSteps(block, 0) : runBlock(block, true, 0);
+    }
+    // From a step of the block, counted from 0.
+    bool resumeBlock(const PlanBlock& block, std::uint32_t start) { return runBlock(block, true, start); }
 
 private:
     class ActiveBlock;
@@ -33,19 +37,22 @@ private:
     bool runBlock(const PlanBlock& block, bool useLocalScope, std::uint32_t start);
     bool walkSteps(const PlanBlock& block, std::uint32_t start);
     bool handleJump(const PlanBlock& block, std::uint32_t& at);
-    bool jumpCameOutOfBody() const;
+    [[gnu::always_inline]] inline bool jumpCameOutOfBody() const;
     bool ancestorHasLabel(const std::string& label) const;
     bool executeRegisteredJumpTarget(const std::string& label);
 
-    bool execute(const PlanStep& step);
+    [[gnu::always_inline]] inline bool execute(const PlanStep& step);
     void assignName(const PlanStep& step, bool isLocal);
     void updateName(const PlanStep& step);
     void assignElement(const PlanStep& step);
     void updateElement(const PlanStep& step);
-    Variable evaluateValue(const PlanStep& step);
-    bool runReturn(const PlanStep& step);
-    bool testCondition(const ParsedScriptLine& line, const FastExprNode* condition, const char* statement);
-    bool runIf(const PlanStep& step);
+    [[gnu::always_inline]] inline Variable evaluateValue(const PlanStep& step);
+    // The value where it stands, or in the storage.
+    [[gnu::always_inline]] inline const Variable& referToValue(const PlanStep& step, Variable& storage);
+    [[gnu::always_inline]] inline bool runReturn(const PlanStep& step);
+    [[gnu::always_inline]] inline bool testCondition(const ParsedScriptLine& line,
+                                                     const FastExprNode* condition, const char* statement);
+    [[gnu::always_inline]] inline bool runIf(const PlanStep& step);
     bool runWhile(const PlanStep& step);
     bool runRepeat(const PlanStep& step);
     bool runNumericFor(const PlanStep& step);
@@ -53,14 +60,13 @@ private:
     void declareFunction(const PlanStep& step);
 
     // Runs a block's body one native level deeper than its opener.
-    bool runBody(const PlanBlock& block);
+    [[gnu::always_inline]] inline bool runBody(const PlanBlock& block);
     // A round of a loop: true to go on with the next one.
     bool runRound(const PlanBlock& block);
     bool loopEnded() const { return !signal_.isNormal() || script_.labels_.jumpPending(); }
 
     VesperScript& script_;
     const BytecodeProgram& program_;
-    const RunPlan& plan_;
     BlockSignal& signal_;
 };
 

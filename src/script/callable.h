@@ -6,6 +6,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "script/builtin_ids.h"
@@ -17,6 +18,7 @@ namespace kelmora {
 
 class VesperScript;
 struct BytecodeProgram;
+struct PlanBlock;
 
 using NativeFunction = std::function<Variable(const std::vector<Variable>&)>;
 // A function of the built-in library: called with its arguments in place, without building a vector.
@@ -30,6 +32,8 @@ struct ScriptCallable : RefCounted {
     // A whole loaded script: it takes no arguments and adopts the native scope level of its first run.
     bool isLoadedChunk = false;
     bool hasRun = false;
+    // A compiled function whose arguments are all parameters: a call makes them where they will stand.
+    bool bindsArguments = false;
     BuiltinId builtinId = BuiltinId::None;
     std::uint32_t nativeScopeIndex = 0;
 
@@ -41,14 +45,15 @@ struct ScriptCallable : RefCounted {
     // Either a chunk of a compiled program or lines of its own for the direct executor.
     std::shared_ptr<const BytecodeProgram> program;
     std::uint32_t chunkIndex = 0;
+    void setProgram(std::shared_ptr<const BytecodeProgram> holder, std::uint32_t chunk) {
+        program = std::move(holder);
+        chunkIndex = chunk;
+        bindsArguments = !isDecay && !isVariadic;
+    }
+    const PlanBlock* entry = nullptr;  // of the chunk; set with the program for functions that bind arguments
     std::vector<ParsedScriptLine> body;
     std::string sourceDirectory;
     std::string sourcePath;
-
-    // A compiled function that is called with no more than its parameters.
-    bool takesBoundArguments() const {
-        return program != nullptr && !(isNative || isDecay || isVariadic || isLoadedChunk);
-    }
 
     // Made when labels of this function are registered; they die with it.
     std::shared_ptr<const bool> labelLife;

@@ -74,8 +74,23 @@ private:
     bool isVariadic_;
 };
 
+inline Variable VesperScript::runProgramBody(const ScriptCallable& callable) {
+    countStep();
+    BlockSignal signal;
+    {
+        const CallFrame frame(*this, callable);
+        const PlanBlock& body =
+            callable.entry ? *callable.entry
+                           : BytecodeExecutor::blockOf(*this, *callable.program, callable.chunkIndex);
+        BytecodeExecutor(*this, *callable.program, signal).enterBlock(body);
+        rethrowPendingCoroutineException();
+    }
+    if (signal.kind == BlockSignal::Kind::Return && !needsAttention()) return std::move(signal.value);
+    return finishCall(signal, Variable());
+}
+
 Variable VesperScript::callNode(const Variable& callee, const FastExprNode& node) {
-    if (callee.isFunction() && callee.function().takesBoundArguments()) return callBinding(callee, node);
+    if (callee.isFunction() && callee.function().bindsArguments) return callBinding(callee.function(), node);
     const Variable kept = callee;  // an argument may overwrite the name that held it
     ArgumentList arguments;
     const FastExprNode* argument = &node.rightNode();
@@ -87,9 +102,8 @@ Variable VesperScript::callNode(const Variable& callee, const FastExprNode& node
     return invokeCallable(kept, arguments.span());
 }
 
-Variable VesperScript::callBinding(const Variable& callee, const FastExprNode& node) {
-    const Variable kept = callee;  // an argument or the call may overwrite the name that held it
-    const ScriptCallable& callable = kept.function();
+inline Variable VesperScript::callBinding(ScriptCallable& callable, const FastExprNode& node) {
+    const Ref<ScriptCallable> kept(&callable);  // an argument or the call may overwrite its name
     ArgumentScope scope(scopes_);
     const FastExprNode* argument = &node.rightNode();
     for (std::uint32_t i = 0; i < node.count; ++i, argument = &argument->nextNode()) {
@@ -105,13 +119,16 @@ Variable VesperScript::callBinding(const Variable& callee, const FastExprNode& n
 // The code of a Call node: callee, arguments from left to right, then the call.
 Variable evaluateCall(VesperScript& script, const FastExprNode& node) {
     const FastExprNode& calleeNode = node.leftNode();
-    const Variable callee = calleeNode.evaluate(script, calleeNode);
+    Variable storage;
+    const Variable& callee = calleeNode.refer(script, calleeNode, storage);
     if (calleeNode.mayCall && script.shouldAbortForSoftRaisedError()) return {};
     return script.callNode(callee, node);
 }
 
 Variable evaluateNamedCall(VesperScript& script, const FastExprNode& node) {
     const Variable* callee = script.scopes().find(node.leftNode().name);
+    if (callee && callee->isFunction() && callee->function().bindsArguments)
+        return script.callBinding(callee->function(), node);
     return script.callNode(callee ? *callee : Variable(), node);
 }
 
@@ -160,18 +177,6 @@ Variable VesperScript::invokeProgram(ScriptCallable& callable, std::span<const V
     Variable result = runProgramBody(callable);
     if (chunkDepth && chunkDepth_ == 1) scopes_.commitExternals();
     return result;
-}
-
-Variable VesperScript::runProgramBody(const ScriptCallable& callable) {
-    countStep();
-    BlockSignal signal;
-    {
-        const CallFrame frame(*this, callable);
-        BytecodeExecutor(*this, *callable.program, signal).runChunk(callable.chunkIndex, true);
-        rethrowPendingCoroutineException();
-    }
-    if (signal.kind == BlockSignal::Kind::Return && !needsAttention()) return std::move(signal.value);
-    return finishCall(signal, Variable());
 }
 
 Variable VesperScript::invokeBody(ScriptCallable& callable, std::span<const Variable> arguments) {

@@ -269,7 +269,7 @@ private:
         const Variable container = loop.container;
         while (loop.keys && loop.position < loop.keys->keys.size()) {
             const std::size_t at = loop.position++;
-            const Variable* value = container.table().find(TableKey(*loop.keys->keys[at]));
+            const Variable* value = container.table().findListed(*loop.keys, at);
             if (!value) continue;  // erased meanwhile
             script_.bindPair(header, loop.variables, loop.keys->keyValues[at], *value);
             return true;
@@ -281,7 +281,8 @@ private:
         if (loop.position >= items.size()) return false;
         const Variable element = items[loop.position++];
         if (loop.withKeys) {
-            script_.bindPair(header, loop.variables, Variable::integer(static_cast<std::int32_t>(loop.position)), element);
+            script_.bindPair(header, loop.variables,
+                             Variable::integer(static_cast<std::int32_t>(loop.position)), element);
         } else {
             script_.bindElement(header, loop.variables, element);
         }

@@ -1,5 +1,6 @@
 #include "script/fast_expression.h"
 #include "script/parsed_line.h"
+#include "script/string_constants.h"
 
 namespace kelmora {
 namespace {
@@ -211,7 +212,7 @@ private:
                                 word.kind == TokenKind::Float || word.kind == TokenKind::String;
             if (!isWord) return -1;
             key = addConstant(word.kind == TokenKind::String ? word.literal
-                                                             : Variable::text(line_.tokens[at_]));
+                                                             : stringConstant(line_.tokens[at_]));
             at_ += 2;
         }
         const std::int32_t value = parseExpression(1);

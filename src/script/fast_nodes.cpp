@@ -152,9 +152,11 @@ struct Arithmetic {
 
 template <TokenKind operation>
 FastExprNode::Evaluate pickArithmetic(const Node& node) {
-    return pickOperands(node, []<typename Left, typename Right>(std::type_identity<Left>, std::type_identity<Right>) -> FastExprNode::Evaluate {
-        return &Arithmetic<operation>::template evaluate<Left, Right>;
-    });
+    return pickOperands(node,
+                        []<typename Left, typename Right>(
+                            std::type_identity<Left>, std::type_identity<Right>) -> FastExprNode::Evaluate {
+                            return &Arithmetic<operation>::template evaluate<Left, Right>;
+                        });
 }
 
 Variable rareOperation(VesperScript& script, const Node& node) {
@@ -223,9 +225,11 @@ struct Comparison {
 
 template <TokenKind operation>
 FastExprNode::Test pickComparison(const Node& node) {
-    return pickOperands(node, []<typename Left, typename Right>(std::type_identity<Left>, std::type_identity<Right>) -> FastExprNode::Test {
-        return &Comparison<operation>::template test<Left, Right>;
-    });
+    return pickOperands(node,
+                        []<typename Left, typename Right>(std::type_identity<Left>,
+                                                          std::type_identity<Right>) -> FastExprNode::Test {
+                            return &Comparison<operation>::template test<Left, Right>;
+                        });
 }
 
 FastExprNode::Test chooseComparison(const Node& node) {
@@ -353,9 +357,9 @@ struct Element {
 };
 
 FastExprNode::Refer chooseElement(const Node& node) {
-    return pickOperands(node, []<typename Left, typename Right>(std::type_identity<Left>, std::type_identity<Right>) -> FastExprNode::Refer {
-        return &Element::refer<Left, Right>;
-    });
+    return pickOperands(node,
+                        []<typename Left, typename Right>(std::type_identity<Left>, std::type_identity<Right>)
+                            -> FastExprNode::Refer { return &Element::refer<Left, Right>; });
 }
 
 // --- Constructors ---

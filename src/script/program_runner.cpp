@@ -48,7 +48,7 @@ Variable VesperScript::runBytecodeProgram(const std::shared_ptr<const BytecodePr
         const SourceLineGuard line(context_);
         const SourceFileGuard file(context_, program->sourceDirectory, program->sourcePath);
         const LocalScopeGuard scope(scopes_, false);
-        BytecodeExecutor(*this, *program, signal).runChunk(0, true);
+        BytecodeExecutor(*this, *program, signal).enterBlock(BytecodeExecutor::blockOf(*this, *program, 0));
     }
     if (signal.kind == BlockSignal::Kind::Break) throw std::runtime_error("break used outside a loop");
 

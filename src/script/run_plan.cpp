@@ -1,5 +1,7 @@
 #include "script/run_plan.h"
 
+#include <algorithm>
+
 #include "script/bytecode_program.h"
 #include "script/parsed_header.h"
 
@@ -12,7 +14,6 @@ public:
 
     void build() {
         plan_.noBlock_.fault = "Invalid bytecode chunk index";
-        plan_.hasLabels_ = !program_.nestBlocks.empty();
         plan_.blocks_.resize(program_.chunks.size());
         flattenGroups();
         plan_.steps_.reserve(program_.instructions.size());
@@ -36,18 +37,30 @@ private:
         PlanBlock& block = plan_.blocks_[index];
         block.chunk = index;
         block.declaresLocals = chunk.declaresLocals;
+        block.mayHoldLabels = !program_.nestBlocks.empty();
         if (isInRange(chunk)) {
             block.steps = plan_.steps_.data() + chunk.firstInstruction;
             block.stepCount = chunk.instructionCount;
-            block.isPlain = !chunk.declaresLocals && program_.nestBlocks.empty();
+            block.isPlain = !block.declaresLocals && !block.mayHoldLabels && !writesVisibleLocals(block);
         } else {
             block.fault = "Bytecode chunk range is out of bounds";
         }
     }
 
+    // True when a statement names a variable of the local scopes, which it may make there.
+    static bool writesVisibleLocals(const PlanBlock& block) {
+        const auto namesLocal = [](const TokenAnalysis& token) {
+            return token.isScoped() && token.scope == 3;
+        };
+        return std::any_of(block.steps, block.steps + block.stepCount, [&](const PlanStep& step) {
+            return step.line &&
+                   std::any_of(step.line->analysis.begin(), step.line->analysis.end(), namesLocal);
+        });
+    }
+
     void flattenGroups() {
         for (const IfGroup& group : program_.ifGroups) {
-            firstBranches_.push_back(static_cast<std::uint32_t>(plan_.branches_.size()));
+            firstBranches_.push_back(plan_.branches_.size());
             for (const IfBranch& branch : group) plan_.branches_.push_back(makeBranch(branch));
         }
     }
@@ -159,8 +172,8 @@ private:
         if (operand >= program_.ifGroups.size()) return faultyStep("Bytecode if-group index out of range");
         PlanStep step;
         step.kind = StepKind::If;
-        step.firstBranch = firstBranches_[operand];
-        step.branchCount = static_cast<std::uint32_t>(program_.ifGroups[operand].size());
+        step.branches =
+            std::span(plan_.branches_).subspan(firstBranches_[operand], program_.ifGroups[operand].size());
         return step;
     }
 
@@ -192,7 +205,8 @@ private:
     }
 
     PlanStep nestStep(std::uint32_t operand) const {
-        if (operand >= program_.nestBlocks.size()) return faultyStep("Bytecode nest-block index out of range");
+        if (operand >= program_.nestBlocks.size())
+            return faultyStep("Bytecode nest-block index out of range");
         PlanStep step = lineStep(StepKind::Nest, program_.nestBlocks[operand].line);
         step.body = &plan_.block(program_.nestBlocks[operand].bodyChunk);
         return step;
@@ -201,7 +215,7 @@ private:
     RunPlan& plan_;
     const BytecodeProgram& program_;
     bool fastExpressions_;
-    std::vector<std::uint32_t> firstBranches_;  // of each if group
+    std::vector<std::size_t> firstBranches_;  // of each if group
 };
 
 RunPlan::RunPlan(const BytecodeProgram& program, bool fastExpressions) {

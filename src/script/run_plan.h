@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "script/parsed_line.h"
@@ -11,16 +12,17 @@ namespace kelmora {
 struct BytecodeProgram;
 struct FunctionDeclaration;
 struct PlanBlock;
+struct PlanBranch;
 
 // What a step does. The first group is of statements in frequent forms whose expressions are all compiled.
 enum class StepKind : std::uint8_t {
-    AssignName,      // name = value
-    AssignLocal,     // local name = value
-    UpdateName,      // name += value and so on
-    AssignElement,   // name[key] = value
-    UpdateElement,   // name[key] += value and so on
-    Evaluate,        // an expression for its effects
-    ReturnValue,     // return value
+    AssignName,     // name = value
+    AssignLocal,    // local name = value
+    UpdateName,     // name += value and so on
+    AssignElement,  // name[key] = value
+    UpdateElement,  // name[key] += value and so on
+    Evaluate,       // an expression for its effects
+    ReturnValue,    // return value
     If,
     While,
     Repeat,
@@ -43,8 +45,7 @@ struct PlanStep {
     const FastExprNode* value = nullptr;  // a loop's condition too
     const FastExprNode* key = nullptr;
     const PlanBlock* body = nullptr;
-    std::uint32_t firstBranch = 0;
-    std::uint32_t branchCount = 0;
+    std::span<const PlanBranch> branches;
     const FunctionDeclaration* declaration = nullptr;
     const char* fault = nullptr;
 };
@@ -59,7 +60,8 @@ struct PlanBranch {
 struct PlanBlock {
     std::uint32_t chunk = 0;
     bool declaresLocals = false;
-    // Runs without a scope and without being registered, where no local scope is in sight.
+    bool mayHoldLabels = false;
+    // Makes no locals and holds no labels: it runs without a scope of its own and without being registered.
     bool isPlain = false;
     const PlanStep* steps = nullptr;
     std::uint32_t stepCount = 0;
@@ -77,8 +79,6 @@ public:
     const PlanBlock& block(std::uint32_t chunk) const {
         return chunk < blocks_.size() ? blocks_[chunk] : noBlock_;
     }
-    const PlanBranch* branches(const PlanStep& step) const { return branches_.data() + step.firstBranch; }
-    bool hasLabels() const { return hasLabels_; }
 
 private:
     friend class RunPlanBuilder;
@@ -87,7 +87,6 @@ private:
     std::vector<PlanBranch> branches_;
     std::vector<PlanBlock> blocks_;
     PlanBlock noBlock_;
-    bool hasLabels_ = false;
 };
 
 // The place of a program's plan in the program. A copy of the program makes its own.

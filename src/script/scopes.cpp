@@ -73,7 +73,8 @@ void Scopes::commitExternals() {
 
 CallScope Scopes::pushCallScope(std::span<const NameId> names, std::span<const Variable> values) {
     const CallScope scope = openCallScope();
-    for (std::size_t i = 0; i < names.size(); ++i) addArgument(i < values.size() ? Variable(values[i]) : Variable());
+    for (std::size_t i = 0; i < names.size(); ++i)
+        addArgument(i < values.size() ? Variable(values[i]) : Variable());
     nameArguments(scope, names);
     return scope;
 }

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "script/bytecode_executor.h"
 #include "script/expression_walk.h"
 #include "script/line_parser.h"
 #include "script/numbers.h"
@@ -129,8 +130,8 @@ void VesperScript::fillDeclaredBody(ScriptCallable& callable, const ScriptCallab
     }
     for (const FunctionDeclaration& declaration : owner.program->functionDeclarations) {
         if (declaration.line != line) continue;
-        callable.program = owner.program;
-        callable.chunkIndex = declaration.bodyChunk;
+        callable.setProgram(owner.program, declaration.bodyChunk);
+        callable.entry = &BytecodeExecutor::blockOf(*this, *owner.program, declaration.bodyChunk);
     }
     if (!callable.program) throw std::runtime_error("Bytecode function-declaration index out of range");
 }

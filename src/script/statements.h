@@ -68,11 +68,12 @@ void VesperScript::walkGenericFor(const ParsedScriptLine& line, Body&& body) {
 }
 
 template <typename Body>
-void VesperScript::walkPairs(const ParsedFor& header, CallScope scope, const Variable& container, Body&& body) {
+void VesperScript::walkPairs(const ParsedFor& header, CallScope scope, const Variable& container,
+                             Body&& body) {
     const TableObject& table = container.table();
     const auto keys = table.sortedKeys();
     for (std::size_t i = 0; i < keys->keys.size(); ++i) {
-        const Variable* value = table.find(TableKey(*keys->keys[i]));
+        const Variable* value = table.findListed(*keys, i);
         if (!value) continue;  // erased by the body
         bindPair(header, scope, keys->keyValues[i], *value);
         if (!body()) return;

@@ -1,6 +1,7 @@
 #include "script/table_object.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "script/numbers.h"
 
@@ -175,15 +176,21 @@ void TableObject::reserve(std::size_t entries) {
 std::shared_ptr<const TableKeyList> TableObject::sortedKeys() const {
     if (sorted_) return sorted_;
     auto list = std::make_shared<TableKeyList>();
-    list->keys.reserve(size());
-    for (std::size_t i = 1; i <= dense_.size(); ++i)
-        list->keys.push_back(makeRef<StringObject>(std::to_string(i)));
+    std::vector<Ref<StringObject>> keys;
+    keys.reserve(size());
+    for (std::size_t i = 1; i <= dense_.size(); ++i) keys.push_back(makeRef<StringObject>(std::to_string(i)));
     for (const Entry& entry : entries_)
-        list->keys.push_back(entry.text ? entry.text : makeRef<StringObject>(std::to_string(entry.number)));
-    std::sort(list->keys.begin(), list->keys.end(),
-              [](const Ref<StringObject>& a, const Ref<StringObject>& b) { return a->text() < b->text(); });
-    list->keyValues.reserve(list->keys.size());
-    for (const Ref<StringObject>& key : list->keys) list->keyValues.push_back(keyValueFromText(*key));
+        keys.push_back(entry.text ? entry.text : makeRef<StringObject>(std::to_string(entry.number)));
+    list->places.resize(keys.size());
+    std::iota(list->places.begin(), list->places.end(), 0u);
+    std::sort(list->places.begin(), list->places.end(),
+              [&](std::uint32_t a, std::uint32_t b) { return keys[a]->text() < keys[b]->text(); });
+    list->keys.reserve(keys.size());
+    list->keyValues.reserve(keys.size());
+    for (const std::uint32_t place : list->places) {
+        list->keyValues.push_back(keyValueFromText(*keys[place]));
+        list->keys.push_back(std::move(keys[place]));
+    }
     sorted_ = std::move(list);
     return sorted_;
 }

@@ -40,6 +40,8 @@ struct TableKeyList {
     std::vector<Ref<StringObject>> keys;
     // Each key as a script value: Int, Float or String by what its text parses as.
     std::vector<Variable> keyValues;
+    // Where the table holds each key's value while its keys are these.
+    std::vector<std::uint32_t> places;
 
     // Index of the key with this text, or the list's size.
     std::size_t find(std::string_view key) const;
@@ -68,6 +70,12 @@ public:
 
     // Sorted keys as of now; kept until a key is added or removed. A holder keeps its own snapshot.
     std::shared_ptr<const TableKeyList> sortedKeys() const;
+    // The value of a key in a list of this table's keys; null when the key is gone.
+    const Variable* findListed(const TableKeyList& list, std::size_t index) const {
+        if (sorted_.get() != &list) return find(TableKey(*list.keys[index]));
+        const std::uint32_t place = list.places[index];
+        return place < dense_.size() ? &dense_[place] : &entries_[place - dense_.size()].value;
+    }
 
 private:
     struct Entry {

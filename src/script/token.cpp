@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "script/numbers.h"
+#include "script/string_constants.h"
 
 namespace kelmora {
 namespace {
@@ -182,7 +183,7 @@ TokenAnalysis analyseToken(const std::string& token) {
         analysis.kind = found->second;
     } else if (isQuoted(token)) {
         analysis.kind = TokenKind::String;
-        analysis.literal = Variable::text(decodeStringToken(token));
+        analysis.literal = stringConstant(decodeStringToken(token));
     } else if (isTrueToken(token) || isFalseToken(token)) {
         analysis.kind = isTrueToken(token) ? TokenKind::True : TokenKind::False;
         analysis.literal = Variable::boolean(isTrueToken(token));

@@ -128,9 +128,9 @@ public:
     // The bytes of this String alone: a shared string is copied first.
     std::string& editableText();
     const std::vector<char>& rawBytes() const;
-    std::vector<Variable>& items() const;   // of an Array
-    std::vector<Variable>& values() const;  // of a Multi
-    inline TableObject& table() const;       // in table_object.h
+    std::vector<Variable>& items() const;     // of an Array
+    std::vector<Variable>& values() const;    // of a Multi
+    inline TableObject& table() const;        // in table_object.h
     inline ScriptCallable& function() const;  // in callable.h
 
     // Address of the shared object behind a reference, for comparison by identity.

@@ -116,10 +116,10 @@ private:
     // calls.cpp
     // Evaluates the arguments and calls. The second form makes them where the parameters will stand.
     Variable callNode(const Variable& callee, const FastExprNode& node);
-    Variable callBinding(const Variable& callee, const FastExprNode& node);
+    [[gnu::always_inline]] inline Variable callBinding(ScriptCallable& callable, const FastExprNode& node);
     Variable invokeLibrary(const ScriptCallable& callable, std::span<const Variable> arguments);
     Variable invokeProgram(ScriptCallable& callable, std::span<const Variable> arguments);
-    Variable runProgramBody(const ScriptCallable& callable);
+    [[gnu::always_inline]] inline Variable runProgramBody(const ScriptCallable& callable);
     Variable invokeBody(ScriptCallable& callable, std::span<const Variable> arguments);
     Variable finishCall(BlockSignal& signal, Variable normalValue);
 
@@ -134,8 +134,8 @@ private:
     void bindFunction(const ParsedScriptLine& line, const Variable& function);
     Variable makeDeclaredCallable(const ParsedScriptLine& line) const;
     // Gives a function that is declared inside another one its body.
-    static void fillDeclaredBody(ScriptCallable& callable, const ScriptCallable& owner,
-                                 const std::vector<ParsedScriptLine>& lines, std::uint32_t line);
+    void fillDeclaredBody(ScriptCallable& callable, const ScriptCallable& owner,
+                          const std::vector<ParsedScriptLine>& lines, std::uint32_t line);
     // Walks what a generic `for` iterates over. The callback binds nothing itself: the loop variables are
     // set before each call. It returns false to stop.
     template <typename Body>
