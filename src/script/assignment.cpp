@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "script/argument_list.h"
 #include "script/numbers.h"
 #include "script/operators.h"
@@ -12,17 +10,6 @@ namespace {
 Variable makeContainerFor(const Variable& key) {
     std::int64_t index = 0;
     return isWholeIndex(key, index) && index > 0 ? Variable::makeArray() : Variable::makeTable();
-}
-
-// With several targets a lone multi value is dealt out; with one, a call gives its first value.
-void spreadMulti(std::vector<Variable>& values, std::size_t targets, bool isSingleCall) {
-    if (values.size() != 1 || !values[0].isMulti()) return;
-    const Variable multi = values[0];
-    if (targets > 1) {
-        values = multi.values();
-    } else if (isSingleCall) {
-        values[0] = multi.values().empty() ? Variable() : multi.values()[0];
-    }
 }
 
 }  // namespace
@@ -43,16 +30,19 @@ bool VesperScript::executeAssignment(const ParsedScriptLine& line, Variable* res
         return true;
     }
 
-    std::vector<Variable> values;
-    values.reserve(assignment.values.size());
+    ArgumentList values;
     for (const PreparedExpression& range : assignment.values) {
-        values.push_back(evaluateRange(line, range, leftover));
+        values.push(evaluateRange(line, range, leftover));
         if (shouldAbortForSoftRaisedError()) return true;
     }
-    spreadMulti(values, assignment.targets.size(), assignment.valueIsSingleCall);
-    values.resize(std::max(values.size(), assignment.targets.size()));
+    // With several targets a lone multi value is dealt out; with one, a call gives its first value.
+    std::span<const Variable> dealt = values.span();
+    if (dealt.size() == 1 && dealt[0].isMulti() &&
+        (assignment.targets.size() > 1 || assignment.valueIsSingleCall))
+        dealt = dealt[0].values();
     for (std::size_t i = 0; i < assignment.targets.size(); ++i) {
-        assignTarget(line, assignment, assignment.targets[i], std::move(values[i]), result);
+        assignTarget(line, assignment, assignment.targets[i], i < dealt.size() ? dealt[i] : Variable(),
+                     result);
         if (shouldAbortForSoftRaisedError()) return true;
     }
     return true;

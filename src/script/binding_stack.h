@@ -31,12 +31,12 @@ public:
         return slots_[static_cast<std::size_t>(place)];
     }
 
-    void push(NameId name, BindingIndex shadowed, Variable&& value) {
+    [[gnu::always_inline]] void push(NameId name, BindingIndex shadowed, Variable&& value) {
         if (size_ == capacity_) grow();
         BoundVariable& slot = (*this)[size_];
         slot.name = name;
         slot.shadowed = shadowed;
-        slot.value = std::move(value);
+        std::construct_at(&slot.value, std::move(value));  // the slot is empty, so nothing is lost
         ++size_;
     }
     void drop() {
@@ -50,7 +50,7 @@ public:
     }
 
 private:
-    void grow() {
+    [[gnu::noinline]] void grow() {
         const BindingIndex wider = std::max(16, capacity_ * 2);
         auto slots = std::make_unique<BoundVariable[]>(static_cast<std::size_t>(wider));
         for (BindingIndex place = 0; place < size_; ++place)

@@ -46,7 +46,9 @@ public:
     ArgumentScope& operator=(const ArgumentScope&) = delete;
     ~ArgumentScope() { scopes_.popCallScope(scope_); }
 
-    void nameAll(const ScriptCallable& callable) { scopes_.nameArguments(scope_, callable.parameters); }
+    [[gnu::always_inline]] void nameAll(const ScriptCallable& callable) {
+        scopes_.nameArguments(scope_, callable.parameters);
+    }
 
 private:
     Scopes& scopes_;
@@ -208,11 +210,16 @@ Variable VesperScript::callCallable(const Variable& callee, const std::vector<Va
 namespace {
 
 Variable protectedFailure(std::string message) {
-    return Variable::makeMulti({Variable::boolean(false), Variable::text(std::move(message))});
+    std::vector<Variable> values(2);
+    values[0] = Variable::boolean(false);
+    values[1] = Variable::text(std::move(message));
+    return Variable::makeMulti(std::move(values));
 }
 
 Variable protectedSuccess(Variable result) {
-    std::vector<Variable> values{Variable::boolean(true)};
+    std::vector<Variable> values;
+    values.reserve(result.isMulti() ? 1 + result.values().size() : 2);
+    values.push_back(Variable::boolean(true));
     if (result.isMulti()) {
         values.insert(values.end(), result.values().begin(), result.values().end());
     } else if (!result.isNot()) {

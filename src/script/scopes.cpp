@@ -1,6 +1,16 @@
 #include "script/scopes.h"
 
+#include <algorithm>
+
 namespace kelmora {
+
+void Scopes::growCells(NameId name) {
+    const std::uint32_t count = std::max(name + 1, cellCount_ * 2);
+    auto cells = std::make_unique<Cell[]>(count);
+    std::move(cells_.get(), cells_.get() + cellCount_, cells.get());
+    cells_ = std::move(cells);
+    cellCount_ = count;
+}
 
 Variable* Scopes::findIn(Scope& scope, NameId name) {
     for (auto& [entryName, value] : scope)
@@ -15,7 +25,7 @@ Variable* Scopes::findNative(NameId name) {
 Variable* Scopes::findExplicit(NameId name, int scope) {
     if (scope == 0) return findIn(externalScope_, name);
     if (scope == 2) return findNative(name);
-    if (name >= cells_.size()) return nullptr;
+    if (name >= cellCount_) return nullptr;
     Cell& cell = cells_[name];
     if (scope == 1) return cell.defined ? &cell.global : nullptr;
     return cell.newestLocal >= visibleLocals_ ? &locals_[cell.newestLocal].value : nullptr;
@@ -81,7 +91,7 @@ CallScope Scopes::pushCallScope(std::span<const NameId> names, std::span<const V
 
 std::vector<std::pair<NameId, const Variable*>> Scopes::definedGlobals() const {
     std::vector<std::pair<NameId, const Variable*>> globals;
-    for (NameId name = 0; name < cells_.size(); ++name)
+    for (NameId name = 0; name < cellCount_; ++name)
         if (cells_[name].defined) globals.emplace_back(name, &cells_[name].global);
     return globals;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -8,6 +9,7 @@
 
 #include "script/binding_stack.h"
 #include "script/names.h"
+#include "script/small_stack.h"
 #include "script/token.h"
 #include "script/variable.h"
 
@@ -27,7 +29,7 @@ public:
     // A name that is nowhere gives null. A pointer holds until the next write or push.
     const Variable* find(NameId name) const { return const_cast<Scopes*>(this)->findMutable(name); }
     Variable* findMutable(NameId name) {
-        if (name >= cells_.size()) return nullptr;
+        if (name >= cellCount_) return nullptr;
         Cell& cell = cells_[name];
         if (cell.newestLocal >= visibleLocals_) return &locals_[cell.newestLocal].value;
         if (cell.newestCall != noBinding) return &calls_[cell.newestCall].value;
@@ -65,12 +67,12 @@ public:
     void commitExternals();
 
     // Local scopes: one for each running block.
-    void pushLocalScope() { localScopes_.push_back(locals_.size()); }
+    void pushLocalScope() { localScopes_.push(locals_.size()); }
     void popLocalScope() {
         unbindTo(locals_, &Cell::newestLocal, localScopes_.back());
-        localScopes_.pop_back();
+        localScopes_.drop();
     }
-    std::size_t localScopeCount() const { return localScopes_.size(); }
+    std::uint32_t localScopeCount() const { return localScopes_.size(); }
     bool hasVisibleLocalScope() const { return localScopes_.size() > localBase_; }
 
     // Call scopes: parameters and loop variables. Missing arguments are nil. A name that stands twice
@@ -85,7 +87,7 @@ public:
     // without a name, and then the names are given to them.
     CallScope openCallScope() const { return calls_.size(); }
     void addArgument(Variable&& value) { calls_.push(noName, noBinding, std::move(value)); }
-    void nameArguments(CallScope scope, std::span<const NameId> names) {
+    [[gnu::always_inline]] void nameArguments(CallScope scope, std::span<const NameId> names) {
         const auto end = scope + static_cast<BindingIndex>(names.size());
         while (calls_.size() < end) addArgument(Variable());
         while (calls_.size() > end) calls_.drop();
@@ -109,7 +111,7 @@ public:
     // Starts a call: the block locals of the caller go out of sight.
     CallerView enterCall(std::uint32_t nativeLevel) {
         const CallerView view{localBase_, visibleLocals_, nativeLevel_};
-        localBase_ = static_cast<std::uint32_t>(localScopes_.size());
+        localBase_ = localScopes_.size();
         visibleLocals_ = locals_.size();
         nativeLevel_ = nativeLevel;
         return view;
@@ -132,7 +134,7 @@ public:
     struct Frames {
         BindingStack locals;
         BindingStack calls;
-        std::vector<BindingIndex> localScopes;
+        SmallStack<BindingIndex> localScopes;
         std::uint32_t localBase = 0;
         BindingIndex visibleLocals = 0;
         std::uint32_t nativeLevel = 0;
@@ -150,9 +152,10 @@ private:
     using Scope = std::vector<std::pair<NameId, Variable>>;
 
     Cell& cellFor(NameId name) {
-        if (name >= cells_.size()) cells_.resize(name + std::size_t{1});
+        if (name >= cellCount_) growCells(name);
         return cells_[name];
     }
+    void growCells(NameId name);
     Variable* findNative(NameId name);
     static Variable* findIn(Scope& scope, NameId name);
     void unbindTo(BindingStack& stack, BindingIndex Cell::*newest, BindingIndex size) {
@@ -165,11 +168,12 @@ private:
     void detach(const BindingStack& stack, BindingIndex Cell::*newest);
     void attach(const BindingStack& stack, BindingIndex Cell::*newest);
 
-    std::vector<Cell> cells_;  // by name
+    std::unique_ptr<Cell[]> cells_;  // by name
+    std::uint32_t cellCount_ = 0;
     BindingStack locals_;
     BindingStack calls_;
-    std::vector<BindingIndex> localScopes_;  // place of each scope's first binding
-    std::vector<Scope> nativeScopes_;        // by level
+    SmallStack<BindingIndex> localScopes_;  // place of each scope's first binding
+    std::vector<Scope> nativeScopes_;       // by level
     Scope externalScope_;
     std::uint32_t localBase_ = 0;     // local scopes below this belong to callers
     BindingIndex visibleLocals_ = 0;  // first binding of the scopes above localBase_
@@ -190,7 +194,7 @@ public:
 
 private:
     Scopes& scopes_;
-    std::size_t count_;
+    std::uint32_t count_;
 };
 
 class NativeLevelGuard {
