@@ -10,7 +10,7 @@ namespace kelmora {
 
 // Stack of plain values whose size is one load away.
 template <typename T>
-    requires std::is_trivially_copyable_v<T>
+requires std::is_trivially_copyable_v<T>
 class SmallStack {
 public:
     std::uint32_t size() const { return size_; }

@@ -46,6 +46,7 @@ public:
             "    return a\nend\n"
             "function g(a, b)\n    calls += 1\n    x = b\n    return a, b\nend\n"
             "function h(p, x)\n    return y\nend\n"
+            "function v(p, ...)\n    local rest = {...}\n    return ..., rest\nend\n"
             "calls = 0\nx = 3\ny = 2.5\ns = \"text\"\nt = {1, 2, k = \"v\"}\na = [4, 5, 6]\n"
             "native n = 7\nexternal e = 8\n";
         const int count = 3 + pick(5);
@@ -61,14 +62,15 @@ private:
     inline static const Choices prefixes{"not ", "-", "#", "!", "+", "not not "};
     inline static const Choices names{"x",       "y", "s",   "t",   "a",   "n",
                                       "missing", "i", "x#1", "n#2", "e#0", "loc"};
-    inline static const Choices functions{"f", "g", "h", "f", "missing", "select", "math[\"min\"]"};
+    inline static const Choices functions{"f", "g", "h", "v", "missing", "select", "math[\"min\"]"};
     // Inside a body nothing calls itself: how deep a recursion gets differs between the ways of running.
-    inline static const Choices leafFunctions{"f", "g", "missing"};
+    inline static const Choices leafFunctions{"f", "g", "v", "missing"};
     inline static const Choices atoms{"0",     "1",   "2",     "3",    "-1",   "1.5",   "0.1", "2147483647",
                                       "\"a\"", "'2'", "\"k\"", "\"\"", "true", "flase", "not", "{}",
                                       "[]",    "x",   "y",     "s",    "t",    "a",     "i",   "loc"};
-    inline static const Choices targets{"x", "y",       "s",         "t[1]", "t[\"k\"]", "a[2]",      "a[x]",
-                                        "z", "t[s][x]", "local loc", "n#2",  "native n", "external e"};
+    inline static const Choices targets{"x",         "y",    "s",        "t[1]",      "t[\"k\"]",
+                                        "a[2]",      "a[x]", "z",        "t[s][x]",   "t[\"k\"][1]",
+                                        "local loc", "n#2",  "native n", "external e"};
     inline static const Choices assignments{
         " = ", " = ", " = ", " += ", " -= ", " *= ", " /= ", " \\= ", " %= "};
 
@@ -78,8 +80,22 @@ private:
     std::string atom() { return chance(2) ? oneOf({"=", ")", "1.2.3", "x y", ","}) : oneOf(atoms); }
 
     std::string constructor(int depth) {
-        if (chance(50)) return "[" + expression(depth - 2) + ", " + expression(depth - 2) + "]";
-        return "{" + expression(depth - 2) + ", k = " + expression(depth - 2) + "}";
+        const std::string first = expression(depth - 2);
+        const std::string second = expression(depth - 2);
+        switch (pick(7)) {
+            case 0:
+                return "{" + first + ", k = " + second + "}";
+            case 1:
+                return "{" + first + ", " + second + "}";
+            case 2:
+                return "{\"a b\": " + first + ", 2 = " + second + ", }[" + expression(depth - 2) + "]";
+            case 3:
+                return "{[" + first + "] = " + second + ", " + expression(depth - 2) + "}";
+            case 4:
+                return "[" + first + ", " + second + "][" + expression(depth - 2) + "]";
+            default:
+                return "[" + first + ", " + second + "]";
+        }
     }
     std::string library(int depth) {
         switch (pick(5)) {
@@ -175,6 +191,7 @@ TEST(Agreement, ExpressionsGiveTheSameHoweverTheyRun) {
         Generator generator(seed);
         std::string source =
             "function f(a, b)\n    x = b\n    return a\nend\nfunction g(a, b)\n    return a, b\nend\n"
+            "function v(a, ...)\n    return ...\nend\n"
             "x = 3\ny = 2.5\ns = \"text\"\nt = {1, 2, k = \"v\"}\na = [4, 5, 6]\n";
         for (int i = 0; i < 8; ++i) {
             const std::string expression = generator.expression(4);
