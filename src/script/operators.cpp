@@ -1,6 +1,8 @@
 #include "script/operators.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <limits>
 #include <stdexcept>
@@ -23,7 +25,7 @@ void requireNumeric(const Variable& left, const Variable& right, std::string_vie
 // What a script may build in one string; beyond it lies a loop gone wrong.
 constexpr std::size_t maximumText = std::size_t{1} << 28;
 
-void appendText(std::string& text, const std::string& more) {
+void appendText(std::string& text, std::string_view more) {
     if (more.size() > maximumText - std::min(text.size(), maximumText))
         throw std::runtime_error("String is too long");
     text += more;
@@ -44,12 +46,42 @@ std::uint32_t bitsOf(const Variable& value) {
     return static_cast<std::uint32_t>(toInt(value));
 }
 
-Variable add(const Variable& left, const Variable& right) {
-    if (left.isString() || right.isString()) {
-        std::string text = left.toString();
-        appendText(text, right.isString() ? right.text() : right.toString());
-        return Variable::text(std::move(text));
+// The text of a value; that of strings and integers is made without allocating.
+class TextOf {
+public:
+    explicit TextOf(const Variable& value) {
+        if (value.isString()) {
+            view_ = value.text();
+        } else if (value.isInt()) {
+            const auto end = std::to_chars(digits_.data(), digits_.data() + digits_.size(), value.intValue());
+            view_ = {digits_.data(), static_cast<std::size_t>(end.ptr - digits_.data())};
+        } else {
+            text_ = value.toString();
+            view_ = text_;
+        }
     }
+    TextOf(const TextOf&) = delete;
+    TextOf& operator=(const TextOf&) = delete;
+    std::string_view view() const { return view_; }
+
+private:
+    std::array<char, 12> digits_;
+    std::string text_;
+    std::string_view view_;
+};
+
+Variable join(const Variable& left, const Variable& right) {
+    const TextOf first(left);
+    const TextOf second(right);
+    std::string text;
+    text.reserve(first.view().size() + second.view().size());
+    text = first.view();
+    appendText(text, second.view());
+    return Variable::text(std::move(text));
+}
+
+Variable add(const Variable& left, const Variable& right) {
+    if (left.isString() || right.isString()) return join(left, right);
     requireNumeric(left, right, "+");
     if (anyFloat(left, right)) return Variable::number(toFloat(left) + toFloat(right));
     return wrapped(bitsOf(left) + bitsOf(right));
@@ -203,11 +235,11 @@ Variable performOperation(const Variable& left, TokenKind operation, const Varia
 bool tryApplyOperationInPlace(Variable& target, TokenKind operation, const Variable& value) {
     if (target.isString() && operation == TokenKind::Plus) {
         // Text first: the value may be the target itself.
-        if (value.isString() && value.identity() != target.identity()) {
-            appendText(target.editableText(), value.text());
-        } else {
-            const std::string text = value.toString();
+        if (value.isString() && value.identity() == target.identity()) {
+            const std::string text = value.text();
             appendText(target.editableText(), text);
+        } else {
+            appendText(target.editableText(), TextOf(value).view());
         }
         return true;
     }

@@ -62,8 +62,9 @@ public:
     void setNativeStackBudget(std::size_t bytes) { stack_.setBudget(bytes); }
     // Off, every expression is evaluated by the token walk. The results are the same.
     void setFastExpressions(bool on) { fastExpressions_ = on; }
-    // Ends whatever runs with an error after so many statements and rounds, counted from now on.
+    // Ends whatever runs with an error after so many calls, rounds and jumps, counted from now on.
     void setStepLimit(std::uint64_t steps) { stepsLeft_ = steps; }
+    bool stepLimitReached() const { return stepsLeft_ == 0; }
 
     // --- Paths ---
     // Every backslash becomes a slash, and nothing else changes.
@@ -180,7 +181,8 @@ private:
     }
 
     void countStep() {
-        if (stepsLeft_-- == 0) throw std::runtime_error("Step limit reached");
+        if (stepsLeft_ == 0) throw std::runtime_error("Step limit reached");
+        --stepsLeft_;
     }
 
     // coroutines.cpp

@@ -147,15 +147,19 @@ std::string translateLuaPattern(const std::string& pattern) {
     return result;
 }
 
-const regex::Pattern& getCachedGsubPattern(const std::string& text) {
-    static auto& cache = *new std::unordered_map<std::string, regex::Pattern>;
-    if (const auto found = cache.find(text); found != cache.end()) return found->second;
+regex::Pattern compilePattern(const std::string& text) {
     const ExpressionForm form = readPattern(text);
     try {
-        return cache.emplace(text, regex::Pattern::compile(form.body, form.ignoreCase)).first->second;
+        return regex::Pattern::compile(form.body, form.ignoreCase);
     } catch (const regex::SyntaxError& error) {
         throw std::runtime_error("gsub: invalid regex pattern '" + text + "': " + error.what());
     }
+}
+
+const regex::Pattern& getCachedGsubPattern(const std::string& text) {
+    static auto& cache = *new std::unordered_map<std::string, regex::Pattern>;
+    if (const auto found = cache.find(text); found != cache.end()) return found->second;
+    return cache.emplace(text, compilePattern(text)).first->second;
 }
 
 regex::Scratch& patternScratch() {

@@ -6,9 +6,11 @@
 
 namespace kelmora {
 
-// The regular expression that a script's pattern text stands for. Kept for the life of the process, by
-// the exact text. Three forms: "re:" and a raw expression, "/body/flags", and else a Lua-flavoured pattern.
-// Raises for an expression that is malformed or a flag other than i and m.
+// The regular expression that a script's pattern text stands for. Three forms: "re:" and a raw expression,
+// "/body/flags", and else a Lua-flavoured pattern. Raises for an expression that is malformed or a flag other
+// than i and m.
+regex::Pattern compilePattern(const std::string& text);
+// The same, kept for the life of the process by the exact text.
 const regex::Pattern& getCachedGsubPattern(const std::string& text);
 
 // A Lua-flavoured pattern in the grammar of regular expressions.
