@@ -145,13 +145,14 @@ public:
         const Expectation expected = readExpectation(*source);
         ASSERT_FALSE(expected.output.empty() && expected.error.empty()) << "the file expects nothing";
         if (path_.parent_path().filename() == "boot") {
-            expectOutcome(expected, runOnce(*source, path_.string(), Way::Game), "as a game");
+            expectOutcome(expected, runOnce(*source, path_.generic_string(), Way::Game), "as a game");
             return;
         }
-        expectOutcome(expected, runOnce(*source, path_.string(), Way::Text), "bytecode, from text");
-        expectOutcome(expected, runOnce(*source, path_.string(), Way::Image), "bytecode, from an image");
+        expectOutcome(expected, runOnce(*source, path_.generic_string(), Way::Text), "bytecode, from text");
+        expectOutcome(expected, runOnce(*source, path_.generic_string(), Way::Image),
+                      "bytecode, from an image");
         if (expected.direct)
-            expectOutcome(expected, runOnce(*source, path_.string(), Way::Direct), "direct executor");
+            expectOutcome(expected, runOnce(*source, path_.generic_string(), Way::Direct), "direct executor");
     }
 
 private:

@@ -21,8 +21,8 @@ bool writeAll(HANDLE file, const char* data, std::size_t size) {
 }
 
 bool writeNewFile(const std::string& path, const void* content, std::size_t size) {
-    const Handle file(CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                  FILE_ATTRIBUTE_NORMAL, nullptr));
+    const Handle file(
+        CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     return file && writeAll(file.get(), static_cast<const char*>(content), size) &&
            FlushFileBuffers(file.get());
 }

@@ -46,7 +46,8 @@ bool WaveOutDevice::open(std::uint32_t sampleRate) {
     format.nBlockAlign = 4;
     format.nAvgBytesPerSec = sampleRate * 4;
     const auto event = reinterpret_cast<DWORD_PTR>(event_.get());
-    if (waveOutOpen(&device_, WAVE_MAPPER, &format, event, 0, CALLBACK_EVENT) == MMSYSERR_NOERROR) return true;
+    if (waveOutOpen(&device_, WAVE_MAPPER, &format, event, 0, CALLBACK_EVENT) == MMSYSERR_NOERROR)
+        return true;
     device_ = nullptr;
     return false;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-// The system's own headers. The build sets what they leave out and the version they stop at.
-// clang-format off: the first is what the others are made of.
+// The system's own headers. The first is what the others are made of.
+// clang-format off
 #include <windows.h>
 #include <mmsystem.h>
 #include <windowsx.h>
