@@ -28,7 +28,8 @@ struct Reduced {
 // pi/2 in three parts. A product of the first two with less than 2^20 has no rounding.
 Reduced reduceSmall(double angle) {
     const double turns = std::floor(angle * 0x1.45f306dc9c883p-1 + 0.5);
-    const double rest = angle - turns * 0x1.921fb544p+0 - turns * 0x1.0b4611a6p-34 - turns * 0x1.3198a2e037073p-69;
+    const double rest =
+        angle - turns * 0x1.921fb544p+0 - turns * 0x1.0b4611a6p-34 - turns * 0x1.3198a2e037073p-69;
     return {static_cast<int>(turns) & 3, rest};
 }
 
@@ -94,7 +95,8 @@ Reduced reduce(double angle) {
 double sineOfRest(double x) {
     const double y = x * x;
     double sum = 1.0 / 355687428096000.0;
-    for (const double factorial : {-1307674368000.0, 6227020800.0, -39916800.0, 362880.0, -5040.0, 120.0, -6.0})
+    for (const double factorial :
+         {-1307674368000.0, 6227020800.0, -39916800.0, 362880.0, -5040.0, 120.0, -6.0})
         sum = sum * y + 1.0 / factorial;
     return x + x * (y * sum);
 }
