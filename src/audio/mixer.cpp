@@ -12,6 +12,7 @@
 
 #include "audio/feeder.h"
 #include "platform/audio_device.h"
+#include "platform/shim.h"
 
 namespace vesper::mixer {
 namespace {
@@ -60,6 +61,7 @@ PlayerPointer findPlayer(void* handle) {
 // A stop frees the device's buffers, which must not pass for the track's natural end: the request is set
 // first and looked at last.
 void feederThread(WindowsAudioPlayer& player) {
+    platform_raise_thread_priority();
     Feeder feeder(*player.device, player.samples, player.ring, player.looping, player.cursor);
     while (!player.stopRequested) {
         if (!feeder.round()) {

@@ -34,7 +34,7 @@ public:
 };
 
 // A stream of its own; the system adds the streams. Null when that fails. KELMORA_AUDIO chooses the output
-// ("memory" or the system's, "sdl"); an unknown name raises std::runtime_error.
+// ("memory" or the system's, "sdl" or "waveout"); an unknown name raises std::runtime_error.
 std::unique_ptr<AudioDevice> openAudioDevice(std::uint32_t sampleRate);
 
 // The output of the system this is built for, and what KELMORA_AUDIO calls it.

@@ -28,8 +28,8 @@ double vh_lua_version_number();
 
 // Window. Sizes are pixels of the client area, raised to at least 1. A null title means "VesperMoon".
 // Null when there is no display; the caller ends the window with vh_destroyWindow. KELMORA_VIDEO chooses the
-// display ("memory" or the system's, "sdl"); an unknown name, or a recorded input that cannot be read, raises
-// std::runtime_error.
+// display ("memory" or the system's, "sdl" or "gdi"); an unknown name, or a recorded input that cannot be
+// read, raises std::runtime_error.
 kelmora::WindowsWindow* vh_createWindow(const char* title, int width, int height);
 // Hides the window and makes it ask to be closed; the record lives on.
 void vh_closeWindow(kelmora::WindowsWindow* window);
@@ -83,7 +83,7 @@ void vh_font_free(void* font);
 void vh_sleep_ms(int milliseconds);
 
 // Runs a command in the system's shell. A mode that starts with "w" writes to its input, any other reads its
-// output; its other standard handles lead nowhere. Null on failure.
+// output; its other standard handles lead nowhere. The stream is bytes. Null on failure.
 std::FILE* vh_windows_popen(const char* command, const char* mode);
 // Closes the stream, waits for the command and gives its exit code (128 and the signal's number if one ended
 // it). A stream that vh_windows_popen did not open is just closed.
@@ -94,7 +94,7 @@ int vh_windows_pclose(std::FILE* stream);
 // The directory of the running executable (the file itself, not a link to it), with its last separator.
 bool windows_executable_directory(char* buffer, unsigned size);
 bool windows_user_name(char* buffer, unsigned size);
-// System and architecture, like "Linux x86_64".
+// System and architecture, like "Linux x86_64" or "Windows x86".
 bool windows_platform_name(char* buffer, unsigned size);
 bool windows_version_string(char* buffer, unsigned size);
 bool windows_processor_name(char* buffer, unsigned size);
@@ -109,3 +109,5 @@ bool platform_is_windows();
 bool platform_stdout_is_terminal();
 // The lowest address of the calling thread's stack, or 0 if unknown. Slow: ask once a thread.
 std::uintptr_t platform_stack_low_address();
+// For the calling thread, where its user may: a step above the usual.
+void platform_raise_thread_priority();

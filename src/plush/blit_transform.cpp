@@ -4,6 +4,7 @@
 #include <cmath>
 #include <initializer_list>
 
+#include "base/trigonometry.h"
 #include "plush/draw_rows.h"
 #include "plush/row_workers.h"
 #include "plush/scaled_rows.h"
@@ -147,8 +148,8 @@ public:
         const float angle = blit.rotation * radiansPerDegree;
         centreY_ = y + height * 0.5f;
         row_ = {x + width * 0.5f,
-                std::cos(angle),
-                std::sin(angle),
+                static_cast<float>(cosineOf(angle)),
+                static_cast<float>(sineOf(angle)),
                 0,
                 0,
                 blit.scale,

@@ -1,3 +1,4 @@
+#include <span>
 #include <stdexcept>
 
 #include "script/line_parser.h"
@@ -158,7 +159,8 @@ private:
         ScriptCallable& callable = function.function();
         callable.sourceDirectory = script_.context_.directory();
         callable.sourcePath = script_.context_.path();
-        callable.body.assign(lines_.begin() + index_ + 1, lines_.begin() + end);
+        const std::span body = std::span(lines_).subspan(index_ + 1, end - index_ - 1);
+        callable.body.assign(body.begin(), body.end());
         prepareParsedLines(callable.body);
         script_.bindFunction(opener, function);
         index_ = end + 1;

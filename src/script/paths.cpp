@@ -1,16 +1,11 @@
 #include <algorithm>
-#include <filesystem>
 
+#include "base/file_kind.h"
 #include "script/source_path.h"
 #include "script/vesper_script.h"
 
 namespace kelmora {
 namespace {
-
-bool pathExists(const std::string& path) {
-    std::error_code ignored;
-    return std::filesystem::exists(path, ignored);
-}
 
 bool isAbsolute(const std::string& path) {
     const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };

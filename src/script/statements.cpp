@@ -1,5 +1,6 @@
 #include "script/statements.h"
 
+#include <span>
 #include <stdexcept>
 
 #include "script/bytecode_executor.h"
@@ -124,7 +125,8 @@ void VesperScript::fillDeclaredBody(ScriptCallable& callable, const ScriptCallab
     callable.sourceDirectory = owner.sourceDirectory;
     callable.sourcePath = owner.sourcePath;
     if (!owner.program) {
-        callable.body.assign(lines.begin() + line + 1, lines.begin() + lines[line].endIndex);
+        const std::span body = std::span(lines).subspan(line + 1, lines[line].endIndex - line - 1);
+        callable.body.assign(body.begin(), body.end());
         prepareParsedLines(callable.body);
         return;
     }

@@ -1,7 +1,6 @@
 #include "audio/mixer.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <cstdlib>
@@ -18,11 +17,15 @@
 #include "audio/wav_writer.h"
 #include "base/whole_file.h"
 #include "platform/memory_audio.h"
+#include "platform/shim.h"
+#include "support/environment.h"
+#include "support/temporary_folder.h"
 
 namespace vesper::mixer {
 namespace {
 
 using kelmora::lastMemoryAudioStream;
+using kelmora::setEnvironment;
 using Samples = std::vector<std::int16_t>;
 using StreamPointer = std::shared_ptr<kelmora::MemoryAudioStream>;
 
@@ -49,10 +52,10 @@ void playFrames(const StreamPointer& stream, std::size_t frames) {
 
 class Mixer : public testing::Test {
 protected:
-    Mixer() { setenv("KELMORA_AUDIO", "memory", 1); }
+    Mixer() { setEnvironment("KELMORA_AUDIO", "memory"); }
     ~Mixer() override {
         Close(handle_);
-        unsetenv("KELMORA_AUDIO");
+        setEnvironment("KELMORA_AUDIO", nullptr);
     }
     StreamPointer play(std::uint64_t offsetMs, bool loop) {
         EXPECT_TRUE(Play(handle_, offsetMs, loop));
@@ -147,13 +150,14 @@ TEST_F(Mixer, stopsAllAndClosesWhilePlaying) {
 }
 
 TEST_F(Mixer, namesAnUnknownOutput) {
-    setenv("KELMORA_AUDIO", "memroy", 1);
+    setEnvironment("KELMORA_AUDIO", "memroy");
     EXPECT_THROW(Play(handle_, 0, false), std::runtime_error);
     EXPECT_EQ(Stop(handle_), 0u);
 }
 
 TEST_F(Mixer, leavesTracksThatAreNoLongerOpenAlone) {
-    const std::string path = testing::TempDir() + "kelmora_track_" + std::to_string(getpid()) + ".wav";
+    const kelmora::TemporaryFolder folder;
+    const std::string path = (folder / "track.wav").string();
     ASSERT_TRUE(wav::encodeFile(path.c_str(), {{1, 2, 3}, rate, 1}));
     audio::Track* track = audio::openFile(path.c_str());
     std::filesystem::remove(path);
@@ -177,18 +181,20 @@ Samples withoutSilence(const std::string& bytes) {
 
 // In one test, since the system's output keeps the driver it found first: a repeat finds it there.
 TEST_F(Mixer, usesTheSystemsOutput) {
+    if (platform_is_windows()) GTEST_SKIP() << "tools/check_windows_sound listens to waveOut";
     static bool firstRun = true;
-    setenv("KELMORA_AUDIO", "sdl", 1);
+    setEnvironment("KELMORA_AUDIO", "sdl");
     if (std::exchange(firstRun, false)) {
-        setenv("SDL_AUDIODRIVER", "none_of_these", 1);
+        setEnvironment("SDL_AUDIODRIVER", "none_of_these");
         EXPECT_FALSE(Play(handle_, 700, false));
         EXPECT_EQ(Stop(handle_), 700u);
     }
 
-    const std::string path = testing::TempDir() + "kelmora_disk_" + std::to_string(getpid()) + ".raw";
-    setenv("SDL_AUDIODRIVER", "disk", 1);
-    setenv("SDL_DISKAUDIOFILE", path.c_str(), 1);
-    setenv("SDL_DISKAUDIODELAY", "1", 1);
+    const kelmora::TemporaryFolder folder;
+    const std::string path = (folder / "played.raw").string();
+    setEnvironment("SDL_AUDIODRIVER", "disk");
+    setEnvironment("SDL_DISKAUDIOFILE", path.c_str());
+    setEnvironment("SDL_DISKAUDIODELAY", "1");
     ASSERT_TRUE(Play(handle_, 100, false));
     EXPECT_TRUE(soon([&] { return GetCurrentOffset(handle_) == 0; }));
     EXPECT_EQ(Stop(handle_), 0u);
@@ -198,8 +204,8 @@ TEST_F(Mixer, usesTheSystemsOutput) {
     ASSERT_TRUE(Play(handle_, 0, true));
     EXPECT_TRUE(soon([&] { return GetCurrentOffset(handle_) > 1000; }));
     EXPECT_GT(Stop(handle_), 1000u);
-    std::filesystem::remove(path);
-    for (const char* name : {"SDL_AUDIODRIVER", "SDL_DISKAUDIOFILE", "SDL_DISKAUDIODELAY"}) unsetenv(name);
+    for (const char* name : {"SDL_AUDIODRIVER", "SDL_DISKAUDIOFILE", "SDL_DISKAUDIODELAY"})
+        setEnvironment(name, nullptr);
 }
 
 }  // namespace

@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <map>
-#include <random>
 #include <sstream>
 
 #include "base/whole_file.h"
@@ -11,7 +9,10 @@
 #include "codec/png.h"
 #include "host/boot_image.h"
 #include "host/startup.h"
+#include "platform/shim.h"
 #include "support/capture_host.h"
+#include "support/environment.h"
+#include "support/temporary_folder.h"
 
 namespace kelmora {
 namespace {
@@ -42,21 +43,20 @@ std::string frameSums(const fs::path& folder) {
 
 class Firefly : public testing::Test {
 protected:
-    Firefly()
-        : root_(fs::temp_directory_path() / ("kelmora_firefly_" + std::to_string(std::random_device{}()))) {
+    Firefly() {
         fs::create_directories(root_ / "bin");
         fs::create_directories(root_ / "made");
         fs::copy(sourceDirectory / "games/firefly/Resources", root_ / "Resources",
                  fs::copy_options::recursive);
-        setenv("KELMORA_VIDEO", "memory", 1);
-        setenv("KELMORA_INPUT", (sourceDirectory / "games/firefly/recorded.txt").c_str(), 1);
-        setenv("KELMORA_SHOTS", (root_ / "made").c_str(), 1);
+        setEnvironment("KELMORA_VIDEO", "memory");
+        setEnvironment("KELMORA_INPUT", (sourceDirectory / "games/firefly/recorded.txt").string().c_str());
+        setEnvironment("KELMORA_SHOTS", (root_ / "made").string().c_str());
         runtime_.path = (root_ / "bin/").generic_string();
         registerFunctions(runtime_);
     }
     ~Firefly() override {
-        for (const char* name : {"KELMORA_VIDEO", "KELMORA_INPUT", "KELMORA_SHOTS"}) unsetenv(name);
-        fs::remove_all(root_);
+        for (const char* name : {"KELMORA_VIDEO", "KELMORA_INPUT", "KELMORA_SHOTS"})
+            setEnvironment(name, nullptr);
     }
 
     void play() {
@@ -64,7 +64,7 @@ protected:
         runEmbeddedStartupScript(runtime_, bootImage(), startupSourcePath(runtime_));
     }
 
-    fs::path root_;
+    TemporaryFolder root_;
     CaptureHost host_;
     Runtime runtime_{host_};
 };
@@ -80,14 +80,15 @@ TEST_F(Firefly, TheRecordingShowsTheStoredFrames) {
 }
 
 TEST_F(Firefly, SaysSoWhereThereIsNoWindow) {
+    if (platform_is_windows()) GTEST_SKIP() << "Windows always has a display";
     for (const char* name : {"KELMORA_VIDEO", "DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"})
-        unsetenv(name);
+        setEnvironment(name, nullptr);
     EXPECT_THROW(play(), std::exception);
     EXPECT_EQ(host_.output, "Firefly Glade cannot open a window here.\n");
 }
 
 TEST_F(Firefly, ThePicturesAreWhatTheirScriptPaints) {
-    const std::string script = (sourceDirectory / "games/firefly/art/make_art.vs").string();
+    const std::string script = (sourceDirectory / "games/firefly/art/make_art.vs").generic_string();
     const fs::path kept = root_ / "Resources/package/images";
     runtime_.engine.pushVariable("arguments",
                                  Variable::array({Variable::text((root_ / "made").generic_string())}));

@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 
 #include "base/whole_file.h"
 #include "platform/shim.h"
 #include "script/source_path.h"
 #include "support/capture_host.h"
+#include "support/environment.h"
 #include "support/temporary_folder.h"
 
 namespace kelmora {
@@ -36,7 +36,7 @@ protected:
         for (const char* folder :
              {"bin", "Resources/scripts", "Resources/package/game", "Resources/volatile"})
             std::filesystem::create_directories(root_ / folder);
-        runtime_.path = (root_ / "bin/").string();
+        runtime_.path = (root_ / "bin/").generic_string();
     }
     void file(const std::string& name, const std::string& content) {
         ASSERT_TRUE(writeWholeFile((root_ / "Resources" / name).string(), content));
@@ -79,7 +79,7 @@ TEST_F(GameTree, FunctionsKeepTheirOwnSourceAfterRetargeting) {
 }
 
 TEST_F(GameTree, FileHandlesReadWriteAndClose) {
-    const std::string path = (root_ / "Resources/volatile/a b.txt").string();
+    const std::string path = (root_ / "Resources/volatile/a b.txt").generic_string();
     const std::string source = "f = io['open']('" + path +
                                "', 'w')\nprint(f['write']('one', 2, not, '\\n'), f['write'](f, 'last'))\n" +
                                "f['close'](f)\nf = io['open']('" + path + "')\n" +
@@ -93,7 +93,7 @@ TEST_F(GameTree, FileHandlesReadWriteAndClose) {
 }
 
 TEST_F(GameTree, AWindowLeftOpenIsDestroyed) {
-    ::setenv("KELMORA_VIDEO", "memory", 1);
+    const ScopedEnvironment video("KELMORA_VIDEO", "memory");
     EXPECT_EQ(
         run("print(Metal['spawnWindow']('Title', 64, 48), Metal['getTitle'](), Metal['checkClose']())\n"
             "image = Plush['createImage'](64, 48, 10, 20, 30, "
@@ -102,7 +102,6 @@ TEST_F(GameTree, AWindowLeftOpenIsDestroyed) {
             "Metal['updateInput']()\nprint(VESPER_MOUSE_X >= 0, VESPER_KEY_A)\n"
             "Plush['killImage'](image)\nPlush['killImage'](shown)"),
         "");
-    ::unsetenv("KELMORA_VIDEO");
     EXPECT_EQ(host_.output, "true\tTitle\tfalse\n10\t20\t30\t255\t64\t48\ntrue\tfalse\n");
     EXPECT_NE(runtime_.window, nullptr);
     runtime_.destroyWindow();

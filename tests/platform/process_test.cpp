@@ -1,59 +1,68 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <chrono>
-#include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <string>
 #include <thread>
 
 #include "base/whole_file.h"
 #include "platform/shim.h"
+#include "support/environment.h"
+#include "support/shell.h"
+#include "support/temporary_folder.h"
 
 namespace {
 
-std::string readAll(std::FILE* stream) {
-    std::string text;
-    for (int byte = std::fgetc(stream); byte != EOF; byte = std::fgetc(stream))
-        text += static_cast<char>(byte);
-    return text;
+using kelmora::readToEnd;
+using kelmora::runInShell;
+
+// The same request in the words of each system's shell.
+const char* shell(const char* linuxText, const char* windowsText) {
+    return platform_is_windows() ? windowsText : linuxText;
 }
+
+const char* const copyInputAway = shell("cat > /dev/null", "more > NUL");
 
 TEST(Process, ReadsWhatACommandPrintsAndItsExitCode) {
-    std::FILE* stream = vh_windows_popen("printf 'one\\ntwo'; echo hidden >&2; exit 3", "r");
-    ASSERT_NE(stream, nullptr);
-    EXPECT_EQ(readAll(stream), "one\ntwo");
-    EXPECT_EQ(vh_windows_pclose(stream), 3);
+    const char* command =
+        shell("echo one; echo two; echo hidden >&2; exit 3", "echo one& echo two& echo hidden 1>&2& exit 3");
+    const auto outcome = runInShell(command);
+    EXPECT_EQ(outcome.text, "one\ntwo\n");
+    EXPECT_EQ(outcome.exitCode, 3);
 }
 
-TEST(Process, WritesToACommand) {
-    const auto path = std::filesystem::temp_directory_path() /
-                      ("kelmora_process_test_" + std::to_string(getpid()) + ".txt");
-    std::FILE* stream = vh_windows_popen(("cat > '" + path.string() + "'").c_str(), "wb");
+TEST(Process, WritesToACommandAPathWithBlanks) {
+    const kelmora::TemporaryFolder folder;
+    const std::string path = (folder / "from child.txt").string();
+    const std::string command = shell("cat > ", "more > ") + kelmora::quoted(path);
+    std::FILE* stream = vh_windows_popen(command.c_str(), "wb");
     ASSERT_NE(stream, nullptr);
-    std::fputs("to the child", stream);
+    std::fputs("to the child\r\n", stream);
     EXPECT_EQ(vh_windows_pclose(stream), 0);
-    EXPECT_EQ(kelmora::readWholeFile(path.string()), "to the child");
-    std::filesystem::remove(path);
+    EXPECT_EQ(kelmora::readWholeFile(path), "to the child\r\n");
 }
 
 TEST(Process, AReaderHasNoInputToWaitFor) {
-    std::FILE* stream = vh_windows_popen("cat; echo done", nullptr);
+    std::FILE* stream = vh_windows_popen(shell("cat; echo done", "set /p line=& echo done"), nullptr);
     ASSERT_NE(stream, nullptr);
-    EXPECT_EQ(readAll(stream), "done\n");
+    EXPECT_EQ(readToEnd(stream), "done\n");
     EXPECT_EQ(vh_windows_pclose(stream), 0);
 }
 
 TEST(Process, FailuresAreExitCodes) {
-    std::FILE* killed = vh_windows_popen("kill -9 $$", "r");
-    std::FILE* unknown = vh_windows_popen("kelmora_no_such_command", "r");
-    ASSERT_NE(killed, nullptr);
-    ASSERT_NE(unknown, nullptr);
-    EXPECT_EQ(vh_windows_pclose(killed), 128 + 9);
-    EXPECT_EQ(vh_windows_pclose(unknown), 127);
+    EXPECT_NE(runInShell("kelmora_no_such_command").exitCode, 0);
+    if (!platform_is_windows()) {
+        EXPECT_EQ(runInShell("kill -9 $$").exitCode, 128 + 9);
+    }
     EXPECT_EQ(vh_windows_popen(nullptr, "r"), nullptr);
     EXPECT_EQ(vh_windows_pclose(nullptr), -1);
+}
+
+TEST(Process, TheShellIsFoundWithoutItsVariable) {
+    const kelmora::ScopedEnvironment none("COMSPEC", nullptr);
+    const auto outcome = runInShell(shell("echo found; exit 3", "echo found& exit 3"));
+    EXPECT_EQ(outcome.text, "found\n");
+    EXPECT_EQ(outcome.exitCode, 3);
 }
 
 TEST(Process, WritingToACommandThatHasEndedIsNotFatal) {
@@ -66,13 +75,14 @@ TEST(Process, WritingToACommandThatHasEndedIsNotFatal) {
 
 // Were our end inherited, the first command would not see the end of its input while the second runs.
 TEST(Process, CommandsDoNotInheritEachOthersPipes) {
-    std::FILE* first = vh_windows_popen("cat > /dev/null; exit 7", "w");
+    std::FILE* first = vh_windows_popen(copyInputAway, "w");
+    std::FILE* second = vh_windows_popen(copyInputAway, "w");
     ASSERT_NE(first, nullptr);
-    const std::string inherited = "/proc/$$/fd/" + std::to_string(fileno(first));
-    std::FILE* second = vh_windows_popen(("[ ! -e " + inherited + " ]").c_str(), "r");
     ASSERT_NE(second, nullptr);
+    std::fputs("text\r\n", first);
+    EXPECT_EQ(vh_windows_pclose(first), 0);
+    std::fputs("text\r\n", second);
     EXPECT_EQ(vh_windows_pclose(second), 0);
-    EXPECT_EQ(vh_windows_pclose(first), 7);
 }
 
 TEST(Process, AStreamOfAnotherKindIsJustClosed) {
@@ -98,9 +108,11 @@ TEST(SystemInfo, EveryFactHasATrimmedAnswer) {
         EXPECT_NE(text.front(), ' ');
         EXPECT_NE(text.back(), ' ');
     }
-    EXPECT_EQ(textOf(windows_platform_name).rfind("Linux ", 0), 0u);
-    EXPECT_EQ(textOf(windows_executable_directory),
-              std::filesystem::canonical("/proc/self/exe").parent_path().string() + "/");
+    EXPECT_TRUE(textOf(windows_platform_name).starts_with(shell("Linux ", "Windows x86")));
+    const std::string directory = textOf(windows_executable_directory);
+    EXPECT_EQ(directory.back(), std::filesystem::path::preferred_separator);
+    EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::path(directory).parent_path(), KELMORA_BIN_DIR))
+        << directory;
 }
 
 TEST(SystemInfo, ATextThatDoesNotFitIsAFailureWithAnEmptyText) {
@@ -122,19 +134,15 @@ TEST(SystemInfo, ATextThatDoesNotFitIsAFailureWithAnEmptyText) {
 }
 
 TEST(SystemInfo, TheTemporaryDirectoryFollowsItsVariable) {
-    const char* old = std::getenv("TMPDIR");
-    const std::string saved = old ? old : "";
-    setenv("TMPDIR", "/var/some place", 1);
-    EXPECT_EQ(textOf(windows_temp_directory), "/var/some place/");
+    const char* variable = shell("TMPDIR", "TMP");
+    const kelmora::ScopedEnvironment set(variable, shell("/var/some place", "C:\\some place"));
+    EXPECT_EQ(textOf(windows_temp_directory), shell("/var/some place/", "C:\\some place\\"));
     char small[3];
     EXPECT_TRUE(windows_temp_directory(small, sizeof small));
     EXPECT_STREQ(small, "./");
-    setenv("TMPDIR", "", 1);
+    if (platform_is_windows()) return;
+    const kelmora::ScopedEnvironment empty(variable, "");
     EXPECT_EQ(textOf(windows_temp_directory), "/tmp/");
-    if (old)
-        setenv("TMPDIR", saved.c_str(), 1);
-    else
-        unsetenv("TMPDIR");
 }
 
 TEST(SystemInfo, EachThreadKnowsTheEndOfItsStack) {

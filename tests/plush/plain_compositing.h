@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/trigonometry.h"
 #include "plush/blit.h"
 #include "plush/skew.h"
 
@@ -72,7 +73,8 @@ inline void blitImage(const Blit& b) {
         });
         return;
     }
-    const float theta = b.rotation * 0.017453292f, c = std::cos(theta), s = std::sin(theta);
+    const float theta = b.rotation * 0.017453292f;
+    const auto c = static_cast<float>(cosineOf(theta)), s = static_cast<float>(sineOf(theta));
     std::vector<float> xs, ys;
     for (const float px : {x, x + sw})
         for (const float py : {y, y + sh}) {

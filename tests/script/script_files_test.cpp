@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <sstream>
 
@@ -11,6 +10,7 @@
 #include "host/startup.h"
 #include "plush/live_images.h"
 #include "support/capture_host.h"
+#include "support/environment.h"
 #include "support/temporary_folder.h"
 
 // Runs every file of tests/scripts/. What a script is expected to do stands beside the line that does it:
@@ -76,13 +76,13 @@ void runAsGame(Runtime& runtime, const std::string& source) {
         std::filesystem::create_directories(root / folder);
     writeWholeFile((root / "Resources/package/graphics.vs").string(), "graphicsRan = true\n");
     writeWholeFile((root / "Resources/scripts/visual-novel.vs").string(), source);
-    runtime.path = (root / "bin/").string();
+    runtime.path = (root / "bin/").generic_string();
     runEmbeddedStartupScript(runtime, bootImage(), startupSourcePath(runtime));
 }
 
 Outcome runOnce(const std::string& source, const std::string& path, Way way) {
     // Sounds play where nobody hears them, and their time stands still.
-    ::setenv("KELMORA_AUDIO", "memory", 1);
+    setEnvironment("KELMORA_AUDIO", "memory");
     CaptureHost host;
     Runtime runtime(host);
     Outcome outcome;
@@ -145,13 +145,14 @@ public:
         const Expectation expected = readExpectation(*source);
         ASSERT_FALSE(expected.output.empty() && expected.error.empty()) << "the file expects nothing";
         if (path_.parent_path().filename() == "boot") {
-            expectOutcome(expected, runOnce(*source, path_.string(), Way::Game), "as a game");
+            expectOutcome(expected, runOnce(*source, path_.generic_string(), Way::Game), "as a game");
             return;
         }
-        expectOutcome(expected, runOnce(*source, path_.string(), Way::Text), "bytecode, from text");
-        expectOutcome(expected, runOnce(*source, path_.string(), Way::Image), "bytecode, from an image");
+        expectOutcome(expected, runOnce(*source, path_.generic_string(), Way::Text), "bytecode, from text");
+        expectOutcome(expected, runOnce(*source, path_.generic_string(), Way::Image),
+                      "bytecode, from an image");
         if (expected.direct)
-            expectOutcome(expected, runOnce(*source, path_.string(), Way::Direct), "direct executor");
+            expectOutcome(expected, runOnce(*source, path_.generic_string(), Way::Direct), "direct executor");
     }
 
 private:

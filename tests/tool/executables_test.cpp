@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <filesystem>
 
 #include "base/whole_file.h"
-#include "platform/shim.h"
+#include "host/boot_image.h"
+#include "support/shell.h"
 #include "support/temporary_folder.h"
 
 // The two executables as a person starts them: output, error text and exit code.
@@ -13,19 +13,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct Outcome {
-    std::string text;
-    int exitCode = -1;
-};
-
-Outcome run(const std::string& command) {
-    Outcome outcome;
-    std::FILE* pipe = vh_windows_popen((command + " 2>&1").c_str(), "r");
-    if (!pipe) return outcome;
-    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) outcome.text += static_cast<char>(c);
-    outcome.exitCode = vh_windows_pclose(pipe);
-    return outcome;
-}
+const std::string extension = platform_is_windows() ? ".exe" : "";
+const std::string kelmoraName = platform_is_windows() ? "Kelmora.exe" : "kelmora";
 
 class Executables : public testing::Test {
 protected:
@@ -37,15 +26,15 @@ protected:
     std::string file(const std::string& name, const std::string& content) const {
         const std::string path = (root_ / name).string();
         writeWholeFile(path, content);
-        return "'" + path + "'";
+        return quoted(path);
     }
-    static Outcome vesper(const std::string& arguments) {
-        return run(std::string(KELMORA_BIN_DIR) + "/vesper " + arguments);
+    static ShellOutcome vesper(const std::string& arguments) {
+        return runProgram(std::string(KELMORA_BIN_DIR) + "/vesper" + extension, arguments);
     }
-    Outcome kelmora() const {
-        fs::copy_file(fs::path(KELMORA_BIN_DIR) / "kelmora", root_ / "bin/kelmora",
-                      fs::copy_options::overwrite_existing);
-        return run("'" + (root_ / "bin/kelmora").string() + "'");
+    ShellOutcome kelmora() const {
+        const fs::path copy = root_ / "bin" / kelmoraName;
+        fs::copy_file(fs::path(KELMORA_BIN_DIR) / kelmoraName, copy, fs::copy_options::overwrite_existing);
+        return runProgram(copy.string());
     }
 
     TemporaryFolder root_;
@@ -55,7 +44,7 @@ TEST_F(Executables, VesperRunsCompilesDumpsAndChecks) {
     const std::string script =
         file("a b.vs", "print(\"ran\", arguments[1])\nif arguments[2]\n    x = 1 \\ 0\nend\n");
     const std::string image = file("out.vsbc", "");
-    Outcome outcome = vesper("run " + script + " one");
+    ShellOutcome outcome = vesper("run " + script + " one");
     EXPECT_EQ(outcome.text, "ran\tone\n");
     EXPECT_EQ(outcome.exitCode, 0);
     outcome = vesper("run " + script + " one two");
@@ -73,12 +62,21 @@ TEST_F(Executables, VesperRunsCompilesDumpsAndChecks) {
     EXPECT_NE(outcome.text.find("Missing 'end' for if block"), std::string::npos);
 }
 
+// Every target's compiler writes the image that the build's own wrote.
+TEST_F(Executables, VesperCompilesTheBootScriptToTheBytesInside) {
+    const std::string image = (root_ / "boot.vsbc").string();
+    const std::string source = std::string(KELMORA_BIN_DIR) + "/../boot/lua.vs";
+    ASSERT_EQ(vesper("compile " + quoted(source) + " -o " + quoted(image)).exitCode, 0);
+    const std::span<const unsigned char> embedded = bootImage();
+    EXPECT_EQ(readWholeFileBytes(image), std::vector<unsigned char>(embedded.begin(), embedded.end()));
+}
+
 TEST_F(Executables, VesperRefusesWhatItDoesNotKnow) {
     for (const char* arguments :
          {"", "fly", "run", "run --fast x.vs", "compile x.vs", "compile x.vs -q y", "dump", "check"})
         EXPECT_EQ(vesper(arguments).exitCode, 2) << arguments;
     EXPECT_EQ(vesper("run no/such.vs").text, "Failed to open script file: no/such.vs\n");
-    const Outcome damaged = vesper("dump " + file("damaged.vsbc", "VSBC<"));
+    const ShellOutcome damaged = vesper("dump " + file("damaged.vsbc", "VSBC<"));
     EXPECT_EQ(damaged.exitCode, 1);
     EXPECT_NE(damaged.text.find("Invalid bytecode file (truncated): "), std::string::npos);
 }
@@ -86,13 +84,13 @@ TEST_F(Executables, VesperRefusesWhatItDoesNotKnow) {
 TEST_F(Executables, KelmoraPlaysTheTreeBesideIt) {
     file("Resources/package/graphics.vs", "print(\"graphics\")");
     file("Resources/scripts/visual-novel.vs", "print(\"game\", Vesper[\"getPath\"]() != \"./\")");
-    const Outcome outcome = kelmora();
+    const ShellOutcome outcome = kelmora();
     EXPECT_EQ(outcome.text, "graphics\ngame\ttrue\n");
     EXPECT_EQ(outcome.exitCode, 0);
 }
 
 TEST_F(Executables, KelmoraReportsAFailureInItsWords) {
-    Outcome outcome = kelmora();
+    ShellOutcome outcome = kelmora();
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_EQ(outcome.text.find("Kelmora startup error: Failed to open script file: "), 0u) << outcome.text;
     file("Resources/package/graphics.vs", "");

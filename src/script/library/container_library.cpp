@@ -39,7 +39,7 @@ Variable eraseItem(std::vector<Variable>& items, const Variable& index) {
     const std::int64_t position = index.intValue();
     if (position < 1 || position > static_cast<std::int64_t>(items.size())) return Variable::boolean(false);
     const Variable dropped = std::move(items[static_cast<std::size_t>(position - 1)]);
-    items.erase(items.begin() + (position - 1));
+    items.erase(items.begin() + static_cast<std::ptrdiff_t>(position - 1));
     return Variable::boolean(true);
 }
 

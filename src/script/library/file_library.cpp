@@ -1,8 +1,8 @@
 #include <cstdio>
 #include <ctime>
-#include <filesystem>
 #include <memory>
 
+#include "base/file_kind.h"
 #include "script/library/library.h"
 #include "script/table_object.h"
 #include "script/vesper_script.h"
@@ -123,8 +123,7 @@ Variable openFileFunction(VesperScript& script, Arguments arguments, bool isProc
         stream = script.host().openProcess(arguments[0].text(), writes ? "w" : "r");
     } else {
         const std::string path = script.resolvePath(arguments[0].text());
-        std::error_code ignored;
-        if (std::filesystem::is_directory(path, ignored)) return {};
+        if (isDirectory(path)) return {};
         stream = std::fopen(path.c_str(), streamMode(arguments).c_str());
     }
     if (!stream) return {};

@@ -1,6 +1,7 @@
 #include <cmath>
 #include <limits>
 
+#include "base/trigonometry.h"
 #include "script/library/library.h"
 #include "script/numbers.h"
 #include "script/vesper_script.h"
@@ -62,12 +63,12 @@ Variable max(VesperScript&, Arguments arguments) {
 
 Variable sin(VesperScript&, Arguments arguments) {
     require(arguments.size() == 1, "math['sin'](x) requires exactly 1 argument");
-    return narrowed(std::sin(toDouble(arguments[0])));
+    return narrowed(sineOf(toDouble(arguments[0])));
 }
 
 Variable cos(VesperScript&, Arguments arguments) {
     require(arguments.size() == 1, "math['cos'](x) requires exactly 1 argument");
-    return narrowed(std::cos(toDouble(arguments[0])));
+    return narrowed(cosineOf(toDouble(arguments[0])));
 }
 
 Variable rad(VesperScript&, Arguments arguments) {

@@ -51,7 +51,7 @@ Variable insert(VesperScript&, Arguments arguments) {
     append(container, arguments[arguments.size() - 1]);
     std::vector<Variable>& items = sequence(container);
     const auto added = items.begin() + static_cast<std::ptrdiff_t>(length);
-    std::rotate(items.begin() + (position - 1), added, added + 1);
+    std::rotate(items.begin() + static_cast<std::ptrdiff_t>(position - 1), added, added + 1);
     return {};
 }
 
@@ -61,7 +61,7 @@ Variable removeFunction(VesperScript&, Arguments arguments) {
     std::int64_t position = static_cast<std::int64_t>(items.size());
     if (arguments.size() == 2) position = toInt(arguments[1]);
     if (position < 1 || position > static_cast<std::int64_t>(items.size())) return {};
-    const auto at = items.begin() + (position - 1);
+    const auto at = items.begin() + static_cast<std::ptrdiff_t>(position - 1);
     std::rotate(at, at + 1, items.end());
     Variable removed = std::move(items.back());
     removeLast(arguments[0]);

@@ -1,0 +1,265 @@
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "platform/window_backend.h"
+#include "platform/windows/windows_api.h"
+
+namespace kelmora {
+namespace {
+
+constexpr const char* className = "KelmoraVesperWindow";
+constexpr DWORD windowStyle = WS_OVERLAPPEDWINDOW;
+
+// Pixels of ours are pixels of the screen.
+void refuseScaling() {
+    if (const auto setAware = systemFunction<BOOL WINAPI()>("user32.dll", "SetProcessDPIAware")) setAware();
+}
+
+PixelSize outerSize(int width, int height) {
+    RECT area{0, 0, width, height};
+    AdjustWindowRectEx(&area, windowStyle, FALSE, 0);
+    return {static_cast<int>(area.right - area.left), static_cast<int>(area.bottom - area.top)};
+}
+
+// All screens side by side: what a window can usefully be stretched over.
+PixelSize largestSize() {
+    return {std::max(GetSystemMetrics(SM_CXVIRTUALSCREEN), 1),
+            std::max(GetSystemMetrics(SM_CYVIRTUALSCREEN), 1)};
+}
+
+class GdiWindow : public WindowBackend {
+public:
+    explicit GdiWindow(WindowCore& core) : core_(core) {}
+    ~GdiWindow() override;
+
+    bool open();
+
+    bool pumpEvents() override;
+    void present() override;
+    void setTitle(const char* title) override { SetWindowTextA(window_, title); }
+    PixelSize setSize(int width, int height) override;
+    void hide() override { ShowWindow(window_, SW_HIDE); }
+    PixelSize screenSize() const override;
+
+private:
+    static bool registerClass();
+    static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM first, LPARAM second);
+
+    // True when the message needs nothing more.
+    bool handle(UINT message, WPARAM first, LPARAM second);
+    void handleSize(WPARAM kind, LPARAM size);
+    void handleMouse(UINT message, LPARAM position);
+    void paint();
+    void show(HDC target);
+    PixelSize clientSize() const;
+
+    WindowCore& core_;
+    HWND window_ = nullptr;
+    HDC deviceContext_ = nullptr;
+    std::exception_ptr failure_;  // of a message, until the pump can raise it
+};
+
+GdiWindow::~GdiWindow() {
+    if (deviceContext_) ReleaseDC(window_, deviceContext_);
+    if (!window_) return;
+    SetWindowLongPtrA(window_, GWLP_USERDATA, 0);
+    DestroyWindow(window_);
+}
+
+bool GdiWindow::registerClass() {
+    WNDCLASSEXA description{};
+    description.cbSize = sizeof description;
+    description.style = CS_HREDRAW | CS_VREDRAW | CS_OWNDC;
+    description.lpfnWndProc = windowProcedure;
+    description.hInstance = GetModuleHandleA(nullptr);
+    description.hCursor = LoadCursor(nullptr, IDC_ARROW);
+    description.lpszClassName = className;
+    return RegisterClassExA(&description) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
+}
+
+bool GdiWindow::open() {
+    refuseScaling();
+    static const bool registered = registerClass();
+    if (!registered) return false;
+    const PixelSize largest = largestSize();
+    const PixelSize outer = outerSize(std::min(core_.logicalWidth(), largest.width),
+                                      std::min(core_.logicalHeight(), largest.height));
+    const PixelSize screen = screenSize();
+    CreateWindowExA(0, className, core_.title().c_str(), windowStyle, (screen.width - outer.width) / 2,
+                    (screen.height - outer.height) / 2, outer.width, outer.height, nullptr, nullptr,
+                    GetModuleHandleA(nullptr), this);
+    if (!window_) return false;
+    deviceContext_ = GetDC(window_);
+    if (!deviceContext_) return false;
+    const PixelSize client = clientSize();
+    core_.setClientSize(client.width, client.height);
+    ShowWindow(window_, SW_SHOW);
+    if (SetForegroundWindow(window_)) core_.handle(WindowEvent::focusGained());
+    return true;
+}
+
+PixelSize GdiWindow::clientSize() const {
+    RECT area{};
+    GetClientRect(window_, &area);
+    return {std::max(static_cast<int>(area.right), 1), std::max(static_cast<int>(area.bottom), 1)};
+}
+
+PixelSize GdiWindow::screenSize() const {
+    return {GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+}
+
+PixelSize GdiWindow::setSize(int width, int height) {
+    const PixelSize largest = largestSize();
+    const PixelSize outer = outerSize(std::min(width, largest.width), std::min(height, largest.height));
+    SetWindowPos(window_, nullptr, 0, 0, outer.width, outer.height,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    return clientSize();
+}
+
+void GdiWindow::present() {
+    show(deviceContext_);
+    ValidateRect(window_, nullptr);
+}
+
+void GdiWindow::show(HDC target) {
+    const int width = core_.clientWidth();
+    const int height = core_.clientHeight();
+    BITMAPINFO format{};
+    format.bmiHeader.biSize = sizeof format.bmiHeader;
+    format.bmiHeader.biWidth = width;
+    format.bmiHeader.biHeight = -height;  // rows from the top
+    format.bmiHeader.biPlanes = 1;
+    format.bmiHeader.biBitCount = 32;
+    format.bmiHeader.biCompression = BI_RGB;
+    SetDIBitsToDevice(target, 0, 0, static_cast<DWORD>(width), static_cast<DWORD>(height), 0, 0, 0,
+                      static_cast<UINT>(height), core_.dibPixels().data(), &format, DIB_RGB_COLORS);
+}
+
+// Painting is a message like any other here, so the picture is never lost to the caller.
+bool GdiWindow::pumpEvents() {
+    MSG message;
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT) core_.requestClose();
+        TranslateMessage(&message);
+        DispatchMessageA(&message);
+    }
+    if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
+    return false;
+}
+
+// Nothing may be thrown through the system's frames.
+LRESULT CALLBACK GdiWindow::windowProcedure(HWND window, UINT message, WPARAM first, LPARAM second) {
+    if (message == WM_NCCREATE) {
+        auto* created = static_cast<GdiWindow*>(reinterpret_cast<CREATESTRUCTA*>(second)->lpCreateParams);
+        created->window_ = window;
+        SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
+    }
+    auto* self = reinterpret_cast<GdiWindow*>(GetWindowLongPtrA(window, GWLP_USERDATA));
+    try {
+        if (self && self->handle(message, first, second)) return message == WM_ERASEBKGND ? 1 : 0;
+    } catch (...) {
+        self->failure_ = std::current_exception();
+    }
+    return DefWindowProcA(window, message, first, second);
+}
+
+bool GdiWindow::handle(UINT message, WPARAM first, LPARAM second) {
+    switch (message) {
+        case WM_SIZE:
+            handleSize(first, second);
+            return true;
+        case WM_SETFOCUS:
+            core_.handle(WindowEvent::focusGained());
+            return true;
+        case WM_KILLFOCUS:
+            core_.handle(WindowEvent::focusLost());
+            return true;
+        case WM_PAINT:
+            paint();
+            return true;
+        case WM_CLOSE:
+            core_.handle(WindowEvent::closeRequested());
+            return true;
+        case WM_ERASEBKGND:
+            return true;
+        case WM_KEYDOWN:
+        case WM_SYSKEYDOWN:
+            core_.handle(WindowEvent::keyDown(static_cast<int>(first)));
+            return message == WM_KEYDOWN;
+        case WM_KEYUP:
+        case WM_SYSKEYUP:
+            core_.handle(WindowEvent::keyUp(static_cast<int>(first)));
+            return message == WM_KEYUP;
+        case WM_MOUSEMOVE:
+        case WM_LBUTTONDOWN:
+        case WM_RBUTTONDOWN:
+        case WM_MBUTTONDOWN:
+        case WM_LBUTTONUP:
+        case WM_RBUTTONUP:
+        case WM_MBUTTONUP:
+            handleMouse(message, second);
+            return true;
+        default:
+            return false;
+    }
+}
+
+void GdiWindow::handleSize(WPARAM kind, LPARAM size) {
+    if (kind != SIZE_MINIMIZED) core_.handle(WindowEvent::resized(LOWORD(size), HIWORD(size)));
+}
+
+// A held button keeps the mouse's messages coming from outside of the window.
+void GdiWindow::handleMouse(UINT message, LPARAM position) {
+    const int x = GET_X_LPARAM(position);
+    const int y = GET_Y_LPARAM(position);
+    const auto press = [&](MouseButton button) {
+        core_.handle(WindowEvent::buttonDown(button, x, y));
+        SetCapture(window_);
+    };
+    const auto release = [&](MouseButton button) {
+        core_.handle(WindowEvent::buttonUp(button, x, y));
+        if (!core_.anyButtonDown()) ReleaseCapture();
+    };
+    switch (message) {
+        case WM_LBUTTONDOWN:
+            return press(MouseButton::left);
+        case WM_RBUTTONDOWN:
+            return press(MouseButton::right);
+        case WM_MBUTTONDOWN:
+            return press(MouseButton::middle);
+        case WM_LBUTTONUP:
+            return release(MouseButton::left);
+        case WM_RBUTTONUP:
+            return release(MouseButton::right);
+        case WM_MBUTTONUP:
+            return release(MouseButton::middle);
+        default:
+            core_.handle(WindowEvent::mouseMoved(x, y));
+    }
+}
+
+void GdiWindow::paint() {
+    core_.composeIfDirty();
+    PAINTSTRUCT painting;
+    if (const HDC target = BeginPaint(window_, &painting)) show(target);
+    EndPaint(window_, &painting);
+}
+
+}  // namespace
+
+std::unique_ptr<WindowBackend> createSystemWindow(WindowCore& core) {
+    auto window = std::make_unique<GdiWindow>(core);
+    if (!window->open()) return nullptr;
+    return window;
+}
+
+bool systemDisplayIsNamed() {
+    return true;
+}
+
+const char* systemVideoName() {
+    return "gdi";
+}
+
+}  // namespace kelmora
