@@ -10,7 +10,8 @@
 
 namespace kelmora::fuzz {
 
-// What a source prints when it runs for a few hundred rounds and calls, with files and the clock out of reach.
+// What a source prints when it runs for a few hundred rounds and calls, with files and the clock out of
+// reach.
 struct Outcome {
     std::string output;
     bool ranOut = false;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <iostream>
+#include <utility>
 
 #include "host/console_host.h"
 #include "platform/shim.h"
@@ -27,7 +28,7 @@ void runEmbeddedStartupScript(Runtime& runtime, std::span<const unsigned char> i
                               const std::string& sourcePath) {
     BytecodeProgram program = VesperScript::deserialiseBytecode(image, sourcePath);
     retargetBytecodeSource(program, sourcePath);
-    runtime.engine.runBytecode(program);
+    runtime.engine.runBytecode(std::move(program));
 }
 
 int runKelmora(std::span<const unsigned char> bootImage, int argc, const char* const* argv) {

@@ -34,8 +34,8 @@ Variable VesperScript::runScript(const std::string& source) {
     return result;
 }
 
-Variable VesperScript::runBytecode(const BytecodeProgram& program) {
-    Variable result = runBytecodeProgram(std::make_shared<BytecodeProgram>(program));
+Variable VesperScript::runBytecode(BytecodeProgram program) {
+    Variable result = runBytecodeProgram(std::make_shared<BytecodeProgram>(std::move(program)));
     rethrowPendingCoroutineException();
     return result;
 }

@@ -37,7 +37,7 @@ public:
 
     // --- Running source and programs ---
     Variable runScript(const std::string& source);
-    Variable runBytecode(const BytecodeProgram& program);
+    Variable runBytecode(BytecodeProgram program);
     Variable runBytecodeProgram(const std::shared_ptr<const BytecodeProgram>& program);
     // Runs a text by the direct executor, without compiling it.
     Variable executeBlock(const std::string& source);

@@ -78,7 +78,8 @@ if typeOf(VESPER_PROCESSOR_NAME) == "string"
 end
 
 vesperOnLinux = typeOf(VESPER_OS_PLATFORM) == "string" and string["find"](VESPER_OS_PLATFORM, "Linux", 1, true) != not
-if vesperOnLinux and not VESPERBOOT_ENABLED
+@@ Only 64-bit Arm machines can be Apple's: the others start without asking a shell.
+if vesperOnLinux and not VESPERBOOT_ENABLED and string["find"](VESPER_OS_PLATFORM, "aarch64", 1, true)
     if string["find"](Vesper["capture"]("lscpu 2>/dev/null | grep 'Vendor ID'"), "Apple", 1, true)
         VESPER_PROCESSOR_NAME = vesperNormaliseAppleName(Vesper["capture"]("lscpu 2>/dev/null | grep 'Model name'"))
         VESPER_OS_VERSION = Vesper["capture"]("uname -r")
