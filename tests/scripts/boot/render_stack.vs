@@ -94,7 +94,8 @@ print(at(4, 540))                                                       @@ expec
 
 debugger = true
 Vesper["renderStack"]()
-print(string["sub"](debuglog, string["find"](debuglog, "1: ", 1, true)))
+begins = string["find"](debuglog, "1: ", 1, true)
+print(string["sub"](debuglog, begins))
 @@ expect: 1: Removing 0 render tasks
 @@ expect: 2: 2 render tasks in stack
 @@ expect: 
