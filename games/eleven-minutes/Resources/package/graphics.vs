@@ -7,6 +7,12 @@ volatileFolder = Vesper["getPath"]() + "../Resources/volatile/"
 @@ What is missing is told on the screen once the game runs.
 missing = []
 
+function tellMissing(text)
+    if not contains(missing, text)
+        push(missing, text)
+    end
+end
+
 function isThere(path)
     local file = io["open"](path, "r")
     if file
@@ -20,7 +26,7 @@ end
 function openFont(name, size, rise)
     local font = Font["loadFont"](append + "/fonts/" + name, size)
     if font == not
-        push(missing, "The font " + name + " is missing.")
+        tellMissing("The font " + name + " is missing.")
         for i, other in ipairs(["GentiumBookPlus-Regular.ttf", "Cardo104s.ttf", "GentiumBookPlus-Italic.ttf"])
             if font == not
                 font = Font["loadFont"](append + "/fonts/" + other, size)
@@ -46,7 +52,7 @@ lampGold = [255, 206, 130, 255]
 night = [10, 14, 28, 255]
 
 if not isThere(nobmp)
-    push(missing, "The stand-in picture is missing.")
+    tellMissing("The stand-in picture is missing.")
     nobmp = volatileFolder + "no.png"
     standIn = Plush["createImage"](64, 64, 58, 62, 84, 255)
     Plush["saveImage"](nobmp, standIn)
@@ -60,10 +66,4 @@ function picturePath(folder, name)
     end
     tellMissing("The picture " + name + " is missing.")
     return nobmp
-end
-
-function tellMissing(text)
-    if not contains(missing, text)
-        push(missing, text)
-    end
 end

@@ -5,6 +5,8 @@ previousMode = VESPER_GAME_VISUAL_NOVEL
 
 function holdQueue()
     if heldQueue == not
+        dropCurtain()
+        Vesper["renderStack"]()
         heldQueue = renderQueue
         heldChoices = #items > 0
         previousMode = mode

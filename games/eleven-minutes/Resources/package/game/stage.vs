@@ -90,7 +90,7 @@ function cameraRests()
     return yOffset <= CAMERA_DOWN
 end
 
-PIECES = {rain = 46, leaves = 15}
+PIECES = {rain = 46, leaves = 26}
 
 function countWeather()
     local count = 0
@@ -118,7 +118,7 @@ function stepWeather()
         return not
     end
     local due = 1
-    if place["weather"] == "leaves" and frame % 9 != 0
+    if place["weather"] == "leaves" and frame % 5 != 0
         due = 0
     end
     local count = countWeather()
