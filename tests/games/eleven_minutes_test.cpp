@@ -25,6 +25,11 @@ TEST_F(ElevenMinutes, TheRecordingReadsBothEndings) {
     expectStoredFrames();
 }
 
+TEST_F(ElevenMinutes, EveryPageFitsAndLeadsSomewhere) {
+    play(script("whole_story.vs"));
+    EXPECT_EQ(host_.output, "true\n");
+}
+
 TEST_F(ElevenMinutes, KeptPagesComeBackAndChangedOnesStayClosed) {
     play(script("kept_pages.vs"));
     EXPECT_EQ(host_.output,

@@ -118,7 +118,8 @@ function paintTobias()
     math["randomseed"](77)
     local p = newPortrait()
     local x = FACE_X
-    local y = FACE_Y
+    local y = FACE_Y + 14
+    FACE_Y += 14
     fill(p, curve([10, 500, 20, 420, 56, 356, 112, 322, 136, 296, 226, 292, 254, 316, 318, 350, 346, 420, 354, 500, 354, 500, 10, 500], true, 8), grade(30, 330, "e0ac48", 320, 470, "4c2c18") + noise("knit", "px / 2.4", "py / 6") + tint("6a3c18", "smoothstep(0.5, 0.9, knit) * 0.4"))
     fill(p, stroke(curve([14, 470, 26, 412, 58, 360, 112, 326], false, 8), 4, 2), flat("fff0b8") + "a = a * 0.6\n")
     fill(p, stroke(curve([256, 318, 318, 352, 344, 420], false, 8), 2, 4), flat("90c0c0") + "a = a * 0.7\n")
@@ -159,6 +160,7 @@ function paintTobias()
     fill(p, [228, 296, 208, 282, 184, 312, 208, 342], grade(184, 290, "e4d8d0", 228, 342, "8c7e84"))
     fill(p, curve([112, 322, 128, 340, 140, 420, 136, 500, 118, 500, 110, 400], true, 6), grade(108, 0, "f4c868", 142, 0, "8a5a20"))
     fill(p, curve([244, 318, 230, 340, 222, 420, 226, 500, 246, 500, 256, 400], true, 6), grade(222, 0, "b07c34", 256, 0, "4a2a14"))
+    FACE_Y -= 14
     saveCut(p, "tobias.png")
 end
 

@@ -58,6 +58,10 @@ function paintWeather()
     local drop = canvas(3, 44)
     part(drop, 0, 0, 3, 44, flat("dcecf0") + "a = (py / 44) * (py / 44) * 0.85 * (1 - abs(px - 1) * 0.55)\n")
     saveCut(drop, "rain.png")
+    local down = canvas(12, 12)
+    glow(down, 6, 6, 5.5, 5.5, "fff0d0", 0.5, 1.2)
+    glow(down, 6, 6, 2, 2, "ffffff", 0.8, 1)
+    saveCut(down, "down.png")
     local hexes = [["f4c060", "b8641c"], ["e08838", "8a3418"], ["c85c2c", "6a2014"]]
     for i = 1, 3
         local leaf = canvas(30, 30)

@@ -5,6 +5,10 @@ function openEnding(name)
     endingReached = name
     mode = VESPER_RENDER_EXIT
     endingFrame = 0
+    if placeName != endings[name]["place"]
+        enterPlace(endings[name]["place"])
+        yOffset = CAMERA_DOWN
+    end
     showWordsOnly([
         {say = endings[name]["title"], font = headFont, ink = lampGold, y = 170},
         {say = endings[name]["line"], font = tellFont, ink = paper, y = 236},
@@ -52,7 +56,7 @@ function openCredits(item)
     closeHeld()
     mode = VESPER_CREDIT
     endingFrame = 0
-    enterPlace("crossing")
+    enterPlace("dusk")
     showWordsOnly(CREDITS)
 end
 

@@ -1,12 +1,11 @@
-@@ Menus that lie over the game: the game's queue is held back, and its last frame stands dimmed behind them.
+@@ Menus that lie over the game: the game's queue is held back, and its place stands dimmed behind them.
 
 heldQueue = not
 previousMode = VESPER_GAME_VISUAL_NOVEL
 
 function holdQueue()
     if heldQueue == not
-        dropCurtain()
-        Vesper["renderStack"]()
+        drawScene()
         heldQueue = renderQueue
         heldChoices = #items > 0
         previousMode = mode
@@ -17,6 +16,14 @@ function holdQueue()
     items = []
     Vesper["clearButtons"]()
     renderQueue = [{type = VESPER_IMAGE, layer = VESPER_LAYER_FRAMEBUFFER, identifier = "held", surface = prevBuffer, x = 0, y = 0, scale = 1, rotation = 0}]
+end
+
+@@ The place and its people, without box and menus: those have the uppermost layer to themselves.
+function drawScene()
+    dropCurtain()
+    layers = VESPER_LAYER_FOREGROUND
+    Vesper["renderStack"]()
+    layers = VESPER_LAYER_SUPERGROUND
 end
 
 @@ All but the held frame, which the menus share.

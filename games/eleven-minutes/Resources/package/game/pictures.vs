@@ -14,6 +14,6 @@ end
 function frameAsPicture()
     local copy = Plush["createImage"](VESPER_SCREEN_X, VESPER_SCREEN_Y, 0, 0, 0, 255)
     Plush["blitImage"](copy, VESPER_FRAMEBUFFER, 0, 0, false, 1, 0)
-    Plush["blitImage"](copy, veil(188), 0, 0, true, 1, 0)
+    Plush["blitImage"](copy, veil(150), 0, 0, true, 1, 0)
     return copy
 end

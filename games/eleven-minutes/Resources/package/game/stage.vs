@@ -13,6 +13,7 @@ FIXED = 10
 placeName = ""
 cast = ["", "", "", ""]
 castActive = [true, true, true, true]
+portraitLight = Plush["compileShader"]("r = r * red\ng = g * green\nb = b * blue")
 CAMERA_UP = -250
 CAMERA_DOWN = -544
 weatherStart = -60
@@ -73,6 +74,22 @@ function setCast(wanted, page)
         castActive[slot] = active
         cast[slot] = name
     end
+    lightPortraits(places[placeName]["light"])
+end
+
+@@ Portraits take on the light of the place. The boot library loads them with the first frame that shows them,
+@@ so one is drawn ahead, up to their layer.
+function lightPortraits(light)
+    layers = VESPER_LAYER_CHARACTER
+    Vesper["renderStack"]()
+    layers = VESPER_LAYER_SUPERGROUND
+    for slot = 1, 4
+        local entry = renderQueue[PORTRAITS_AT + slot]
+        if entry["type"] != VESPER_SKIP and not entry["lit"]
+            Plush["shader"](entry["surface"], portraitLight, {red = light[1], green = light[2], blue = light[3]}, 1, true)
+            entry["lit"] = true
+        end
+    end
 end
 
 function isOnStage(name)
@@ -90,7 +107,8 @@ function cameraRests()
     return yOffset <= CAMERA_DOWN
 end
 
-PIECES = {rain = 46, leaves = 26}
+PIECES = {rain = 46, leaves = 26, down = 12}
+PAUSES = {rain = 1, leaves = 5, down = 16}
 
 function countWeather()
     local count = 0
@@ -102,30 +120,27 @@ function countWeather()
     return count
 end
 
-@@ Rain falls fast and hardly sways; leaves sink, swing and turn.
+@@ Rain falls fast and hardly sways; leaves sink, swing and turn; thistledown rises.
 function newPiece(kind, layer)
     local x = random(-40, VESPER_SCREEN_X)
     if kind == "rain"
         return {type = VESPER_WEATHER, layer = layer, text = picturePath(pictureFolder, "rain.png"), identifier = "", x = x, y = random(-50, -10), fw = -42, w = 1, h = 1, font = 2, colour = 0, scale = 1, rotation = 4}
     end
+    if kind == "down"
+        return {type = VESPER_WEATHER, layer = layer, text = picturePath(pictureFolder, "down.png"), identifier = "", x = x, y = random(400, VESPER_SCREEN_Y), fw = 2, w = 2, h = 1, font = random(20, 50), colour = 0, scale = 1, rotation = 0}
+    end
     return {type = VESPER_WEATHER, layer = random(VESPER_LAYER_BACKGROUND, layer), text = picturePath(pictureFolder, "leaf" + random(1, 3) + ".png"), identifier = "", x = x, y = random(-50, -10), fw = -5, w = 3, h = 5, font = random(20, 60), colour = 0, scale = random(6, 11) / 10, rotation = random(0, 359)}
 end
 
-@@ One more piece a frame until the sky is full.
+@@ One more piece every so many frames until the sky is full.
 function stepWeather()
     local place = places[placeName]
     if place == not or place["weather"] == not
         return not
     end
-    local due = 1
-    if place["weather"] == "leaves" and frame % 5 != 0
-        due = 0
-    end
-    local count = countWeather()
-    while due > 0 and count < PIECES[place["weather"]]
-        table["insert"](renderQueue, newPiece(place["weather"], place["layer"]))
-        due -= 1
-        count += 1
+    local kind = place["weather"]
+    if frame % PAUSES[kind] == 0 and countWeather() < PIECES[kind]
+        table["insert"](renderQueue, newPiece(kind, place["layer"]))
     end
 end
 

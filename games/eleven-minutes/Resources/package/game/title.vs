@@ -25,6 +25,7 @@ end
 
 @@ The camera breathes with the sea.
 function stepTitle()
+    stepWeather()
     yOffset = CAMERA_DOWN + math["floor"](30 - 30 * math["cos"](frame * 0.018))
     stepItems()
 end

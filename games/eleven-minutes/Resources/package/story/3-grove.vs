@@ -23,7 +23,7 @@ story("grove", [
     {when = "asked", sound = "chime", say = "I set Jonah Fenn’s lantern on the shelf. It gave the moss back its green."},
     {when = "asked", who = "tansy", say = "That’s a Fenn lantern. Grandad wouldn’t have one in the house. He said he hadn’t the right."},
     {who = "tansy", say = "You’ll mend the lamp now, and it will never sleep again. That’s what you’re for, isn’t it?", choose = [
-        {say = "“Come with me. We’ll tell them together.”", sets = "promised", go = "together"},
+        {say = "“Come with me. We’ll tell them.”", sets = "promised", go = "together"},
         {say = "“I was hired to keep it burning.”", go = "hired"}
     ]},
     {mark = "together", who = "tansy", say = "All of them? At once? ... I’ll bring the box. It’s hard to argue with the box.", go = "leave"},

@@ -26,6 +26,6 @@ story("crossing", [
 ])
 
 endings = {
-    steady = {title = "The Steady Light", line = "The lamp burns, and the glass wants sweeping. There is another ending."},
-    crossing = {title = "Eleven Minutes Dark", line = "The lamp sleeps, the bell speaks, and the sky goes over."}
+    steady = {place = "morning", title = "The Steady Light", line = "The lamp burns, and the glass wants sweeping. There is another ending."},
+    crossing = {place = "crossing", title = "Eleven Minutes Dark", line = "The lamp sleeps, the bell speaks, and the sky goes over."}
 }
