@@ -25,9 +25,18 @@ TEST_F(ElevenMinutes, TheRecordingReadsBothEndings) {
     expectStoredFrames();
 }
 
-TEST_F(ElevenMinutes, EveryPageFitsAndLeadsSomewhere) {
+// The better ending wants the girl brought along, trust from one of the others at least, and the last choice.
+TEST_F(ElevenMinutes, EveryPageFitsAndEveryChoiceLeadsToAnEnding) {
     play(script("whole_story.vs"));
-    EXPECT_EQ(host_.output, "true\n");
+    EXPECT_EQ(host_.output,
+              "told asked promised: crossing steady\n"
+              "told asked: steady steady\n"
+              "told promised: crossing steady\n"
+              "told: steady steady\n"
+              "asked promised: crossing steady\n"
+              "asked: steady steady\n"
+              "promised: steady steady\n"
+              ": steady steady\n");
 }
 
 TEST_F(ElevenMinutes, KeptPagesComeBackAndChangedOnesStayClosed) {
@@ -38,6 +47,7 @@ TEST_F(ElevenMinutes, KeptPagesComeBackAndChangedOnesStayClosed) {
               "library\ttrue\tfalse\t54\n"
               "damaged\tfalse\tThis page was changed after it was kept, so it stays closed.\n"
               "damaged\tfalse\tThis page was changed after it was kept, so it stays closed.\n"
+              "good\tfalse\tThis page belongs to another telling of the story.\n"
               "lighthouse\n");
 }
 

@@ -11,7 +11,8 @@
 
 namespace kelmora {
 
-// A game of games/ in a folder of its own, played without a display or sound, its screenshots gathered in `made`.
+// A game of games/ in a folder of its own, played without a display or sound, its screenshots gathered in
+// `made`.
 class StagedGame : public testing::Test {
 protected:
     explicit StagedGame(const std::string& name);
@@ -21,7 +22,8 @@ protected:
     void play();
     void play(const std::filesystem::path& startScript);
 
-    // The sums of the frames that were made, compared with the stored ones. KELMORA_STORE_FRAMES=1 stores them.
+    // The sums of the frames that were made, compared with the stored ones. KELMORA_STORE_FRAMES=1 stores
+    // them.
     void expectStoredFrames();
 
     std::filesystem::path package() const { return root_ / "Resources/package"; }
@@ -32,7 +34,8 @@ protected:
     Runtime runtime_{host_};
 };
 
-// The pictures' sums by name, one pair a line: CRC-32 of the pixels, so that the way of packing does not count.
+// The pictures' sums by name, one pair a line: CRC-32 of the pixels, so that the way of packing does not
+// count.
 std::string frameSums(const std::filesystem::path& folder);
 
 extern const std::filesystem::path sourceDirectory;

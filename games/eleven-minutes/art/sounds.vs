@@ -144,13 +144,13 @@ function struck(long, strikes)
 end
 
 function makeSounds()
-    saveBoth("tick", SOUND_RATE, struck(0.03, [[0, 1300, 0.025, 0.16, 0.4]]))
-    saveSound("click", SOUND_RATE, struck(0.03, [[0, 1300, 0.025, 0.16, 0.4]]), 1)
+    saveBoth("tick", SOUND_RATE, struck(0.03, [[0, 1300, 0.025, 0.4, 0.4]]))
+    saveSound("click", SOUND_RATE, struck(0.03, [[0, 1300, 0.025, 0.4, 0.4]]), 1)
     saveBoth("move", SOUND_RATE, struck(0.08, [[0, 660, 0.07, 0.2, 0.3]]))
     saveBoth("choose", SOUND_RATE, struck(0.5, [[0, 523.25, 0.4, 0.22, 0.6], [0.07, 783.99, 0.42, 0.2, 0.6]]))
     saveBoth("chime", SOUND_RATE, struck(1.6, [[0, 880, 1.4, 0.18, 1], [0.12, 1318.5, 1.3, 0.12, 1], [0.26, 1760, 1.2, 0.08, 1]]))
     saveBoth("bell", SOUND_RATE, struck(2.6, [[0, 196, 2.5, 0.4, 1.2], [0, 470.4, 1.8, 0.16, 1], [0, 117.6, 2.5, 0.25, 0.4]]))
-    saveBoth("page", SOUND_RATE, rustle(0.36, 0.9, 0.5))
+    saveBoth("page", SOUND_RATE, rustle(0.36, 0.45, 0.5))
     local gears = []
     for i = 0, 7
         push(gears, [i * 0.16, 180 + i % 2 * 60, 0.05, 0.4, 1.5])

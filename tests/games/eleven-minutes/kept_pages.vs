@@ -28,6 +28,11 @@ function act()
         keepGame(2)
         change(storyPath(2))
         print(stateOfSlot(2), openGame(2), said())
+        keepGame(3)
+        local text = replaceAll(storyText(), placeName, "nowhere")
+        writeText(storyPath(3), text)
+        writeText(storyPath(3) + ".sum", toString(Vesper["checksum"](text)))
+        print(stateOfSlot(3), openGame(3), said())
     elseif frame == 12
         print(pages[pagenum]["scene"])
         playing = false

@@ -38,13 +38,47 @@ function checkFit(text, number)
     check(lines <= 3, number, "more than three lines")
 end
 
+@@ The ending that these choices, counted from 1, lead to.
+function endingAfter(picks)
+    forget()
+    local made = 0
+    local number = nextShown(1)
+    while pages[number]["ending"] == not
+        local page = pages[number]
+        if page["choose"] != not
+            made += 1
+            local choice = page["choose"][picks[made]]
+            if choice["sets"] != not
+                memory[choice["sets"]] = true
+            end
+            number = nextShown(marks[choice["go"]])
+        else
+            number = nextShown(pageAfter(number))
+        end
+    end
+    return pages[number]["ending"]
+end
+
 realUpdate = Metal["updateInput"]
 function Metal["updateInput"]()
     realUpdate()
     for number, page in ipairs(pages)
         checkPage(page, number)
     end
-    print(#pages > 80)
+    for told = 1, 2
+        for asked = 1, 2
+            for promised = 1, 2
+                local first = endingAfter([told, asked, promised, 1])
+                local chosen = ""
+                for i, name in ipairs(["told", "asked", "promised"])
+                    if remembers(name)
+                        chosen += " " + name
+                    end
+                end
+                print(string["sub"](chosen, 2) + ": " + first + " " + endingAfter([told, asked, promised, 2]))
+            end
+        end
+    end
     playing = false
 end
 runFile(Vesper["getPath"]() + "../Resources/scripts/visual-novel.vs")

@@ -75,9 +75,30 @@ function openGame(slot)
         tell("This page was changed after it was kept, so it stays closed.")
         return false
     end
+    local record = Vesper["jsonDecode"](Vesper["contents"](storyPath(slot)))
+    local now = {pagenum = pagenum, mode = mode, oldAudio = oldAudio}
     local chunk = load(Vesper["contents"](vesperSavePath(slot * 2)))
     chunk()
-    return resumeFrom(Vesper["jsonDecode"](Vesper["contents"](storyPath(slot))))
+    if fitsStory(record)
+        resumeFrom(record)
+        return true
+    end
+    pagenum = now["pagenum"]
+    mode = now["mode"]
+    oldAudio = now["oldAudio"]
+    tell("This page belongs to another telling of the story.")
+    return false
+end
+
+@@ A page may have been kept by an older version of the game.
+function fitsStory(record)
+    for slot = 1, 4
+        local name = record["cast" + slot]
+        if name != "" and (typeOf(name) != "string" or people[name] == not)
+            return false
+        end
+    end
+    return pages[pagenum] != not and typeOf(record["place"]) == "string" and places[record["place"]] != not
 end
 
 function resumeFrom(record)
@@ -98,5 +119,4 @@ function resumeFrom(record)
     castPage(pages[pagenum], [record["cast1"], record["cast2"], record["cast3"], record["cast4"]])
     showBox(pages[pagenum])
     finishBox()
-    return true
 end

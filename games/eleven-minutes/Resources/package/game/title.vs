@@ -11,6 +11,7 @@ function openTitle()
     table["insert"](renderQueue, textEntry("title", "Eleven Minutes", titleFont, paper, TITLE_X, 44, not))
     table["insert"](renderQueue, textEntry("title", "Dark", titleFont, lampGold, TITLE_X, 108, not))
     table["insert"](renderQueue, textEntry("title", "a story for one evening", tellFont, dimPaper, TITLE_X + 4, 188, not))
+    table["insert"](renderQueue, textEntry("title", "Arrows and Enter, or the mouse. P pauses.", smallFont, dimPaper, 600, 500, 330))
     local list = [{say = "Begin", act = beginFromTitle}, {say = "Go on reading", act = openLoading}, {say = "Options", act = openOptions}, {say = "Credits", act = openCredits}, {say = "Leave", act = leaveGame}]
     showItems(list, "item", 260, TITLE_X, 246)
 end
