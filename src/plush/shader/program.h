@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -55,7 +56,10 @@ enum class Op : std::uint8_t {
     Halt = 44,
 };
 
-inline constexpr int opCount = 45;
+inline constexpr std::size_t opCount = 45;
+
+// Registers that an instruction reads: its fields `a`, `b` and `c` in this order.
+int operandCount(Op op);
 
 using Slot = std::uint16_t;
 

@@ -1,10 +1,14 @@
 #include "plush/shader/run.h"
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
+#include <optional>
 
 #include "plush/row_workers.h"
 #include "plush/shader/arithmetic.h"
+#include "plush/shader/batch_machine.h"
 #include "plush/shader/pixel_pass.h"
 
 namespace kelmora::plush_shader {
@@ -32,28 +36,19 @@ std::int32_t workersFor(const Environment& environment, std::int32_t width, std:
     return std::max(std::min(environment.threads, height / leastRows), 1);
 }
 
-// What a program writes that gives all pixels the same.
-struct ConstantPixel {
-    std::array<unsigned char, 4> bytes{};
-    std::uint8_t mask;
-
-    void store(unsigned char* pixel) const {
-        for (std::size_t channel = 0; channel < 4; ++channel)
-            if (mask >> channel & 1) pixel[channel] = bytes[channel];
-    }
-};
-
-ConstantPixel constantPixel(const Program& program, std::vector<float> registers) {
-    ConstantPixel constant{{}, program.writeMask};
+// Gives all pixels what a program writes that does not look at them.
+void fillConstant(const Program& program, std::vector<float> registers, unsigned char* pixels,
+                  std::size_t count) {
     RandomState random = RandomState::forConstant();
     execute(program, registers.data(), nullptr, 0, 0, random);
-    for (std::size_t channel = 0; channel < 4; ++channel)
-        constant.bytes[channel] = arithmetic::channelByte(registers[channel]);
-    return constant;
-}
-
-void fillConstant(const ConstantPixel& constant, unsigned char* pixels, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) constant.store(pixels + i * 4);
+    std::array<unsigned char, 4> value{}, mask{};
+    for (std::size_t channel = 0; channel < 4; ++channel) {
+        if ((program.writeMask >> channel & 1) == 0) continue;
+        value[channel] = arithmetic::channelByte(registers[channel]);
+        mask[channel] = 255;
+    }
+    detail::batchKernels().fill(pixels, std::bit_cast<std::uint32_t>(value),
+                                std::bit_cast<std::uint32_t>(mask), count);
 }
 
 void copyScaled(const PixelPass& pass, std::int32_t rows) {
@@ -65,12 +60,31 @@ void copyScaled(const PixelPass& pass, std::int32_t rows) {
     }
 }
 
+// Smaller pictures are done before a program is lowered.
+constexpr std::int64_t batchedFrom = 256;
+
+Machine chosenMachine = Machine::Fastest;
+
 void runPass(const PixelPass& pass, std::int32_t rows, const Environment& environment) {
-    runRows(rows, workersFor(environment, pass.targetWidth, rows),
-            [&](std::int32_t first, std::int32_t last) { runRowsPlainly(pass, first, last); });
+    const std::int64_t pixels = std::int64_t{pass.targetWidth} * rows;
+    const std::int32_t workers = workersFor(environment, pass.targetWidth, rows);
+    std::optional<detail::BatchProgram> lowered;
+    const bool batched =
+        chosenMachine == Machine::Fastest ? pixels >= batchedFrom : chosenMachine == Machine::Batched;
+    if (batched && fitsBatches(pass)) lowered = detail::lowerToBatches(pass.program);
+    runRows(rows, workers, [&](std::int32_t first, std::int32_t last) {
+        if (lowered)
+            detail::BatchMachine(*lowered, pass, detail::batchKernels()).runRows(first, last);
+        else
+            runRowsPlainly(pass, first, last);
+    });
 }
 
 }  // namespace
+
+void useMachine(Machine machine) {
+    chosenMachine = machine;
+}
 
 void run(const Program& program, unsigned char* pixels, int width, int height, const Uniforms& uniforms,
          const Environment& environment) {
@@ -79,7 +93,7 @@ void run(const Program& program, unsigned char* pixels, int width, int height, c
     SourcePicture source{pixels, width, height};
     std::vector<float> registers = initialRegisters(program, source, uniforms, environment);
     if (!program.usesPixel) {
-        fillConstant(constantPixel(program, std::move(registers)), pixels, count);
+        fillConstant(program, std::move(registers), pixels, count);
         return;
     }
     std::vector<unsigned char> before;
@@ -105,7 +119,7 @@ void render(const Program& program, const unsigned char* source, int sourceWidth
     if (program.writeMask != 0 && program.usesPixel) return runPass(pass, targetHeight, environment);
     copyScaled(pass, targetHeight);
     if (program.writeMask != 0)
-        fillConstant(constantPixel(program, pass.registers), target, pixelCount(targetWidth, targetHeight));
+        fillConstant(program, pass.registers, target, pixelCount(targetWidth, targetHeight));
 }
 
 }  // namespace kelmora::plush_shader

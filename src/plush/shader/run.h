@@ -15,4 +15,9 @@ void render(const Program& program, const unsigned char* source, int sourceWidth
             unsigned char* target, int targetWidth, int targetHeight, const Uniforms& uniforms,
             const Environment& environment);
 
+// For tests and measurements: which machine runs programs. Both give the same bytes; the batched one is only
+// used for programs that it can run.
+enum class Machine { Fastest, Plain, Batched };
+void useMachine(Machine machine);
+
 }  // namespace kelmora::plush_shader
