@@ -13,7 +13,7 @@ pictures = [
     ["Maud came up", "05-choice.png"], ["We close at six", "06-library.png"], ["It was the Ah", "07-drawer.png"],
     ["You’re standing", "11-grove.png"], ["She was twelve", "12-leaves.png"], ["Come into the light", "13-inactive.png"],
     ["They were all", "14-night.png"], ["A thin sound", "15-crossing.png"], ["I said that", "16-morning.png"],
-    ["Soon after", "19-steady.png"]
+    ["All through", "19-steady.png"]
 ]
 taken = {}
 

@@ -44,8 +44,8 @@ CREDITS = [
     {say = "Eleven Minutes Dark", font = headFont, ink = lampGold, y = 70},
     {say = "Story, pictures and sounds were made for this game", font = wordFont, ink = paper, y = 150},
     {say = "and are painted and played by the scripts beside it.", font = wordFont, ink = paper, y = 182},
-    {say = "Set in Gentium Book Plus and in Cardo,", font = wordFont, ink = paper, y = 240},
-    {say = "both under the Open Font Licence.", font = wordFont, ink = paper, y = 272},
+    {say = "Set in Gentium Book Plus and in Cardo, the runes", font = wordFont, ink = paper, y = 240},
+    {say = "in FreeMono: free fonts, all three.", font = wordFont, ink = paper, y = 272},
     {say = "Redwings cross the sea by night, every October.", font = tellFont, ink = lampGold, y = 330},
     {say = "Lights that are put out for them save a great many.", font = tellFont, ink = lampGold, y = 362},
     {say = "Enter, or a click, for the title", font = smallFont, ink = dimPaper, y = 470}

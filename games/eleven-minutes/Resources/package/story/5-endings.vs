@@ -2,7 +2,7 @@
 
 story("steady", [
     {mark = "steady", place = "night", cast = ["", "", "maud", ""], sound = "gears", say = "I cleaned the wheel, oiled the arbor, and fitted a guard that no leaf could pass. At eleven minutes to four the lamp was burning. At four it was burning still. It was very good work."},
-    {say = "Soon after the half hour something had begun to tap at the glass. It went on a long while. Maud looked into her tea, and I counted my tools."},
+    {say = "All through those eleven minutes something was tapping at the glass. Maud looked into her tea, and I counted my tools."},
     {who = "maud", say = "You’ll want the early boat."},
     {place = "morning", cast = ["", "", "", ""], say = "In the morning there was sweeping to do round the foot of the tower. Somebody in a red cloak was doing it already."},
     {when = "promised", say = "She looked up once. She had a way of not waving that I have not forgotten."},
