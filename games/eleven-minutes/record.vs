@@ -23,8 +23,6 @@ mouseAt = [-1, -1]
 button = false
 wantedButton = false
 settled = 0
-visits = {}
-lastFrame = 100000
 dueShot = ""
 
 function note(when, text)

@@ -1,5 +1,8 @@
 #include <stdlib.h>
 
+#include <sstream>
+
+#include "base/whole_file.h"
 #include "games/staged_game.h"
 
 namespace kelmora {
@@ -74,6 +77,21 @@ TEST_F(ElevenMinutes, ShowsItsPicturesWithoutAnyFont) {
     fs::remove_all(package() / "fonts");
     play(script("missing.vs"));
     EXPECT_NE(host_.output.find("true\tThree nights\n"), std::string::npos) << host_.output;
+}
+
+// The small ones at least: places and people take their time.
+TEST_F(ElevenMinutes, PanelsAndWeatherAreWhatTheirScriptPaints) {
+    const std::string art = (sourceDirectory / "games/eleven-minutes/art/make_art.vs").string();
+    const std::string folder = (root_ / "made").generic_string();
+    runtime_.engine.pushVariable("arguments",
+                                 Variable::array({Variable::text(folder), Variable::text("ui")}));
+    runtime_.engine.runBytecode(runtime_.engine.compileToBytecode(*readWholeFile(art), art));
+    const std::string kept = frameSums(package() / "ui") + frameSums(package() / "pictures");
+    std::istringstream painted(frameSums(folder));
+    int pictures = 0;
+    for (std::string line; std::getline(painted, line); ++pictures)
+        EXPECT_NE(kept.find(line + "\n"), std::string::npos) << line;
+    EXPECT_GT(pictures, 12);
 }
 
 TEST_F(ElevenMinutes, SaysSoWhereThereIsNoWindow) {

@@ -35,13 +35,13 @@ end
 @@ The wall in warm dark stone, its windows left open to the garden, with leads and a stone frame.
 WINDOWS = [232, 480, 728]
 
-function archOutline(cx, half, top, bottom)
+function archOutline(cx, half, top)
     local rise = half * 1.35
     return curve([cx - half, top + rise, cx - half * 0.86, top + rise * 0.5, cx - half * 0.45, top + rise * 0.14, cx, top, cx + half * 0.45, top + rise * 0.14, cx + half * 0.86, top + rise * 0.5, cx + half, top + rise], false, 6)
 end
 
 function archShape(cx, half, top, bottom)
-    local shape = archOutline(cx, half, top, bottom)
+    local shape = archOutline(cx, half, top)
     push(shape, cx + half)
     push(shape, bottom)
     push(shape, cx - half)
@@ -60,11 +60,11 @@ function paintWall()
     for i, cx in ipairs(WINDOWS)
         cutWindow(wall, cx)
     end
-    paintBeams2(wall)
+    paintTimbers(wall)
     saveCut(wall, "library-wall.png")
 end
 
-@@ Cuts by drawing with no blending at all: a mask whose alpha is what stays.
+@@ Frame and sill are drawn, the opening is cut out of them, and the leads are drawn across it.
 function cutWindow(wall, cx)
     local half = 74
     local top = 92
@@ -101,7 +101,7 @@ function multiplyAlpha(target, mask, left, top, w, h)
 end
 
 @@ Roof timbers that meet over the windows.
-function paintBeams2(wall)
+function paintTimbers(wall)
     local wood = grade(0, 0, "0e0b12", 0, 130, "2a1c1c")
     fill(wall, rectangle(0, 0, 960, 34), wood)
     fill(wall, stroke([-20, 190, 120, 60, 480, 12], 22, 20), wood)

@@ -1,9 +1,9 @@
 @@ Paints the pictures of the game: all of them, or the parts that are named.
-@@     vesper run games/eleven-minutes/art/make_art.vs [FOLDER [PART...]]
+@@     vesper run games/eleven-minutes/art/make_art.vs FOLDER [PART...]
 @@ Parts are dusk, night, crossing, morning, library, grove, people and ui. The pictures come out unpacked;
 @@ `art/make` beside this script paints and packs them in place.
 
-folder = arguments[1] or "build/eleven-minutes-art"
+folder = arguments[1]
 
 runFile("canvas.vs")
 runFile("point.vs")

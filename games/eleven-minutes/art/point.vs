@@ -105,7 +105,7 @@ function paintSea(name, light)
     part(sea, 0, SEA_TOP, 960, SEA_HIGH - SEA_TOP, ink)
     part(sea, 0, SEA_TOP - 8, 960, 22, flat(light["sun"]) + "a = (1 - abs(py - " + (SEA_TOP + 2) + ") / 11) * 0.35 * max(0, 1 - abs(px - " + light["sunX"] + ") / 420)\n")
     if name == "crossing"
-        paintFlock(sea, light)
+        paintFlock(sea)
     end
     if name == "morning"
         paintGulls(sea, 6, 250, 250, "5a6c84", 0.8)
@@ -137,7 +137,7 @@ function flockHex(t)
 end
 
 @@ Thousands going over: a river of them from the horizon on the left to high on the right, larger as they near.
-function paintFlock(sea, light)
+function paintFlock(sea)
     for i = 1, 430
         local t = random()
         t = t * t
