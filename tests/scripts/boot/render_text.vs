@@ -93,3 +93,4 @@ MIXER_SKIP_SLIDE = true
 entry["type"] = VESPER_TEXT_SLIDE_RIGHT
 Vesper["renderStack"]()
 print(ticks, entry["text2"])                                            @@ expect: 0\ta
+Font["killFont"](serif[1])

@@ -6,6 +6,7 @@ volatileFolder = Vesper["getPath"]() + "../Resources/volatile/"
 
 @@ What is missing is told on the screen once the game runs.
 missing = []
+fonts = []
 
 function tellMissing(text)
     if not contains(missing, text)
@@ -33,7 +34,14 @@ function openFont(name, size, rise)
             end
         end
     end
+    push(fonts, font)
     return [font, rise]
+end
+
+function closeFonts()
+    for i, font in ipairs(fonts)
+        Font["killFont"](font)
+    end
 end
 
 wordFont = openFont("GentiumBookPlus-Regular.ttf", 22, 0)

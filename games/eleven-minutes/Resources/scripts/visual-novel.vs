@@ -15,9 +15,11 @@ if Metal
     hasWindow = Metal["spawnWindow"](VESPER_GAME_NAME, VESPER_SCREEN_X, VESPER_SCREEN_Y)
 end
 if not hasWindow
+    closeFonts()
     print(VESPER_GAME_NAME + " cannot open a window here.")
     error("no window")
 end
 playGame()
 Audio["clear"]()
+closeFonts()
 Metal["killWindow"]()
