@@ -26,20 +26,6 @@ function replaceAll(text, old, new)
     end
 end
 
-function wordsOf(text)
-    local words = []
-    local at = 1
-    while at <= #text
-        local blank = string["find"](text, " ", at, true)
-        if blank == not
-            blank = #text + 1
-        end
-        push(words, string["sub"](text, at, blank - 1))
-        at = blank + 1
-    end
-    return words
-end
-
 function textWidth(text, font)
     if font[1] == not
         return 0
@@ -54,7 +40,7 @@ end
 function wrap(text, font, width)
     local lines = ""
     local line = ""
-    for i, word in ipairs(wordsOf(text))
+    for i, word in ipairs(string["gmatch"](text, "%S+"))
         local longer = word
         if line != ""
             longer = line + " " + word
