@@ -175,11 +175,11 @@ TEST(ShaderBatches, CopiesCostNothingAndConstantsAreComputedOnce) {
     const auto lowered = detail::lowerToBatches(*compiled("local k = tr * 2 + width\nr, g = g * k, r"));
     ASSERT_TRUE(lowered);
     EXPECT_EQ(lowered->prologue.size(), 2u);
-    EXPECT_EQ(lowered->body.size(), 2u);  // the product and the end
+    EXPECT_EQ(lowered->body.size(), 4u);  // the product, the end, packing and storing
     // Three channels of a pixel are fetched once.
     const auto sampled =
         detail::lowerToBatches(*compiled("r = sampleR(x, y)\ng = sampleG(x, y)\nb = sampleB(x, y)"));
-    EXPECT_EQ(sampled->body.size(), 5u);
+    EXPECT_EQ(sampled->body.size(), 7u);
 }
 
 class Agreement {

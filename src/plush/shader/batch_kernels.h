@@ -18,6 +18,8 @@ using ComputeLanes = void (*)(float* dst, const float* a, const float* b, const 
 // Sets a mask; false when no lane of it is.
 using CompareLanes = bool (*)(float* mask, const float* a, const float* b, std::size_t lanes);
 
+using ChannelLanes = std::array<float*, 4>;
+
 struct BatchKernels {
     std::array<ComputeLanes, opCount> compute;  // samples take the channel out of fetched pixels in `a`
     std::array<CompareLanes, comparisonCount> compare;
@@ -32,10 +34,15 @@ struct BatchKernels {
     void (*wait)(float* waiting, const float* mask, std::size_t lanes);
     // Adds those that wait to the mask, or makes them the mask, and clears them. False when there are none.
     bool (*join)(float* mask, float* waiting, bool only, std::size_t lanes);
-    // Pixels to channels, of which null ones are left out, and back; those left out then come from `input`.
-    void (*load)(const unsigned char* pixels, const std::array<float*, 4>& channels, std::size_t count);
-    void (*store)(unsigned char* target, const unsigned char* input,
-                  const std::array<const float*, 4>& channels, std::size_t count);
+    // By the set of channels, as in `Program::writeMask`: from pixels to these channels, and from these
+    // channels to pixels whose other bytes are 0.
+    std::array<void (*)(const unsigned char* pixels, const ChannelLanes& channels, std::size_t lanes), 16>
+        load;
+    std::array<void (*)(float* dst, const ChannelLanes& channels, std::size_t lanes), 16> pack;
+    // Replaces the given bits of pixels by those of `values`, and of `others` if there are any, where the
+    // mask is set if there is one.
+    void (*deposit)(unsigned char* pixels, std::uint32_t bits, const float* values, const float* others,
+                    const float* mask, std::size_t lanes);
     // first * scale, (first + 1) * scale and so on, each rounded twice.
     void (*positions)(float* dst, std::int32_t first, float scale, std::size_t lanes);
     // Replaces the masked bits of pixels; for any count.

@@ -1,4 +1,5 @@
 #include <cstring>
+#include <utility>
 
 #include "plush/shader/batch_kernels.h"
 
@@ -97,7 +98,7 @@ Lanes roundedUp(Lanes a) {
 Ints loadInts(const unsigned char* from) {
     return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
 }
-void storeInts(std::int32_t* to, Ints a) {
+void storeInts(unsigned char* to, Ints a) {
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), a);
 }
 Ints allInts(std::uint32_t value) {
@@ -112,8 +113,11 @@ Ints bothBits(Ints a, Ints b) {
 Ints eitherBits(Ints a, Ints b) {
     return _mm256_or_si256(a, b);
 }
-Ints lowBytes(Ints a) {
-    return bothBits(a, _mm256_set1_epi32(255));
+Ints withoutBits(Ints mask, Ints b) {
+    return _mm256_andnot_si256(mask, b);
+}
+Ints bitsOf(Lanes a) {
+    return _mm256_castps_si256(a);
 }
 template <int bits>
 Ints shiftedRight(Ints a) {

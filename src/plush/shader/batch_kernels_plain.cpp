@@ -1,5 +1,7 @@
 #include <bit>
+#include <cmath>
 #include <cstring>
+#include <utility>
 
 #include "plush/shader/arithmetic.h"
 #include "plush/shader/batch_kernels.h"
@@ -101,8 +103,7 @@ Ints loadInts(const unsigned char* from) {
     std::memcpy(&value, from, 4);
     return value;
 }
-template <typename Target>
-void storeInts(Target* to, Ints a) {
+void storeInts(unsigned char* to, Ints a) {
     std::memcpy(to, &a, 4);
 }
 Ints allInts(std::uint32_t value) {
@@ -117,8 +118,8 @@ Ints bothBits(Ints a, Ints b) {
 Ints eitherBits(Ints a, Ints b) {
     return a | b;
 }
-Ints lowBytes(Ints a) {
-    return a & 255;
+Ints withoutBits(Ints mask, Ints b) {
+    return ~mask & b;
 }
 template <int bits>
 Ints shiftedRight(Ints a) {

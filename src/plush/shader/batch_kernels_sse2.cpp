@@ -1,4 +1,5 @@
 #include <cstring>
+#include <utility>
 
 #include "plush/shader/batch_kernels.h"
 
@@ -100,7 +101,7 @@ Lanes roundedUp(Lanes a) {
 Ints loadInts(const unsigned char* from) {
     return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
 }
-void storeInts(std::int32_t* to, Ints a) {
+void storeInts(unsigned char* to, Ints a) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(to), a);
 }
 Ints allInts(std::uint32_t value) {
@@ -115,8 +116,11 @@ Ints bothBits(Ints a, Ints b) {
 Ints eitherBits(Ints a, Ints b) {
     return _mm_or_si128(a, b);
 }
-Ints lowBytes(Ints a) {
-    return bothBits(a, _mm_set1_epi32(255));
+Ints withoutBits(Ints mask, Ints b) {
+    return _mm_andnot_si128(mask, b);
+}
+Ints bitsOf(Lanes a) {
+    return _mm_castps_si128(a);
 }
 template <int bits>
 Ints shiftedRight(Ints a) {

@@ -109,10 +109,13 @@ Lanes smoothstep(Lanes low, Lanes high, Lanes a) {
     return multiply(multiply(t, t), subtract(all(3), multiply(all(2), t)));
 }
 
+// The upper bytes stay where they are: the factors bring them down.
 template <int shift>
 Lanes channelOf(Ints pixels) {
-    const Lanes byte = toFloats(lowBytes(shiftedRight<shift>(pixels)));
-    return add(multiply(byte, all(channelFactor)), multiply(byte, all(channelFactorRest)));
+    constexpr float down = shift == 24 ? 1.0f : 1.0f / (1 << shift % 24);
+    const Ints bits = shift == 24 ? shiftedRight<24>(pixels) : bothBits(pixels, allInts(255u << shift));
+    const Lanes byte = toFloats(bits);
+    return add(multiply(byte, all(channelFactor * down)), multiply(byte, all(channelFactorRest * down)));
 }
 
 // As integers; NaN and all below 0 are 0.
@@ -132,8 +135,10 @@ void fetchLoop(float* dst, const float* x, const float* y, const SourcePicture& 
     alignas(32) std::int32_t columns[laneStep], rows[laneStep];
     for (std::size_t i = 0; i < lanes; i += laneStep) {
         // Once they are not negative, cutting off is rounding down.
-        storeInts(columns, truncated(minimum(maximum(load(x + i), all(0)), right)));
-        storeInts(rows, truncated(minimum(maximum(load(y + i), all(0)), bottom)));
+        storeInts(reinterpret_cast<unsigned char*>(columns),
+                  truncated(minimum(maximum(load(x + i), all(0)), right)));
+        storeInts(reinterpret_cast<unsigned char*>(rows),
+                  truncated(minimum(maximum(load(y + i), all(0)), bottom)));
         for (std::size_t k = 0; k < laneStep; ++k) {
             const std::size_t pixel =
                 static_cast<std::size_t>(rows[k]) * static_cast<std::size_t>(source.width) +
@@ -181,30 +186,54 @@ bool joinLoop(float* mask, float* waiting, bool only, std::size_t lanes) {
     return anySet(any);
 }
 
-void loadLoop(const unsigned char* pixels, const std::array<float*, 4>& channels, std::size_t count) {
-    const auto [r, g, b, a] = channels;
-    for (std::size_t i = 0; i < count; i += laneStep) {
-        const Ints four = loadInts(pixels + i * 4);
-        if (r) store(r + i, channelOf<0>(four));
-        if (g) store(g + i, channelOf<8>(four));
-        if (b) store(b + i, channelOf<16>(four));
-        if (a) store(a + i, channelOf<24>(four));
+template <std::size_t channels>
+void loadLoop(const unsigned char* pixels, const ChannelLanes& to, std::size_t lanes) {
+    const auto [r, g, b, a] = to;
+    for (std::size_t i = 0; i < lanes; i += laneStep) {
+        const Ints bytes = loadInts(pixels + i * 4);
+        if constexpr ((channels & 1) != 0) store(r + i, channelOf<0>(bytes));
+        if constexpr ((channels & 2) != 0) store(g + i, channelOf<8>(bytes));
+        if constexpr ((channels & 4) != 0) store(b + i, channelOf<16>(bytes));
+        if constexpr ((channels & 8) != 0) store(a + i, channelOf<24>(bytes));
     }
 }
 
-void storeLoop(unsigned char* target, const unsigned char* input, const std::array<const float*, 4>& channels,
-               std::size_t count) {
-    const auto [r, g, b, a] = channels;
-    const std::uint32_t kept =
-        (r ? 0 : 0xFFu) | (g ? 0 : 0xFF00u) | (b ? 0 : 0xFF0000u) | (a ? 0 : 0xFF000000u);
-    for (std::size_t i = 0; i < count; i += laneStep) {
-        Ints pixels = bothBits(loadInts(input + i * 4), allInts(kept));
-        if (r) pixels = eitherBits(pixels, channelBytes(load(r + i)));
-        if (g) pixels = eitherBits(pixels, shiftedLeft<8>(channelBytes(load(g + i))));
-        if (b) pixels = eitherBits(pixels, shiftedLeft<16>(channelBytes(load(b + i))));
-        if (a) pixels = eitherBits(pixels, shiftedLeft<24>(channelBytes(load(a + i))));
-        storeInts(reinterpret_cast<std::int32_t*>(target + i * 4), pixels);
+template <std::size_t channels>
+void packLoop(float* dst, const ChannelLanes& from, std::size_t lanes) {
+    const auto [r, g, b, a] = from;
+    for (std::size_t i = 0; i < lanes; i += laneStep) {
+        Ints pixels = allInts(0);
+        if constexpr ((channels & 1) != 0) pixels = channelBytes(load(r + i));
+        if constexpr ((channels & 2) != 0)
+            pixels = eitherBits(pixels, shiftedLeft<8>(channelBytes(load(g + i))));
+        if constexpr ((channels & 4) != 0)
+            pixels = eitherBits(pixels, shiftedLeft<16>(channelBytes(load(b + i))));
+        if constexpr ((channels & 8) != 0)
+            pixels = eitherBits(pixels, shiftedLeft<24>(channelBytes(load(a + i))));
+        storeInts(reinterpret_cast<unsigned char*>(dst + i), pixels);
     }
+}
+
+template <bool hasOthers, bool hasMask>
+void depositLoop(unsigned char* pixels, std::uint32_t bits, const float* values, const float* others,
+                 const float* mask, std::size_t lanes) {
+    for (std::size_t i = 0; i < lanes; i += laneStep) {
+        Ints written = allInts(bits);
+        Ints value = bitsOf(load(values + i));
+        if constexpr (hasOthers) value = eitherBits(value, bitsOf(load(others + i)));
+        if constexpr (hasMask) {
+            written = bothBits(written, bitsOf(load(mask + i)));
+            value = bothBits(written, value);
+        }
+        storeInts(pixels + i * 4, eitherBits(withoutBits(written, loadInts(pixels + i * 4)), value));
+    }
+}
+
+void deposit(unsigned char* pixels, std::uint32_t bits, const float* values, const float* others,
+             const float* mask, std::size_t lanes) {
+    constexpr decltype(&deposit) loops[] = {depositLoop<false, false>, depositLoop<false, true>,
+                                            depositLoop<true, false>, depositLoop<true, true>};
+    loops[(others ? 2 : 0) + (mask ? 1 : 0)](pixels, bits, values, others, mask, lanes);
 }
 
 void positionsLoop(float* dst, std::int32_t first, float scale, std::size_t lanes) {
@@ -215,8 +244,8 @@ void positionsLoop(float* dst, std::int32_t first, float scale, std::size_t lane
 void fillLoop(unsigned char* pixels, std::uint32_t value, std::uint32_t mask, std::size_t count) {
     std::size_t i = 0;
     for (; i + laneStep <= count; i += laneStep)
-        storeInts(reinterpret_cast<std::int32_t*>(pixels + i * 4),
-                  eitherBits(bothBits(loadInts(pixels + i * 4), allInts(~mask)), allInts(value & mask)));
+        storeInts(pixels + i * 4,
+                  eitherBits(withoutBits(allInts(mask), loadInts(pixels + i * 4)), allInts(value & mask)));
     for (; i < count; ++i) {
         std::uint32_t pixel;
         std::memcpy(&pixel, pixels + i * 4, 4);
@@ -229,9 +258,24 @@ constexpr std::array<CompareLanes, comparisonCount> comparisons{
     compareZeroLoop<notEqual>, compareZeroLoop<equal>,   compareLoop<equal>,   compareLoop<notEqual>,
     compareLoop<less>,         compareLoop<lessOrEqual>, compareLoop<greater>, compareLoop<greaterOrEqual>};
 
+template <std::size_t... sets>
+constexpr void setChannelLoops(BatchKernels& kernels, std::index_sequence<sets...>) {
+    ((kernels.load[sets] = loadLoop<sets>, kernels.pack[sets] = packLoop<sets>), ...);
+}
+
 constexpr BatchKernels makeKernels() {
-    BatchKernels kernels{{},       comparisons, fetchLoop, mergeLoop, othersLoop,    splitLoop,
-                         waitLoop, joinLoop,    loadLoop,  storeLoop, positionsLoop, fillLoop};
+    BatchKernels kernels{};
+    kernels.compare = comparisons;
+    kernels.fetch = fetchLoop;
+    kernels.merge = mergeLoop;
+    kernels.others = othersLoop;
+    kernels.split = splitLoop;
+    kernels.wait = waitLoop;
+    kernels.join = joinLoop;
+    kernels.deposit = deposit;
+    kernels.positions = positionsLoop;
+    kernels.fill = fillLoop;
+    setChannelLoops(kernels, std::make_index_sequence<16>());
     const auto set = [&](Op op, ComputeLanes loop) { kernels.compute[static_cast<std::size_t>(op)] = loop; };
     set(Op::Mov, unaryLoop<copied>);
     set(Op::Add, binaryLoop<add>);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace kelmora::plush_shader::detail {
 namespace {
@@ -17,6 +18,13 @@ float* aligned(std::vector<float>& storage) {
 // overwrites.
 std::size_t wholeSteps(std::size_t count) {
     return (count + batchStep - 1) / batchStep * batchStep;
+}
+
+std::size_t channelSet(const ChannelLanes& channels) {
+    std::size_t set = 0;
+    for (std::size_t i = 0; i < 4; ++i)
+        if (channels[i]) set |= std::size_t{1} << i;
+    return set;
 }
 
 }  // namespace
@@ -55,24 +63,31 @@ void BatchMachine::runRows(std::int32_t first, std::int32_t last) {
 
 void BatchMachine::runBatch(const Run& run) {
     unsigned char* target = pass_.targetRow(run.y) + static_cast<std::size_t>(run.x) * 4;
-    const bool isWhole = run.count % batchStep == 0;
     const std::size_t count = wholeSteps(run.count);
-    const unsigned char* input = target;
-    if (pass_.map) {
-        input = gathered(run);
-    } else if (!isWhole) {
+    const bool works = !pass_.map && count == run.count;  // on the target itself
+    pixels_ = works ? target : buffer_;
+    if (pass_.map)
+        gather(run);
+    else if (!works)
         std::memcpy(pixels_, target, run.count * 4);
-        input = pixels_;
-    }
     loadPositions(run);
-    std::array<float*, 4> channels;
-    for (std::size_t i = 0; i < 4; ++i) channels[i] = lanesOrNull(program_.inputs[i]);
-    kernels_.load(input, channels, count);
+    const ChannelLanes inputs =
+        channelLanes(program_.inputs[0], program_.inputs[1], program_.inputs[2], program_.inputs[3]);
+    kernels_.load[channelSet(inputs)](pixels_, inputs, count);
     execute(program_.body, count);
-    std::array<const float*, 4> results;
-    for (std::size_t i = 0; i < 4; ++i) results[i] = lanesOrNull(program_.outputs[i]);
-    kernels_.store(isWhole ? target : pixels_, input, results, count);
-    if (!isWhole) std::memcpy(target, pixels_, run.count * 4);
+    if (!works) std::memcpy(target, pixels_, run.count * 4);
+}
+
+// Puts channels into the batch's pixels.
+void BatchMachine::deposit(const BatchInstruction& instruction, std::size_t count) {
+    std::uint32_t bits = 0;
+    for (unsigned channel = 0; channel < 4; ++channel)
+        if (instruction.channels >> channel & 1) bits |= 255u << channel * 8;
+    const float* values = lanesOrNull(instruction.a);
+    const float* others = lanesOrNull(instruction.b);
+    if (!values) std::swap(values, others);
+    const bool masked = instruction.op == BatchOp::Deposit;
+    kernels_.deposit(pixels_, bits, values, others, masked ? lanes(program_.mask) : nullptr, count);
 }
 
 template <typename Part>
@@ -100,9 +115,8 @@ void BatchMachine::loadPositions(const Run& run) {
     });
 }
 
-const unsigned char* BatchMachine::gathered(const Run& run) {
-    eachRow(run, [this](const Run& row, std::size_t done) { gatherRow(pixels_ + done * 4, row); });
-    return pixels_;
+void BatchMachine::gather(const Run& run) {
+    eachRow(run, [this](const Run& row, std::size_t done) { gatherRow(buffer_ + done * 4, row); });
 }
 
 void BatchMachine::gatherRow(unsigned char* to, const Run& part) const {
@@ -121,15 +135,30 @@ void BatchMachine::execute(const std::vector<BatchInstruction>& code, std::size_
         const BatchInstruction& instruction = code[at++];
         const float* a = lanesOrNull(instruction.a);
         const float* b = lanesOrNull(instruction.b);
-        if (instruction.op < BatchOp::Fetch) {
-            const auto op = static_cast<std::size_t>(instruction.op);
-            kernels_.compute[op](lanes(instruction.dst), a, b, lanesOrNull(instruction.c), count);
-        } else if (instruction.op == BatchOp::Fetch) {
-            kernels_.fetch(lanes(instruction.dst), a, b, pass_.source, count);
-        } else if (instruction.op == BatchOp::Merge) {
-            kernels_.merge(lanes(instruction.dst), a, lanes(program_.mask), count);
-        } else if (!control(instruction, count)) {
-            at = instruction.skip;
+        switch (instruction.op) {
+            case BatchOp::Fetch:
+                kernels_.fetch(lanes(instruction.dst), a, b, pass_.source, count);
+                break;
+            case BatchOp::Merge:
+                kernels_.merge(lanes(instruction.dst), a, lanes(program_.mask), count);
+                break;
+            case BatchOp::Pack: {
+                const ChannelLanes channels =
+                    channelLanes(instruction.a, instruction.b, instruction.c, instruction.d);
+                kernels_.pack[channelSet(channels)](lanes(instruction.dst), channels, count);
+                break;
+            }
+            case BatchOp::Deposit:
+            case BatchOp::DepositAll:
+                deposit(instruction, count);
+                break;
+            default:
+                if (isControl(instruction.op)) {
+                    if (!control(instruction, count)) at = instruction.skip;
+                    break;
+                }
+                kernels_.compute[static_cast<std::size_t>(instruction.op)](lanes(instruction.dst), a, b,
+                                                                           lanesOrNull(instruction.c), count);
         }
     }
 }

@@ -31,10 +31,14 @@ private:
 
     float* lanes(LaneArray array) { return lanes_ + std::size_t{array} * batchLanes; }
     float* lanesOrNull(LaneArray array) { return array == noLanes ? nullptr : lanes(array); }
+    ChannelLanes channelLanes(LaneArray r, LaneArray g, LaneArray b, LaneArray a) {
+        return {lanesOrNull(r), lanesOrNull(g), lanesOrNull(b), lanesOrNull(a)};
+    }
 
     void runBatch(const Run& run);
     void loadPositions(const Run& run);
-    const unsigned char* gathered(const Run& run);
+    void deposit(const BatchInstruction& instruction, std::size_t count);
+    void gather(const Run& run);
     void gatherRow(unsigned char* to, const Run& part) const;
     // Calls back for the part of a run in each row, with its place in the run.
     template <typename Part>
@@ -48,7 +52,8 @@ private:
     std::vector<float> storage_;
     float* lanes_;  // aligned, within the storage
     std::vector<std::int32_t> columns_;
-    alignas(32) unsigned char pixels_[batchLanes * 4];
+    unsigned char* pixels_ = nullptr;  // of the batch: in the target or in the buffer
+    alignas(32) unsigned char buffer_[batchLanes * 4];
 };
 
 }  // namespace kelmora::plush_shader::detail

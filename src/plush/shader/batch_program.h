@@ -19,15 +19,20 @@ using LaneArray = std::uint16_t;
 inline constexpr LaneArray noLanes = 0xFFFF;
 
 enum class BatchOp : std::uint8_t {
-    // Below opCount: as the plain machine's, from `a`, `b` and `c` to `dst`. Samples take a fetched pixel.
+    // Below opCount: as the plain machine's, from `a`, `b` and `c` to `dst`. Samples take a fetched pixel,
+    // whose
+    // bytes stand in its lane as they are.
     Fetch = opCount,  // the bytes of the source pixel at (a, b)
-    Merge,            // dst = a where the mask is set
-    BranchAll,        // mask = comparison; the others wait in `dst`, if that is any
-    Branch,           // as BranchAll, among the pixels under way
-    Leave,            // the pixels under way wait in `dst`, if that is any, and go no further
-    Join,             // the pixels that wait in `a` are under way again
-    JoinOnly,         // the same after a Leave, where no others are
-    Label,            // a place to skip to; only until lanes are allocated
+    Pack,        // the bytes of a pixel whose channels are `a`, `b`, `c` and `d`; those that are none are 0
+    Merge,       // dst = a where the mask is set
+    Deposit,     // some channels of the batch's pixels are those of `a` or `b`, where the mask is set
+    DepositAll,  // the same for all pixels
+    BranchAll,   // mask = comparison; the others wait in `dst`, if that is any
+    Branch,      // as BranchAll, among the pixels under way
+    Leave,       // the pixels under way wait in `dst`, if that is any, and go no further
+    Join,        // the pixels that wait in `a` are under way again
+    JoinOnly,    // the same after a Leave, where no others are
+    Label,       // a place to skip to; only until lanes are allocated
 };
 
 constexpr BatchOp batchOp(Op op) {
@@ -44,7 +49,9 @@ struct BatchInstruction {
     LaneArray a = noLanes;
     LaneArray b = noLanes;
     LaneArray c = noLanes;
-    std::uint32_t skip = 0;  // where to go on when no pixel is under way
+    LaneArray d = noLanes;
+    std::uint8_t channels = 0;  // of a deposit, as in `Program::writeMask`
+    std::uint32_t skip = 0;     // where to go on when no pixel is under way
 };
 
 struct BatchProgram {
@@ -56,8 +63,7 @@ struct BatchProgram {
     std::vector<Preload> preloads;           // registers that are the same for all pixels
     std::vector<BatchInstruction> prologue;  // what depends on those alone: run once
     std::vector<BatchInstruction> body;
-    std::array<LaneArray, 6> inputs;   // r, g, b, a, x, y, where they are used
-    std::array<LaneArray, 4> outputs;  // of the channels that are written
+    std::array<LaneArray, 6> inputs;  // r, g, b, a, x, y, where they are used
     LaneArray mask = noLanes;
     LaneArray scratch = noLanes;  // for nested branches
     std::size_t laneArrays = 0;

@@ -19,8 +19,6 @@ public:
           lanes_(code_.values.size(), noLanes) {}
 
     std::optional<BatchProgram> run() {
-        for (const ValueId output : code_.outputs)
-            if (output != noValue) ++uses_[output];
         dropUnused(code_.body);
         dropUnused(code_.prologue);
         writeHomesDirectly();
@@ -32,16 +30,16 @@ public:
 
 private:
     bool isComputed(ValueId value) const { return code_.values[value].kind == ValueKind::Computed; }
-    static std::array<ValueId, 3> operandsOf(const LaneInstruction& instruction) {
-        return {instruction.a, instruction.b, instruction.c};
+
+    bool makesValue(const LaneInstruction& instruction) const {
+        return instruction.op < BatchOp::Merge && isComputed(instruction.dst);
     }
 
     // From the back: what is used by nothing that stays goes.
     void dropUnused(std::vector<LaneInstruction>& code) {
         std::vector<LaneInstruction> kept;
         for (auto instruction = code.rbegin(); instruction != code.rend(); ++instruction) {
-            const bool makesValue = !isControl(instruction->op) && isComputed(instruction->dst);
-            if (makesValue && uses_[instruction->dst] == 0) continue;
+            if (makesValue(*instruction) && uses_[instruction->dst] == 0) continue;
             for (const ValueId operand : operandsOf(*instruction))
                 if (operand != noValue) ++uses_[operand];
             kept.push_back(*instruction);
@@ -72,7 +70,7 @@ private:
         for (std::size_t back = 1; back <= std::min(code.size(), near); ++back) {
             LaneInstruction& candidate = code[code.size() - back];
             if (isControl(candidate.op)) return nullptr;
-            if (candidate.dst == value) return &candidate;
+            if (candidate.dst == value && candidate.op < BatchOp::Merge) return &candidate;
             const auto operands = operandsOf(candidate);
             if (candidate.dst == home || std::count(operands.begin(), operands.end(), home) != 0)
                 return nullptr;
@@ -84,8 +82,6 @@ private:
         for (std::size_t i = 0; i < code_.body.size(); ++i)
             for (const ValueId operand : operandsOf(code_.body[i]))
                 if (operand != noValue) lastUse_[operand] = i;
-        for (const ValueId output : code_.outputs)
-            if (output != noValue) lastUse_[output] = toTheEnd;
         for (ValueId id = 0; id < code_.values.size(); ++id)
             if (!isComputed(id) || code_.values[id].invariant) lastUse_[id] = toTheEnd;
     }
@@ -110,12 +106,11 @@ private:
         }
         for (BatchInstruction& instruction : result_.body)
             if (isControl(instruction.op)) instruction.skip = labels[instruction.skip];
-        for (std::size_t i = 0; i < code_.outputs.size(); ++i)
-            result_.outputs[i] = code_.outputs[i] == noValue ? noLanes : lanesOf(code_.outputs[i]);
     }
 
     BatchInstruction placed(const LaneInstruction& instruction, std::size_t index) {
         BatchInstruction out{instruction.op, instruction.comparison};
+        out.channels = instruction.channels;
         const bool branches = instruction.op == BatchOp::BranchAll || instruction.op == BatchOp::Branch;
         if (branches && result_.mask == noLanes) {
             result_.mask = newLanes();
@@ -125,6 +120,7 @@ private:
         out.a = lanesOf(instruction.a);
         out.b = lanesOf(instruction.b);
         out.c = lanesOf(instruction.c);
+        out.d = lanesOf(instruction.d);
         for (const ValueId operand : operandsOf(instruction)) release(operand, index);
         out.dst = lanesOf(instruction.dst);
         return out;

@@ -32,16 +32,21 @@ struct LaneInstruction {
     ValueId a = noValue;
     ValueId b = noValue;
     ValueId c = noValue;
-    Comparison comparison = Comparison::NotZero;
+    ValueId d = noValue;
+    Comparison comparison = Comparison::NotZero;  // of a branch
+    std::uint8_t channels = 0;                    // of a deposit
     std::uint32_t label = 0;  // of a Label its number, of a control instruction the one to skip to
 };
+
+inline std::array<ValueId, 4> operandsOf(const LaneInstruction& instruction) {
+    return {instruction.a, instruction.b, instruction.c, instruction.d};
+}
 
 struct LaneCode {
     std::vector<Value> values;
     std::vector<LaneInstruction> prologue;
     std::vector<LaneInstruction> body;
     std::array<ValueId, 6> inputs;
-    std::array<ValueId, 4> outputs;
 };
 
 // Drops what nothing reads, and gives values arrays, which they leave to others after their last use. None

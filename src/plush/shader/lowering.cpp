@@ -52,9 +52,11 @@ public:
             if (flow_[i].isLabel) enterLabel(i);
             lower(i);
         }
-        code_.body.push_back({.op = BatchOp::Label, .label = static_cast<std::uint32_t>(count)});
+        emitLabel(count);
         for (Slot channel = 0; channel < 4; ++channel)
-            code_.outputs[channel] = isOutput(channel) ? current_[channel] : noValue;
+            if (isOutput(channel) && !uses_[channel].isDeposited) deposits_[channel] = current_[channel];
+        depositsUnderMask_ = false;
+        emitDeposits();
         return std::move(code_);
     }
 
@@ -64,6 +66,9 @@ private:
         std::vector<std::size_t> reads;
         std::vector<std::size_t> writes;
         bool hasHome = false;
+        // A channel that is not read once it is written: its writes go to the pixels, and who reads it before
+        // sees its input.
+        bool isDeposited = false;
     };
     struct Fetched {
         ValueId x;
@@ -88,6 +93,12 @@ private:
             Uses& target = uses_[at(i).dst];
             target.writes.push_back(i);
             if (flow_[i].liveElsewhere.test(at(i).dst)) target.hasHome = true;
+        }
+        for (Slot channel = 0; channel < 4; ++channel) {
+            Uses& uses = uses_[channel];
+            if (!uses.hasHome || !isOutput(channel)) continue;
+            uses.isDeposited = uses.reads.empty() || uses.reads.back() <= uses.writes.front();
+            uses.hasHome = !uses.isDeposited;
         }
     }
 
@@ -126,15 +137,19 @@ private:
     void lowerMove(std::size_t index) {
         const Slot target = at(index).dst;
         const ValueId source = current_[at(index).a];
-        if (source == current_[target]) return;
-        if (flow_[index].liveElsewhere.test(target))
-            emit({.op = BatchOp::Merge, .dst = current_[target], .a = source});
-        else if (uses_[target].hasHome)
-            emit({.op = batchOp(Op::Mov), .dst = current_[target], .a = source});
-        else if (code_.values[source].kind == ValueKind::Home && changesWhileNeeded(source, target, index))
+        if (uses_[target].isDeposited) {
+            deposit(index, target, source);
+        } else if (uses_[target].hasHome) {
+            const bool merges = flow_[index].liveElsewhere.test(target);
+            if (source != current_[target])
+                emit(
+                    {.op = merges ? BatchOp::Merge : batchOp(Op::Mov), .dst = current_[target], .a = source});
+        } else if (code_.values[source].kind == ValueKind::Home &&
+                   changesWhileNeeded(source, target, index)) {
             current_[target] = emitNew({.op = batchOp(Op::Mov), .a = source});
-        else
+        } else {
             current_[target] = source;
+        }
     }
 
     // Whether the home is written again before the last read of the register that is to stand for it.
@@ -165,7 +180,9 @@ private:
         }
         LaneInstruction compute{.op = batchOp(op), .a = values[0], .b = values[1], .c = values[2]};
         const Slot target = instruction.dst;
-        if (!uses_[target].hasHome) {
+        if (uses_[target].isDeposited) {
+            deposit(index, target, emitNew(compute));
+        } else if (!uses_[target].hasHome) {
             current_[target] = emitNew(compute);
         } else if (flow_[index].liveElsewhere.test(target)) {
             const ValueId result = emitNew(compute);
@@ -174,6 +191,35 @@ private:
             compute.dst = current_[target];
             emit(compute);
         }
+    }
+
+    // Deposits wait for others, to go together. A home's value may not wait.
+    void deposit(std::size_t index, Slot channel, ValueId value) {
+        deposits_[channel] = value;
+        depositsUnderMask_ = !flow_[index].everyPixel;
+        if (code_.values[value].kind == ValueKind::Home) emitDeposits();
+    }
+    void emitDeposits() {
+        std::array<ValueId, 4> varying = nothing, invariant = nothing;
+        std::uint8_t channels = 0;
+        for (unsigned channel = 0; channel < 4; ++channel) {
+            const ValueId value = deposits_[channel];
+            if (value == noValue) continue;
+            (code_.values[value].invariant ? invariant : varying)[channel] = value;
+            channels = static_cast<std::uint8_t>(channels | 1u << channel);
+        }
+        if (channels == 0) return;
+        deposits_ = nothing;
+        const ValueId changing = packed(varying);
+        emit({.op = depositsUnderMask_ ? BatchOp::Deposit : BatchOp::DepositAll,
+              .a = changing,
+              .b = packed(invariant),
+              .channels = channels});
+    }
+    ValueId packed(const std::array<ValueId, 4>& channels) {
+        if (channels == nothing) return noValue;
+        const auto [r, g, b, a] = channels;
+        return emitNew({.op = BatchOp::Pack, .a = r, .b = g, .c = b, .d = a});
     }
 
     // The source's pixel at (x, y), of which several channels are often wanted.
@@ -205,7 +251,7 @@ private:
 
     void enterLabel(std::size_t index) {
         fetched_.clear();
-        code_.body.push_back({.op = BatchOp::Label, .label = static_cast<std::uint32_t>(index)});
+        emitLabel(index);
         if (flow_[index].everyPixel) return;
         const BatchOp op = flow_[index].fallsIn ? BatchOp::Join : BatchOp::JoinOnly;
         emitControl(index, {.op = op, .a = waitingFor(index)});
@@ -230,14 +276,19 @@ private:
         std::size_t label = index + 1;
         while (label < program_.instructions.size() && !flow_[label].isLabel) ++label;
         instruction.label = static_cast<std::uint32_t>(label);
+        emitDeposits();
         emit(instruction);
+    }
+    void emitLabel(std::size_t index) {
+        emitDeposits();
+        code_.body.push_back({.op = BatchOp::Label, .label = static_cast<std::uint32_t>(index)});
     }
     void emit(const LaneInstruction& instruction) { code_.body.push_back(instruction); }
 
     // What only depends on values that are the same for all pixels is so too, and is computed once.
     ValueId emitNew(LaneInstruction instruction) {
         bool invariant = true;
-        for (const ValueId operand : {instruction.a, instruction.b, instruction.c})
+        for (const ValueId operand : operandsOf(instruction))
             if (operand != noValue && !code_.values[operand].invariant) invariant = false;
         instruction.dst = newValue({ValueKind::Computed, invariant, 0});
         (invariant ? code_.prologue : code_.body).push_back(instruction);
@@ -252,6 +303,9 @@ private:
     std::vector<FlowPoint> flow_;
     std::vector<ValueId> current_;  // what each register stands for
     std::vector<Uses> uses_;
+    static constexpr std::array<ValueId, 4> nothing{noValue, noValue, noValue, noValue};
+    std::array<ValueId, 4> deposits_ = nothing;  // by channel
+    bool depositsUnderMask_ = false;
     std::vector<Fetched> fetched_;
     std::vector<Waiting> waiting_;
     std::vector<ValueId> freeWaiting_;
