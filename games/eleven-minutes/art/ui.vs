@@ -51,6 +51,7 @@ function paintStandIns()
     saveCut(canvas(2, 2), "blank.png")
     local font = Font["loadFont"]("/usr/share/fonts/truetype/gentiumplus/GentiumBookPlus-Regular.ttf", 17)
     local words = {image = Font["renderText"]("The fonts are missing, so this story has no words. ./play brings them.", font, 240, 234, 220, 255)}
+    Font["killFont"](font)
     saveWhole(words, "no-fonts.png")
 end
 
