@@ -37,7 +37,7 @@ void registerFunctions(Runtime& runtime) {
     engine.pushVariable("Vesper", makeVesperModule(runtime));
     engine.pushVariable("Audio", makeAudioModule());
     engine.pushVariable("Font", makeFontModule());
-    engine.pushVariable("Plush", makePlushModule());
+    engine.pushVariable("Plush", makePlushModule(engine));
     registerGlobalHelpers(engine);
     publishEnvironmentGlobals(engine);
     publishInputGlobals(runtime);

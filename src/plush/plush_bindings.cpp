@@ -6,6 +6,7 @@
 #include "plush/compositing_bindings.h"
 #include "plush/live_images.h"
 #include "plush/pmg_file.h"
+#include "plush/shader_bindings.h"
 #include "script/vesper_script.h"
 
 namespace kelmora {
@@ -150,7 +151,10 @@ PlushImage& weakImage(const BindingCall& call, std::size_t index, std::string_vi
     return *image;
 }
 
-Variable makePlushModule() {
+Variable makePlushModule(VesperScript& engine) {
+    const auto withEngine = [&engine](Variable (*binding)(VesperScript&, const BindingCall&)) -> Binding {
+        return [&engine, binding](const BindingCall& call) { return binding(engine, call); };
+    };
     return makeModule("Plush", {
                                    {"threads", setThreading},
                                    {"skew", skewBinding},
@@ -161,6 +165,12 @@ Variable makePlushModule() {
                                    {"saveImage", saveImage},
                                    {"blitImage", blitImageBinding},
                                    {"blitImageRect", blitImageRectBinding},
+                                   {"modifyImage", withEngine(modifyImageBinding)},
+                                   {"shader", withEngine(shaderImageBinding)},
+                                   {"compileShader", compileShaderBinding},
+                                   {"killShader", killShaderBinding},
+                                   {"shaderSource", shaderSourceBinding},
+                                   {"shaderUniforms", shaderUniformsBinding},
                                    {"mirrorImage", mirrorImage},
                                    {"killImage", killImage},
                                    {"imageSize", imageSize},

@@ -5,8 +5,10 @@
 
 namespace kelmora {
 
-// The `Plush` module.
-Variable makePlushModule();
+class VesperScript;
+
+// The `Plush` module, whose shaders may call functions of the engine.
+Variable makePlushModule(VesperScript& engine);
 
 // The image argument of a binding that only asks for a non-null handle with pixels; the registry is not
 // consulted. Raises "<name> must be a valid image".

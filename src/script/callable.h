@@ -55,8 +55,12 @@ struct ScriptCallable : RefCounted {
     std::string sourceDirectory;
     std::string sourcePath;
 
-    // Made when labels of this function are registered; they die with it.
-    std::shared_ptr<const bool> labelLife;
+    // What dies with this function: its labels and shaders compiled from it watch for that.
+    std::weak_ptr<const bool> lifetime() {
+        if (!life) life = std::make_shared<const bool>(true);
+        return life;
+    }
+    std::shared_ptr<const bool> life;  // made when it is first asked for
 };
 
 inline ScriptCallable& Variable::function() const {

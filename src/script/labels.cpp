@@ -19,12 +19,11 @@ bool Labels::findInChunk(const BytecodeProgram& program, std::uint32_t chunk, co
 
 void Labels::registerCallable(ScriptCallable& callable) {
     if (!callable.program || callable.program->nestBlocks.empty()) return;
-    if (!callable.labelLife) callable.labelLife = std::make_shared<const bool>(true);
     std::vector<bool> visited(callable.program->chunks.size());
     registerChunk(callable, callable.chunkIndex, visited);
 }
 
-void Labels::registerChunk(const ScriptCallable& callable, std::uint32_t chunk, std::vector<bool>& visited) {
+void Labels::registerChunk(ScriptCallable& callable, std::uint32_t chunk, std::vector<bool>& visited) {
     const BytecodeProgram& program = *callable.program;
     // A damaged image may claim chunks that hold themselves.
     if (chunk >= program.chunks.size() || visited[chunk]) return;
@@ -60,7 +59,7 @@ void Labels::registerChunk(const ScriptCallable& callable, std::uint32_t chunk, 
                 if (operand >= program.nestBlocks.size()) break;
                 const NestBlock& block = program.nestBlocks[operand];
                 if (!block.label.empty())
-                    records_[block.label] = {callable.labelLife, callable.program, chunk,
+                    records_[block.label] = {callable.lifetime(), callable.program, chunk,
                                              callable.nativeScopeIndex};
                 registerChunk(callable, block.bodyChunk, visited);
                 break;

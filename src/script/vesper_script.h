@@ -177,7 +177,7 @@ private:
 
     // Something may have to be done between two steps: a jump, a soft error, a coroutine's turn or failure.
     bool needsAttention() const {
-        return (labels_.jumpPending() | softError_.pending() | coroutines_.needAttention()) != 0;
+        return labels_.jumpPending() || softError_.pending() || coroutines_.needAttention();
     }
 
     void countStep() {

@@ -1,0 +1,12 @@
+@@ Where the story goes. `far` to `near` are the four planes of a place; rain and leaves fall in a layer of it.
+@@ `factors` say how far each plane goes with the camera, from the sky to the nearest; `light` is what the place
+@@ leaves of the red, green and blue of whoever stands in it.
+
+places = {
+    dusk = {far = "dusk-sky.png", back = "dusk-sea.png", middle = "dusk-point.png", near = "dusk-grass.png", factors = [0.09, 0.17, 0.25, 0.34], light = [0.98, 0.84, 0.92], music = "shore", weather = "down", layer = VESPER_LAYER_FOREGROUND},
+    library = {far = "library-garden.png", back = "library-wall.png", middle = "library-room.png", near = "library-desk.png", factors = [0.06, 0.14, 0.2, 0.3], light = [1.0, 0.93, 0.84], music = "rain", weather = "rain", layer = VESPER_LAYER_FRAMEBUFFER},
+    grove = {far = "grove-light.png", back = "grove-wood.png", middle = "grove-shrine.png", near = "grove-roots.png", factors = [0.09, 0.17, 0.25, 0.34], light = [1.0, 0.95, 0.84], music = "grove", weather = "leaves", layer = VESPER_LAYER_FOREGROUND},
+    night = {far = "night-sky.png", back = "night-sea.png", middle = "night-point.png", near = "night-grass.png", factors = [0.09, 0.17, 0.25, 0.34], light = [0.8, 0.84, 0.98], music = "shore", weather = "down", layer = VESPER_LAYER_FOREGROUND},
+    crossing = {far = "crossing-sky.png", back = "crossing-sea.png", middle = "crossing-point.png", near = "crossing-grass.png", factors = [0.09, 0.17, 0.25, 0.34], light = [0.68, 0.72, 0.98], music = "grove"},
+    morning = {far = "morning-sky.png", back = "morning-sea.png", middle = "morning-point.png", near = "morning-grass.png", factors = [0.09, 0.17, 0.25, 0.34], light = [1.0, 0.97, 0.92], music = "shore", weather = "down", layer = VESPER_LAYER_FOREGROUND}
+}

@@ -1,0 +1,104 @@
+#include <sstream>
+
+#include "base/whole_file.h"
+#include "games/staged_game.h"
+#include "support/environment.h"
+
+namespace kelmora {
+namespace {
+
+namespace fs = std::filesystem;
+
+class ElevenMinutes : public StagedGame {
+protected:
+    ElevenMinutes() : StagedGame("eleven-minutes") {}
+
+    fs::path script(const char* name) { return sourceDirectory / "tests/games/eleven-minutes" / name; }
+};
+
+// From the title to one ending, back to a page that was kept, and on to the other; keys and mouse.
+TEST_F(ElevenMinutes, TheRecordingReadsBothEndings) {
+    setEnvironment("KELMORA_INPUT", (sourceDirectory / "games/eleven-minutes/recorded.txt").string().c_str());
+    play();
+    EXPECT_EQ(runtime_.engine.pullVariable("endingReached").toString(), "steady");
+    EXPECT_EQ(runtime_.engine.pullVariable("playing").toString(), "false");
+    EXPECT_EQ(runtime_.window, nullptr);
+    EXPECT_EQ(host_.output, "");
+    expectStoredFrames();
+}
+
+// The better ending wants the girl brought along, trust from one of the others at least, and the last choice.
+TEST_F(ElevenMinutes, EveryPageFitsAndEveryChoiceLeadsToAnEnding) {
+    play(script("whole_story.vs"));
+    EXPECT_EQ(host_.output,
+              "told asked promised: crossing steady\n"
+              "told asked: steady steady\n"
+              "told promised: crossing steady\n"
+              "told: steady steady\n"
+              "asked promised: crossing steady\n"
+              "asked: steady steady\n"
+              "promised: steady steady\n"
+              ": steady steady\n");
+}
+
+TEST_F(ElevenMinutes, KeptPagesComeBackAndChangedOnesStayClosed) {
+    play(script("kept_pages.vs"));
+    EXPECT_EQ(host_.output,
+              "empty\tfalse\tNothing has been kept here yet.\n"
+              "good\ttrue\tThe page is kept.\n"
+              "library\ttrue\tfalse\t54\n"
+              "damaged\tfalse\tThis page was changed after it was kept, so it stays closed.\n"
+              "damaged\tfalse\tThis page was changed after it was kept, so it stays closed.\n"
+              "good\tfalse\tThis page belongs to another telling of the story.\n"
+              "lighthouse\n");
+}
+
+// Whatever is missing is told on the screen, and the story goes on.
+TEST_F(ElevenMinutes, GoesOnWithoutPicturesFontsAndSounds) {
+    for (const char* name :
+         {"pictures/dusk-sea.png", "pictures/maud.png", "ui/box.png", "ui/no.png", "ui/item.png",
+          "fonts/Cardo104s.ttf", "audio/shore-full.wav", "audio/tick-full.wav", "audio/click.wav"})
+        fs::remove(package() / name);
+    play(script("missing.vs"));
+    EXPECT_EQ(host_.output,
+              "The font Cardo104s.ttf is missing.\n"
+              "The stand-in picture is missing.\n"
+              "The sound tick is missing.\n"
+              "The sound shore is missing.\n"
+              "The picture item.png is missing.\n"
+              "The picture dusk-sea.png is missing.\n"
+              "The picture box.png is missing.\n"
+              "The picture maud.png is missing.\n"
+              "true\tThree nights\n");
+}
+
+TEST_F(ElevenMinutes, ShowsItsPicturesWithoutAnyFont) {
+    fs::remove_all(package() / "fonts");
+    play(script("missing.vs"));
+    EXPECT_NE(host_.output.find("true\tThree nights\n"), std::string::npos) << host_.output;
+}
+
+// The small ones at least: places and people take their time.
+TEST_F(ElevenMinutes, PanelsAndWeatherAreWhatTheirScriptPaints) {
+    const std::string art = (sourceDirectory / "games/eleven-minutes/art/make_art.vs").string();
+    const std::string folder = (root_ / "made").generic_string();
+    runtime_.engine.pushVariable("arguments",
+                                 Variable::array({Variable::text(folder), Variable::text("ui")}));
+    runtime_.engine.runBytecode(runtime_.engine.compileToBytecode(*readWholeFile(art), art));
+    const std::string kept = frameSums(package() / "ui") + frameSums(package() / "pictures");
+    std::istringstream painted(frameSums(folder));
+    int pictures = 0;
+    for (std::string line; std::getline(painted, line); ++pictures)
+        EXPECT_NE(kept.find(line + "\n"), std::string::npos) << line;
+    EXPECT_GT(pictures, 12);
+}
+
+TEST_F(ElevenMinutes, SaysSoWhereThereIsNoWindow) {
+    for (const char* name : {"KELMORA_VIDEO", "DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"})
+        setEnvironment(name, nullptr);
+    EXPECT_THROW(play(), std::exception);
+    EXPECT_EQ(host_.output, "Eleven Minutes Dark cannot open a window here.\n");
+}
+
+}  // namespace
+}  // namespace kelmora
