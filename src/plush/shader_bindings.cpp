@@ -144,6 +144,7 @@ Variable shaderImageBinding(VesperScript& engine, const BindingCall& call) {
     }
     ScaledTarget target(call, image, scaleArgument(call));
     runPlushProcess(engine, call, image, target.get(), uniforms);
+    if (engine.shouldAbortForSoftRaisedError()) return {};
     return Variable::pointer(target.release());
 }
 

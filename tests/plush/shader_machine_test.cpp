@@ -237,6 +237,27 @@ TEST(ShaderBatches, BuiltinProcessorsAgreeWithThePlainMachine) {
     }
 }
 
+// What channels hold has to outlive their being written, within a way and across ways.
+TEST(ShaderBatches, ChannelsThatTradePlacesAgree) {
+    const SettingsGuard guard;
+    std::mt19937 random(12);
+    for (const char* source : {
+             "if tr or a q, b = 1, r; return a, b, g, r end",
+             "local old = r\nif a > 0 r = 0 end\ng = old",
+             "r, g, b, a = a, r, g, b\nif r > g r, g = g, r; return end\na = r",
+             "if r > 0.5 if g > 0.5 return b end; r = g else r, a = a, r end\nb = r",
+             "q = r\nif a < 0.5 r = 1; q = g elseif b < 0.5 return q, q else g = q; r = q end\na = q",
+             "if x > 2 return r, b, r end",
+             "a = 0\nif g < 0.9 do a = g end; return 1 end\nr = a",
+         }) {
+        const auto program = compiled(source);
+        ASSERT_TRUE(detail::lowerToBatches(*program)) << source;
+        Agreement agreement(random, *program);
+        agreement.expectSameInPlace(41, 13);
+        agreement.expectSameRendered(20, 31, 33, 17);
+    }
+}
+
 // Each seed is a shader over pictures of random sizes, in place and rendered.
 TEST(ShaderBatches, RandomShadersAgreeWithThePlainMachine) {
     const SettingsGuard guard;

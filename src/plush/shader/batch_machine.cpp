@@ -14,8 +14,7 @@ float* aligned(std::vector<float>& storage) {
     return storage.data() + (alignment - address % alignment) % alignment / sizeof(float);
 }
 
-// Lanes of an array that a row's part is written to: a little past its end, which the next part then
-// overwrites.
+// Loops work on whole steps; the lanes past the last pixel hold anything.
 std::size_t wholeSteps(std::size_t count) {
     return (count + batchStep - 1) / batchStep * batchStep;
 }
@@ -43,7 +42,7 @@ BatchMachine::BatchMachine(const BatchProgram& program, const PixelPass& pass, c
     for (const BatchProgram::Preload& preload : program.preloads)
         std::fill_n(lanes(preload.lanes), batchLanes, pass.registers[preload.slot]);
     execute(program.prologue, batchLanes);
-    if (!pass.map) return;
+    if (!pass.map || pass.targetWidth == pass.source.width) return;
     for (std::int32_t x = 0; x < pass.targetWidth; ++x) columns_.push_back(pass.map->column(x));
 }
 
@@ -64,18 +63,18 @@ void BatchMachine::runRows(std::int32_t first, std::int32_t last) {
 void BatchMachine::runBatch(const Run& run) {
     unsigned char* target = pass_.targetRow(run.y) + static_cast<std::size_t>(run.x) * 4;
     const std::size_t count = wholeSteps(run.count);
-    const bool works = !pass_.map && count == run.count;  // on the target itself
-    pixels_ = works ? target : buffer_;
+    const bool inTarget = !pass_.map && count == run.count;
+    pixels_ = inTarget ? target : buffer_;
     if (pass_.map)
         gather(run);
-    else if (!works)
+    else if (!inTarget)
         std::memcpy(pixels_, target, run.count * 4);
     loadPositions(run);
     const ChannelLanes inputs =
         channelLanes(program_.inputs[0], program_.inputs[1], program_.inputs[2], program_.inputs[3]);
     kernels_.load[channelSet(inputs)](pixels_, inputs, count);
     execute(program_.body, count);
-    if (!works) std::memcpy(target, pixels_, run.count * 4);
+    if (!inTarget) std::memcpy(target, pixels_, run.count * 4);
 }
 
 // Puts channels into the batch's pixels.
