@@ -3,6 +3,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "base/trigonometry.h"
+
 // What the instructions compute, for one value. Every machine gives these bits.
 namespace kelmora::plush_shader::arithmetic {
 
@@ -11,6 +13,26 @@ inline float truth(bool value) {
 }
 inline float modulo(float a, float b) {
     return b == 0 ? 0.0f : a - std::floor(a / b) * b;
+}
+// The library's functions of floats differ between targets in their last bit; those of doubles do so too
+// rarely to be seen once they are narrowed, but for sine and cosine.
+inline float sine(float a) {
+    return static_cast<float>(sineOf(static_cast<double>(a)));
+}
+inline float cosine(float a) {
+    return static_cast<float>(cosineOf(static_cast<double>(a)));
+}
+inline float tangent(float a) {
+    return static_cast<float>(sineOf(static_cast<double>(a)) / cosineOf(static_cast<double>(a)));
+}
+inline float arcTangent(float a) {
+    return static_cast<float>(std::atan(static_cast<double>(a)));
+}
+inline float angle(float a, float b) {
+    return static_cast<float>(std::atan2(static_cast<double>(a), static_cast<double>(b)));
+}
+inline float logarithm(float a) {
+    return static_cast<float>(std::log(static_cast<double>(a)));
 }
 inline float power(float a, float b) {
     return static_cast<float>(std::pow(static_cast<double>(a), static_cast<double>(b)));

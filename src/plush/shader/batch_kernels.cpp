@@ -31,28 +31,28 @@ const BatchKernels* chosenKernels = nullptr;
 namespace library {
 
 void sine(float* dst, const float* a, const float*, const float*, std::size_t lanes) {
-    eachLane<std::sin>(dst, a, lanes);
+    eachLane<arithmetic::sine>(dst, a, lanes);
 }
 void cosine(float* dst, const float* a, const float*, const float*, std::size_t lanes) {
-    eachLane<std::cos>(dst, a, lanes);
+    eachLane<arithmetic::cosine>(dst, a, lanes);
 }
 void tangent(float* dst, const float* a, const float*, const float*, std::size_t lanes) {
-    eachLane<std::tan>(dst, a, lanes);
+    eachLane<arithmetic::tangent>(dst, a, lanes);
 }
 void arcTangent(float* dst, const float* a, const float*, const float*, std::size_t lanes) {
-    eachLane<std::atan>(dst, a, lanes);
+    eachLane<arithmetic::arcTangent>(dst, a, lanes);
 }
 void exponential(float* dst, const float* a, const float*, const float*, std::size_t lanes) {
     eachLane<arithmetic::exponential>(dst, a, lanes);
 }
 void logarithm(float* dst, const float* a, const float*, const float*, std::size_t lanes) {
-    eachLane<std::log>(dst, a, lanes);
+    eachLane<arithmetic::logarithm>(dst, a, lanes);
 }
 void power(float* dst, const float* a, const float* b, const float*, std::size_t lanes) {
     eachPair<arithmetic::power>(dst, a, b, lanes);
 }
 void angle(float* dst, const float* a, const float* b, const float*, std::size_t lanes) {
-    eachPair<std::atan2>(dst, a, b, lanes);
+    eachPair<arithmetic::angle>(dst, a, b, lanes);
 }
 
 }  // namespace library

@@ -123,22 +123,22 @@ void execute(const Program& program, float* registers, const unsigned char* sour
                 dst = std::sqrt(a);
                 break;
             case Op::Sin:
-                dst = std::sin(a);
+                dst = ar::sine(a);
                 break;
             case Op::Cos:
-                dst = std::cos(a);
+                dst = ar::cosine(a);
                 break;
             case Op::Tan:
-                dst = std::tan(a);
+                dst = ar::tangent(a);
                 break;
             case Op::Atan:
-                dst = std::atan(a);
+                dst = ar::arcTangent(a);
                 break;
             case Op::Exp:
                 dst = ar::exponential(a);
                 break;
             case Op::Log:
-                dst = std::log(a);
+                dst = ar::logarithm(a);
                 break;
             case Op::Fract:
                 dst = ar::fraction(a);
@@ -147,7 +147,7 @@ void execute(const Program& program, float* registers, const unsigned char* sour
                 dst = ar::sign(a);
                 break;
             case Op::Atan2:
-                dst = std::atan2(a, b);
+                dst = ar::angle(a, b);
                 break;
             case Op::Min:
                 dst = ar::minimum(a, b);
