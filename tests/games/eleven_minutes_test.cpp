@@ -81,7 +81,7 @@ TEST_F(ElevenMinutes, ShowsItsPicturesWithoutAnyFont) {
 
 // The small ones at least: places and people take their time.
 TEST_F(ElevenMinutes, PanelsAndWeatherAreWhatTheirScriptPaints) {
-    const std::string art = (sourceDirectory / "games/eleven-minutes/art/make_art.vs").string();
+    const std::string art = (sourceDirectory / "games/eleven-minutes/art/make_art.vs").generic_string();
     const std::string folder = (root_ / "made").generic_string();
     runtime_.engine.pushVariable("arguments",
                                  Variable::array({Variable::text(folder), Variable::text("ui")}));
