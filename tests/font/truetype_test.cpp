@@ -298,5 +298,23 @@ TEST(TrueType, InstalledFontDrawsBothPlanes) {
     EXPECT_GT(backend.rasterize(0xC4, scale).height, backend.rasterize('A', scale).height) << "a composite";
 }
 
+// One of its characters lies outside of the first plane, where only the table of wide codes has it.
+TEST(TrueType, InstalledFontDrawsHanCharacters) {
+    const std::string path = "/usr/share/fonts/truetype/vlgothic/VL-Gothic-Regular.ttf";
+    const auto bytes = readWholeFileBytes(path);
+    if (!bytes) GTEST_SKIP() << path << " is not installed";
+    TrueTypeBackend backend;
+    ASSERT_TRUE(backend.load(*bytes));
+    const double scale = 24 / backend.units_per_em();
+    const GlyphBitmap missing = backend.rasterize(0xE0FFF, scale);
+    for (const std::uint32_t codepoint : {0x6C38u, 0x706Fu, 0x20B9Fu}) {
+        const GlyphBitmap glyph = backend.rasterize(codepoint, scale);
+        EXPECT_GT(darkness(glyph), 0) << codepoint;
+        EXPECT_NE(glyph.pixels, missing.pixels) << codepoint;
+        EXPECT_NEAR(glyph.advance, 24, 1e-9) << codepoint;
+    }
+    EXPECT_NEAR(backend.rasterize('a', scale).advance, 12, 1e-9);
+}
+
 }  // namespace
 }  // namespace kelmora
