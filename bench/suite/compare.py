@@ -42,7 +42,7 @@ def main():
     parser.add_argument("vesper")
     parser.add_argument("--rounds", type=int, default=7)
     parser.add_argument("programs", nargs="*")
-    options = parser.parse_args()
+    options = parser.parse_intermixed_args()
 
     folder = pathlib.Path(__file__).parent
     sources = [source for source in sorted(folder.glob("*.vs")) if not options.programs or source.stem in options.programs]

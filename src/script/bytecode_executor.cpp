@@ -7,6 +7,16 @@
 namespace kelmora {
 namespace {
 
+// What the node's own code does, with its two commonest kinds in place.
+[[gnu::always_inline]] inline const Variable& refer(VesperScript& script, const FastExprNode& node,
+                                                    Variable& storage) {
+    if (node.kind == FastExprNodeKind::Constant) return node.constant;
+    if (node.kind == FastExprNodeKind::Variable) {
+        if (const Variable* found = script.scopes().find(node.name)) return *found;
+    }
+    return node.refer(script, node, storage);
+}
+
 // The place of an item that the array has.
 Variable* findItem(Variable& container, const Variable& key) {
     if (!container.isArray() || !key.isInt()) return nullptr;
@@ -110,7 +120,7 @@ inline Variable BytecodeExecutor::evaluateValue(const PlanStep& step) {
 inline const Variable& BytecodeExecutor::referToValue(const PlanStep& step, Variable& storage) {
     if (step.isCall) return storage = evaluateValue(step);
     enterLine(step);
-    return step.value->refer(script_, *step.value, storage);
+    return refer(script_, *step.value, storage);
 }
 
 inline bool BytecodeExecutor::execute(const PlanStep& step) {
@@ -253,7 +263,7 @@ void BytecodeExecutor::assignElement(const PlanStep& step) {
     Variable value = evaluateValue(step);
     if (aborted()) return;
     Variable storage;
-    const Variable& key = step.key->refer(script_, *step.key, storage);
+    const Variable& key = refer(script_, *step.key, storage);
     if (aborted()) return;
     Variable* container = script_.scopes_.findMutable(step.name);
     if (container && container->isTable() && (key.isInt() || key.isString())) {
@@ -274,7 +284,7 @@ void BytecodeExecutor::updateElement(const PlanStep& step) {
     Variable value = evaluateValue(step);
     if (aborted()) return;
     Variable storage;
-    const Variable& key = step.key->refer(script_, *step.key, storage);
+    const Variable& key = refer(script_, *step.key, storage);
     if (aborted()) return;
     if (Variable* container = script_.scopes_.findMutable(step.name)) {
         Variable* element = nullptr;
@@ -300,6 +310,7 @@ void BytecodeExecutor::updateElement(const PlanStep& step) {
 bool BytecodeExecutor::runRound(const PlanBlock& block) {
     script_.countStep();
     runBody(block);
+    if (signal_.isNormal() && !script_.needsAttention()) return true;
     return !signal_.endsLoop() && !loopEnded() && !aborted();
 }
 
