@@ -87,6 +87,14 @@ Variable readFileBinding(const BindingCall& call) {
     return Variable::text(std::move(*content));
 }
 
+// The file changes as a whole or not at all.
+Variable replaceFileBinding(Runtime& runtime, const BindingCall& call) {
+    const std::string path = VesperScript::normalisePath(call.text(0, "path"));
+    const std::string text = call.text(1, "text");
+    const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+    return Variable::boolean(runtime.engine.host().replaceFile(path, {bytes, text.size()}));
+}
+
 }  // namespace
 
 Variable makeVesperModule(Runtime& runtime) {
@@ -119,6 +127,7 @@ Variable makeVesperModule(Runtime& runtime) {
             {"getPath", [r](const BindingCall&) { return Variable::text(r->path); }},
             {"hostLog", [r](const BindingCall& call) { return hostLog(*r, call); }},
             {"readFile", readFileBinding},
+            {"replaceFile", [r](const BindingCall& call) { return replaceFileBinding(*r, call); }},
         });
 }
 

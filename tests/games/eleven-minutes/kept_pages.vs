@@ -6,7 +6,7 @@ end
 
 function change(path)
     local text = Vesper["contents"](path)
-    writeText(path, text + " ")
+    Vesper["replaceFile"](path, text + " ")
 end
 
 function act()
@@ -30,8 +30,8 @@ function act()
         print(stateOfSlot(2), openGame(2), said())
         keepGame(3)
         local text = replaceAll(storyText(), placeName, "nowhere")
-        writeText(storyPath(3), text)
-        writeText(storyPath(3) + ".sum", toString(Vesper["checksum"](text)))
+        Vesper["replaceFile"](storyPath(3), text)
+        Vesper["replaceFile"](storyPath(3) + ".sum", toString(Vesper["checksum"](text)))
         print(stateOfSlot(3), openGame(3), said())
     elseif frame == 12
         print(pages[pagenum]["scene"])

@@ -13,3 +13,5 @@ chunk()
 print(pagenum, loadOffset, oldAudio, saveslot, mode, latched)       @@ expect: 12\t0\t0\t3\t54\tfalse
 ok, why = pcall(Vesper["saveGame"], "../none/" + 1)
 print(ok)                                   @@ expect: false
+print(Vesper["replaceFile"](base + "9.plush", "kept"), Vesper["contents"](base + "9.plush"))    @@ expect: true\tkept
+print(Vesper["replaceFile"](Vesper["getPath"]() + "nowhere/save", "lost"))                      @@ expect: false

@@ -12,16 +12,6 @@ function quoted(text)
     return "\"" + replaceAll(text, "\"", "\\\"") + "\""
 end
 
-function writeText(path, text)
-    local file = io["open"](path, "w")
-    if not file
-        return false
-    end
-    file["write"](file, text)
-    file["close"](file)
-    return true
-end
-
 @@ What lies beside a kept page.
 function storyText()
     local out = "{\"scene\": " + quoted(pages[pagenum]["scene"]) + ", \"place\": " + quoted(placeName)
@@ -37,7 +27,7 @@ end
 function keepGame(slot)
     local kept = pcall(Vesper["saveGame"], slot)
     local text = storyText()
-    kept = kept and writeText(storyPath(slot), text) and writeText(storyPath(slot) + ".sum", toString(Vesper["checksum"](text)))
+    kept = kept and Vesper["replaceFile"](storyPath(slot), text) and Vesper["replaceFile"](storyPath(slot) + ".sum", toString(Vesper["checksum"](text)))
     if kept
         tell("The page is kept.")
     else

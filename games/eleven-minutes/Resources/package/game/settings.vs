@@ -17,11 +17,7 @@ settingOr("sounds", 3, 3)
 settingOr("speed", 2, 3)
 
 function keepSettings()
-    local file = io["open"](volatileFolder + "save-1.plush", "w")
-    if not file
+    if not Vesper["replaceFile"](volatileFolder + "save-1.plush", "settings = " + Vesper["jsonEncode"](settings) + "\n")
         tell("The settings could not be kept.")
-        return not
     end
-    file["write"](file, "settings = " + Vesper["jsonEncode"](settings) + "\n")
-    file["close"](file)
 end
