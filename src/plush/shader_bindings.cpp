@@ -110,10 +110,11 @@ Uniforms plushUniformsFromVariable(const Variable& value, std::string_view bindi
     Uniforms uniforms;
     if (value.isNot()) return uniforms;
     if (!value.isTable()) bindingError(bindingName, "uniforms must be a table");
-    const auto sorted = value.table().sortedKeys();
-    for (const Ref<StringObject>& key : sorted->keys) {
-        const std::string& name = key->text();
-        const Variable& number = *value.table().find(name);
+    const TableObject& table = value.table();
+    const auto sorted = table.sortedKeys();
+    for (std::size_t i = 0; i < sorted->keys.size(); ++i) {
+        const std::string& name = sorted->keys[i]->text();
+        const Variable& number = *table.findListed(*sorted, i);
         if (!number.isNumeric()) bindingError(bindingName, "uniform '" + name + "' must be numeric");
         uniforms.emplace(name, static_cast<float>(toDouble(number)));
     }

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -99,6 +101,10 @@ struct UniformSlot {
     Slot slot;
 };
 
+namespace detail {
+struct BatchProgram;
+}
+
 // A compiled shader. Every register of its instructions is below `registerCount`, and jumps go forward.
 struct Program {
     std::string source;
@@ -108,6 +114,10 @@ struct Program {
     std::uint32_t registerCount = 0;
     bool usesPixel = false;      // the result can vary from pixel to pixel
     std::uint8_t writeMask = 0;  // channels that the program can write: bit 0 red, 1 green, 2 blue, 3 alpha
+
+    // What runs in its place on many pixels, once it has been asked for; null when nothing may. Only the
+    // thread that runs programs sets it.
+    mutable std::optional<std::shared_ptr<const detail::BatchProgram>> batches;
 };
 
 std::vector<std::string> uniformNames(const Program& program);

@@ -4,7 +4,8 @@
 #include <array>
 #include <bit>
 #include <cstring>
-#include <optional>
+#include <memory>
+#include <utility>
 
 #include "plush/row_workers.h"
 #include "plush/shader/arithmetic.h"
@@ -60,7 +61,17 @@ void copyScaled(const PixelPass& pass, std::int32_t rows) {
     }
 }
 
-// Smaller pictures are done before a program is lowered.
+// Lowers the program when it is first asked for. Null when batches could change the result.
+const detail::BatchProgram* batchesOf(const Program& program) {
+    if (!program.batches) {
+        auto lowered = detail::lowerToBatches(program);
+        program.batches =
+            lowered ? std::make_shared<const detail::BatchProgram>(std::move(*lowered)) : nullptr;
+    }
+    return program.batches->get();
+}
+
+// Smaller pictures are done before batches are set up.
 constexpr std::int64_t batchedFrom = 256;
 
 Machine chosenMachine = Machine::Fastest;
@@ -68,10 +79,10 @@ Machine chosenMachine = Machine::Fastest;
 void runPass(const PixelPass& pass, std::int32_t rows, const Environment& environment) {
     const std::int64_t pixels = std::int64_t{pass.targetWidth} * rows;
     const std::int32_t workers = workersFor(environment, pass.targetWidth, rows);
-    std::optional<detail::BatchProgram> lowered;
+    const detail::BatchProgram* lowered = nullptr;
     const bool batched =
         chosenMachine == Machine::Fastest ? pixels >= batchedFrom : chosenMachine == Machine::Batched;
-    if (batched && fitsBatches(pass)) lowered = detail::lowerToBatches(pass.program);
+    if (batched && fitsBatches(pass)) lowered = batchesOf(pass.program);
     runRows(rows, workers, [&](std::int32_t first, std::int32_t last) {
         if (lowered)
             detail::BatchMachine(*lowered, pass, detail::batchKernels()).runRows(first, last);
