@@ -1,12 +1,13 @@
-#include <exception>
+#include "support/two_ways.h"
 
-#include "script/vesper_script.h"
-#include "support/capture_host.h"
-
-// Reads an image. It is not run: an endless loop is a sound program.
+// Reads an image and runs what it holds.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     try {
-        kelmora::VesperScript::deserialiseBytecode({data, size}, "fuzz");
+        auto program = kelmora::VesperScript::deserialiseBytecode({data, size}, "fuzz");
+        kelmora::CaptureHost host;
+        kelmora::VesperScript script(host);
+        kelmora::fuzz::confine(script);
+        script.runBytecode(std::move(program));
     } catch (const std::exception&) {
     }
     return 0;

@@ -10,8 +10,14 @@
 
 namespace kelmora::fuzz {
 
-// What a source prints when it runs for a few hundred rounds and calls, with files and the clock out of
-// reach.
+// Leaves a script a few hundred rounds and calls, with files and the clock out of reach.
+inline void confine(VesperScript& script) {
+    for (const char* name : {"io", "os", "loadFile", "runFile", "exportState", "importState", "getTimeMs"})
+        script.pushVariable(name, Variable());
+    script.setStepLimit(300);
+}
+
+// What a confined source prints.
 struct Outcome {
     std::string output;
     bool ranOut = false;
@@ -20,10 +26,8 @@ struct Outcome {
 inline Outcome runSource(const std::string& source, bool fastExpressions) {
     CaptureHost host;
     VesperScript script(host);
-    for (const char* name : {"io", "os", "loadFile", "runFile", "exportState", "importState", "getTimeMs"})
-        script.pushVariable(name, Variable());
+    confine(script);
     script.setFastExpressions(fastExpressions);
-    script.setStepLimit(300);
     try {
         script.runScript(source);
     } catch (const std::exception& error) {

@@ -62,9 +62,7 @@ void VesperScript::assignTarget(const ParsedScriptLine& line, const ParsedAssign
     }
     Variable* existing = resolveTarget(name, assignment.scopeTarget);
     if (!existing) throwVariableNotFound(line, target);
-    const TokenKind operation = compoundOperation(assignment.operation);
-    if (!tryApplyOperationInPlace(*existing, operation, value))
-        *existing = performOperation(*existing, operation, value);
+    updateInPlace(*existing, compoundOperation(assignment.operation), value);
     if (result) *result = *existing;
 }
 
@@ -127,9 +125,7 @@ Variable VesperScript::updateKeyed(const ParsedScriptLine& line, const ParsedAss
     if (!existing || existing->isNot()) throwVariableNotFound(line, target);
     Variable current = *existing;
     for (const Variable& key : keys) current = getIndexedValue(current, key);
-    const TokenKind operation = compoundOperation(assignment.operation);
-    if (!tryApplyOperationInPlace(current, operation, value))
-        current = performOperation(current, operation, value);
+    updateInPlace(current, compoundOperation(assignment.operation), value);
     storeKeyed(name, assignment.scopeTarget, keys, current);
     return current;
 }

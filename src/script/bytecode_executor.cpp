@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "script/indexing.h"
 #include "script/statements.h"
 
 namespace kelmora {
@@ -15,31 +16,6 @@ namespace {
         if (const Variable* found = script.scopes().find(node.name)) return *found;
     }
     return node.refer(script, node, storage);
-}
-
-// The place of an item that the array has.
-Variable* findItem(Variable& container, const Variable& key) {
-    if (!container.isArray() || !key.isInt()) return nullptr;
-    std::vector<Variable>& items = container.items();
-    const auto position = static_cast<std::uint32_t>(key.intValue()) - 1u;
-    return position < items.size() ? &items[position] : nullptr;
-}
-
-void updateInPlace(Variable& target, TokenKind operation, const Variable& value) {
-    if (target.isInt() && value.isInt()) {
-        const auto left = static_cast<std::uint32_t>(target.intValue());
-        const auto right = static_cast<std::uint32_t>(value.intValue());
-        if (operation == TokenKind::Plus) {
-            target = Variable::integer(static_cast<std::int32_t>(left + right));
-            return;
-        }
-        if (operation == TokenKind::Minus) {
-            target = Variable::integer(static_cast<std::int32_t>(left - right));
-            return;
-        }
-    }
-    if (!tryApplyOperationInPlace(target, operation, value))
-        target = performOperation(target, operation, value);
 }
 
 }  // namespace
@@ -79,6 +55,7 @@ inline bool BytecodeExecutor::jumpCameOutOfBody() const {
 }
 
 inline bool BytecodeExecutor::runBody(const PlanBlock& block) {
+    script_.stack_.check();  // the blocks of a damaged image may hold themselves
     const NativeLevelGuard level(script_.scopes_, script_.scopes_.nativeLevel() + 1);
     return enterBlock(block);
 }
@@ -266,12 +243,11 @@ void BytecodeExecutor::assignElement(const PlanStep& step) {
     const Variable& key = refer(script_, *step.key, storage);
     if (aborted()) return;
     Variable* container = script_.scopes_.findMutable(step.name);
-    if (container && container->isTable() && (key.isInt() || key.isString())) {
-        TableObject& table = container->table();
-        table.set(key.isInt() ? TableKey(key.intValue()) : TableKey(key.stringObject()), std::move(value));
+    if (container && container->isTable()) {
+        container->table().set(tableKeyOf(key), std::move(value));
         return;
     }
-    if (Variable* item = container ? findItem(*container, key) : nullptr) {
+    if (Variable* item = container ? findElement(*container, key) : nullptr) {
         *item = std::move(value);
         return;
     }
@@ -286,19 +262,10 @@ void BytecodeExecutor::updateElement(const PlanStep& step) {
     Variable storage;
     const Variable& key = refer(script_, *step.key, storage);
     if (aborted()) return;
-    if (Variable* container = script_.scopes_.findMutable(step.name)) {
-        Variable* element = nullptr;
-        if (container->isTable() && key.isString()) {
-            element = container->table().find(TableKey(key.stringObject()));
-        } else if (container->isTable() && key.isInt()) {
-            element = container->table().find(TableKey(key.intValue()));
-        } else {
-            element = findItem(*container, key);
-        }
-        if (element) {
-            updateInPlace(*element, step.operation, value);
-            return;
-        }
+    const Variable* container = script_.scopes_.find(step.name);
+    if (Variable* element = container ? findElement(*container, key) : nullptr) {
+        updateInPlace(*element, step.operation, value);
+        return;
     }
     const Variable keptKey = key;
     const ParsedAssignment& assignment = *step.line->assignment;

@@ -131,7 +131,7 @@ Variable evaluateNamedCall(VesperScript& script, const FastExprNode& node) {
     const Variable* callee = script.scopes().find(node.leftNode().name);
     if (callee && callee->isFunction() && callee->function().bindsArguments)
         return script.callBinding(callee->function(), node);
-    return script.callNode(callee ? *callee : Variable(), node);
+    return callee ? script.callNode(*callee, node) : script.callNode(Variable(), node);
 }
 
 Variable VesperScript::invokeCallable(const Variable& callee, std::span<const Variable> arguments) {

@@ -45,7 +45,6 @@ void Coroutines::start(const Variable& callable, std::span<const Variable> argum
     auto state = createCoroutineState(callable, arguments);
     if (!inTurn_) {
         scheduled_ = std::move(state);
-        noteState();
         return;
     }
     next_ = std::move(state);
@@ -59,7 +58,6 @@ void Coroutines::kill() {
         next_.reset();
     }
     scheduled_.reset();
-    noteState();
 }
 
 // Advances one coroutine by one plain statement or one loop test.
@@ -335,7 +333,6 @@ void VesperScript::serviceScheduledCoroutineTurn() {
     } else if (stillScheduled && (coroutines_.terminateRequested_ || finished)) {
         coroutines_.scheduled_.reset();
     }
-    coroutines_.noteState();
 }
 
 }  // namespace kelmora

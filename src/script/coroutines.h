@@ -54,13 +54,11 @@ public:
     void start(const Variable& callable, std::span<const Variable> arguments);
     void kill();
 
-    bool wantsTurn() const { return busy_ && scheduled_ && !inTurn_ && !pendingException_; }
+    bool wantsTurn() const { return scheduled_ && !inTurn_ && !pendingException_; }
     // A coroutine is scheduled, or one has failed.
-    bool needAttention() const { return busy_; }
+    bool needAttention() const { return scheduled_ || pendingException_; }
     void rethrowPending() {
-        if (!busy_ || !pendingException_) return;
-        busy_ = scheduled_ != nullptr;
-        std::rethrow_exception(std::exchange(pendingException_, nullptr));
+        if (pendingException_) std::rethrow_exception(std::exchange(pendingException_, nullptr));
     }
 
 private:
@@ -69,8 +67,6 @@ private:
     std::shared_ptr<CoroutineState> scheduled_;
     std::shared_ptr<CoroutineState> next_;
     std::exception_ptr pendingException_;
-    void noteState() { busy_ = scheduled_ || pendingException_; }
-    bool busy_ = false;
     bool inTurn_ = false;
     bool terminateRequested_ = false;
 };

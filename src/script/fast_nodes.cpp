@@ -3,6 +3,7 @@
 
 #include "script/fast_calls.h"
 #include "script/fast_expression.h"
+#include "script/indexing.h"
 #include "script/numbers.h"
 #include "script/operators.h"
 #include "script/table_object.h"
@@ -93,24 +94,6 @@ auto pickOperands(const Node& node, Pick pick) {
 // --- Arithmetic ---
 
 template <TokenKind operation>
-bool applyToIntegers(std::int32_t left, std::int32_t right, std::int32_t& result) {
-    const auto a = static_cast<std::uint32_t>(left);
-    const auto b = static_cast<std::uint32_t>(right);
-    if constexpr (operation == TokenKind::Plus) {
-        result = static_cast<std::int32_t>(a + b);
-    } else if constexpr (operation == TokenKind::Minus) {
-        result = static_cast<std::int32_t>(a - b);
-    } else if constexpr (operation == TokenKind::Multiply) {
-        result = static_cast<std::int32_t>(a * b);
-    } else {
-        // Division by zero and the one quotient that overflows are left to the general operation.
-        if (b + 1 <= 1) return false;
-        result = operation == TokenKind::IntegerDivide ? left / right : left % right;
-    }
-    return true;
-}
-
-template <TokenKind operation>
 constexpr bool appliesToFloats =
     operation == TokenKind::Plus || operation == TokenKind::Minus || operation == TokenKind::Multiply;
 
@@ -133,7 +116,7 @@ struct Arithmetic {
         const Variable& right = rightOperand.value;
         if (left.isInt() && right.isInt()) {
             std::int32_t result = 0;
-            if (applyToIntegers<operation>(left.intValue(), right.intValue(), result))
+            if (applyToIntegers(operation, left.intValue(), right.intValue(), result))
                 return Variable::integer(result);
         }
         if constexpr (appliesToFloats<operation>) {
@@ -142,9 +125,10 @@ struct Arithmetic {
         }
         // A text that was built on the way to a longer one is lengthened where it stands.
         if constexpr (operation == TokenKind::Plus && std::is_same_v<Left, OwnOperand>) {
-            if (left.isString() && !left.stringObject().isShared() &&
-                tryApplyOperationInPlace(leftOperand.value, TokenKind::Plus, right))
+            if (left.isString() && !left.stringObject().isShared()) {
+                appendInPlace(leftOperand.value, right);
                 return std::move(leftOperand.value);
+            }
         }
         return performOperation(left, operation, right);
     }
@@ -318,26 +302,6 @@ bool testOr(VesperScript& script, const Node& node) {
 
 // --- Elements ---
 
-// The element where it stands, or null for what has to be made or refused.
-const Variable* findElement(const Variable& container, const Variable& key) {
-    if (container.isArray() && key.isInt()) {
-        const std::vector<Variable>& items = container.items();
-        const auto position = static_cast<std::uint32_t>(key.intValue()) - 1u;
-        return position < items.size() ? &items[position] : &nilValue;
-    }
-    if (!container.isTable()) return nullptr;
-    const TableObject& table = container.table();
-    const Variable* found = nullptr;
-    if (key.isString()) {
-        found = table.find(TableKey(key.stringObject()));
-    } else if (key.isInt()) {
-        found = table.find(TableKey(key.intValue()));
-    } else {
-        return nullptr;
-    }
-    return found ? found : &nilValue;
-}
-
 struct Element {
     template <typename Left, typename Right>
     static const Variable& refer(VesperScript& script, const Node& node, Variable& storage) {
@@ -375,14 +339,6 @@ Variable evaluateArray(VesperScript& script, const Node& node) {
     return Variable::array(std::move(items));
 }
 
-void setEntry(TableObject& table, const Variable& key, Variable value) {
-    if (key.isString()) {
-        table.set(TableKey(key.stringObject()), std::move(value));
-    } else {
-        table.set(TableKey(keyToString(key)), std::move(value));
-    }
-}
-
 Variable evaluateTable(VesperScript& script, const Node& node) {
     Variable result = Variable::makeTable();
     TableObject& table = result.table();
@@ -399,17 +355,12 @@ Variable evaluateTable(VesperScript& script, const Node& node) {
         const Node& keyNode = entry->leftNode();
         const Variable key = keyNode.evaluate(script, keyNode);
         if (keyNode.mayCall && aborted(script)) return {};
-        if (!key.isString()) keyToString(key);  // a key that is none is refused before the value is made
+        const TableKey tableKey = tableKeyOf(key);  // refused, if it is none, before the value is made
         Variable value = entry->rightNode().evaluate(script, entry->rightNode());
         if (aborted(script)) return {};
-        setEntry(table, key, std::move(value));
+        table.set(tableKey, std::move(value));
     }
     return result;
-}
-
-// Entries are read by their table; they have no value of their own.
-Variable evaluateEntry(VesperScript&, const Node&) {
-    return {};
 }
 
 }  // namespace
@@ -473,8 +424,7 @@ void chooseNodeCode(FastExprNode& node) {
         case Kind::Table:
             node.evaluate = evaluateTable;
             break;
-        case Kind::KeyEntry:
-            node.evaluate = evaluateEntry;
+        case Kind::KeyEntry:  // read by its table
             break;
         case Kind::Varargs:
             node.evaluate = evaluateVarargs;

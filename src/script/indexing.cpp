@@ -1,8 +1,8 @@
+#include "script/indexing.h"
+
 #include <stdexcept>
 
 #include "script/numbers.h"
-#include "script/operators.h"
-#include "script/table_object.h"
 #include "script/vesper_script.h"
 
 namespace kelmora {
@@ -10,12 +10,6 @@ namespace {
 
 // An array grown by one far-off index must not take the memory of the machine.
 constexpr std::int64_t maximumArrayLength = std::int64_t{1} << 26;
-
-TableKey tableKeyOf(const Variable& key) {
-    if (key.isInt()) return TableKey(key.intValue());
-    if (key.isString()) return TableKey(key.stringObject());
-    return TableKey(keyToString(key));
-}
 
 // The function of the global string table, with the string bound as its first argument.
 Variable stringMethod(VesperScript& script, const Variable& subject, const Variable& name) {

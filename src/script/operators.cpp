@@ -232,32 +232,12 @@ Variable performOperation(const Variable& left, TokenKind operation, const Varia
     }
 }
 
-bool tryApplyOperationInPlace(Variable& target, TokenKind operation, const Variable& value) {
-    if (target.isString() && operation == TokenKind::Plus) {
-        // Text first: the value may be the target itself.
-        if (value.isString() && value.identity() == target.identity()) {
-            const std::string text = value.text();
-            appendText(target.editableText(), text);
-        } else {
-            appendText(target.editableText(), TextOf(value).view());
-        }
-        return true;
-    }
-    if (!target.isInt() || !value.isInt()) return false;
-    const std::uint32_t left = bitsOf(target);
-    const std::uint32_t right = bitsOf(value);
-    switch (operation) {
-        case TokenKind::Plus:
-            target = wrapped(left + right);
-            return true;
-        case TokenKind::Minus:
-            target = wrapped(left - right);
-            return true;
-        case TokenKind::Multiply:
-            target = wrapped(left * right);
-            return true;
-        default:
-            return false;
+void appendInPlace(Variable& target, const Variable& value) {
+    if (value.isString() && value.identity() == target.identity()) {
+        const std::string text = value.text();
+        appendText(target.editableText(), text);
+    } else {
+        appendText(target.editableText(), TextOf(value).view());
     }
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "script/integer_operations.h"
 #include "script/token.h"
 #include "script/variable.h"
 
@@ -16,9 +17,24 @@ int compareVariables(const Variable& a, const Variable& b);
 
 // An arithmetic, comparing or hyper operator on two values; not `and` and `or`.
 Variable performOperation(const Variable& left, TokenKind operation, const Variable& right);
-// Does `target = target operation value` in place for numbers and string appends. False when nothing
+// Lengthens a string that `target` holds by the value's text.
+void appendInPlace(Variable& target, const Variable& value);
+// Does `target = target operation value` in place for integers and string appends. False when nothing
 // was done and the general way has to be taken.
-bool tryApplyOperationInPlace(Variable& target, TokenKind operation, const Variable& value);
+inline bool tryApplyOperationInPlace(Variable& target, TokenKind operation, const Variable& value) {
+    if (std::int32_t result = 0; target.isInt() && value.isInt() &&
+                                 applyToIntegers(operation, target.intValue(), value.intValue(), result)) {
+        target = Variable::integer(result);
+        return true;
+    }
+    if (!target.isString() || operation != TokenKind::Plus) return false;
+    appendInPlace(target, value);
+    return true;
+}
+inline void updateInPlace(Variable& target, TokenKind operation, const Variable& value) {
+    if (!tryApplyOperationInPlace(target, operation, value))
+        target = performOperation(target, operation, value);
+}
 
 // The text that a table knows the key by. Raises for keys that are no string, number or bool.
 std::string keyToString(const Variable& key);

@@ -94,11 +94,11 @@ private:
         bool first = true;
         const TableObject& table = value.table();
         const auto sorted = table.sortedKeys();
-        for (const Ref<StringObject>& key : sorted->keys) {
+        for (std::size_t i = 0; i < sorted->keys.size(); ++i) {
             if (!std::exchange(first, false)) text_ += ", ";
-            text_ += key->text();
+            text_ += sorted->keys[i]->text();
             text_ += ": ";
-            append(*table.find(TableKey(*key)));
+            append(*table.findListed(*sorted, i));
         }
         text_ += '}';
         path_.pop_back();

@@ -266,6 +266,14 @@ TEST(BytecodeImage, IndicesPastTheirTablesHaveTheirWords) {
               "Bytecode function-declaration index out of range");
     EXPECT_EQ(failureOf({Opcode::Nest, past, 0}), "Bytecode nest-block index out of range");
 
+    // A block that is its own body: what stops it is the end of the native stack.
+    BytecodeProgram endless;
+    endless.ifGroups.push_back({{0, 0, true}});
+    endless.instructions.push_back({Opcode::If, 0, 0});
+    endless.chunks.push_back({0, 1, false, true});
+    CaptureHost endlessHost;
+    EXPECT_THROW(VesperScript(endlessHost).runBytecode(endless), std::runtime_error);
+
     BytecodeProgram program = sampleProgram();
     program.chunks[0].instructionCount = past;
     CaptureHost host;

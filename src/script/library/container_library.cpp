@@ -73,8 +73,8 @@ Variable values(VesperScript&, Arguments arguments) {
     if (arguments[0].isArray()) return Variable::array(arguments[0].items());
     const TableObject& table = arguments[0].table();
     std::vector<Variable> found;
-    for (const Ref<StringObject>& key : table.sortedKeys()->keys)
-        found.push_back(*table.find(TableKey(*key)));
+    const auto sorted = table.sortedKeys();
+    for (std::size_t i = 0; i < sorted->keys.size(); ++i) found.push_back(*table.findListed(*sorted, i));
     return Variable::array(std::move(found));
 }
 
@@ -98,7 +98,7 @@ Variable pairs(VesperScript&, Arguments arguments) {
     const auto sorted = table.sortedKeys();
     std::vector<Variable> list;
     for (std::size_t i = 0; i < sorted->keys.size(); ++i)
-        list.push_back(pairOf(sorted->keyValues[i], *table.find(TableKey(*sorted->keys[i]))));
+        list.push_back(pairOf(sorted->keyValues[i], *table.findListed(*sorted, i)));
     return Variable::array(std::move(list));
 }
 
@@ -126,7 +126,7 @@ Variable next(VesperScript&, Arguments arguments) {
     const auto sorted = table.sortedKeys();
     const std::size_t at = key ? sorted->find(keyToString(*key)) + 1 : 0;
     if (at >= sorted->keys.size()) return {};
-    return Variable::makeMulti({sorted->keyValues[at], *table.find(TableKey(*sorted->keys[at]))});
+    return Variable::makeMulti({sorted->keyValues[at], *table.findListed(*sorted, at)});
 }
 
 Variable select(VesperScript&, Arguments arguments) {
