@@ -40,7 +40,7 @@ public:
 
     void header(std::size_t imageBytes) {
         out_ << "version " << program_.version << ", " << imageBytes << " bytes\n"
-             << "source path \"" << program_.sourcePath << "\", directory \"" << program_.sourceDirectory
+             << "source path \"" << program_.source.path << "\", directory \"" << program_.source.directory
              << "\"\n";
         count("lines", program_.lines.size());
         count("instructions", program_.instructions.size());

@@ -24,16 +24,12 @@ public:
     // Adds what `make` returns, without moving it where there is room.
     template <typename Make>
     void emplace(Make&& make) {
-        if (overflow_.empty() && inlineCount_ < inlineCapacity) {
+        if (inlineCount_ < inlineCapacity) {
             new (inlineItems() + inlineCount_) Variable(make());
             ++inlineCount_;
-            return;
+        } else {
+            overflow(make());
         }
-        if (overflow_.empty()) {
-            overflow_.assign(std::make_move_iterator(inlineItems()),
-                             std::make_move_iterator(inlineItems() + inlineCount_));
-        }
-        overflow_.push_back(make());
     }
     std::span<const Variable> span() const {
         if (!overflow_.empty()) return overflow_;
@@ -42,6 +38,14 @@ public:
 
 private:
     static constexpr std::size_t inlineCapacity = 8;
+
+    [[gnu::noinline]] void overflow(Variable value) {
+        if (overflow_.empty()) {
+            overflow_.assign(std::make_move_iterator(inlineItems()),
+                             std::make_move_iterator(inlineItems() + inlineCount_));
+        }
+        overflow_.push_back(std::move(value));
+    }
 
     Variable* inlineItems() { return std::launder(reinterpret_cast<Variable*>(storage_)); }
 

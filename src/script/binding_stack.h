@@ -39,9 +39,18 @@ public:
         std::construct_at(&slot.value, std::move(value));  // the slot is empty, so nothing is lost
         ++size_;
     }
-    void drop() {
-        --size_;
-        (*this)[size_].value = Variable();
+    // Drops from the top down to this size what `leave` has seen.
+    template <typename Leave>
+    [[gnu::always_inline]] void dropTo(BindingIndex size, Leave leave) {
+        if (size_ <= size) return;
+        const BoundVariable* const bottom = &(*this)[size];
+        BoundVariable* slot = &(*this)[size_];
+        size_ = size;
+        do {
+            --slot;
+            leave(*slot);
+            const Variable old(std::move(slot->value));
+        } while (slot != bottom);
     }
     void swap(BindingStack& other) noexcept {
         slots_.swap(other.slots_);

@@ -157,8 +157,7 @@ private:
         const std::uint32_t end = requireEnd(opener, "Missing 'end' for function block");
         const Variable function = script_.makeDeclaredCallable(opener);
         ScriptCallable& callable = function.function();
-        callable.sourceDirectory = script_.context_.directory();
-        callable.sourcePath = script_.context_.path();
+        callable.source = script_.context_.file();
         const std::span body = std::span(lines_).subspan(index_ + 1, end - index_ - 1);
         callable.body.assign(body.begin(), body.end());
         prepareParsedLines(callable.body);

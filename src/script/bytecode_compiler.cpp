@@ -150,7 +150,7 @@ private:
         const std::uint32_t end = requireEnd(at, "Missing 'end' for function block");
         const std::uint32_t body = compileBytecodeChunk(at + 1, end, true);
         emit(out, Opcode::DeclareFunction, program_.functionDeclarations,
-             {at, body, at + 1, end, program_.sourceDirectory, program_.sourcePath});
+             {at, body, at + 1, end, program_.source});
         return end + 1;
     }
 

@@ -8,14 +8,17 @@
 namespace kelmora {
 namespace {
 
-// What the node's own code does, with its two commonest kinds in place.
+// The value of the two commonest kinds of node, where it stands; null for what takes longer.
+[[gnu::always_inline]] inline const Variable* findLeaf(VesperScript& script, const FastExprNode& node) {
+    if (node.kind == FastExprNodeKind::Constant) return &node.constant;
+    return node.kind == FastExprNodeKind::Variable ? script.scopes().findQuickly(node.name) : nullptr;
+}
+
+// What the node's own code does.
 [[gnu::always_inline]] inline const Variable& refer(VesperScript& script, const FastExprNode& node,
                                                     Variable& storage) {
-    if (node.kind == FastExprNodeKind::Constant) return node.constant;
-    if (node.kind == FastExprNodeKind::Variable) {
-        if (const Variable* found = script.scopes().find(node.name)) return *found;
-    }
-    return node.refer(script, node, storage);
+    const Variable* leaf = findLeaf(script, node);
+    return leaf ? *leaf : node.refer(script, node, storage);
 }
 
 }  // namespace
@@ -55,8 +58,9 @@ inline bool BytecodeExecutor::jumpCameOutOfBody() const {
 }
 
 inline bool BytecodeExecutor::runBody(const PlanBlock& block) {
-    script_.stack_.check();  // the blocks of a damaged image may hold themselves
     const NativeLevelGuard level(script_.scopes_, script_.scopes_.nativeLevel() + 1);
+    if (block.isReturn && !script_.needsAttention()) return runReturn(block.steps[0]);
+    script_.stack_.check();  // the blocks of a damaged image may hold themselves
     return enterBlock(block);
 }
 
@@ -108,6 +112,9 @@ inline bool BytecodeExecutor::execute(const PlanStep& step) {
         case StepKind::AssignLocal:
             assignName(step, true);
             return false;
+        case StepKind::AssignNames:
+            assignNames(step);
+            return false;
         case StepKind::UpdateName:
             updateName(step);
             return false;
@@ -156,39 +163,41 @@ inline bool BytecodeExecutor::execute(const PlanStep& step) {
 }
 
 bool BytecodeExecutor::walkSteps(const PlanBlock& block, std::uint32_t start) {
-    for (std::uint32_t at = start;;) {
+    const PlanStep* const end = block.steps + block.stepCount;
+    for (const PlanStep* step = block.steps + start;;) {
         if (script_.needsAttention()) {
-            if (script_.labels_.jumpPending() && !handleJump(block, at)) return true;
-            if (at >= block.stepCount) return false;
+            if (script_.labels_.jumpPending() && !(step = handleJump(block))) return true;
+            if (step == end) return false;
             script_.rethrowPendingCoroutineException();
             if (aborted()) return true;
         }
-        if (at >= block.stepCount) return false;
-        if (execute(block.steps[at])) {
+        if (step == end) return false;
+        if (execute(*step)) {
             if (!jumpCameOutOfBody()) return true;
             signal_.kind = BlockSignal::Kind::Normal;
             continue;
         }
         script_.serviceCoroutines();
-        ++at;
+        ++step;
     }
 }
 
-// With a jump on its way: moves inside this block, or gives false to leave it.
-bool BytecodeExecutor::handleJump(const PlanBlock& block, std::uint32_t& at) {
+// With a jump on its way: the step of this block to go on with, or null to leave the block.
+const PlanStep* BytecodeExecutor::handleJump(const PlanBlock& block) {
     script_.countStep();
     const std::string label = script_.labels_.jumpLabel();
-    if (Labels::findInChunk(program_, block.chunk, label, at)) {
+    std::uint32_t instruction = 0;
+    if (Labels::findInChunk(program_, block.chunk, label, instruction)) {
         script_.labels_.clearJump();
-        return true;
+        return block.steps + instruction;
     }
     if (ancestorHasLabel(label)) {
         signal_.kind = BlockSignal::Kind::Jump;
-        return false;
+        return nullptr;
     }
     script_.labels_.clearJump();
     if (!executeRegisteredJumpTarget(label)) throw std::runtime_error("jumpTo target not found: " + label);
-    return false;
+    return nullptr;
 }
 
 bool BytecodeExecutor::ancestorHasLabel(const std::string& label) const {
@@ -204,8 +213,7 @@ bool BytecodeExecutor::executeRegisteredJumpTarget(const std::string& label) {
     BlockSignal signal;
     {
         const SourceLineGuard line(script_.context_);
-        const SourceFileGuard source(script_.context_, target.program->sourceDirectory,
-                                     target.program->sourcePath);
+        const SourceFileGuard source(script_.context_, target.program->source);
         const NativeLevelGuard level(script_.scopes_, target.nativeLevel);
         BytecodeExecutor(script_, *target.program, signal)
             .resumeBlock(blockOf(script_, *target.program, target.chunk), target.instruction);
@@ -227,9 +235,33 @@ void BytecodeExecutor::assignName(const PlanStep& step, bool isLocal) {
     }
 }
 
+// A multi value is dealt out among the names.
+void BytecodeExecutor::assignNames(const PlanStep& step) {
+    enterLine(step);
+    const Variable value = step.value->evaluate(script_, *step.value);
+    if (aborted()) return;
+    const std::span<const Variable> dealt = value.isMulti() ? value.values() : std::span(&value, 1);
+    const ParsedAssignment& assignment = *step.line->assignment;
+    const bool isLocal = assignment.scopeTarget == ScopeTarget::Local;
+    for (std::size_t i = 0; i < assignment.targets.size(); ++i) {
+        const NameId name = step.line->analysis[assignment.targets[i].tokenIndex].name;
+        Variable part = i < dealt.size() ? dealt[i] : Variable();
+        if (isLocal) {
+            script_.scopes_.setLocal(name, std::move(part));
+        } else {
+            script_.scopes_.assignDefault(name, std::move(part));
+        }
+    }
+}
+
 void BytecodeExecutor::updateName(const PlanStep& step) {
-    Variable storage;
-    const Variable& value = referToValue(step, storage);
+    const Variable* value = findLeaf(script_, *step.value);
+    Variable* target = value ? script_.scopes_.findQuicklyMutable(step.name) : nullptr;
+    if (!target || !updateInteger(*target, step.operation, *value)) updateAnyName(step);
+}
+
+void BytecodeExecutor::updateAnyName(const PlanStep& step) {
+    const Variable value = evaluateValue(step);
     if (aborted()) return;
     Variable* target = script_.scopes_.findMutable(step.name);
     if (!target) script_.throwVariableNotFound(*step.line, step.line->assignment->targets[0]);
@@ -237,18 +269,28 @@ void BytecodeExecutor::updateName(const PlanStep& step) {
 }
 
 void BytecodeExecutor::assignElement(const PlanStep& step) {
-    Variable value = evaluateValue(step);
+    const Variable* value = findLeaf(script_, *step.value);
+    const Variable* key = value ? findLeaf(script_, *step.key) : nullptr;
+    const Variable* container = key ? script_.scopes_.findQuickly(step.name) : nullptr;
+    Variable* element = container ? findElementMutable(*container, *key) : nullptr;
+    if (!element || !element->assignPlain(*value)) assignAnyElement(step);
+}
+
+void BytecodeExecutor::assignAnyElement(const PlanStep& step) {
+    Variable valueStorage;
+    if (step.key->mayCall) valueStorage = evaluateValue(step);
+    const Variable& value = step.key->mayCall ? valueStorage : referToValue(step, valueStorage);
     if (aborted()) return;
-    Variable storage;
-    const Variable& key = refer(script_, *step.key, storage);
+    Variable keyStorage;
+    const Variable& key = refer(script_, *step.key, keyStorage);
     if (aborted()) return;
     Variable* container = script_.scopes_.findMutable(step.name);
     if (container && container->isTable()) {
-        container->table().set(tableKeyOf(key), std::move(value));
+        container->table().set(tableKeyOf(key), value);
         return;
     }
-    if (Variable* item = container ? findElement(*container, key) : nullptr) {
-        *item = std::move(value);
+    if (Variable* item = container ? findElementMutable(*container, key) : nullptr) {
+        *item = value;
         return;
     }
     const Variable keptKey = key;
@@ -263,7 +305,7 @@ void BytecodeExecutor::updateElement(const PlanStep& step) {
     const Variable& key = refer(script_, *step.key, storage);
     if (aborted()) return;
     const Variable* container = script_.scopes_.find(step.name);
-    if (Variable* element = container ? findElement(*container, key) : nullptr) {
+    if (Variable* element = container ? findElementMutable(*container, key) : nullptr) {
         updateInPlace(*element, step.operation, value);
         return;
     }
@@ -274,7 +316,7 @@ void BytecodeExecutor::updateElement(const PlanStep& step) {
 
 // --- Blocks ---
 
-bool BytecodeExecutor::runRound(const PlanBlock& block) {
+inline bool BytecodeExecutor::runRound(const PlanBlock& block) {
     script_.countStep();
     runBody(block);
     if (signal_.isNormal() && !script_.needsAttention()) return true;
@@ -322,8 +364,7 @@ void BytecodeExecutor::declareFunction(const PlanStep& step) {
     ScriptCallable& callable = function.function();
     callable.setProgram(program_.shared_from_this(), step.declaration->bodyChunk);
     callable.entry = &blockOf(script_, program_, callable.chunkIndex);
-    callable.sourceDirectory = step.declaration->sourceDirectory;
-    callable.sourcePath = step.declaration->sourcePath;
+    callable.source = step.declaration->source;
     script_.labels_.registerCallable(callable);
     script_.bindFunction(*step.line, function);
 }

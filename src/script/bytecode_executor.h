@@ -36,15 +36,18 @@ private:
 
     bool runBlock(const PlanBlock& block, bool useLocalScope, std::uint32_t start);
     bool walkSteps(const PlanBlock& block, std::uint32_t start);
-    bool handleJump(const PlanBlock& block, std::uint32_t& at);
+    const PlanStep* handleJump(const PlanBlock& block);
     [[gnu::always_inline]] inline bool jumpCameOutOfBody() const;
     bool ancestorHasLabel(const std::string& label) const;
     bool executeRegisteredJumpTarget(const std::string& label);
 
     [[gnu::always_inline]] inline bool execute(const PlanStep& step);
     void assignName(const PlanStep& step, bool isLocal);
+    void assignNames(const PlanStep& step);
     void updateName(const PlanStep& step);
+    [[gnu::noinline]] void updateAnyName(const PlanStep& step);
     void assignElement(const PlanStep& step);
+    [[gnu::noinline]] void assignAnyElement(const PlanStep& step);
     void updateElement(const PlanStep& step);
     [[gnu::always_inline]] inline Variable evaluateValue(const PlanStep& step);
     // The value where it stands, or in the storage.
@@ -62,7 +65,7 @@ private:
     // Runs a block's body one native level deeper than its opener.
     [[gnu::always_inline]] inline bool runBody(const PlanBlock& block);
     // A round of a loop: true to go on with the next one.
-    bool runRound(const PlanBlock& block);
+    [[gnu::always_inline]] inline bool runRound(const PlanBlock& block);
     bool loopEnded() const { return !signal_.isNormal() || script_.labels_.jumpPending(); }
 
     VesperScript& script_;

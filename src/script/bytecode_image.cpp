@@ -21,8 +21,8 @@ public:
     std::vector<unsigned char> write(const BytecodeProgram& program) {
         for (const char c : imageMagic) u8(static_cast<std::uint8_t>(c));
         u16(std::max(bytecodeVersion, program.version));
-        string(program.sourceDirectory);
-        string(program.sourcePath);
+        string(program.source.directory);
+        string(program.source.path);
         table(program.lines, [this](const ParsedScriptLine& line) {
             string(line.text);
             u32(line.lineNumber + 1);
@@ -61,8 +61,8 @@ public:
             u32(function.bodyChunk);
             u32(function.firstBodyLine);
             u32(function.endLine);
-            string(function.sourceDirectory);
-            string(function.sourcePath);
+            string(function.source.directory);
+            string(function.source.path);
         });
         return std::move(bytes_);
     }
@@ -135,8 +135,8 @@ public:
                   function.bodyChunk = u32();
                   function.firstBodyLine = u32();
                   function.endLine = u32();
-                  function.sourceDirectory = string();
-                  if (hasSourcePath()) function.sourcePath = string();
+                  function.source.directory = string();
+                  if (hasSourcePath()) function.source.path = string();
               });
         return std::move(program_);
     }
@@ -188,8 +188,8 @@ private:
         if (!reader_.readU16(program_.version)) truncated();
         if (!isKnownVersion(program_.version))
             throw std::runtime_error("Unsupported bytecode version: " + std::to_string(program_.version));
-        program_.sourceDirectory = string();
-        if (hasSourcePath()) program_.sourcePath = string();
+        program_.source.directory = string();
+        if (hasSourcePath()) program_.source.path = string();
     }
     void readLine(ParsedScriptLine& line) {
         line.text = string();

@@ -7,6 +7,7 @@
 
 #include "script/parsed_line.h"
 #include "script/run_plan.h"
+#include "script/source_file.h"
 
 namespace kelmora {
 
@@ -63,15 +64,13 @@ struct FunctionDeclaration {
     std::uint32_t bodyChunk = 0;
     std::uint32_t firstBodyLine = 0;
     std::uint32_t endLine = 0;
-    std::string sourceDirectory;
-    std::string sourcePath;
+    SourceFile source;
 };
 
 // A compiled source: its lines, and tables that say how they nest. Chunk 0 is the whole source.
 struct BytecodeProgram : std::enable_shared_from_this<BytecodeProgram> {
     std::uint16_t version = bytecodeVersion;
-    std::string sourceDirectory;
-    std::string sourcePath;
+    SourceFile source;
     std::vector<ParsedScriptLine> lines;
     std::vector<BytecodeInstruction> instructions;
     std::vector<BytecodeChunk> chunks;

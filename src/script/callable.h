@@ -12,6 +12,7 @@
 #include "script/builtin_ids.h"
 #include "script/names.h"
 #include "script/parsed_line.h"
+#include "script/source_file.h"
 #include "script/variable.h"
 
 namespace kelmora {
@@ -52,8 +53,7 @@ struct ScriptCallable : RefCounted {
     }
     const PlanBlock* entry = nullptr;  // of the chunk; set with the program for functions that bind arguments
     std::vector<ParsedScriptLine> body;
-    std::string sourceDirectory;
-    std::string sourcePath;
+    SourceFile source;
 
     // What dies with this function: its labels and shaders compiled from it watch for that.
     std::weak_ptr<const bool> lifetime() {

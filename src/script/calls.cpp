@@ -9,50 +9,38 @@
 
 namespace kelmora {
 
-// What a call of a script function changes in the interpreter, undone on every way out. The arguments are
-// bound already.
+// A call of a script function, from the moment its arguments are made: undoes on every way out what the call
+// changes in the interpreter.
 class CallFrame {
 public:
-    CallFrame(VesperScript& script, const ScriptCallable& callable)
-        : script_(script),
-          line_(script.context_.line()),
-          file_(script.context_.file()),
-          view_(script.scopes_.enterCall(callable.nativeScopeIndex)) {
-        if (!callable.sourceDirectory.empty() || !callable.sourcePath.empty())
-            script.context_.setFile({&callable.sourceDirectory, &callable.sourcePath});
+    explicit CallFrame(VesperScript& script) : script_(script) {
+        script.callRecords_.push({script.context_.line(), &script.context_.file(),
+                                  script.scopes_.callerView(), script.scopes_.openCallScope()});
     }
     CallFrame(const CallFrame&) = delete;
     CallFrame& operator=(const CallFrame&) = delete;
     ~CallFrame() {
-        script_.scopes_.leaveCall(view_);
-        script_.context_.setFile(file_);
-        script_.context_.restoreLine(line_);
+        const VesperScript::CallRecord& record = script_.callRecords_.back();
+        script_.context_.restoreLine(record.line);
+        script_.context_.setFile(*record.file);
+        script_.scopes_.leaveCall(record.view);
+        script_.scopes_.popCallScope(record.arguments);
+        script_.callRecords_.drop();
+    }
+
+    // Once the arguments are there.
+    [[gnu::always_inline]] void enter(const ScriptCallable& callable) {
+        script_.scopes_.nameArguments(script_.callRecords_.back().arguments, callable.parameters);
+        script_.scopes_.enterCall(callable.nativeScopeIndex);
+        if (callable.source.isKnown()) script_.context_.setFile(callable.source);
+    }
+    void enter(const ScriptCallable& callable, std::span<const Variable> arguments) {
+        for (const Variable& argument : arguments) script_.scopes_.addArgument(Variable(argument));
+        enter(callable);
     }
 
 private:
     VesperScript& script_;
-    const ParsedScriptLine* line_;
-    SourceContext::File file_;
-    Scopes::CallerView view_;
-};
-
-// The scope with a call's parameters.
-class ArgumentScope {
-public:
-    explicit ArgumentScope(Scopes& scopes) : scopes_(scopes), scope_(scopes.openCallScope()) {}
-    ArgumentScope(Scopes& scopes, const ScriptCallable& callable, std::span<const Variable> arguments)
-        : scopes_(scopes), scope_(scopes.pushCallScope(callable.parameters, arguments)) {}
-    ArgumentScope(const ArgumentScope&) = delete;
-    ArgumentScope& operator=(const ArgumentScope&) = delete;
-    ~ArgumentScope() { scopes_.popCallScope(scope_); }
-
-    [[gnu::always_inline]] void nameAll(const ScriptCallable& callable) {
-        scopes_.nameArguments(scope_, callable.parameters);
-    }
-
-private:
-    Scopes& scopes_;
-    CallScope scope_;
 };
 
 // What `...` stands for in a variadic call.
@@ -76,37 +64,39 @@ private:
     bool isVariadic_;
 };
 
+inline Variable VesperScript::runLibrary(LibraryFunction body, std::span<const Variable> arguments) {
+    const DepthGuard depth(callDepth_);
+    stack_.check();
+    Variable result = body(*this, arguments);
+    if (shouldAbortForSoftRaisedError()) return {};
+    return result;
+}
+
 inline Variable VesperScript::runProgramBody(const ScriptCallable& callable) {
     countStep();
     BlockSignal signal;
-    {
-        const CallFrame frame(*this, callable);
-        const PlanBlock& body =
-            callable.entry ? *callable.entry
-                           : BytecodeExecutor::blockOf(*this, *callable.program, callable.chunkIndex);
-        BytecodeExecutor(*this, *callable.program, signal).enterBlock(body);
-        rethrowPendingCoroutineException();
-    }
+    const PlanBlock& body = callable.entry
+                                ? *callable.entry
+                                : BytecodeExecutor::blockOf(*this, *callable.program, callable.chunkIndex);
+    BytecodeExecutor(*this, *callable.program, signal).enterBlock(body);
+    rethrowPendingCoroutineException();
     if (signal.kind == BlockSignal::Kind::Return && !needsAttention()) return std::move(signal.value);
     return finishCall(signal, Variable());
 }
 
-Variable VesperScript::callNode(const Variable& callee, const FastExprNode& node) {
-    if (callee.isFunction() && callee.function().bindsArguments) return callBinding(callee.function(), node);
-    const Variable kept = callee;  // an argument may overwrite the name that held it
-    ArgumentList arguments;
+// False when a soft error has ended the evaluation.
+inline bool VesperScript::evaluateArguments(const FastExprNode& node, ArgumentList& arguments) {
     const FastExprNode* argument = &node.rightNode();
     for (std::uint32_t i = 0; i < node.count; ++i, argument = &argument->nextNode()) {
         arguments.emplace([&] { return argument->evaluate(*this, *argument); });
-        if (argument->mayCall && shouldAbortForSoftRaisedError()) return {};
+        if (argument->mayCall && shouldAbortForSoftRaisedError()) return false;
     }
-    if (kept.isFunction() && kept.function().library) return invokeLibrary(kept.function(), arguments.span());
-    return invokeCallable(kept, arguments.span());
+    return true;
 }
 
-inline Variable VesperScript::callBinding(ScriptCallable& callable, const FastExprNode& node) {
+Variable VesperScript::callBinding(ScriptCallable& callable, const FastExprNode& node) {
     const Ref<ScriptCallable> kept(&callable);  // an argument or the call may overwrite its name
-    ArgumentScope scope(scopes_);
+    CallFrame frame(*this);
     const FastExprNode* argument = &node.rightNode();
     for (std::uint32_t i = 0; i < node.count; ++i, argument = &argument->nextNode()) {
         scopes_.addArgument(argument->evaluate(*this, *argument));
@@ -114,11 +104,30 @@ inline Variable VesperScript::callBinding(ScriptCallable& callable, const FastEx
     }
     const DepthGuard depth(callDepth_);
     stack_.check();
-    scope.nameAll(callable);
+    frame.enter(callable);
     return runProgramBody(callable);
 }
 
-// The code of a Call node: callee, arguments from left to right, then the call.
+Variable VesperScript::callLibrary(LibraryFunction body, const FastExprNode& node) {
+    ArgumentList arguments;
+    return evaluateArguments(node, arguments) ? runLibrary(body, arguments.span()) : Variable();
+}
+
+Variable VesperScript::callAny(const Variable& callee, const FastExprNode& node) {
+    const Variable kept = callee;  // an argument may overwrite the name that held it
+    ArgumentList arguments;
+    return evaluateArguments(node, arguments) ? invokeCallable(kept, arguments.span()) : Variable();
+}
+
+inline Variable VesperScript::callNode(const Variable& callee, const FastExprNode& node) {
+    if (callee.isFunction()) {
+        ScriptCallable& callable = callee.function();
+        if (callable.bindsArguments) return callBinding(callable, node);
+        if (callable.library) return callLibrary(callable.library, node);
+    }
+    return callAny(callee, node);
+}
+
 Variable evaluateCall(VesperScript& script, const FastExprNode& node) {
     const FastExprNode& calleeNode = node.leftNode();
     Variable storage;
@@ -128,15 +137,15 @@ Variable evaluateCall(VesperScript& script, const FastExprNode& node) {
 }
 
 Variable evaluateNamedCall(VesperScript& script, const FastExprNode& node) {
-    const Variable* callee = script.scopes().find(node.leftNode().name);
-    if (callee && callee->isFunction() && callee->function().bindsArguments)
-        return script.callBinding(callee->function(), node);
-    return callee ? script.callNode(*callee, node) : script.callNode(Variable(), node);
+    const FastExprNode& calleeNode = node.leftNode();
+    const Variable* callee = script.scopes().findQuickly(calleeNode.name);
+    return callee ? script.callNode(*callee, node) : evaluateCall(script, node);
 }
 
 Variable VesperScript::invokeCallable(const Variable& callee, std::span<const Variable> arguments) {
     if (callDepth_ == 0 && programDepth_ == 0) stack_.markBase();
-    if (callee.isFunction() && callee.function().library) return invokeLibrary(callee.function(), arguments);
+    if (callee.isFunction() && callee.function().library)
+        return runLibrary(callee.function().library, arguments);
     const DepthGuard depth(callDepth_);
     stack_.check();
     if (!callee.isFunction())
@@ -145,6 +154,7 @@ Variable VesperScript::invokeCallable(const Variable& callee, std::span<const Va
     const Variable kept = callee;  // the name that held it may be overwritten by the call
     ScriptCallable& callable = kept.function();
     if (callable.isDecay) {
+        mayNeedAttention_ = true;
         coroutines_.start(kept, arguments);
         return {};
     }
@@ -153,14 +163,6 @@ Variable VesperScript::invokeCallable(const Variable& callee, std::span<const Va
         return shouldAbortForSoftRaisedError() ? Variable() : result;
     }
     return callable.program ? invokeProgram(callable, arguments) : invokeBody(callable, arguments);
-}
-
-Variable VesperScript::invokeLibrary(const ScriptCallable& callable, std::span<const Variable> arguments) {
-    const DepthGuard depth(callDepth_);
-    stack_.check();
-    Variable result = callable.library(*this, arguments);
-    if (shouldAbortForSoftRaisedError()) return {};
-    return result;
 }
 
 Variable VesperScript::invokeProgram(ScriptCallable& callable, std::span<const Variable> arguments) {
@@ -174,9 +176,13 @@ Variable VesperScript::invokeProgram(ScriptCallable& callable, std::span<const V
         }
         chunkDepth.emplace(chunkDepth_);
     }
-    const ArgumentScope scope(scopes_, callable, arguments);
-    const VarargsEntry varargs(varargs_, callable, arguments);
-    Variable result = runProgramBody(callable);
+    Variable result;
+    {
+        CallFrame frame(*this);
+        const VarargsEntry varargs(varargs_, callable, arguments);
+        frame.enter(callable, arguments);
+        result = runProgramBody(callable);
+    }
     if (chunkDepth && chunkDepth_ == 1) scopes_.commitExternals();
     return result;
 }
@@ -185,9 +191,9 @@ Variable VesperScript::invokeBody(ScriptCallable& callable, std::span<const Vari
     BlockSignal signal;
     Variable value;
     {
-        const ArgumentScope scope(scopes_, callable, arguments);
+        CallFrame frame(*this);
         const VarargsEntry varargs(varargs_, callable, arguments);
-        const CallFrame frame(*this, callable);
+        frame.enter(callable, arguments);
         std::uint32_t index = 0;
         value = executeParsedBlock(callable.body, index, signal);
         rethrowPendingCoroutineException();

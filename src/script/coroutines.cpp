@@ -211,7 +211,7 @@ private:
         } else {
             readIterator(opener, loop);
         }
-        loop.variables = script_.scopes_.pushCallScope(opener.forHeader->names, {});
+        loop.variables = script_.scopes_.pushCallScope(opener.forHeader->names);
         state_.frames.push_back(std::move(loop));
     }
     void readIterator(const ParsedScriptLine& opener, CoroutineFrame& loop) {
@@ -313,10 +313,11 @@ void VesperScript::serviceScheduledCoroutineTurn() {
         varargs_.swap(state->varargs);
     };
     exchange();
+    mayNeedAttention_ = true;  // the coroutine's soft error may have been on its way
     bool finished = false;
     {
         const ScriptCallable& callable = state->callable.function();
-        const SourceFileGuard source(context_, callable.sourceDirectory, callable.sourcePath);
+        const SourceFileGuard source(context_, callable.source);
         try {
             finished = CoroutineTurn(*this, *state).run();
         } catch (const CoroutineTerminated&) {
@@ -326,6 +327,7 @@ void VesperScript::serviceScheduledCoroutineTurn() {
         }
     }
     exchange();
+    mayNeedAttention_ = true;
     coroutines_.inTurn_ = false;
     const bool stillScheduled = coroutines_.scheduled_ == state;
     if (coroutines_.terminateRequested_ && coroutines_.next_) {

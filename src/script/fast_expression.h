@@ -37,10 +37,13 @@ struct FastExprNode {
     using Test = bool (*)(VesperScript&, const FastExprNode&);
     // The value where it stands, or put into the storage. It holds until script runs or a variable changes.
     using Refer = const Variable& (*)(VesperScript&, const FastExprNode&, Variable& storage);
+    // The value if it is an integer. False when `evaluate` has to tell; nothing has happened then.
+    using Integer = bool (*)(VesperScript&, const FastExprNode&, std::int32_t& result);
 
     Evaluate evaluate = nullptr;
     Test test = nullptr;
     Refer refer = nullptr;
+    Integer integer = nullptr;  // only of nodes that run no script and may well be integers
 
     FastExprNodeKind kind = FastExprNodeKind::Constant;
     TokenKind operation = TokenKind::Unknown;  // of a Binary

@@ -51,17 +51,31 @@ bool testByReferring(VesperScript& script, const Node& node) {
 // A plain name, read where it stands.
 struct NameOperand {
     static constexpr bool isLeaf = true;
+    static constexpr bool givesInteger = true;
+    static bool integer(VesperScript& script, const Node& node, std::int32_t& result) {
+        const Variable* found = script.scopes().findQuickly(node.name);
+        if (!found || !found->isInt()) return false;
+        result = found->intValue();
+        return true;
+    }
     NameOperand(VesperScript& script, const Node& node) : value(nameValue(script, node)) {}
     const Variable& value;
 };
 struct ConstantOperand {
     static constexpr bool isLeaf = true;
+    static constexpr bool givesInteger = true;
+    static bool integer(VesperScript&, const Node& node, std::int32_t& result) {
+        if (!node.constant.isInt()) return false;
+        result = node.constant.intValue();
+        return true;
+    }
     ConstantOperand(VesperScript&, const Node& node) : value(node.constant) {}
     const Variable& value;
 };
 // Anything that may stand somewhere already.
 struct ReferredOperand {
     static constexpr bool isLeaf = false;
+    static constexpr bool givesInteger = false;
     ReferredOperand(VesperScript& script, const Node& node) : value(node.refer(script, node, storage)) {}
     Variable storage;
     const Variable& value;
@@ -69,9 +83,20 @@ struct ReferredOperand {
 // A result of its own, or a copy since what is evaluated next may change the original.
 struct OwnOperand {
     static constexpr bool isLeaf = false;
+    static constexpr bool givesInteger = false;
     OwnOperand(VesperScript& script, const Node& node) : value(node.evaluate(script, node)) {}
     Variable value;
 };
+// A result that may well be an integer.
+struct NumberOperand : OwnOperand {
+    static constexpr bool givesInteger = true;
+    static bool integer(VesperScript& script, const Node& node, std::int32_t& result) {
+        return node.integer(script, node, result);
+    }
+    using OwnOperand::OwnOperand;
+};
+template <typename Left, typename Right>
+constexpr bool giveIntegers = Left::givesInteger&& Right::givesInteger;
 
 // Calls `pick` with the operand classes that fit the node's operands.
 template <typename Pick>
@@ -80,11 +105,13 @@ auto pickOperands(const Node& node, Pick pick) {
         const Node& right = node.rightNode();
         if (right.kind == Kind::Variable) return pick(left, std::type_identity<NameOperand>());
         if (right.kind == Kind::Constant) return pick(left, std::type_identity<ConstantOperand>());
+        if (right.integer) return pick(left, std::type_identity<NumberOperand>());
         if (right.refer == referByEvaluating) return pick(left, std::type_identity<OwnOperand>());
         return pick(left, std::type_identity<ReferredOperand>());
     };
     const Node& left = node.leftNode();
     if (left.kind == Kind::Constant) return pickRight(std::type_identity<ConstantOperand>());
+    if (left.kind != Kind::Variable && left.integer) return pickRight(std::type_identity<NumberOperand>());
     if (left.refer == referByEvaluating || node.rightNode().mayCall)
         return pickRight(std::type_identity<OwnOperand>());
     if (left.kind == Kind::Variable) return pickRight(std::type_identity<NameOperand>());
@@ -108,6 +135,24 @@ template <TokenKind operation>
 struct Arithmetic {
     template <typename Left, typename Right>
     static Variable evaluate(VesperScript& script, const Node& node) {
+        if constexpr (giveIntegers<Left, Right>) {
+            if (std::int32_t result = 0; integer<Left, Right>(script, node, result))
+                return Variable::integer(result);
+        }
+        return evaluateAny<Left, Right>(script, node);
+    }
+
+    template <typename Left, typename Right>
+    static bool integer(VesperScript& script, const Node& node, std::int32_t& result) {
+        std::int32_t left = 0;
+        std::int32_t right = 0;
+        return Left::integer(script, node.leftNode(), left) &&
+               Right::integer(script, node.rightNode(), right) &&
+               applyToIntegers(operation, left, right, result);
+    }
+
+    template <typename Left, typename Right>
+    [[gnu::noinline]] static Variable evaluateAny(VesperScript& script, const Node& node) {
         Left leftOperand(script, node.leftNode());
         if (!Left::isLeaf && aborted(script)) return {};
         const Right rightOperand(script, node.rightNode());
@@ -124,7 +169,7 @@ struct Arithmetic {
                 return Variable::number(applyToFloats<operation>(left.floatValue(), right.floatValue()));
         }
         // A text that was built on the way to a longer one is lengthened where it stands.
-        if constexpr (operation == TokenKind::Plus && std::is_same_v<Left, OwnOperand>) {
+        if constexpr (operation == TokenKind::Plus && std::is_base_of_v<OwnOperand, Left>) {
             if (left.isString() && !left.stringObject().isShared()) {
                 appendInPlace(leftOperand.value, right);
                 return std::move(leftOperand.value);
@@ -135,12 +180,15 @@ struct Arithmetic {
 };
 
 template <TokenKind operation>
-FastExprNode::Evaluate pickArithmetic(const Node& node) {
-    return pickOperands(node,
-                        []<typename Left, typename Right>(
-                            std::type_identity<Left>, std::type_identity<Right>) -> FastExprNode::Evaluate {
-                            return &Arithmetic<operation>::template evaluate<Left, Right>;
-                        });
+void setArithmetic(Node& node) {
+    pickOperands(node,
+                 [&]<typename Left, typename Right>(std::type_identity<Left>, std::type_identity<Right>) {
+                     node.evaluate = &Arithmetic<operation>::template evaluate<Left, Right>;
+                     if constexpr (giveIntegers<Left, Right>) {
+                         if (node.leftNode().integer && node.rightNode().integer)
+                             node.integer = &Arithmetic<operation>::template integer<Left, Right>;
+                     }
+                 });
 }
 
 Variable rareOperation(VesperScript& script, const Node& node) {
@@ -151,20 +199,20 @@ Variable rareOperation(VesperScript& script, const Node& node) {
     return performOperation(left.value, node.operation, right.value);
 }
 
-FastExprNode::Evaluate chooseOperation(const Node& node) {
+void setOperation(Node& node) {
     switch (node.operation) {
         case TokenKind::Plus:
-            return pickArithmetic<TokenKind::Plus>(node);
+            return setArithmetic<TokenKind::Plus>(node);
         case TokenKind::Minus:
-            return pickArithmetic<TokenKind::Minus>(node);
+            return setArithmetic<TokenKind::Minus>(node);
         case TokenKind::Multiply:
-            return pickArithmetic<TokenKind::Multiply>(node);
+            return setArithmetic<TokenKind::Multiply>(node);
         case TokenKind::IntegerDivide:
-            return pickArithmetic<TokenKind::IntegerDivide>(node);
+            return setArithmetic<TokenKind::IntegerDivide>(node);
         case TokenKind::Remainder:
-            return pickArithmetic<TokenKind::Remainder>(node);
+            return setArithmetic<TokenKind::Remainder>(node);
         default:
-            return rareOperation;
+            node.evaluate = rareOperation;
     }
 }
 
@@ -195,6 +243,18 @@ template <TokenKind operation>
 struct Comparison {
     template <typename Left, typename Right>
     static bool test(VesperScript& script, const Node& node) {
+        if constexpr (giveIntegers<Left, Right>) {
+            std::int32_t left = 0;
+            std::int32_t right = 0;
+            if (Left::integer(script, node.leftNode(), left) &&
+                Right::integer(script, node.rightNode(), right))
+                return compareNumbers<operation>(left, right);
+        }
+        return testAny<Left, Right>(script, node);
+    }
+
+    template <typename Left, typename Right>
+    [[gnu::noinline]] static bool testAny(VesperScript& script, const Node& node) {
         const Left leftOperand(script, node.leftNode());
         if (!Left::isLeaf && aborted(script)) return false;
         const Right rightOperand(script, node.rightNode());
@@ -312,7 +372,7 @@ struct Element {
         const Variable* element = findElement(container.value, key.value);
         if (!element) return storage = script.getIndexedValue(container.value, key.value);
         // A container that ends with this function may take the element with it.
-        if constexpr (std::is_same_v<Left, OwnOperand>) return storage = *element;
+        if constexpr (std::is_base_of_v<OwnOperand, Left>) return storage = *element;
         if constexpr (std::is_same_v<Left, ReferredOperand>) {
             if (&container.value == &container.storage) return storage = *element;
         }
@@ -370,10 +430,12 @@ void chooseNodeCode(FastExprNode& node) {
     node.test = testByReferring;
     switch (node.kind) {
         case Kind::Constant:
+            if (node.constant.isInt()) node.integer = ConstantOperand::integer;
             node.evaluate = evaluateConstant;
             node.refer = referToConstant;
             break;
         case Kind::Variable:
+            node.integer = NameOperand::integer;
             node.evaluate = evaluateName;
             node.refer = referToName;
             node.test = testName;
@@ -407,7 +469,7 @@ void chooseNodeCode(FastExprNode& node) {
                 node.evaluate = evaluateByTesting;
                 node.test = chooseComparison(node);
             } else {
-                node.evaluate = chooseOperation(node);
+                setOperation(node);
             }
             break;
         case Kind::And:

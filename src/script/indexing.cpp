@@ -11,12 +11,21 @@ namespace {
 // An array grown by one far-off index must not take the memory of the machine.
 constexpr std::int64_t maximumArrayLength = std::int64_t{1} << 26;
 
+}  // namespace
+
+const Variable* findInTable(const TableObject& table, const Variable& key) {
+    if (key.isString()) return table.find(key.stringObject());
+    return key.isInt() ? table.find(key.intValue()) : nullptr;
+}
+
+namespace {
+
 // The function of the global string table, with the string bound as its first argument.
 Variable stringMethod(VesperScript& script, const Variable& subject, const Variable& name) {
     static const NameId stringName = internName("string");
     const Variable* library = script.scopes().find(stringName);
     if (!library || !library->isTable()) return {};
-    const Variable* member = library->table().find(TableKey(name.stringObject()));
+    const Variable* member = library->table().find(name.stringObject());
     if (!member || !member->isFunction()) return {};
     const auto method = [&script, subject, function = *member](const std::vector<Variable>& arguments) {
         std::vector<Variable> all;

@@ -21,12 +21,16 @@ Variable performOperation(const Variable& left, TokenKind operation, const Varia
 void appendInPlace(Variable& target, const Variable& value);
 // Does `target = target operation value` in place for integers and string appends. False when nothing
 // was done and the general way has to be taken.
-inline bool tryApplyOperationInPlace(Variable& target, TokenKind operation, const Variable& value) {
+inline bool updateInteger(Variable& target, TokenKind operation, const Variable& value) {
     if (std::int32_t result = 0; target.isInt() && value.isInt() &&
                                  applyToIntegers(operation, target.intValue(), value.intValue(), result)) {
-        target = Variable::integer(result);
+        target.assignPlain(Variable::integer(result));
         return true;
     }
+    return false;
+}
+inline bool tryApplyOperationInPlace(Variable& target, TokenKind operation, const Variable& value) {
+    if (updateInteger(target, operation, value)) return true;
     if (!target.isString() || operation != TokenKind::Plus) return false;
     appendInPlace(target, value);
     return true;

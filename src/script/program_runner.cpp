@@ -12,8 +12,7 @@ namespace kelmora {
 BytecodeProgram VesperScript::compileToBytecode(const std::string& source) {
     if (callDepth_ == 0 && programDepth_ == 0) stack_.markBase();
     BytecodeProgram program;
-    program.sourceDirectory = context_.directory();
-    program.sourcePath = context_.path();
+    program.source = context_.file();
     program.lines = parseLines(source, context_);
     compileLines(program, stack_);
     return program;
@@ -22,8 +21,8 @@ BytecodeProgram VesperScript::compileToBytecode(const std::string& source) {
 BytecodeProgram VesperScript::compileToBytecode(const std::string& source, const std::string& sourcePath) {
     if (sourcePath.empty()) return compileToBytecode(source);
     const std::string path = normalisePath(sourcePath);
-    const std::string directory = sourceDirectoryForPath(path);
-    const SourceFileGuard file(context_, directory, path);
+    const SourceFile origin{sourceDirectoryForPath(path), path};
+    const SourceFileGuard file(context_, origin);
     return compileToBytecode(source);
 }
 
@@ -46,7 +45,7 @@ Variable VesperScript::runBytecodeProgram(const std::shared_ptr<const BytecodePr
     BlockSignal signal;
     {
         const SourceLineGuard line(context_);
-        const SourceFileGuard file(context_, program->sourceDirectory, program->sourcePath);
+        const SourceFileGuard file(context_, program->source);
         const LocalScopeGuard scope(scopes_, false);
         BytecodeExecutor(*this, *program, signal).enterBlock(BytecodeExecutor::blockOf(*this, *program, 0));
     }
@@ -55,8 +54,7 @@ Variable VesperScript::runBytecodeProgram(const std::shared_ptr<const BytecodePr
     Variable root = Variable::function(new ScriptCallable);
     ScriptCallable& callable = root.function();
     callable.program = program;
-    callable.sourceDirectory = program->sourceDirectory;
-    callable.sourcePath = program->sourcePath;
+    callable.source = program->source;
     callable.nativeScopeIndex = scopes_.nativeLevel();
     labels_.registerCallable(callable);
     // Without labels nothing can come back to the program.
@@ -71,8 +69,7 @@ Variable VesperScript::loadChunk(const std::string& source, const std::string& s
     ScriptCallable& callable = function.function();
     callable.isLoadedChunk = true;
     callable.program = program;
-    callable.sourceDirectory = program->sourceDirectory;
-    callable.sourcePath = program->sourcePath;
+    callable.source = program->source;
     return function;
 }
 

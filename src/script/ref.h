@@ -41,7 +41,7 @@ public:
         return *this;
     }
     ~Ref() {
-        if (object_ && object_->release()) delete object_;
+        if (object_ && object_->release()) destroy(object_);
     }
 
     T* get() const { return object_; }
@@ -51,6 +51,8 @@ public:
     friend bool operator==(const Ref& a, const Ref& b) { return a.object_ == b.object_; }
 
 private:
+    [[gnu::noinline]] static void destroy(T* object) { delete object; }
+
     T* object_ = nullptr;
 };
 

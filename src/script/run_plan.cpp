@@ -42,9 +42,14 @@ private:
             block.steps = plan_.steps_.data() + chunk.firstInstruction;
             block.stepCount = chunk.instructionCount;
             block.isPlain = !block.declaresLocals && !block.mayHoldLabels && !writesVisibleLocals(block);
+            block.isReturn = block.isPlain && block.stepCount == 1 && isReturn(block.steps[0]);
         } else {
             block.fault = "Bytecode chunk range is out of bounds";
         }
+    }
+
+    static bool isReturn(const PlanStep& step) {
+        return step.kind == StepKind::ReturnValue || step.kind == StepKind::Return;
     }
 
     // True when a statement names a variable of the local scopes, which it may make there.
@@ -129,6 +134,7 @@ private:
         if (!step.line) return step;
         if (step.line->assignment) {
             shapeAssignment(step, *step.line->assignment);
+            shapeDealing(step, *step.line->assignment);
         } else if ((step.value = compiled(step.line->expression))) {
             step.kind = StepKind::Evaluate;
         }
@@ -158,6 +164,18 @@ private:
         step.value = value;
         step.key = key;
         step.isCall = assignment.valueIsSingleCall;
+    }
+
+    // Several targets that are plain names, and one compiled value.
+    void shapeDealing(PlanStep& step, const ParsedAssignment& assignment) const {
+        if (assignment.targets.size() < 2 || assignment.values.size() != 1) return;
+        if (assignment.operation != TokenKind::Assign) return;
+        if (assignment.scopeTarget != ScopeTarget::Local && assignment.scopeTarget != ScopeTarget::Default)
+            return;
+        for (const ParsedAssignmentTarget& target : assignment.targets)
+            if (!target.keys.empty() || step.line->analysis[target.tokenIndex].isScoped()) return;
+        step.value = compiled(assignment.values[0]);
+        if (step.value) step.kind = StepKind::AssignNames;
     }
 
     PlanStep returnStep(std::uint32_t lineIndex) const {

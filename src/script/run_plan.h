@@ -18,6 +18,7 @@ struct PlanBranch;
 enum class StepKind : std::uint8_t {
     AssignName,     // name = value
     AssignLocal,    // local name = value
+    AssignNames,    // name, name and so on = value, all of them local or none
     UpdateName,     // name += value and so on
     AssignElement,  // name[key] = value
     UpdateElement,  // name[key] += value and so on
@@ -63,6 +64,7 @@ struct PlanBlock {
     bool mayHoldLabels = false;
     // Makes no locals and holds no labels: it runs without a scope of its own and without being registered.
     bool isPlain = false;
+    bool isReturn = false;  // a plain block of one `return`
     const PlanStep* steps = nullptr;
     std::uint32_t stepCount = 0;
     const char* fault = nullptr;  // raised when the block is entered

@@ -12,6 +12,16 @@ void Scopes::growCells(NameId name) {
     cellCount_ = count;
 }
 
+// Gives a call as many arguments as there are parameters.
+void Scopes::fitArguments(BindingIndex end) {
+    while (calls_.size() < end) addArgument(Variable());
+    calls_.dropTo(end, [](const BoundVariable&) {});
+}
+
+void Scopes::popVisibleLocalScopes() {
+    while (hasVisibleLocalScope()) popLocalScope();
+}
+
 Variable* Scopes::findIn(Scope& scope, NameId name) {
     for (auto& [entryName, value] : scope)
         if (entryName == name) return &value;
@@ -81,10 +91,8 @@ void Scopes::commitExternals() {
     for (auto& [name, value] : entries) setGlobal(name, std::move(value));
 }
 
-CallScope Scopes::pushCallScope(std::span<const NameId> names, std::span<const Variable> values) {
+CallScope Scopes::pushCallScope(std::span<const NameId> names) {
     const CallScope scope = openCallScope();
-    for (std::size_t i = 0; i < names.size(); ++i)
-        addArgument(i < values.size() ? Variable(values[i]) : Variable());
     nameArguments(scope, names);
     return scope;
 }

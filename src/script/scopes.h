@@ -38,6 +38,17 @@ public:
         }
         return cell.defined ? &cell.global : nullptr;
     }
+    // The same, but a name that native scopes hold may give null too. Calls nothing.
+    const Variable* findQuickly(NameId name) const {
+        return const_cast<Scopes*>(this)->findQuicklyMutable(name);
+    }
+    Variable* findQuicklyMutable(NameId name) {
+        if (name >= cellCount_) return nullptr;
+        Cell& cell = cells_[name];
+        if (cell.newestLocal >= visibleLocals_) return &locals_[cell.newestLocal].value;
+        if (cell.newestCall != noBinding) return &calls_[cell.newestCall].value;
+        return cell.isOnlyGlobal() ? &cell.global : nullptr;
+    }
     // The scopes of `name#n`: 0 external, 1 global, 2 native, 3 local.
     Variable* findExplicit(NameId name, int scope);
 
@@ -77,7 +88,7 @@ public:
 
     // Call scopes: parameters and loop variables. Missing arguments are nil. A name that stands twice
     // keeps its first place. Scopes are closed in the reverse order of opening.
-    CallScope pushCallScope(std::span<const NameId> names, std::span<const Variable> values);
+    CallScope pushCallScope(std::span<const NameId> names);
     void popCallScope(CallScope scope) { unbindTo(calls_, &Cell::newestCall, scope); }
     // The n-th entry of a call scope.
     Variable& callEntry(CallScope scope, std::size_t index) {
@@ -89,16 +100,18 @@ public:
     void addArgument(Variable&& value) { calls_.push(noName, noBinding, std::move(value)); }
     [[gnu::always_inline]] void nameArguments(CallScope scope, std::span<const NameId> names) {
         const auto end = scope + static_cast<BindingIndex>(names.size());
-        while (calls_.size() < end) addArgument(Variable());
-        while (calls_.size() > end) calls_.drop();
-        for (BindingIndex place = scope; place < end; ++place) {
-            const NameId name = names[static_cast<std::size_t>(place - scope)];
-            Cell& cell = cellFor(name);
-            if (cell.newestCall >= scope) continue;  // a repeated name
-            BoundVariable& binding = calls_[place];
-            binding.name = name;
-            binding.shadowed = cell.newestCall;
-            cell.newestCall = place;
+        if (calls_.size() != end) fitArguments(end);
+        coverNames(names);
+        BoundVariable* binding = &calls_[scope];
+        for (BindingIndex place = scope; const NameId name : names) {
+            Cell& cell = cells_[name];
+            if (cell.newestCall < scope) {  // a repeated name keeps its first place
+                binding->name = name;
+                binding->shadowed = cell.newestCall;
+                cell.newestCall = place;
+            }
+            ++binding;
+            ++place;
         }
     }
 
@@ -108,17 +121,16 @@ public:
         BindingIndex visibleLocals;
         std::uint32_t nativeLevel;
     };
+    CallerView callerView() const { return {localBase_, visibleLocals_, nativeLevel_}; }
     // Starts a call: the block locals of the caller go out of sight.
-    CallerView enterCall(std::uint32_t nativeLevel) {
-        const CallerView view{localBase_, visibleLocals_, nativeLevel_};
+    void enterCall(std::uint32_t nativeLevel) {
         localBase_ = localScopes_.size();
         visibleLocals_ = locals_.size();
         nativeLevel_ = nativeLevel;
-        return view;
     }
     // Also drops what is left of the local scopes opened since enterCall.
     void leaveCall(const CallerView& view) {
-        while (hasVisibleLocalScope()) popLocalScope();
+        if (hasVisibleLocalScope()) popVisibleLocalScopes();
         localBase_ = view.localBase;
         visibleLocals_ = view.visibleLocals;
         nativeLevel_ = view.nativeLevel;
@@ -148,6 +160,7 @@ private:
         BindingIndex newestCall = noBinding;
         std::uint32_t nativeEntries = 0;
         bool defined = false;
+        bool isOnlyGlobal() const { return defined && nativeEntries == 0; }
     };
     using Scope = std::vector<std::pair<NameId, Variable>>;
 
@@ -156,14 +169,17 @@ private:
         return cells_[name];
     }
     void growCells(NameId name);
+    void coverNames(std::span<const NameId> names) {
+        for (const NameId name : names) cellFor(name);
+    }
+    void fitArguments(BindingIndex end);
+    void popVisibleLocalScopes();
     Variable* findNative(NameId name);
     static Variable* findIn(Scope& scope, NameId name);
     void unbindTo(BindingStack& stack, BindingIndex Cell::*newest, BindingIndex size) {
-        while (stack.size() > size) {
-            const BoundVariable& binding = stack[stack.size() - 1];
+        stack.dropTo(size, [&](const BoundVariable& binding) {
             if (binding.name != noName) cells_[binding.name].*newest = binding.shadowed;
-            stack.drop();
-        }
+        });
     }
     void detach(const BindingStack& stack, BindingIndex Cell::*newest);
     void attach(const BindingStack& stack, BindingIndex Cell::*newest);

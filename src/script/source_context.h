@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "script/parsed_line.h"
+#include "script/source_file.h"
 
 namespace kelmora {
 
@@ -12,11 +13,6 @@ namespace kelmora {
 // for reports and for relative paths.
 class SourceContext {
 public:
-    struct File {
-        const std::string* directory;
-        const std::string* path;
-    };
-
     // The statement that runs now; it must outlive its turn.
     void setLine(const ParsedScriptLine& line) { line_ = &line; }
     const ParsedScriptLine* line() const { return line_; }
@@ -33,23 +29,23 @@ public:
     }
 
     // Of the innermost source file, empty without one.
-    const std::string& directory() const { return *file_.directory; }
-    const std::string& path() const { return *file_.path; }
+    const std::string& directory() const { return file_->directory; }
+    const std::string& path() const { return file_->path; }
 
-    const File& file() const { return file_; }
-    // The innermost source file from now on. Its names are borrowed.
-    void setFile(const File& file) { file_ = file; }
+    const SourceFile& file() const { return *file_; }
+    // The innermost source file from now on, which is borrowed.
+    void setFile(const SourceFile& file) { file_ = &file; }
 
     // Raises std::runtime_error with the five-line report that points at the token.
     [[noreturn]] void throwError(const std::string& message, std::string_view token) const;
 
 private:
-    static inline const std::string noText_;
+    static inline const SourceFile noFile_;
 
     const ParsedScriptLine* line_ = nullptr;
     std::string_view statement_;
     std::uint32_t lineNumber_ = 0;  // of a statement without a record
-    File file_{&noText_, &noText_};
+    const SourceFile* file_ = &noFile_;
 };
 
 // Puts the statement in hand back when a call or a nested run is over.
@@ -65,13 +61,12 @@ private:
     const ParsedScriptLine* line_;
 };
 
-// Makes a source file, whose names are borrowed, the innermost one, unless neither its directory nor its path
-// is known.
+// Makes a source file, which is borrowed, the innermost one if it is known.
 class SourceFileGuard {
 public:
-    SourceFileGuard(SourceContext& context, const std::string& directory, const std::string& path)
+    SourceFileGuard(SourceContext& context, const SourceFile& file)
         : context_(context), previous_(context.file()) {
-        if (!directory.empty() || !path.empty()) context_.setFile({&directory, &path});
+        if (file.isKnown()) context_.setFile(file);
     }
     SourceFileGuard(const SourceFileGuard&) = delete;
     SourceFileGuard& operator=(const SourceFileGuard&) = delete;
@@ -79,7 +74,7 @@ public:
 
 private:
     SourceContext& context_;
-    SourceContext::File previous_;
+    const SourceFile& previous_;
 };
 
 }  // namespace kelmora

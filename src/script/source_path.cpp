@@ -8,11 +8,9 @@ std::string sourceDirectoryForPath(const std::string& path) {
 }
 
 void retargetBytecodeSource(BytecodeProgram& program, const std::string& sourcePath) {
-    program.sourcePath = sourcePath;
-    program.sourceDirectory = sourceDirectoryForPath(sourcePath);
+    program.source = {sourceDirectoryForPath(sourcePath), sourcePath};
     for (FunctionDeclaration& function : program.functionDeclarations) {
-        function.sourcePath = program.sourcePath;
-        function.sourceDirectory = program.sourceDirectory;
+        function.source = program.source;
     }
 }
 

@@ -65,9 +65,8 @@ private:
         if (!enter(container)) return false;
         const TableObject& table = container.table();
         const auto sorted = table.sortedKeys();
-        const bool all =
-            std::all_of(sorted->keys.begin(), sorted->keys.end(),
-                        [&](const Ref<StringObject>& key) { return passes(*table.find(TableKey(*key))); });
+        const bool all = std::all_of(sorted->keys.begin(), sorted->keys.end(),
+                                     [&](const Ref<StringObject>& key) { return passes(*table.find(*key)); });
         path_.pop_back();
         return all;
     }
@@ -167,7 +166,7 @@ private:
         u32(static_cast<std::uint32_t>(sorted->keys.size()));
         for (const Ref<StringObject>& key : sorted->keys) {
             string(key->text());
-            value(*entries.find(TableKey(*key)));
+            value(*entries.find(*key));
         }
     }
     void function(const ScriptCallable& callable) {
@@ -175,8 +174,8 @@ private:
         u8(callable.isDecay ? 1 : 0);
         u8(callable.isLoadedChunk ? 1 : 0);
         u32(callable.chunkIndex);
-        string(callable.sourceDirectory);
-        string(callable.sourcePath);
+        string(callable.source.directory);
+        string(callable.source.path);
         u64(callable.nativeScopeIndex);
         u32(static_cast<std::uint32_t>(callable.parameters.size()));
         for (const NameId parameter : callable.parameters) string(nameText(parameter));
@@ -292,8 +291,8 @@ private:
         callable.isLoadedChunk = u8() != 0;
         callable.hasRun = true;
         callable.chunkIndex = u32();
-        callable.sourceDirectory = string();
-        callable.sourcePath = string();
+        callable.source.directory = string();
+        callable.source.path = string();
         if (version_ >= 2) readNestingLevel(callable);
         for (std::uint32_t left = count(4); left > 0; --left)
             callable.parameters.push_back(internName(string()));

@@ -122,8 +122,7 @@ Variable VesperScript::makeDeclaredCallable(const ParsedScriptLine& line) const 
 
 void VesperScript::fillDeclaredBody(ScriptCallable& callable, const ScriptCallable& owner,
                                     const std::vector<ParsedScriptLine>& lines, std::uint32_t line) {
-    callable.sourceDirectory = owner.sourceDirectory;
-    callable.sourcePath = owner.sourcePath;
+    callable.source = owner.source;
     if (!owner.program) {
         const std::span body = std::span(lines).subspan(line + 1, lines[line].endIndex - line - 1);
         callable.body.assign(body.begin(), body.end());

@@ -13,7 +13,7 @@ namespace kelmora {
 class LoopScope {
 public:
     LoopScope(Scopes& scopes, std::span<const NameId> names)
-        : scopes_(scopes), scope_(scopes.pushCallScope(names, {})) {}
+        : scopes_(scopes), scope_(scopes.pushCallScope(names)) {}
     LoopScope(const LoopScope&) = delete;
     LoopScope& operator=(const LoopScope&) = delete;
     ~LoopScope() { scopes_.popCallScope(scope_); }

@@ -43,13 +43,7 @@ std::uint32_t TableObject::probe(const TableKey& key, std::uint32_t hash) const 
     return slot;
 }
 
-const Variable* TableObject::find(const TableKey& key) const {
-    if (key.isInteger()) {
-        const auto position = static_cast<std::uint32_t>(key.number()) - 1u;
-        if (position < dense_.size()) return &dense_[position];
-        if (integerEntries_ == 0) return nullptr;
-    }
-    if (entries_.empty()) return nullptr;
+const Variable* TableObject::findEntry(const TableKey& key) const {
     const std::uint32_t entry = index_[probe(key, hashOf(key))];
     return entry == emptySlot ? nullptr : &entries_[entry].value;
 }

@@ -50,7 +50,22 @@ struct TableKeyList {
 // String-keyed map. Keys "1" to "n" without a gap live in a vector, all others in a hash table.
 class TableObject : public RefCounted {
 public:
-    const Variable* find(const TableKey& key) const;
+    const Variable* find(std::int32_t number) const {
+        const auto position = static_cast<std::uint32_t>(number) - 1u;
+        if (position < dense_.size()) return &dense_[position];
+        return integerEntries_ == 0 ? nullptr : findEntry(TableKey(number));
+    }
+    const Variable* find(StringObject& text) const {
+        if (std::int32_t number = 0; text.isIntegerKey(number)) return find(number);
+        if (entries_.empty()) return nullptr;
+        // Nearly always the name in the script that made the entry is the one that looks for it.
+        const std::uint32_t place = index_[text.hash() & (index_.size() - 1)];
+        if (place != emptySlot && entries_[place].text.get() == &text) return &entries_[place].value;
+        return findEntry(TableKey(text));
+    }
+    const Variable* find(const TableKey& key) const {
+        return key.isInteger() ? find(key.number()) : find(key.text());
+    }
     Variable* find(const TableKey& key) {
         return const_cast<Variable*>(static_cast<const TableObject*>(this)->find(key));
     }
@@ -86,6 +101,7 @@ private:
     };
     static constexpr std::uint32_t emptySlot = 0xFFFFFFFFu;
 
+    const Variable* findEntry(const TableKey& key) const;
     static std::uint32_t hashOf(const TableKey& key);
     // Slot of the index that holds the key, or the empty slot where the search ended.
     std::uint32_t probe(const TableKey& key, std::uint32_t hash) const;

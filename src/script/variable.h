@@ -49,8 +49,12 @@ public:
         other.type_ = VarType::Not;
     }
     Variable& operator=(const Variable& other) noexcept {
-        Variable copy(other);
-        swap(copy);
+        if (other.isCounted()) other.object()->retain();
+        const std::uint64_t bits = other.bits_;
+        const VarType type = other.type_;
+        const Variable old(std::move(*this));  // goes when the new value stands
+        bits_ = bits;
+        type_ = type;
         return *this;
     }
     Variable& operator=(Variable&& other) noexcept {
@@ -103,6 +107,14 @@ public:
     bool isMulti() const { return type_ == VarType::Multi; }
     bool isTable() const { return type_ == VarType::Table; }
     bool isFunction() const { return type_ == VarType::Function; }
+
+    // Takes the other's value when neither owns anything; false, with nothing done, otherwise.
+    bool assignPlain(const Variable& other) {
+        if (isCounted() || other.isCounted()) return false;
+        bits_ = other.bits_;
+        type_ = other.type_;
+        return true;
+    }
 
     std::int32_t intValue() const {
         assert(isInt());

@@ -28,6 +28,8 @@ namespace kelmora {
 
 // The interpreter. One object is one world of script: its globals, functions and running code.
 // Used from one thread. Failures of script are std::runtime_error or RaisedScriptError.
+class ArgumentList;
+
 class VesperScript {
 public:
     explicit VesperScript(ScriptHost& host);
@@ -77,7 +79,14 @@ public:
     Variable pcallFunction(std::span<const Variable> arguments);
     // A callable for a whole source. The path may be empty.
     Variable loadChunk(const std::string& source, const std::string& sourcePath);
-    void raiseScriptErrorSoft(std::string message) { softError_.raise(std::move(message)); }
+    void raiseScriptErrorSoft(std::string message) {
+        softError_.raise(std::move(message));
+        mayNeedAttention_ = true;
+    }
+    void requestJump(std::string label) {
+        labels_.requestJump(std::move(label));
+        mayNeedAttention_ = true;
+    }
     bool shouldAbortForSoftRaisedError() const { return softError_.aborts(callDepth_); }
 
     Variable getIndexedValue(const Variable& container, const Variable& key);
@@ -108,6 +117,13 @@ private:
         const BytecodeProgram* program;
         std::uint32_t chunk;
     };
+    // What a running call has taken over from its caller.
+    struct CallRecord {
+        const ParsedScriptLine* line;
+        const SourceFile* file;
+        Scopes::CallerView view;
+        CallScope arguments;
+    };
     struct ForBounds {
         std::int32_t start;
         std::int32_t stop;
@@ -115,10 +131,14 @@ private:
     };
 
     // calls.cpp
-    // Evaluates the arguments and calls. The second form makes them where the parameters will stand.
-    Variable callNode(const Variable& callee, const FastExprNode& node);
-    [[gnu::always_inline]] inline Variable callBinding(ScriptCallable& callable, const FastExprNode& node);
-    Variable invokeLibrary(const ScriptCallable& callable, std::span<const Variable> arguments);
+    // These evaluate the arguments and call. The second makes them where the parameters will stand.
+    [[gnu::always_inline]] inline Variable callNode(const Variable& callee, const FastExprNode& node);
+    Variable callBinding(ScriptCallable& callable, const FastExprNode& node);
+    Variable callLibrary(LibraryFunction body, const FastExprNode& node);
+    Variable callAny(const Variable& callee, const FastExprNode& node);
+    [[gnu::always_inline]] inline bool evaluateArguments(const FastExprNode& node, ArgumentList& arguments);
+    [[gnu::always_inline]] inline Variable runLibrary(LibraryFunction body,
+                                                      std::span<const Variable> arguments);
     Variable invokeProgram(ScriptCallable& callable, std::span<const Variable> arguments);
     [[gnu::always_inline]] inline Variable runProgramBody(const ScriptCallable& callable);
     Variable invokeBody(ScriptCallable& callable, std::span<const Variable> arguments);
@@ -176,8 +196,10 @@ private:
     friend class BlockExecutor;
 
     // Something may have to be done between two steps: a jump, a soft error, a coroutine's turn or failure.
-    bool needsAttention() const {
-        return labels_.jumpPending() || softError_.pending() || coroutines_.needAttention();
+    bool needsAttention() { return mayNeedAttention_ && lookForAttention(); }
+    [[gnu::noinline]] bool lookForAttention() {
+        mayNeedAttention_ = labels_.jumpPending() || softError_.pending() || coroutines_.needAttention();
+        return mayNeedAttention_;
     }
 
     void countStep() {
@@ -186,10 +208,12 @@ private:
     }
 
     // coroutines.cpp
-    void rethrowPendingCoroutineException() { coroutines_.rethrowPending(); }
+    void rethrowPendingCoroutineException() {
+        if (mayNeedAttention_) coroutines_.rethrowPending();
+    }
     void serviceScheduledCoroutineTurn();
     void serviceCoroutines() {
-        if (coroutines_.wantsTurn()) serviceScheduledCoroutineTurn();
+        if (mayNeedAttention_ && coroutines_.wantsTurn()) serviceScheduledCoroutineTurn();
     }
 
     ScriptHost& host_;
@@ -199,10 +223,13 @@ private:
     SoftError softError_;
     Labels labels_;
     Coroutines coroutines_;
+    // Set by all that may ask for attention; a look that finds nothing left clears it.
+    bool mayNeedAttention_ = false;
     std::uint32_t callDepth_ = 0;
     std::uint32_t programDepth_ = 0;  // running programs
     std::uint32_t chunkDepth_ = 0;    // running loaded chunks
     std::vector<std::vector<Variable>> varargs_;
+    SmallStack<CallRecord> callRecords_;
     std::vector<ActiveBytecodeChunk> activeChunks_;
     // Whole programs that ran: their labels stay reachable.
     std::vector<Variable> programCallables_;

@@ -67,8 +67,8 @@ void runQuietly(const Bytes& bytes) {
 
 TEST(BytecodeProgram, ChunksNumberInSourceOrderAndChildrenStandInFront) {
     const BytecodeProgram program = sampleProgram();
-    EXPECT_EQ(program.sourcePath, "scripts/sample.vs");
-    EXPECT_EQ(program.sourceDirectory, "scripts");
+    EXPECT_EQ(program.source.path, "scripts/sample.vs");
+    EXPECT_EQ(program.source.directory, "scripts");
     ASSERT_FALSE(program.chunks.empty());
     EXPECT_FALSE(program.chunks[0].nested);
     EXPECT_FALSE(program.chunks[0].declaresLocals);
@@ -200,7 +200,7 @@ TEST(BytecodeImage, ReadsTheOlderLayouts) {
     for (const unsigned char version : std::initializer_list<unsigned char>{4, 5, 6, 7, 8}) {
         SCOPED_TRACE(int{version});
         const BytecodeProgram program = VesperScript::deserialiseBytecode(oldImage(version), "old");
-        EXPECT_EQ(program.sourcePath, version >= 5 ? "dir/old.vs" : "");
+        EXPECT_EQ(program.source.path, version >= 5 ? "dir/old.vs" : "");
         EXPECT_EQ(program.lines.at(2).lineNumber, version >= 6 ? 11u : 2u);
         if (version >= 8) {
             EXPECT_EQ(program.nestBlocks.at(0).label, "old");

@@ -138,7 +138,7 @@ Variable jumpTo(VesperScript& script, Arguments arguments) {
     require(arguments.size() == 1 && arguments[0].isString(),
             "jumpTo(label) expects exactly one string argument");
     require(!arguments[0].text().empty(), "jumpTo(label) expects a non-empty label");
-    script.labels().requestJump(arguments[0].text());
+    script.requestJump(arguments[0].text());
     return {};
 }
 
