@@ -31,6 +31,9 @@ public:
         return slots_[static_cast<std::size_t>(place)];
     }
 
+    // Good as an end of a range where no variable stands.
+    BoundVariable* place(BindingIndex index) { return slots_.get() + index; }
+
     [[gnu::always_inline]] void push(NameId name, BindingIndex shadowed, Variable&& value) {
         if (size_ == capacity_) grow();
         BoundVariable& slot = (*this)[size_];
@@ -43,8 +46,8 @@ public:
     template <typename Leave>
     [[gnu::always_inline]] void dropTo(BindingIndex size, Leave leave) {
         if (size_ <= size) return;
-        const BoundVariable* const bottom = &(*this)[size];
-        BoundVariable* slot = &(*this)[size_];
+        const BoundVariable* const bottom = place(size);
+        BoundVariable* slot = place(size_);
         size_ = size;
         do {
             --slot;

@@ -102,7 +102,7 @@ public:
         const auto end = scope + static_cast<BindingIndex>(names.size());
         if (calls_.size() != end) fitArguments(end);
         coverNames(names);
-        BoundVariable* binding = &calls_[scope];
+        BoundVariable* binding = calls_.place(scope);
         for (BindingIndex place = scope; const NameId name : names) {
             Cell& cell = cells_[name];
             if (cell.newestCall < scope) {  // a repeated name keeps its first place
