@@ -1,12 +1,10 @@
-#define SDL_MAIN_HANDLED
-#include <SDL.h>
-
 #include <algorithm>
 #include <atomic>
 #include <bit>
 
 #include "platform/audio_device.h"
 #include "platform/audio_queue.h"
+#include "platform/linux/sdl_library.h"
 
 namespace kelmora {
 namespace {
@@ -18,10 +16,10 @@ constexpr std::uint32_t highestRate = 768000;
 // Opening the sound service is slow, so it stays open from the first sound on. Tried again while there is
 // none.
 bool startSession() {
-    if (SDL_WasInit(SDL_INIT_AUDIO) != 0) return true;
-    SDL_SetMainReady();
-    SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
-    return SDL_InitSubSystem(SDL_INIT_AUDIO) == 0;
+    if (sdl().wasInit(SDL_INIT_AUDIO) != 0) return true;
+    sdl().setMainReady();
+    sdl().setHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+    return sdl().initSubSystem(SDL_INIT_AUDIO) == 0;
 }
 
 // Drivers that find no hardware complain on the error stream with each try, so one failure holds until some
@@ -29,7 +27,7 @@ bool startSession() {
 std::atomic<bool> lastOpenFailed = false;
 
 bool noHardware() {
-    return lastOpenFailed && SDL_GetNumAudioDevices(0) == 0;
+    return lastOpenFailed && sdl().getNumAudioDevices(0) == 0;
 }
 
 // About 10 ms: what is asked for at once. Closing the device waits for two of these.
@@ -40,7 +38,7 @@ Uint16 requestFrames(std::uint32_t sampleRate) {
 class SdlAudioDevice : public AudioDevice {
 public:
     ~SdlAudioDevice() override {
-        if (device_ != 0) SDL_CloseAudioDevice(device_);
+        if (device_ != 0) sdl().closeAudioDevice(device_);
     }
     bool open(std::uint32_t sampleRate);
 
@@ -69,7 +67,7 @@ bool SdlAudioDevice::open(std::uint32_t sampleRate) {
     wanted.samples = requestFrames(sampleRate);
     wanted.callback = fill;
     wanted.userdata = this;
-    device_ = SDL_OpenAudioDevice(nullptr, 0, &wanted, nullptr, 0);
+    device_ = sdl().openAudioDevice(nullptr, 0, &wanted, nullptr, 0);
     lastOpenFailed = device_ == 0;
     return device_ != 0;
 }
@@ -77,7 +75,7 @@ bool SdlAudioDevice::open(std::uint32_t sampleRate) {
 bool SdlAudioDevice::write(std::size_t slot, std::span<const std::int16_t> samples) {
     queue_.push(slot, samples);
     // Devices open paused, so that the first request finds frames.
-    if (!started_.exchange(true)) SDL_PauseAudioDevice(device_, 0);
+    if (!started_.exchange(true)) sdl().pauseAudioDevice(device_, 0);
     return true;
 }
 
@@ -92,6 +90,7 @@ void SDLCALL SdlAudioDevice::fill(void* self, Uint8* stream, int length) {
 }  // namespace
 
 std::unique_ptr<AudioDevice> openSystemAudio(std::uint32_t sampleRate) {
+    if (!SdlLibrary::load()) return nullptr;
     auto device = std::make_unique<SdlAudioDevice>();
     if (!device->open(sampleRate)) return nullptr;
     return device;

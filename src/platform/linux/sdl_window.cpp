@@ -1,13 +1,12 @@
-#define SDL_MAIN_HANDLED
-#include <SDL.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <stdexcept>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "platform/linux/sdl_library.h"
 #include "platform/window_backend.h"
 
 namespace kelmora {
@@ -80,23 +79,23 @@ bool driverShowsNothing(std::string_view driver) {
 class SdlSession {
 public:
     SdlSession() {
-        SDL_SetMainReady();
-        SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
-        SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
-        SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
-        started_ = SDL_InitSubSystem(SDL_INIT_VIDEO) == 0;
+        sdl().setMainReady();
+        sdl().setHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+        sdl().setHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
+        sdl().setHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
+        started_ = sdl().initSubSystem(SDL_INIT_VIDEO) == 0;
         if (!started_) return;
-        const std::string_view driver = SDL_GetCurrentVideoDriver();
+        const std::string_view driver = sdl().getCurrentVideoDriver();
         shows_ = !driverShowsNothing(driver) || environmentSets("SDL_VIDEODRIVER");
         // Shared memory is the shortest way for pixels that the processor has drawn; only this driver has it.
-        if (driver == "x11") SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
+        if (driver == "x11") sdl().setHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
         // An input method would swallow the letters that scripts read as keys.
-        SDL_StopTextInput();
+        sdl().stopTextInput();
     }
     SdlSession(const SdlSession&) = delete;
     SdlSession& operator=(const SdlSession&) = delete;
     ~SdlSession() {
-        if (started_) SDL_QuitSubSystem(SDL_INIT_VIDEO);
+        if (started_) sdl().quitSubSystem(SDL_INIT_VIDEO);
     }
     // Whether there is a display to open windows on.
     bool shows() const { return shows_; }
@@ -111,16 +110,16 @@ public:
     explicit SdlWindow(WindowCore& core) : core_(core) { liveWindows.push_back(this); }
     ~SdlWindow() override {
         std::erase(liveWindows, this);
-        if (window_) SDL_DestroyWindow(window_);
+        if (window_) sdl().destroyWindow(window_);
     }
 
     bool open();
 
     bool pumpEvents() override;
     void present() override;
-    void setTitle(const char* title) override { SDL_SetWindowTitle(window_, title); }
+    void setTitle(const char* title) override { sdl().setWindowTitle(window_, title); }
     PixelSize setSize(int width, int height) override;
-    void hide() override { SDL_HideWindow(window_); }
+    void hide() override { sdl().hideWindow(window_); }
     PixelSize screenSize() const override;
 
 private:
@@ -150,67 +149,68 @@ std::vector<SdlWindow*> SdlWindow::liveWindows;
 bool SdlWindow::open() {
     if (!session_.shows()) return false;
     const PixelSize largest = largestSize();
-    window_ = SDL_CreateWindow(core_.title().c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
-                               std::min(core_.logicalWidth(), largest.width),
-                               std::min(core_.logicalHeight(), largest.height), SDL_WINDOW_RESIZABLE);
+    window_ = sdl().createWindow(core_.title().c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
+                                 std::min(core_.logicalWidth(), largest.width),
+                                 std::min(core_.logicalHeight(), largest.height), SDL_WINDOW_RESIZABLE);
     if (!window_) return false;
     const PixelSize client = clientSize();
     core_.setClientSize(client.width, client.height);
-    SDL_RaiseWindow(window_);
-    SDL_PumpEvents();
-    if ((SDL_GetWindowFlags(window_) & SDL_WINDOW_INPUT_FOCUS) != 0) core_.handle(WindowEvent::focusGained());
+    sdl().raiseWindow(window_);
+    sdl().pumpEvents();
+    if ((sdl().getWindowFlags(window_) & SDL_WINDOW_INPUT_FOCUS) != 0)
+        core_.handle(WindowEvent::focusGained());
     return true;
 }
 
 PixelSize SdlWindow::clientSize() const {
     PixelSize size{1, 1};
-    SDL_GetWindowSize(window_, &size.width, &size.height);
+    sdl().getWindowSize(window_, &size.width, &size.height);
     return size;
 }
 
 PixelSize SdlWindow::screenSize() const {
     SDL_Rect bounds{0, 0, 1, 1};
-    SDL_GetDisplayBounds(0, &bounds);
+    sdl().getDisplayBounds(0, &bounds);
     return {bounds.w, bounds.h};
 }
 
 // All screens side by side: what a window can usefully be stretched over.
 PixelSize SdlWindow::largestSize() const {
     SDL_Rect all{0, 0, 1, 1};
-    for (int display = 0; display < SDL_GetNumVideoDisplays(); ++display) {
+    for (int display = 0; display < sdl().getNumVideoDisplays(); ++display) {
         SDL_Rect bounds;
-        if (SDL_GetDisplayBounds(display, &bounds) == 0) SDL_UnionRect(&all, &bounds, &all);
+        if (sdl().getDisplayBounds(display, &bounds) == 0) sdl().unionRect(&all, &bounds, &all);
     }
     return {all.w, all.h};
 }
 
 PixelSize SdlWindow::setSize(int width, int height) {
     const PixelSize largest = largestSize();
-    SDL_SetWindowSize(window_, std::min(width, largest.width), std::min(height, largest.height));
+    sdl().setWindowSize(window_, std::min(width, largest.width), std::min(height, largest.height));
     return clientSize();
 }
 
 void SdlWindow::present() {
-    SDL_Surface* target = SDL_GetWindowSurface(window_);
+    SDL_Surface* target = sdl().getWindowSurface(window_);
     if (!target) return;
     const int width = core_.clientWidth();
     auto* pixels = const_cast<std::uint32_t*>(core_.dibPixels().data());
-    SDL_Surface* picture = SDL_CreateRGBSurfaceWithFormatFrom(pixels, width, core_.clientHeight(), 32,
-                                                              width * 4, SDL_PIXELFORMAT_RGB888);
+    SDL_Surface* picture = sdl().createRGBSurfaceWithFormatFrom(pixels, width, core_.clientHeight(), 32,
+                                                                width * 4, SDL_PIXELFORMAT_RGB888);
     if (!picture) return;
-    SDL_BlitSurface(picture, nullptr, target, nullptr);
-    SDL_FreeSurface(picture);
-    SDL_UpdateWindowSurface(window_);
+    sdl().blitSurface(picture, nullptr, target, nullptr);
+    sdl().freeSurface(picture);
+    sdl().updateWindowSurface(window_);
 }
 
 bool SdlWindow::pumpEvents() {
     SDL_Event event;
-    while (SDL_PollEvent(&event) != 0) dispatch(event, core_);
+    while (sdl().pollEvent(&event) != 0) dispatch(event, core_);
     return std::exchange(exposed_, false);
 }
 
 SdlWindow* SdlWindow::find(Uint32 id) {
-    SDL_Window* window = SDL_GetWindowFromID(id);
+    SDL_Window* window = sdl().getWindowFromID(id);
     for (SdlWindow* live : liveWindows)
         if (window && live->window_ == window) return live;
     return nullptr;
@@ -286,12 +286,13 @@ void SdlWindow::handleButton(const SDL_MouseButtonEvent& event) {
     if (!mouseButtonOf(event.button, button)) return;
     core_.handle(event.type == SDL_MOUSEBUTTONDOWN ? WindowEvent::buttonDown(button, event.x, event.y)
                                                    : WindowEvent::buttonUp(button, event.x, event.y));
-    SDL_CaptureMouse(core_.anyButtonDown() ? SDL_TRUE : SDL_FALSE);
+    sdl().captureMouse(core_.anyButtonDown() ? SDL_TRUE : SDL_FALSE);
 }
 
 }  // namespace
 
 std::unique_ptr<WindowBackend> createSystemWindow(WindowCore& core) {
+    if (!SdlLibrary::load()) throw std::runtime_error("libSDL2-2.0.so.0, which shows windows, is missing");
     auto window = std::make_unique<SdlWindow>(core);
     if (!window->open()) return nullptr;
     return window;
