@@ -11,4 +11,5 @@ if(KELMORA_SANITISE)
     target_compile_options(kelmora_warnings INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(kelmora_warnings INTERFACE -fsanitize=address,undefined)
+    target_compile_definitions(kelmora_warnings INTERFACE KELMORA_SANITISED)
 endif()

@@ -257,7 +257,13 @@ void BytecodeExecutor::assignNames(const PlanStep& step) {
 void BytecodeExecutor::updateName(const PlanStep& step) {
     const Variable* value = findLeaf(script_, *step.value);
     Variable* target = value ? script_.scopes_.findQuicklyMutable(step.name) : nullptr;
-    if (!target || !updateInteger(*target, step.operation, *value)) updateAnyName(step);
+    if (target && updateInteger(*target, step.operation, *value)) return;
+    if (target && target->isString() && step.operation == TokenKind::Plus) {
+        enterLine(step);
+        appendInPlace(*target, *value);
+    } else {
+        updateAnyName(step);
+    }
 }
 
 void BytecodeExecutor::updateAnyName(const PlanStep& step) {

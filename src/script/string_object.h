@@ -4,12 +4,13 @@
 #include <string>
 #include <string_view>
 
+#include "script/pooled.h"
 #include "script/ref.h"
 
 namespace kelmora {
 
 // A string value's bytes with what table look-up wants to know of them, worked out once.
-class StringObject : public RefCounted {
+class StringObject : public RefCounted, public Pooled<StringObject> {
 public:
     explicit StringObject(std::string text) : text_(std::move(text)) {}
 

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "script/pooled.h"
 #include "script/variable.h"
 
 namespace kelmora {
@@ -48,7 +49,7 @@ struct TableKeyList {
 };
 
 // String-keyed map. Keys "1" to "n" without a gap live in a vector, all others in a hash table.
-class TableObject : public RefCounted {
+class TableObject : public RefCounted, public Pooled<TableObject> {
 public:
     const Variable* find(std::int32_t number) const {
         const auto position = static_cast<std::uint32_t>(number) - 1u;

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "script/pooled.h"
 #include "script/ref.h"
 #include "script/string_object.h"
 
@@ -179,12 +180,12 @@ struct RawObject : RefCounted {
     std::vector<char> bytes;
 };
 
-struct ArrayObject : RefCounted {
+struct ArrayObject : RefCounted, Pooled<ArrayObject> {
     std::vector<Variable> items;
 };
 
 // The several results of one call, or the value of `...`.
-struct MultiResult : RefCounted {
+struct MultiResult : RefCounted, Pooled<MultiResult> {
     std::vector<Variable> values;
 };
 

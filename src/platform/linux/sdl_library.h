@@ -31,7 +31,8 @@ public:
     decltype(&SDL_UpperBlit) blitSurface = function("SDL_UpperBlit");
     decltype(&SDL_CaptureMouse) captureMouse = function("SDL_CaptureMouse");
     decltype(&SDL_CloseAudioDevice) closeAudioDevice = function("SDL_CloseAudioDevice");
-    decltype(&SDL_CreateRGBSurfaceWithFormatFrom) createRGBSurfaceWithFormatFrom = function("SDL_CreateRGBSurfaceWithFormatFrom");
+    decltype(&SDL_CreateRGBSurfaceWithFormatFrom) createRGBSurfaceWithFormatFrom =
+        function("SDL_CreateRGBSurfaceWithFormatFrom");
     decltype(&SDL_CreateWindow) createWindow = function("SDL_CreateWindow");
     decltype(&SDL_DestroyWindow) destroyWindow = function("SDL_DestroyWindow");
     decltype(&SDL_FreeSurface) freeSurface = function("SDL_FreeSurface");
