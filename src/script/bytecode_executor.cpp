@@ -305,6 +305,14 @@ void BytecodeExecutor::assignAnyElement(const PlanStep& step) {
 }
 
 void BytecodeExecutor::updateElement(const PlanStep& step) {
+    const Variable* value = findLeaf(script_, *step.value);
+    const Variable* key = value ? findLeaf(script_, *step.key) : nullptr;
+    const Variable* container = key ? script_.scopes_.findQuickly(step.name) : nullptr;
+    Variable* element = container ? findElementMutable(*container, *key) : nullptr;
+    if (!element || !updateInteger(*element, step.operation, *value)) updateAnyElement(step);
+}
+
+void BytecodeExecutor::updateAnyElement(const PlanStep& step) {
     Variable value = evaluateValue(step);
     if (aborted()) return;
     Variable storage;

@@ -49,6 +49,7 @@ private:
     void assignElement(const PlanStep& step);
     [[gnu::noinline]] void assignAnyElement(const PlanStep& step);
     void updateElement(const PlanStep& step);
+    [[gnu::noinline]] void updateAnyElement(const PlanStep& step);
     [[gnu::always_inline]] inline Variable evaluateValue(const PlanStep& step);
     // The value where it stands, or in the storage.
     [[gnu::always_inline]] inline const Variable& referToValue(const PlanStep& step, Variable& storage);
