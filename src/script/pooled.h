@@ -5,8 +5,8 @@
 
 namespace kelmora {
 
-// Base of small objects that come and go in great numbers: their memory is handed out again instead of going back
-// to the system. They live on one thread. A sanitiser sees each of them by itself.
+// Base of small objects that come and go in great numbers: their memory is handed out again instead of
+// going back to the system. They live on one thread. A sanitiser sees each of them by itself.
 template <typename T>
 class Pooled {
 public:
@@ -42,7 +42,7 @@ private:
 
     [[gnu::noinline]] static Slot* makeBlock(std::size_t size) {
         static_assert(alignof(T) <= alignof(Slot) && sizeof(T) % alignof(Slot) == 0);
-        auto* block = static_cast<std::byte*>(::operator new(size * slotsInBlock));
+        auto* block = static_cast<std::byte*>(::operator new(size* slotsInBlock));
         Slot* first = nullptr;
         for (std::size_t i = slotsInBlock; i-- > 0;) first = new (block + i * size) Slot{first};
         return first;
