@@ -28,6 +28,16 @@ Variable* Scopes::findIn(Scope& scope, NameId name) {
     return nullptr;
 }
 
+// In the native scope and among the globals.
+Variable* Scopes::findPastCalls(NameId name) {
+    if (name >= cellCount_) return nullptr;
+    Cell& cell = cells_[name];
+    if (cell.nativeEntries > 0) {
+        if (Variable* native = findNative(name)) return native;
+    }
+    return cell.defined ? &cell.global : nullptr;
+}
+
 Variable* Scopes::findNative(NameId name) {
     return nativeLevel_ < nativeScopes_.size() ? findIn(nativeScopes_[nativeLevel_], name) : nullptr;
 }

@@ -29,14 +29,8 @@ public:
     // A name that is nowhere gives null. A pointer holds until the next write or push.
     const Variable* find(NameId name) const { return const_cast<Scopes*>(this)->findMutable(name); }
     Variable* findMutable(NameId name) {
-        if (name >= cellCount_) return nullptr;
-        Cell& cell = cells_[name];
-        if (cell.newestLocal >= visibleLocals_) return &locals_[cell.newestLocal].value;
-        if (cell.newestCall != noBinding) return &calls_[cell.newestCall].value;
-        if (cell.nativeEntries > 0) {
-            if (Variable* native = findNative(name)) return native;
-        }
-        return cell.defined ? &cell.global : nullptr;
+        Variable* found = findQuicklyMutable(name);
+        return found ? found : findPastCalls(name);
     }
     // The same, but a name that native scopes hold may give null too. Calls nothing.
     const Variable* findQuickly(NameId name) const {
@@ -174,6 +168,7 @@ private:
     }
     void fitArguments(BindingIndex end);
     void popVisibleLocalScopes();
+    Variable* findPastCalls(NameId name);
     Variable* findNative(NameId name);
     static Variable* findIn(Scope& scope, NameId name);
     void unbindTo(BindingStack& stack, BindingIndex Cell::*newest, BindingIndex size) {
