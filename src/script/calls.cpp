@@ -72,12 +72,33 @@ inline Variable VesperScript::runLibrary(LibraryFunction body, std::span<const V
     return result;
 }
 
+// What walking the steps would return. The frame puts the native level back.
+inline Variable VesperScript::evaluateGuarded(const PlanBlock& body) {
+    const PlanStep* step = body.steps;
+    for (; step->kind == StepKind::If; ++step) {
+        const PlanBranch& guard = step->branches.front();
+        context_.setLine(*guard.line);
+        if (!guard.condition->test(*this, *guard.condition)) continue;
+        scopes_.setNativeLevel(scopes_.nativeLevel() + 1);
+        step = guard.body->steps;
+        break;
+    }
+    context_.setLine(*step->line);
+    Variable result = step->value->evaluate(*this, *step->value);
+    if (needsAttention()) {
+        rethrowPendingCoroutineException();
+        if (shouldAbortForSoftRaisedError()) return {};
+    }
+    return result;
+}
+
 inline Variable VesperScript::runProgramBody(const ScriptCallable& callable) {
     countStep();
-    BlockSignal signal;
     const PlanBlock& body = callable.entry
                                 ? *callable.entry
                                 : BytecodeExecutor::blockOf(*this, *callable.program, callable.chunkIndex);
+    if (body.isGuarded && !needsAttention()) return evaluateGuarded(body);
+    BlockSignal signal;
     BytecodeExecutor(*this, *callable.program, signal).enterBlock(body);
     rethrowPendingCoroutineException();
     if (signal.kind == BlockSignal::Kind::Return && !needsAttention()) return std::move(signal.value);

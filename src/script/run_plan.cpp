@@ -20,6 +20,7 @@ public:
         for (const BytecodeInstruction& instruction : program_.instructions)
             plan_.steps_.push_back(makeStep(instruction));
         for (std::uint32_t chunk = 0; chunk < program_.chunks.size(); ++chunk) fillBlock(chunk);
+        for (PlanBlock& block : plan_.blocks_) block.isGuarded = isGuarded(block);
     }
 
 private:
@@ -50,6 +51,18 @@ private:
 
     static bool isReturn(const PlanStep& step) {
         return step.kind == StepKind::ReturnValue || step.kind == StepKind::Return;
+    }
+
+    static bool isGuard(const PlanStep& step) {
+        if (step.kind != StepKind::If || step.branches.size() != 1) return false;
+        const PlanBranch& branch = step.branches.front();
+        return branch.line && branch.condition && !branch.condition->mayCall && branch.body->isReturn &&
+               branch.body->steps[0].kind == StepKind::ReturnValue;
+    }
+    static bool isGuarded(const PlanBlock& block) {
+        if (!block.isPlain || block.stepCount == 0) return false;
+        const PlanStep* last = block.steps + block.stepCount - 1;
+        return last->kind == StepKind::ReturnValue && std::all_of(block.steps, last, isGuard);
     }
 
     // True when a statement names a variable of the local scopes, which it may make there.

@@ -65,6 +65,8 @@ struct PlanBlock {
     // Makes no locals and holds no labels: it runs without a scope of its own and without being registered.
     bool isPlain = false;
     bool isReturn = false;  // a plain block of one `return`
+    bool isGuarded =
+        false;  // guards, each an `if` with a `return`, in front of a `return`; no test runs script
     const PlanStep* steps = nullptr;
     std::uint32_t stepCount = 0;
     const char* fault = nullptr;  // raised when the block is entered

@@ -119,7 +119,14 @@ private:
     }
     std::string declaration(int depth, const std::string& in) {
         inFunction_ = true;
-        const std::string body = block(depth, in);
+        std::string body;
+        if (pick(2) == 0) {
+            for (int i = pick(3); i > 0; --i)
+                body += in + "    if " + expression(1) + "\n" + in + "        return " + expression(2) +
+                        "\n" + in + "    end\n";
+        } else {
+            body = block(depth, in);
+        }
         const std::string result = expression(2);
         inFunction_ = false;
         return in + "function h(p, x)\n" + body + in + "    return " + result + "\n" + in + "end\n";
