@@ -107,10 +107,10 @@ inline const Variable& BytecodeExecutor::referToValue(const PlanStep& step, Vari
 inline bool BytecodeExecutor::execute(const PlanStep& step) {
     switch (step.kind) {
         case StepKind::AssignName:
-            assignName(step, false);
+            assignName(step);
             return false;
         case StepKind::AssignLocal:
-            assignName(step, true);
+            assignAnyName(step, true);
             return false;
         case StepKind::AssignNames:
             assignNames(step);
@@ -225,7 +225,15 @@ bool BytecodeExecutor::executeRegisteredJumpTarget(const std::string& label) {
 
 // --- Statements in their frequent forms ---
 
-void BytecodeExecutor::assignName(const PlanStep& step, bool isLocal) {
+void BytecodeExecutor::assignName(const PlanStep& step) {
+    if (std::int32_t number = 0; step.value->integer && step.value->integer(script_, *step.value, number)) {
+        Variable* target = script_.scopes_.findQuicklyMutable(step.name);
+        if (target && target->assignPlain(Variable::integer(number))) return;
+    }
+    assignAnyName(step, false);
+}
+
+void BytecodeExecutor::assignAnyName(const PlanStep& step, bool isLocal) {
     Variable value = evaluateValue(step);
     if (aborted()) return;
     if (isLocal) {

@@ -42,7 +42,8 @@ private:
     bool executeRegisteredJumpTarget(const std::string& label);
 
     [[gnu::always_inline]] inline bool execute(const PlanStep& step);
-    void assignName(const PlanStep& step, bool isLocal);
+    void assignName(const PlanStep& step);
+    [[gnu::noinline]] void assignAnyName(const PlanStep& step, bool isLocal);
     void assignNames(const PlanStep& step);
     void updateName(const PlanStep& step);
     [[gnu::noinline]] void updateAnyName(const PlanStep& step);
