@@ -59,6 +59,7 @@ inline bool BytecodeExecutor::jumpCameOutOfBody() const {
 
 inline bool BytecodeExecutor::runBody(const PlanBlock& block) {
     const NativeLevelGuard level(script_.scopes_, script_.scopes_.nativeLevel() + 1);
+    if (block.isSimple && !script_.needsAttention()) return runSimpleBlock(block);
     if (block.isReturn && !script_.needsAttention()) return runReturn(block.steps[0]);
     script_.stack_.check();  // the blocks of a damaged image may hold themselves
     return enterBlock(block);
@@ -104,30 +105,36 @@ inline const Variable& BytecodeExecutor::referToValue(const PlanStep& step, Vari
     return refer(script_, *step.value, storage);
 }
 
-inline bool BytecodeExecutor::execute(const PlanStep& step) {
+inline void BytecodeExecutor::runSimple(const PlanStep& step) {
     switch (step.kind) {
         case StepKind::AssignName:
-            assignName(step);
-            return false;
+            return assignName(step);
         case StepKind::AssignLocal:
-            assignAnyName(step, true);
-            return false;
+            return assignAnyName(step, true);
         case StepKind::AssignNames:
-            assignNames(step);
-            return false;
+            return assignNames(step);
         case StepKind::UpdateName:
-            updateName(step);
-            return false;
+            return updateName(step);
         case StepKind::AssignElement:
-            assignElement(step);
-            return false;
+            return assignElement(step);
         case StepKind::UpdateElement:
-            updateElement(step);
-            return false;
-        case StepKind::Evaluate:
+            return updateElement(step);
+        default:
             enterLine(step);
             step.value->evaluate(script_, *step.value);
-            return false;
+    }
+}
+
+// What walking the block would do.
+bool BytecodeExecutor::runSimpleBlock(const PlanBlock& block) {
+    runSimple(block.steps[0]);
+    if (!script_.needsAttention()) return false;
+    script_.serviceCoroutines();
+    return walkSteps(block, 1);
+}
+
+inline bool BytecodeExecutor::execute(const PlanStep& step) {
+    switch (step.kind) {
         case StepKind::ReturnValue:
         case StepKind::Return:
             return runReturn(step);
@@ -156,10 +163,9 @@ inline bool BytecodeExecutor::execute(const PlanStep& step) {
             if (!script_.executeAssignment(*step.line, nullptr))
                 script_.executeExpressionStatement(*step.line);
             return false;
-        case StepKind::Fault:
-            break;
+        default:
+            throw std::runtime_error(step.fault);
     }
-    throw std::runtime_error(step.fault);
 }
 
 bool BytecodeExecutor::walkSteps(const PlanBlock& block, std::uint32_t start) {
@@ -172,7 +178,9 @@ bool BytecodeExecutor::walkSteps(const PlanBlock& block, std::uint32_t start) {
             if (aborted()) return true;
         }
         if (step == end) return false;
-        if (execute(*step)) {
+        if (step->isSimple()) {
+            runSimple(*step);
+        } else if (execute(*step)) {
             if (!jumpCameOutOfBody()) return true;
             signal_.kind = BlockSignal::Kind::Normal;
             continue;

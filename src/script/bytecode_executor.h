@@ -41,6 +41,9 @@ private:
     bool ancestorHasLabel(const std::string& label) const;
     bool executeRegisteredJumpTarget(const std::string& label);
 
+    [[gnu::always_inline]] inline void runSimple(const PlanStep& step);
+    bool runSimpleBlock(const PlanBlock& block);
+    // A step that is not simple. True when the block must stop.
     [[gnu::always_inline]] inline bool execute(const PlanStep& step);
     void assignName(const PlanStep& step);
     [[gnu::noinline]] void assignAnyName(const PlanStep& step, bool isLocal);

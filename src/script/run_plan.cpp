@@ -43,7 +43,10 @@ private:
             block.steps = plan_.steps_.data() + chunk.firstInstruction;
             block.stepCount = chunk.instructionCount;
             block.isPlain = !block.declaresLocals && !block.mayHoldLabels && !writesVisibleLocals(block);
-            block.isReturn = block.isPlain && block.stepCount == 1 && isReturn(block.steps[0]);
+            if (block.isPlain && block.stepCount == 1) {
+                block.isReturn = isReturn(block.steps[0]);
+                block.isSimple = block.steps[0].isSimple();
+            }
         } else {
             block.fault = "Bytecode chunk range is out of bounds";
         }

@@ -22,7 +22,7 @@ enum class StepKind : std::uint8_t {
     UpdateName,     // name += value and so on
     AssignElement,  // name[key] = value
     UpdateElement,  // name[key] += value and so on
-    Evaluate,       // an expression for its effects
+    Evaluate,       // an expression for its effects; the last that cannot end its block
     ReturnValue,    // return value
     If,
     While,
@@ -49,6 +49,8 @@ struct PlanStep {
     std::span<const PlanBranch> branches;
     const FunctionDeclaration* declaration = nullptr;
     const char* fault = nullptr;
+
+    bool isSimple() const { return kind <= StepKind::Evaluate; }
 };
 
 struct PlanBranch {
@@ -65,6 +67,7 @@ struct PlanBlock {
     // Makes no locals and holds no labels: it runs without a scope of its own and without being registered.
     bool isPlain = false;
     bool isReturn = false;  // a plain block of one `return`
+    bool isSimple = false;  // a plain block of one simple step
     bool isGuarded =
         false;  // guards, each an `if` with a `return`, in front of a `return`; no test runs script
     const PlanStep* steps = nullptr;
