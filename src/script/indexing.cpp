@@ -79,6 +79,8 @@ Variable* arrayElement(Variable& container, const Variable& key, bool create) {
     if (index > static_cast<std::int64_t>(items.size())) {
         if (!create) throw std::runtime_error("Array index out of range");
         if (index > maximumArrayLength) throw std::runtime_error("Array index is too large");
+        // Doubling must not go past the limit either.
+        if (items.size() > maximumArrayLength / 2) items.reserve(maximumArrayLength);
         items.resize(static_cast<std::size_t>(index));
     }
     return &items[static_cast<std::size_t>(index - 1)];
