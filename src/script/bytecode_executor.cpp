@@ -300,8 +300,8 @@ void BytecodeExecutor::assignElement(const PlanStep& step) {
 
 void BytecodeExecutor::assignAnyElement(const PlanStep& step) {
     Variable valueStorage;
-    if (step.key->mayCall) valueStorage = evaluateValue(step);
-    const Variable& value = step.key->mayCall ? valueStorage : referToValue(step, valueStorage);
+    const Variable& value =
+        step.key->mayCall ? valueStorage = evaluateValue(step) : referToValue(step, valueStorage);
     if (aborted()) return;
     Variable keyStorage;
     const Variable& key = refer(script_, *step.key, keyStorage);

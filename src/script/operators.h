@@ -19,8 +19,8 @@ int compareVariables(const Variable& a, const Variable& b);
 Variable performOperation(const Variable& left, TokenKind operation, const Variable& right);
 // Lengthens a string that `target` holds by the value's text.
 void appendInPlace(Variable& target, const Variable& value);
-// Does `target = target operation value` in place for integers and string appends. False when nothing
-// was done and the general way has to be taken.
+// These do `target = target operation value` in place: for integers, for integers and string appends, and
+// for all. False when nothing was done and a more general way has to be taken.
 inline bool updateInteger(Variable& target, TokenKind operation, const Variable& value) {
     if (std::int32_t result = 0; target.isInt() && value.isInt() &&
                                  applyToIntegers(operation, target.intValue(), value.intValue(), result)) {

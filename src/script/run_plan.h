@@ -68,8 +68,8 @@ struct PlanBlock {
     bool isPlain = false;
     bool isReturn = false;  // a plain block of one `return`
     bool isSimple = false;  // a plain block of one simple step
-    bool isGuarded =
-        false;  // guards, each an `if` with a `return`, in front of a `return`; no test runs script
+    // Guards, each an `if` around a `return`, in front of a `return`. No condition runs script.
+    bool isGuarded = false;
     const PlanStep* steps = nullptr;
     std::uint32_t stepCount = 0;
     const char* fault = nullptr;  // raised when the block is entered
