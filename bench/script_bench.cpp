@@ -9,7 +9,7 @@
 // Each benchmark checks its answer before it counts.
 namespace {
 
-class QuietHost : public kelmora::ScriptHost {
+class QuietHost : public kelmora::HostServices {
 public:
     void print(std::string_view) override {}
     void flush() override {}

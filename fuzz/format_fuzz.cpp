@@ -21,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                                   Variable::boolean(whole > 0),
                                   Variable::number(1e30f)};
     try {
-        formatText(arguments);
+        formatValues(arguments);
     } catch (const std::exception&) {
     }
     return 0;

@@ -1,7 +1,7 @@
 #include <exception>
 #include <string>
 
-#include "script/library/pattern.h"
+#include "text/pattern.h"
 
 // A script's pattern text, a zero byte, and a subject.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -3,9 +3,8 @@
 #include <cstddef>
 #include <limits>
 #include <new>
-#include <string_view>
-#include <utility>
 
+#include "base/byte_writer.h"
 #include "base/whole_file.h"
 
 namespace vesper::wav {
@@ -32,25 +31,20 @@ bool isWritable(const DecodedFile& sound) {
            fits<std::uint32_t>(dataSize + headerSizeInRiff);
 }
 
-void writeId(std::vector<std::uint8_t>& out, std::string_view id) {
-    for (const char letter : id) out.push_back(static_cast<std::uint8_t>(letter));
-}
-
-void writeHeader(std::vector<std::uint8_t>& out, const DecodedFile& sound, std::uint32_t dataSize) {
+void writeHeader(kelmora::ByteWriter& out, const DecodedFile& sound, std::uint32_t dataSize) {
     const auto frameSize = static_cast<std::uint16_t>(sound.channels * 2);
-    writeId(out, "RIFF");
-    detail::writeU32LE(out, dataSize + headerSizeInRiff);
-    writeId(out, "WAVE");
-    writeId(out, "fmt ");
-    detail::writeU32LE(out, formatSize);
-    detail::writeU16LE(out, formatPcm);
-    detail::writeU16LE(out, sound.channels);
-    detail::writeU32LE(out, sound.sampleRate);
-    detail::writeU32LE(out, sound.sampleRate * frameSize);
-    detail::writeU16LE(out, frameSize);
-    detail::writeU16LE(out, bitsPerSample);
-    writeId(out, "data");
-    detail::writeU32LE(out, dataSize);
+    out.text("RIFF");
+    out.u32(dataSize + headerSizeInRiff);
+    out.text("WAVEfmt ");
+    out.u32(formatSize);
+    out.u16(formatPcm);
+    out.u16(sound.channels);
+    out.u32(sound.sampleRate);
+    out.u32(sound.sampleRate * frameSize);
+    out.u16(frameSize);
+    out.u16(bitsPerSample);
+    out.text("data");
+    out.u32(dataSize);
 }
 
 }  // namespace
@@ -58,16 +52,15 @@ void writeHeader(std::vector<std::uint8_t>& out, const DecodedFile& sound, std::
 bool encode(const DecodedFile& sound, std::vector<std::uint8_t>* out) try {
     if (!out || !isWritable(sound)) return false;
     const auto dataSize = static_cast<std::uint32_t>(sound.samples.size() * 2);
-    std::vector<std::uint8_t> bytes;
+    kelmora::ByteWriter bytes;
     bytes.reserve(std::size_t{headerSize} + dataSize);
     writeHeader(bytes, sound, dataSize);
-    bytes.resize(bytes.size() + dataSize);
-    std::uint8_t* place = bytes.data() + headerSize;
+    std::uint8_t* place = bytes.room(dataSize).data();
     for (const std::int16_t sample : sound.samples) {
         *place++ = static_cast<std::uint8_t>(sample);
         *place++ = static_cast<std::uint8_t>(sample >> 8);
     }
-    *out = std::move(bytes);
+    *out = bytes.take();
     return true;
 } catch (const std::bad_alloc&) {
     return false;
@@ -78,17 +71,4 @@ bool encodeFile(const char* path, const DecodedFile& sound) {
     return path && encode(sound, &bytes) && kelmora::writeWholeFileBytes(path, bytes);
 }
 
-namespace detail {
-
-void writeU16LE(std::vector<std::uint8_t>& out, std::uint16_t value) {
-    out.push_back(static_cast<std::uint8_t>(value));
-    out.push_back(static_cast<std::uint8_t>(value >> 8));
-}
-
-void writeU32LE(std::vector<std::uint8_t>& out, std::uint32_t value) {
-    writeU16LE(out, static_cast<std::uint16_t>(value));
-    writeU16LE(out, static_cast<std::uint16_t>(value >> 16));
-}
-
-}  // namespace detail
 }  // namespace vesper::wav

@@ -15,10 +15,4 @@ bool encode(const DecodedFile& sound, std::vector<std::uint8_t>* out);
 // written.
 bool encodeFile(const char* path, const DecodedFile& sound);
 
-namespace detail {
-
-void writeU16LE(std::vector<std::uint8_t>& out, std::uint16_t value);
-void writeU32LE(std::vector<std::uint8_t>& out, std::uint32_t value);
-
-}  // namespace detail
 }  // namespace vesper::wav

@@ -11,6 +11,11 @@ void ConsoleHost::print(std::string_view text) {
     if (flushes_) std::fflush(stdout);
 }
 
+void ConsoleHost::printError(std::string_view text) {
+    std::fflush(stdout);
+    std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
 void ConsoleHost::flush() {
     std::fflush(stdout);
 }

@@ -1,14 +1,15 @@
 #pragma once
 
-#include "script/script_host.h"
+#include "base/host_services.h"
 
 namespace kelmora {
 
 // Scripts print to standard output and run commands in the system's shell.
-class ConsoleHost : public ScriptHost {
+class ConsoleHost : public HostServices {
 public:
     ConsoleHost();
     void print(std::string_view text) override;
+    void printError(std::string_view text) override;
     void flush() override;
     std::FILE* openProcess(const std::string& command, const std::string& mode) override;
     int closeProcess(std::FILE* stream) override;

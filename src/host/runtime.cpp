@@ -15,7 +15,7 @@ std::int64_t systemMicroseconds() {
     return std::chrono::duration_cast<std::chrono::microseconds>(now).count();
 }
 
-Runtime::Runtime(ScriptHost& host)
+Runtime::Runtime(HostServices& host)
     : engine(host), clockOrigin(systemMicroseconds()), frameClock(clockOrigin) {
     engine.nativeStack().setLowAddress(platform_stack_low_address());
 }

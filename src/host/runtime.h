@@ -14,7 +14,7 @@ struct WindowsWindow;
 // Everything of one running game that native functions share: the interpreter, the base directory, the
 // registered buttons, the clocks and the one window.
 struct Runtime {
-    explicit Runtime(ScriptHost& host);
+    explicit Runtime(HostServices& host);
     ~Runtime();
     Runtime(const Runtime&) = delete;
     Runtime& operator=(const Runtime&) = delete;

@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "script/native_stack.h"
+#include "base/native_stack.h"
 #include "script/parsed_header.h"
 
 namespace kelmora {

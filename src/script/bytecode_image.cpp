@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "base/byte_reader.h"
+#include "base/byte_writer.h"
 #include "base/whole_file.h"
 #include "script/line_parser.h"
 #include "script/vesper_script.h"
@@ -19,31 +20,31 @@ bool isKnownVersion(std::uint16_t version) {
 class ImageWriter {
 public:
     std::vector<unsigned char> write(const BytecodeProgram& program) {
-        for (const char c : imageMagic) u8(static_cast<std::uint8_t>(c));
-        u16(std::max(bytecodeVersion, program.version));
-        string(program.source.directory);
-        string(program.source.path);
+        out_.text(imageMagic);
+        out_.u16(std::max(bytecodeVersion, program.version));
+        out_.countedText(program.source.directory);
+        out_.countedText(program.source.path);
         table(program.lines, [this](const ParsedScriptLine& line) {
-            string(line.text);
-            u32(line.lineNumber + 1);
-            table(line.tokens, [this](const std::string& token) { string(token); });
+            out_.countedText(line.text);
+            out_.u32(line.lineNumber + 1);
+            table(line.tokens, [this](const std::string& token) { out_.countedText(token); });
         });
         table(program.instructions, [this](const BytecodeInstruction& instruction) {
-            u8(static_cast<std::uint8_t>(instruction.opcode));
-            u32(instruction.operand);
-            u32(instruction.second);
+            out_.u8(static_cast<std::uint8_t>(instruction.opcode));
+            out_.u32(instruction.operand);
+            out_.u32(instruction.second);
         });
         table(program.chunks, [this](const BytecodeChunk& chunk) {
-            u32(chunk.firstInstruction);
-            u32(chunk.instructionCount);
-            u8(chunk.declaresLocals ? 1 : 0);
-            u8(chunk.nested ? 1 : 0);
+            out_.u32(chunk.firstInstruction);
+            out_.u32(chunk.instructionCount);
+            out_.u8(chunk.declaresLocals ? 1 : 0);
+            out_.u8(chunk.nested ? 1 : 0);
         });
         table(program.ifGroups, [this](const IfGroup& group) {
             table(group, [this](const IfBranch& branch) {
-                u32(branch.line);
-                u32(branch.bodyChunk);
-                u8(branch.isElse ? 1 : 0);
+                out_.u32(branch.line);
+                out_.u32(branch.bodyChunk);
+                out_.u8(branch.isElse ? 1 : 0);
             });
         });
         loops(program.whileLoops);
@@ -51,49 +52,36 @@ public:
         loops(program.numericForLoops);
         loops(program.genericForLoops);
         table(program.nestBlocks, [this](const NestBlock& block) {
-            u32(block.line);
-            u32(block.bodyChunk);
-            u32(block.parentChunk);
-            string(block.label);
+            out_.u32(block.line);
+            out_.u32(block.bodyChunk);
+            out_.u32(block.parentChunk);
+            out_.countedText(block.label);
         });
         table(program.functionDeclarations, [this](const FunctionDeclaration& function) {
-            u32(function.line);
-            u32(function.bodyChunk);
-            u32(function.firstBodyLine);
-            u32(function.endLine);
-            string(function.source.directory);
-            string(function.source.path);
+            out_.u32(function.line);
+            out_.u32(function.bodyChunk);
+            out_.u32(function.firstBodyLine);
+            out_.u32(function.endLine);
+            out_.countedText(function.source.directory);
+            out_.countedText(function.source.path);
         });
-        return std::move(bytes_);
+        return out_.take();
     }
 
 private:
-    void u8(std::uint8_t value) { bytes_.push_back(value); }
-    void u16(std::uint16_t value) {
-        u8(static_cast<std::uint8_t>(value));
-        u8(static_cast<std::uint8_t>(value >> 8));
-    }
-    void u32(std::uint32_t value) {
-        u16(static_cast<std::uint16_t>(value));
-        u16(static_cast<std::uint16_t>(value >> 16));
-    }
-    void string(const std::string& text) {
-        u32(static_cast<std::uint32_t>(text.size()));
-        bytes_.insert(bytes_.end(), text.begin(), text.end());
-    }
     template <typename Record, typename Write>
     void table(const std::vector<Record>& records, Write write) {
-        u32(static_cast<std::uint32_t>(records.size()));
+        out_.u32(static_cast<std::uint32_t>(records.size()));
         for (const Record& record : records) write(record);
     }
     void loops(const std::vector<BytecodeLoop>& records) {
         table(records, [this](const BytecodeLoop& loop) {
-            u32(loop.line);
-            u32(loop.bodyChunk);
+            out_.u32(loop.line);
+            out_.u32(loop.bodyChunk);
         });
     }
 
-    std::vector<unsigned char> bytes_;
+    ByteWriter out_;
 };
 
 class ImageReader {

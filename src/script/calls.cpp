@@ -1,9 +1,9 @@
 #include <optional>
 #include <stdexcept>
 
+#include "base/depth_guard.h"
 #include "script/argument_list.h"
 #include "script/bytecode_executor.h"
-#include "script/depth_guard.h"
 #include "script/fast_calls.h"
 #include "script/vesper_script.h"
 

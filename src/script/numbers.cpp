@@ -1,20 +1,9 @@
 #include "script/numbers.h"
 
-#include <cerrno>
-#include <charconv>
 #include <cmath>
-#include <cstdlib>
-#include <limits>
 #include <stdexcept>
 
 namespace kelmora {
-
-std::int32_t saturatingInt(double value) {
-    if (std::isnan(value)) return 0;
-    if (value >= 2147483648.0) return std::numeric_limits<std::int32_t>::max();
-    if (value < -2147483648.0) return std::numeric_limits<std::int32_t>::min();
-    return static_cast<std::int32_t>(value);
-}
 
 std::int32_t toInt(const Variable& value) {
     switch (value.type()) {
@@ -40,20 +29,6 @@ double toDouble(const Variable& value) {
         default:
             throw std::runtime_error("Expected a numeric value");
     }
-}
-
-bool parseIntStrict(std::string_view text, std::int32_t& value) {
-    const char* end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, value);
-    return result.ec == std::errc() && result.ptr == end;
-}
-
-bool parseFloatStrict(const std::string& text, float& value) {
-    if (text.empty()) return false;
-    char* end = nullptr;
-    errno = 0;
-    value = std::strtof(text.c_str(), &end);
-    return errno != ERANGE && end == text.c_str() + text.size();
 }
 
 Variable keyValueFromText(StringObject& text) {

@@ -4,20 +4,15 @@
 #include <string>
 #include <string_view>
 
+#include "base/number_parse.h"
+#include "base/saturating.h"
 #include "script/variable.h"
 
 namespace kelmora {
 
-// Truncates towards zero, holds the result to the limits of 32 bits, and makes 0 of NaN.
-std::int32_t saturatingInt(double value);
-
 // Int, Float and Bool as a number; any other type raises "Expected a numeric value".
 std::int32_t toInt(const Variable& value);
 double toDouble(const Variable& value);
-
-// Whole-string parses: nothing may be left over and nothing may overflow.
-bool parseIntStrict(std::string_view text, std::int32_t& value);
-bool parseFloatStrict(const std::string& text, float& value);
 
 // A table key as a script value: Int, Float or String by what its text parses as.
 Variable keyValueFromText(StringObject& text);

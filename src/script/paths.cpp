@@ -1,33 +1,16 @@
-#include <algorithm>
+#include "base/paths.h"
 
 #include "base/file_kind.h"
-#include "script/source_path.h"
 #include "script/vesper_script.h"
 
 namespace kelmora {
-namespace {
-
-bool isAbsolute(const std::string& path) {
-    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
-    return path[0] == '/' || path[0] == '\\' || (path.size() > 1 && isLetter(path[0]) && path[1] == ':');
-}
-
-std::string joinPath(const std::string& base, const std::string& path) {
-    if (base.empty() || base.back() == '/') return base + path;
-    return base + "/" + path;
-}
-
-}  // namespace
-
 std::string VesperScript::normalisePath(const std::string& path) {
-    std::string normalised = path;
-    std::replace(normalised.begin(), normalised.end(), '\\', '/');
-    return normalised;
+    return kelmora::normalisePath(path);
 }
 
 std::string VesperScript::resolvePath(const std::string& path) const {
-    const std::string normalised = normalisePath(path);
-    if (normalised.empty() || isAbsolute(normalised) || pathExists(normalised)) return normalised;
+    const std::string normalised = kelmora::normalisePath(path);
+    if (normalised.empty() || isAbsolutePath(normalised) || pathExists(normalised)) return normalised;
 
     std::string base = context_.directory();
     if (base.empty()) base = sourceDirectoryForPath(context_.path());

@@ -1,8 +1,9 @@
 #include <stdexcept>
 
+#include "base/depth_guard.h"
+#include "base/paths.h"
 #include "script/bytecode_compiler.h"
 #include "script/bytecode_executor.h"
-#include "script/depth_guard.h"
 #include "script/line_parser.h"
 #include "script/source_path.h"
 #include "script/vesper_script.h"

@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
+#include "base/small_stack.h"
 #include "script/binding_stack.h"
 #include "script/names.h"
-#include "script/small_stack.h"
 #include "script/token.h"
 #include "script/variable.h"
 

@@ -1,11 +1,8 @@
 #include "script/source_path.h"
 
-namespace kelmora {
+#include "base/paths.h"
 
-std::string sourceDirectoryForPath(const std::string& path) {
-    const std::size_t separator = path.find_last_of("/\\");
-    return separator == std::string::npos ? std::string() : path.substr(0, separator);
-}
+namespace kelmora {
 
 void retargetBytecodeSource(BytecodeProgram& program, const std::string& sourcePath) {
     program.source = {sourceDirectoryForPath(sourcePath), sourcePath};

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "base/byte_reader.h"
+#include "base/byte_writer.h"
 #include "script/table_object.h"
 #include "script/vesper_script.h"
 
@@ -84,47 +85,39 @@ public:
         });
         std::sort(entries.begin(), entries.end(),
                   [](const auto& a, const auto& b) { return nameText(a.first) < nameText(b.first); });
-        for (const char c : stateMagic) u8(static_cast<std::uint8_t>(c));
-        u32(stateVersion);
+        out_.text(stateMagic);
+        out_.u32(stateVersion);
         std::ostringstream random;
         random << script.generator();
         string(random.str());
-        u32(static_cast<std::uint32_t>(entries.size()));
+        out_.u32(static_cast<std::uint32_t>(entries.size()));
         for (const auto& [name, held] : entries) {
             string(nameText(name));
             value(*held);
         }
-        return std::move(bytes_);
+        return out_.take();
     }
 
 private:
-    void u8(std::uint8_t byte) { bytes_.push_back(byte); }
-    void u32(std::uint32_t number) {
-        for (int i = 0; i < 4; ++i) u8(static_cast<std::uint8_t>(number >> (8 * i)));
-    }
-    void u64(std::uint64_t number) {
-        u32(static_cast<std::uint32_t>(number));
-        u32(static_cast<std::uint32_t>(number >> 32));
-    }
     template <typename Bytes>
     void block(const Bytes& content) {
-        if (content.size() > maximumBytes - std::min(maximumBytes, bytes_.size()))
+        if (content.size() > maximumBytes - std::min(maximumBytes, out_.size()))
             throw std::runtime_error("exportState: the state is too large");
-        u32(static_cast<std::uint32_t>(content.size()));
-        bytes_.insert(bytes_.end(), content.begin(), content.end());
+        out_.u32(static_cast<std::uint32_t>(content.size()));
+        out_.bytes({reinterpret_cast<const unsigned char*>(content.data()), content.size()});
     }
     void string(const std::string& text) { block(text); }
-    void tag(ValueTag kind) { u8(static_cast<std::uint8_t>(kind)); }
+    void tag(ValueTag kind) { out_.u8(static_cast<std::uint8_t>(kind)); }
 
     void value(const Variable& held) {
         switch (held.type()) {
             case VarType::Int:
                 tag(ValueTag::Int);
-                u32(static_cast<std::uint32_t>(held.intValue()));
+                out_.u32(static_cast<std::uint32_t>(held.intValue()));
                 break;
             case VarType::Float:
                 tag(ValueTag::Float);
-                u32(std::bit_cast<std::uint32_t>(held.floatValue()));
+                out_.u32(std::bit_cast<std::uint32_t>(held.floatValue()));
                 break;
             case VarType::String:
                 tag(ValueTag::String);
@@ -136,7 +129,7 @@ private:
                 break;
             case VarType::Bool:
                 tag(ValueTag::Bool);
-                u8(held.boolValue() ? 1 : 0);
+                out_.u8(held.boolValue() ? 1 : 0);
                 break;
             case VarType::Array:
                 items(ValueTag::Array, held.items());
@@ -157,13 +150,13 @@ private:
     }
     void items(ValueTag kind, const std::vector<Variable>& values) {
         tag(kind);
-        u32(static_cast<std::uint32_t>(values.size()));
+        out_.u32(static_cast<std::uint32_t>(values.size()));
         for (const Variable& item : values) value(item);
     }
     void table(const TableObject& entries) {
         tag(ValueTag::Table);
         const auto sorted = entries.sortedKeys();
-        u32(static_cast<std::uint32_t>(sorted->keys.size()));
+        out_.u32(static_cast<std::uint32_t>(sorted->keys.size()));
         for (const Ref<StringObject>& key : sorted->keys) {
             string(key->text());
             value(*entries.find(*key));
@@ -171,18 +164,18 @@ private:
     }
     void function(const ScriptCallable& callable) {
         tag(ValueTag::Function);
-        u8(callable.isDecay ? 1 : 0);
-        u8(callable.isLoadedChunk ? 1 : 0);
-        u32(callable.chunkIndex);
+        out_.u8(callable.isDecay ? 1 : 0);
+        out_.u8(callable.isLoadedChunk ? 1 : 0);
+        out_.u32(callable.chunkIndex);
         string(callable.source.directory);
         string(callable.source.path);
-        u64(callable.nativeScopeIndex);
-        u32(static_cast<std::uint32_t>(callable.parameters.size()));
+        out_.u64(callable.nativeScopeIndex);
+        out_.u32(static_cast<std::uint32_t>(callable.parameters.size()));
         for (const NameId parameter : callable.parameters) string(nameText(parameter));
         block(VesperScript::serialiseBytecode(*callable.program));
     }
 
-    std::vector<unsigned char> bytes_;
+    ByteWriter out_;
 };
 
 class StateReader {

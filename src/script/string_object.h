@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "script/pooled.h"
-#include "script/ref.h"
+#include "base/pooled.h"
+#include "base/ref.h"
 
 namespace kelmora {
 

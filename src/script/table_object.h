@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "script/pooled.h"
+#include "base/pooled.h"
 #include "script/variable.h"
 
 namespace kelmora {

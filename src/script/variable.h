@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "script/pooled.h"
-#include "script/ref.h"
+#include "base/pooled.h"
+#include "base/ref.h"
 #include "script/string_object.h"
 
 namespace kelmora {

@@ -11,15 +11,15 @@
 #include <utility>
 #include <vector>
 
+#include "base/host_services.h"
+#include "base/native_stack.h"
 #include "script/block_signal.h"
 #include "script/bytecode_program.h"
 #include "script/callable.h"
 #include "script/coroutines.h"
 #include "script/labels.h"
-#include "script/native_stack.h"
 #include "script/parsed_header.h"
 #include "script/scopes.h"
-#include "script/script_host.h"
 #include "script/soft_error.h"
 #include "script/source_context.h"
 #include "script/variable.h"
@@ -32,7 +32,7 @@ class ArgumentList;
 
 class VesperScript {
 public:
-    explicit VesperScript(ScriptHost& host);
+    explicit VesperScript(HostServices& host);
     ~VesperScript();
     VesperScript(const VesperScript&) = delete;
     VesperScript& operator=(const VesperScript&) = delete;
@@ -96,7 +96,7 @@ public:
 
     Variable evaluateExpression(const ParsedScriptLine& line, std::uint32_t& index);
 
-    ScriptHost& host() { return host_; }
+    HostServices& host() { return host_; }
     SourceContext& context() { return context_; }
     Scopes& scopes() { return scopes_; }
     Labels& labels() { return labels_; }
@@ -217,7 +217,7 @@ private:
         if (mayNeedAttention_ && coroutines_.wantsTurn()) serviceScheduledCoroutineTurn();
     }
 
-    ScriptHost& host_;
+    HostServices& host_;
     NativeStack stack_;
     SourceContext context_;
     Scopes scopes_;

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "base/paths.h"
 #include "base/whole_file.h"
 #include "platform/shim.h"
 #include "script/source_path.h"

@@ -3,15 +3,16 @@
 #include <cstdio>
 #include <string>
 
+#include "base/host_services.h"
 #include "base/whole_file.h"
-#include "script/script_host.h"
 
 namespace kelmora {
 
 // Keeps what a script prints. Every process it is asked for is silent.
-class CaptureHost : public ScriptHost {
+class CaptureHost : public HostServices {
 public:
     void print(std::string_view text) override { output += text; }
+    void printError(std::string_view text) override { errors += text; }
     void flush() override {}
     std::FILE* openProcess(const std::string&, const std::string&) override { return std::tmpfile(); }
     int closeProcess(std::FILE* stream) override { return std::fclose(stream); }
@@ -20,6 +21,7 @@ public:
     }
 
     std::string output;
+    std::string errors;
 };
 
 }  // namespace kelmora

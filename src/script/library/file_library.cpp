@@ -2,54 +2,13 @@
 #include <ctime>
 #include <memory>
 
-#include "base/file_kind.h"
+#include "base/file_stream.h"
 #include "script/library/library.h"
 #include "script/table_object.h"
 #include "script/vesper_script.h"
 
 namespace kelmora {
 namespace {
-
-// An open file or the pipe of a process. Closed with the last function that holds it.
-class FileStream {
-public:
-    FileStream(std::FILE* stream, ScriptHost* process) : stream_(stream), process_(process) {}
-    FileStream(const FileStream&) = delete;
-    FileStream& operator=(const FileStream&) = delete;
-    ~FileStream() { close(); }
-
-    std::FILE* get() const { return stream_; }
-    void close() {
-        if (!stream_) return;
-        if (process_) {
-            process_->closeProcess(stream_);
-        } else {
-            std::fclose(stream_);
-        }
-        stream_ = nullptr;
-    }
-
-    // False at the end of the stream.
-    bool readLine(std::string& line) {
-        int c = std::fgetc(stream_);
-        if (c == EOF) return false;
-        for (; c != EOF && c != '\n'; c = std::fgetc(stream_)) line += static_cast<char>(c);
-        return true;
-    }
-    bool readAll(std::string& text) {
-        char block[4096];
-        for (;;) {
-            const std::size_t count = std::fread(block, 1, sizeof block, stream_);
-            text.append(block, count);
-            if (count < sizeof block) break;
-        }
-        return !text.empty();
-    }
-
-private:
-    std::FILE* stream_;
-    ScriptHost* process_;  // null for a plain file
-};
 
 using StreamHandle = std::shared_ptr<FileStream>;
 
@@ -67,8 +26,7 @@ Variable fileWrite(const StreamHandle& stream, Arguments arguments) {
     require(stream->get() != nullptr, "file['write'] requires a writable file handle");
     for (const Variable& value : arguments) {
         const std::string text = value.toString();
-        if (std::fwrite(text.data(), 1, text.size(), stream->get()) != text.size())
-            throw std::runtime_error("file['write'] requires a writable file handle");
+        if (!stream->write(text)) throw std::runtime_error("file['write'] requires a writable file handle");
     }
     std::fflush(stream->get());
     return Variable::boolean(true);
@@ -102,16 +60,6 @@ Variable makeFileHandle(const StreamHandle& stream) {
     return handle;
 }
 
-// "r", "w" and "a" with an optional "+"; a "b" changes nothing, since all files are bytes.
-std::string streamMode(Arguments arguments) {
-    const std::string wanted = arguments.size() > 1 && arguments[1].isString() ? arguments[1].text() : "r";
-    std::string mode = "r";
-    if (wanted.starts_with("w") || wanted.starts_with("a")) mode = wanted.substr(0, 1);
-    mode += 'b';
-    if (wanted.find('+') != std::string::npos) mode += '+';
-    return mode;
-}
-
 Variable openFileFunction(VesperScript& script, Arguments arguments, bool isProcess) {
     const bool usable = !arguments.empty() && arguments.size() <= 2 && arguments[0].isString();
     require(usable, isProcess ? "io['popen'](path[, mode]) requires a path string"
@@ -122,9 +70,9 @@ Variable openFileFunction(VesperScript& script, Arguments arguments, bool isProc
             arguments.size() > 1 && arguments[1].isString() && arguments[1].text().starts_with("w");
         stream = script.host().openProcess(arguments[0].text(), writes ? "w" : "r");
     } else {
-        const std::string path = script.resolvePath(arguments[0].text());
-        if (isDirectory(path)) return {};
-        stream = std::fopen(path.c_str(), streamMode(arguments).c_str());
+        const std::string wanted =
+            arguments.size() > 1 && arguments[1].isString() ? arguments[1].text() : "r";
+        stream = script.host().openFile(script.resolvePath(arguments[0].text()), streamMode(wanted));
     }
     if (!stream) return {};
     return makeFileHandle(std::make_shared<FileStream>(stream, isProcess ? &script.host() : nullptr));

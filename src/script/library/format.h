@@ -5,6 +5,6 @@
 namespace kelmora {
 
 // string.format: the first argument is the format text.
-std::string formatText(Arguments arguments);
+std::string formatValues(Arguments arguments);
 
 }  // namespace kelmora

@@ -21,7 +21,7 @@ Variable packResults(std::vector<Variable> values) {
     return Variable::makeMulti(std::move(values));
 }
 
-VesperScript::VesperScript(ScriptHost& host) : host_(host), started_(std::chrono::steady_clock::now()) {
+VesperScript::VesperScript(HostServices& host) : host_(host), started_(std::chrono::steady_clock::now()) {
     stack_.markBase();
     for (const auto entries : {coreLibrary(), stateLibrary(), containerLibrary()})
         for (const LibraryEntry& entry : entries)

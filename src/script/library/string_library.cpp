@@ -2,14 +2,16 @@
 
 #include "script/library/format.h"
 #include "script/library/library.h"
-#include "script/library/pattern.h"
 #include "script/numbers.h"
 #include "script/table_object.h"
+#include "text/byte_range.h"
+#include "text/letter_case.h"
+#include "text/limits.h"
+#include "text/pattern.h"
+#include "text/replacement.h"
 
 namespace kelmora {
 namespace {
-
-constexpr std::size_t maximumResult = std::size_t{1} << 28;
 
 bool isNumber(const Variable& value) {
     return value.isInt() || value.isFloat();
@@ -21,40 +23,16 @@ Variable length(VesperScript&, Arguments arguments) {
     return Variable::integer(static_cast<std::int32_t>(arguments[0].text().size()));
 }
 
-template <typename Change>
-Variable changeCase(const std::string& text, Change change) {
-    std::string changed = text;
-    std::transform(changed.begin(), changed.end(), changed.begin(), change);
-    return Variable::text(std::move(changed));
-}
-
 Variable upper(VesperScript&, Arguments arguments) {
     require(arguments.size() == 1 && arguments[0].isString(),
             "string['upper'](s) requires exactly 1 string argument");
-    return changeCase(arguments[0].text(),
-                      [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+    return Variable::text(upperCase(arguments[0].text()));
 }
 
 Variable lower(VesperScript&, Arguments arguments) {
     require(arguments.size() == 1 && arguments[0].isString(),
             "string['lower'](s) requires exactly 1 string argument");
-    return changeCase(arguments[0].text(),
-                      [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-}
-
-// Start and past-the-end offset of the bytes i to j, counted from 1 or from the end, held to the string.
-struct ByteRange {
-    std::size_t first = 0;
-    std::size_t last = 0;
-};
-ByteRange byteRange(const std::string& text, std::int64_t i, std::int64_t j) {
-    const auto size = static_cast<std::int64_t>(text.size());
-    if (i < 0) i += size + 1;
-    if (j < 0) j += size + 1;
-    i = std::max<std::int64_t>(i, 1);
-    j = std::min(j, size);
-    if (i > j) return {};
-    return {static_cast<std::size_t>(i - 1), static_cast<std::size_t>(j)};
+    return Variable::text(lowerCase(arguments[0].text()));
 }
 
 Variable sub(VesperScript&, Arguments arguments) {
@@ -63,7 +41,7 @@ Variable sub(VesperScript&, Arguments arguments) {
             "string['sub'](s, i[, j]) requires a string and 1-2 numeric indices");
     const std::string& text = arguments[0].text();
     const ByteRange range =
-        byteRange(text, toInt(arguments[1]), arguments.size() == 3 ? toInt(arguments[2]) : -1);
+        byteRange(text.size(), toInt(arguments[1]), arguments.size() == 3 ? toInt(arguments[2]) : -1);
     if (range.last - range.first == 1) return Variable::character(text[range.first]);
     return Variable::text(text.substr(range.first, range.last - range.first));
 }
@@ -73,7 +51,7 @@ Variable byte(VesperScript&, Arguments arguments) {
             "string['byte'](s[, i[, j]]) requires a string");
     const std::string& text = arguments[0].text();
     const std::int32_t first = arguments.size() > 1 ? toInt(arguments[1]) : 1;
-    const ByteRange range = byteRange(text, first, arguments.size() > 2 ? toInt(arguments[2]) : first);
+    const ByteRange range = byteRange(text.size(), first, arguments.size() > 2 ? toInt(arguments[2]) : first);
     std::vector<Variable> bytes;
     for (std::size_t i = range.first; i < range.last; ++i)
         bytes.push_back(Variable::integer(static_cast<unsigned char>(text[i])));
@@ -94,7 +72,7 @@ Variable rep(VesperScript&, Arguments arguments) {
     const std::string separator = arguments.size() == 3 ? arguments[2].text() : std::string();
     const std::int32_t count = toInt(arguments[1]);
     if (count <= 0) return Variable::text("");
-    if (std::uint64_t{unit.size() + separator.size()} * static_cast<std::uint64_t>(count) > maximumResult)
+    if (std::uint64_t{unit.size() + separator.size()} * static_cast<std::uint64_t>(count) > maximumTextSize)
         throw std::runtime_error("string['rep'](s, n[, sep]): the result is too large");
     std::string text;
     text.reserve((unit.size() + separator.size()) * static_cast<std::size_t>(count));
@@ -181,40 +159,6 @@ Variable gmatch(VesperScript&, Arguments arguments) {
     return Variable::array(std::move(found));
 }
 
-// Inserts a replacement text, whose backslash forms stand for parts of the match.
-void appendReplacement(std::string& out, const std::string& replacement, const std::string& subject,
-                       const regex::Captures& captures) {
-    const regex::Capture& whole = captures[0];
-    const auto lastTakingPart = [&]() -> const regex::Capture* {
-        for (std::size_t i = captures.size(); i-- > 1;)
-            if (captures[i].tookPart) return &captures[i];
-        return nullptr;
-    };
-    for (std::size_t i = 0; i < replacement.size(); ++i) {
-        const char c = replacement[i];
-        if (c != '\\' || i + 1 == replacement.size()) {
-            out += c;
-            continue;
-        }
-        const char form = replacement[++i];
-        if (form == '0' || form == '&') {
-            out += whole.in(subject);
-        } else if (form >= '1' && form <= '9') {
-            const auto group = static_cast<std::size_t>(form - '0');
-            if (group < captures.size() && captures[group].tookPart) out += captures[group].in(subject);
-        } else if (form == '\'') {
-            out.append(subject, whole.end);
-        } else if (form == '`') {
-            out.append(subject, 0, whole.begin);
-        } else if (form == '+') {
-            if (const regex::Capture* last = lastTakingPart()) out += last->in(subject);
-        } else {
-            out += c;
-            out += form;
-        }
-    }
-}
-
 void appendTableReplacement(std::string& out, const TableObject& table, std::string_view matched) {
     const Variable* value = table.find(matched);
     if (!value) throw std::runtime_error("gsub replacement table missing key: " + std::string(matched));
@@ -231,7 +175,7 @@ Variable asReplacementTable(const Variable& replacement) {
 Variable formatFunction(VesperScript&, Arguments arguments) {
     require(!arguments.empty() && arguments[0].isString(),
             "string['format'](format, ...) requires a format string");
-    return Variable::text(formatText(arguments));
+    return Variable::text(formatValues(arguments));
 }
 
 constexpr LibraryEntry entries[] = {
@@ -263,7 +207,7 @@ Variable gsubFunction(VesperScript&, Arguments arguments) {
             appendReplacement(out, replacement.text(), subject, matches.captures());
         }
         copied = whole.end;
-        if (out.size() > maximumResult)
+        if (out.size() > maximumTextSize)
             throw std::runtime_error("gsub(string, pattern, replacement): the result is too large");
     }
     if (copied == 0 && out.empty()) return arguments[0];

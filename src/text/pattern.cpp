@@ -1,4 +1,4 @@
-#include "script/library/pattern.h"
+#include "text/pattern.h"
 
 #include <algorithm>
 #include <stdexcept>
