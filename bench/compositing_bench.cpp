@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "image/image_registry.h"
 #include "plush/blit.h"
-#include "plush/live_images.h"
 #include "plush/row_kernels.h"
 #include "plush/skew.h"
 

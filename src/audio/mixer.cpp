@@ -12,7 +12,7 @@
 
 #include "audio/feeder.h"
 #include "platform/audio_device.h"
-#include "platform/shim.h"
+#include "platform/system.h"
 
 namespace vesper::mixer {
 namespace {

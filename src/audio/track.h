@@ -1,13 +1,14 @@
 #pragma once
 
 #include "audio/wav_reader.h"
+#include "base/pooled.h"
 
 namespace vesper::audio {
 
 // A sound held whole in memory. The mixer plays a copy of its samples. Tracks belong to whoever opened them,
 // until `close`. A null track, and a pointer that is no open track, is accepted everywhere: the call does
 // nothing and gives its neutral value.
-struct Track : wav::DecodedFile {
+struct Track : wav::DecodedFile, kelmora::Pooled<Track> {
     void* mixerHandle = nullptr;  // null when the track cannot be played
 };
 

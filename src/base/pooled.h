@@ -6,7 +6,8 @@
 namespace kelmora {
 
 // Base of small objects that come and go in great numbers: their memory is handed out again instead of
-// going back to the system. They live on one thread. A sanitiser sees each of them by itself.
+// going back to the system, so an address that was one of T never becomes one of another kind. They live on
+// one thread. A sanitiser sees each of them by itself.
 template <typename T>
 class Pooled {
 public:

@@ -36,7 +36,7 @@ std::uint32_t sum_in_runs(std::span<const unsigned char> bytes, std::uint32_t ad
     return sums.b << 16 | sums.a;
 }
 
-#if defined(VH_X86)
+#if defined(KELMORA_X86)
 
 constexpr std::size_t blockSize = 32;
 
@@ -82,8 +82,8 @@ std::uint32_t adler32_portable(std::span<const unsigned char> bytes, std::uint32
 }
 
 std::uint32_t adler32(std::span<const unsigned char> bytes, std::uint32_t adler) {
-#if defined(VH_X86)
-    if (has_byte_shuffle()) return sum_in_runs(bytes, adler, add_blocks);
+#if defined(KELMORA_X86)
+    if (kelmora::hasByteShuffle()) return sum_in_runs(bytes, adler, add_blocks);
 #endif
     return adler32_portable(bytes, adler);
 }

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstddef>
 
-#include "codec/cpu_features.h"
+#include "base/cpu_features.h"
 #include "codec/load_store.h"
 
 namespace vh::png {
@@ -48,7 +48,7 @@ std::uint32_t update_by_tables(const unsigned char* data, std::size_t size, std:
     return state;
 }
 
-#if defined(VH_X86)
+#if defined(KELMORA_X86)
 
 constexpr std::size_t foldBlock = 64;
 
@@ -98,8 +98,8 @@ std::uint32_t crc32_portable(std::span<const unsigned char> bytes, std::uint32_t
 }
 
 std::uint32_t crc32(std::span<const unsigned char> bytes, std::uint32_t crc) {
-#if defined(VH_X86)
-    if (bytes.size() >= foldBlock && has_carryless_multiply())
+#if defined(KELMORA_X86)
+    if (bytes.size() >= foldBlock && kelmora::hasCarrylessMultiply())
         return ~update_by_folding(bytes.data(), bytes.size(), ~crc);
 #endif
     return crc32_portable(bytes, crc);

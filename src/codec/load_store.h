@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "codec/cpu_features.h"
+#include "base/cpu_features.h"
 
 namespace vh::png {
 
@@ -55,7 +55,7 @@ inline void store_u32_big(unsigned char* place, std::uint32_t value) {
     for (unsigned i = 0; i < 4; ++i) place[i] = static_cast<unsigned char>(value >> (24 - 8 * i));
 }
 
-#if defined(VH_X86)
+#if defined(KELMORA_X86)
 inline __m128i load_vector(const unsigned char* place) {
     return _mm_loadu_si128(reinterpret_cast<const __m128i*>(place));
 }

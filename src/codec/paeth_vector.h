@@ -1,8 +1,8 @@
 #pragma once
 
-#include "codec/cpu_features.h"
+#include "base/cpu_features.h"
 
-#if defined(VH_X86)
+#if defined(KELMORA_X86)
 
 namespace vh::png {
 

@@ -37,7 +37,7 @@ std::uint64_t filter_part(unsigned filter, const unsigned char* row, const unsig
     return sum;
 }
 
-#if defined(VH_X86)
+#if defined(KELMORA_X86)
 
 __m128i predict_average(__m128i left, __m128i upper) {
     // The processor's average rounds up.

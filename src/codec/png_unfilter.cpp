@@ -48,7 +48,7 @@ void copy_row(Row& row) {
     row.done = row.size;
 }
 
-#if defined(VH_X86)
+#if defined(KELMORA_X86)
 
 // Pixels of 3 bytes are read and written as 4: the byte too many is put right by the next pixel, and the last
 // pixel of a row is left to the plain form.
@@ -210,7 +210,7 @@ bool unfilter(unsigned filter, Row row, bool in_vectors) {
 }  // namespace
 
 bool prefers_paeth_pairs(std::size_t bytes_per_pixel) {
-#if defined(VH_X86)
+#if defined(KELMORA_X86)
     return bytes_per_pixel == 3 || bytes_per_pixel == 4;
 #else
     return bytes_per_pixel == 0;
@@ -221,7 +221,7 @@ void unfilter_paeth_pair(unsigned char* const out[2], const unsigned char* const
                          const unsigned char* prior, std::size_t row_bytes, std::size_t bytes_per_pixel) {
     Row first{out[0], raw[0], prior, row_bytes, bytes_per_pixel};
     Row second{out[1], raw[1], out[0], row_bytes, bytes_per_pixel};
-#if defined(VH_X86)
+#if defined(KELMORA_X86)
     if (bytes_per_pixel == 3) start_paeth_pair<3>(first, second);
     if (bytes_per_pixel == 4) start_paeth_pair<4>(first, second);
 #endif

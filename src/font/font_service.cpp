@@ -129,9 +129,13 @@ std::unique_ptr<PlushImage> emptyImage() {
     return image;
 }
 
-FontHandle* asFont(void* handle) {
-    auto* font = static_cast<FontHandle*>(handle);
-    return font && font->backend ? font : nullptr;
+// Scripts hold plain pointers, also to fonts that they have killed.
+std::unordered_map<const void*, std::unique_ptr<FontHandle>>& liveFonts =
+    *new std::unordered_map<const void*, std::unique_ptr<FontHandle>>;
+
+FontHandle* asFont(const void* handle) {
+    const auto found = liveFonts.find(handle);
+    return found == liveFonts.end() ? nullptr : found->second.get();
 }
 
 }  // namespace
@@ -160,7 +164,9 @@ void* vh_ttf_font_load_memory(const void* bytes, std::uint32_t length, float siz
     font->backend = loadBackend({first, first + length});
     if (!font->backend) return nullptr;
     font->size = usableSize(size);
-    return font.release();
+    FontHandle* handle = font.get();
+    liveFonts.emplace(handle, std::move(font));
+    return handle;
 }
 
 void vh_ttf_font_resize(void* handle, float size) {
@@ -180,5 +186,5 @@ PlushImage* vh_ttf_font_render(void* handle, const char* utf8, int r, int g, int
 }
 
 void vh_ttf_font_free(void* handle) {
-    delete static_cast<FontHandle*>(handle);
+    liveFonts.erase(handle);
 }

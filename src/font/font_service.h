@@ -4,13 +4,14 @@
 #include <memory>
 #include <unordered_map>
 
+#include "base/pooled.h"
 #include "font/font_backend.h"
-#include "plush/plush_image.h"
+#include "image/plush_image.h"
 
 namespace kelmora {
 
 // What scripts hold by address.
-struct FontHandle {
+struct FontHandle : Pooled<FontHandle> {
     // Drawn on first use, kept until the size changes.
     const GlyphBitmap& glyph(std::uint32_t codepoint, double scale);
 
@@ -22,7 +23,7 @@ struct FontHandle {
 }  // namespace kelmora
 
 // A handle for the font, or null when it can't be used; ended with vh_ttf_font_free. Sizes are pixels to the
-// em; one that is not above 1 means 1.
+// em; one that is not above 1 means 1. A handle that is dead, or never was one, counts as null everywhere.
 void* vh_ttf_font_load(const char* path, float size);
 void* vh_ttf_font_load_memory(const void* bytes, std::uint32_t length, float size);
 void vh_ttf_font_resize(void* handle, float size);

@@ -2,8 +2,8 @@
 
 #include <optional>
 
+#include "font/affine_transform.h"
 #include "font/outline_rasteriser.h"
-#include "font/truetype_outlines.h"
 #include "font/type1_file.h"
 
 namespace kelmora {

@@ -1,6 +1,6 @@
 #include "host/console_host.h"
 
-#include "platform/shim.h"
+#include "shim/shim.h"
 
 namespace kelmora {
 

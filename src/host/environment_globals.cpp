@@ -1,7 +1,7 @@
 #include <array>
 
-#include "host/runtime.h"
-#include "platform/shim.h"
+#include "host/registration.h"
+#include "shim/shim.h"
 
 namespace kelmora {
 namespace {
@@ -179,28 +179,6 @@ void publishEnvironmentGlobals(VesperScript& engine) {
     // Slips of the keyboard that scripts may lean on.
     for (const char* slip : {"fasle", "flase", "flse"}) publish.boolean(slip, false);
     for (const char* slip : {"tre", "tue", "ture"}) publish.boolean(slip, true);
-}
-
-void publishInputGlobals(Runtime& runtime) {
-    GlobalPublisher publish(runtime.engine);
-    const KeyState* keys = vh_updateKeyboardState();
-    int mouseX = -1;
-    int mouseY = -1;
-    bool buttons[3] = {};
-    if (runtime.window) {
-        vh_getMousePosition(runtime.window, &mouseX, &mouseY);
-        constexpr int platformButtons[3] = {0, 2, 1};  // scripts count left, middle, right
-        for (int i = 0; i < 3; ++i) buttons[i] = vh_getMouseButtonState(runtime.window, platformButtons[i]);
-    }
-    for (int i = 0; i < 3; ++i) publish.boolean("VESPER_MOUSE_" + std::to_string(i + 1), buttons[i]);
-    publish.integer("VESPER_MOUSE_X", mouseX);
-    publish.integer("VESPER_MOUSE_Y", mouseY);
-    for (std::size_t slot = 0; slot < keySlotCount; ++slot)
-        if (slot != keySlotMinus)
-            publish.boolean(std::string("VESPER_KEY_") + keyTable[slot].name, keys->down[slot]);
-    for (int i = 1; i <= 4; ++i)
-        publish.boolean("VESPER_TOUCHBAR_" + std::to_string(i),
-                        runtime.window && vh_getTouchBarButtonState(runtime.window, i));
 }
 
 }  // namespace kelmora

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "host/console_host.h"
-#include "platform/shim.h"
 #include "script/source_path.h"
+#include "shim/shim.h"
 
 namespace kelmora {
 

@@ -3,7 +3,7 @@
 #include <span>
 #include <string>
 
-#include "host/runtime.h"
+#include "host/registration.h"
 
 namespace kelmora {
 

@@ -6,7 +6,6 @@
 #include "base/whole_file.h"
 #include "host/bytecode_dump.h"
 #include "host/console_host.h"
-#include "host/runtime.h"
 #include "host/startup.h"
 #include "script/source_path.h"
 

@@ -1,9 +1,11 @@
 #include "platform/machine_facts.h"
 
+#include <chrono>
 #include <cstring>
 #include <string_view>
+#include <thread>
 
-#include "platform/shim.h"
+#include "platform/system.h"
 
 namespace {
 
@@ -52,4 +54,8 @@ bool windows_processor_name(char* buffer, unsigned size) {
 
 bool windows_temp_directory(char* buffer, unsigned size) {
     return copyOut(kelmora::temporaryFolder(), buffer, size) || copyOut("./", buffer, size);
+}
+
+void vh_sleep_ms(int milliseconds) {
+    if (milliseconds > 0) std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }

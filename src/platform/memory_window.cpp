@@ -6,10 +6,15 @@
 #include <stdexcept>
 
 #include "base/whole_file.h"
-#include "platform/shim.h"
+#include "platform/window.h"
 #include "platform/windows_window.h"
 
 namespace kelmora {
+namespace {
+
+PictureWriter pictureWriter = nullptr;
+
+}  // namespace
 
 MemoryWindow::MemoryWindow(WindowCore& core) : core_(core), shownTitle_(core.title()) {
     const PixelSize size = setSize(core.logicalWidth(), core.logicalHeight());
@@ -52,7 +57,7 @@ void MemoryWindow::present() {
 void MemoryWindow::save(const RecordedStep& shot) const {
     const std::string path = (std::filesystem::path(shotFolder_) / shot.shotPath).string();
     const auto* pixels = reinterpret_cast<const unsigned char*>(core_.backbuffer().data());
-    if (!vh_save_png(path.c_str(), pixels, core_.clientWidth(), core_.clientHeight()))
+    if (!pictureWriter || !pictureWriter(path.c_str(), pixels, core_.clientWidth(), core_.clientHeight()))
         throw std::runtime_error("recorded input, line " + std::to_string(shot.line) + ": cannot write \"" +
                                  path + "\"");
 }
@@ -74,3 +79,7 @@ MemoryWindow* memoryWindowOf(WindowsWindow* window) {
 }
 
 }  // namespace kelmora
+
+void platform_set_picture_writer(PictureWriter writer) {
+    kelmora::pictureWriter = writer;
+}

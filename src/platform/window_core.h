@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "image/plush_image.h"
 #include "platform/key_table.h"
 #include "platform/letterbox.h"
 #include "platform/pixel_rows.h"
 #include "platform/window_event.h"
-#include "plush/plush_image.h"
 
 namespace kelmora {
 

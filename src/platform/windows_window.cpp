@@ -7,7 +7,7 @@
 #include <string>
 
 #include "platform/memory_window.h"
-#include "platform/shim.h"
+#include "platform/window.h"
 
 using kelmora::MouseButton;
 using kelmora::WindowsWindow;
@@ -118,4 +118,16 @@ const kelmora::KeyState* vh_updateKeyboardState() {
     static kelmora::KeyState state;
     state = activeWindow ? activeWindow->core.keyState() : kelmora::KeyState{};
     return &state;
+}
+
+void vh_setTouchBarButtonText(kelmora::WindowsWindow*, int, const char*) {}
+void vh_setTouchBarButtonImage(kelmora::WindowsWindow*, int, const kelmora::PlushImage*) {}
+void vh_clearTouchBar(kelmora::WindowsWindow*) {}
+bool vh_getTouchBarButtonState(const kelmora::WindowsWindow*, int) {
+    return false;
+}
+
+void vh_sailfish_register_key(int) {}
+int vh_sailfish_left_orientation() {
+    return 0;
 }

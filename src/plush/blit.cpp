@@ -4,9 +4,9 @@
 #include <cmath>
 #include <cstring>
 
+#include "image/row_workers.h"
 #include "plush/blit_transform.h"
 #include "plush/draw_rows.h"
-#include "plush/row_workers.h"
 
 namespace kelmora {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "plush/plush_image.h"
+#include "image/plush_image.h"
 
 namespace kelmora {
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/saturating.h"
 #include "plush/blit.h"
 #include "plush/draw_rows.h"
 #include "plush/scaled_rows.h"
@@ -19,7 +20,7 @@ struct Axis {
     bool empty() const { return first >= last; }
     std::int32_t sourceAt(std::int32_t position, float scale) const {
         const auto distance = static_cast<float>(std::int64_t{position} - offset);
-        return sourceFirst + std::min(sourceLength - 1, heldInt(distance / scale));
+        return sourceFirst + std::min(sourceLength - 1, saturatingInt(distance / scale));
     }
 };
 
@@ -30,7 +31,8 @@ Axis makeAxis(std::int32_t sourceStart, std::int32_t length, std::int32_t source
         static_cast<std::int32_t>(std::min(std::int64_t{sourceStart} + length, std::int64_t{sourceSize}));
     if (sourceFirst >= sourceEnd) return {};
     const std::int32_t sourceLength = sourceEnd - sourceFirst;
-    const std::int64_t drawn = std::max(heldInt(std::round(scale * static_cast<float>(sourceLength))), 1);
+    const std::int64_t drawn =
+        std::max(saturatingInt(std::round(scale * static_cast<float>(sourceLength))), 1);
     const std::int64_t last = std::min<std::int64_t>(offset + drawn, targetSize);
     return {sourceFirst, sourceLength, offset, std::max(offset, 0),
             static_cast<std::int32_t>(std::max<std::int64_t>(last, 0))};

@@ -4,9 +4,10 @@
 #include <cmath>
 #include <initializer_list>
 
+#include "base/saturating.h"
 #include "base/trigonometry.h"
+#include "image/row_workers.h"
 #include "plush/draw_rows.h"
-#include "plush/row_workers.h"
 #include "plush/scaled_rows.h"
 
 namespace kelmora {
@@ -26,9 +27,9 @@ struct Box {
 };
 
 Box boxOn(const PlushImage& target, float left, float top, float right, float bottom) {
-    return {std::max(heldInt(left), 0), std::max(heldInt(top), 0),
-            std::clamp(heldInt(std::ceil(right)), 0, target.width),
-            std::clamp(heldInt(std::ceil(bottom)), 0, target.height)};
+    return {std::max(saturatingInt(left), 0), std::max(saturatingInt(top), 0),
+            std::clamp(saturatingInt(std::ceil(right)), 0, target.width),
+            std::clamp(saturatingInt(std::ceil(bottom)), 0, target.height)};
 }
 
 template <typename Work>
@@ -76,7 +77,7 @@ void blitUpright(const Blit& blit) {
 // Searches outwards from `guess`.
 template <typename Holds>
 std::int32_t firstWhere(std::int32_t low, std::int32_t high, float guess, Holds holds) {
-    std::int32_t at = std::clamp(heldInt(guess), low, high);
+    std::int32_t at = std::clamp(saturatingInt(guess), low, high);
     std::int64_t step = 1;
     while (at < high && !holds(at)) {
         low = at + 1;

@@ -1,12 +1,11 @@
 #pragma once
 
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 
+#include "image/plush_image.h"
 #include "plush/mix.h"
-#include "plush/plush_image.h"
 #include "plush/row_kernels.h"
 
 namespace kelmora {
@@ -37,13 +36,5 @@ struct FetchBuffer {
     // read.
     static std::size_t step(bool ontoItself) { return ontoItself ? 1 : capacity; }
 };
-
-// Truncates towards zero and holds to 32 bits; NaN is 0.
-inline std::int32_t heldInt(float value) {
-    if (std::isnan(value)) return 0;
-    if (value >= 2147483648.0f) return INT32_MAX;
-    if (value < -2147483648.0f) return INT32_MIN;
-    return static_cast<std::int32_t>(value);
-}
 
 }  // namespace kelmora

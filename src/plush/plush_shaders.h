@@ -5,13 +5,14 @@
 #include <string_view>
 #include <unordered_set>
 
-#include "plush/plush_image.h"
+#include "base/pooled.h"
+#include "image/plush_image.h"
 #include "plush/shader/machine.h"
 
 namespace kelmora {
 
 // A compiled shader as scripts hold it, by address.
-struct PlushShader {
+struct PlushShader : Pooled<PlushShader> {
     std::shared_ptr<const plush_shader::Program> program;
     std::string source;
 };
@@ -23,22 +24,17 @@ PlushShader* adoptPlushShader(std::shared_ptr<const plush_shader::Program> progr
 // Frees a live shader; anything else is left alone.
 void killPlushShader(PlushShader* shader);
 
-// The built-in processor; raises "unknown processor N".
-std::shared_ptr<const plush_shader::Program> plushBuiltinShader(std::int32_t id,
-                                                                std::string_view bindingName);
 // Compiles a text whose unknown names are uniforms, or remembers it. Raises what the compiler does.
-std::shared_ptr<const plush_shader::Program> plushShaderFromSource(const std::string& source,
-                                                                   std::string_view bindingName);
+std::shared_ptr<const plush_shader::Program> plushShaderFromSource(const std::string& source);
 
 // The engine's grey weights, and its threads as of now.
 plush_shader::Environment plushShaderEnvironment();
 
-// Runs over the image in place, or from it into a target. Raises for a uniform that the program names and
-// the caller does not give.
+// The first uniform that the program names and the caller does not give; null when all are there.
+const std::string* missingUniform(const plush_shader::Program& program,
+                                  const plush_shader::Uniforms& uniforms);
+// Runs over the image in place, or from it into a target. No uniform may be missing.
 void runPlushShaderProgram(const PlushImage& image, PlushImage* target, const plush_shader::Program& program,
-                           const plush_shader::Uniforms& uniforms, std::string_view bindingName);
-
-// Runs a built-in processor in place; `t` are its uniforms. Prints "Invalid image" for one without pixels.
-void runPlushBuiltinProcess(PlushImage* image, std::int32_t id, float tr, float tg, float tb, float ta);
+                           const plush_shader::Uniforms& uniforms);
 
 }  // namespace kelmora

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "plush/vector_unit.h"
+#include "base/cpu_features.h"
 
 // The inner loops of compositing, for whole runs of pixels. Each set gives the same bytes as any other.
 namespace kelmora {

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "plush/plush_image.h"
+#include "image/plush_image.h"
 
 namespace kelmora {
 

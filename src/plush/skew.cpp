@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "image/image_registry.h"
+#include "image/row_workers.h"
 #include "plush/draw_rows.h"
-#include "plush/live_images.h"
 #include "plush/row_kernels.h"
-#include "plush/row_workers.h"
 
 namespace kelmora {
 namespace {

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "base/paths.h"
 #include "script/numbers.h"
 #include "script/table_object.h"
 #include "script/vesper_script.h"
@@ -32,29 +33,25 @@ Variable returnValues(std::initializer_list<Variable> values) {
     return Variable::makeMulti(values);
 }
 
-const Variable& BindingCall::at(std::size_t index) const {
-    if (index >= arguments_.size()) fail("missing argument " + std::to_string(index + 1));
-    return arguments_[index];
-}
-
-void BindingCall::require(std::size_t count) const {
-    if (arguments_.size() < count) at(arguments_.size());
+void BindingCall::failMissing(std::size_t index) const {
+    fail("missing argument " + std::to_string(index + 1));
 }
 
 std::int32_t BindingCall::integer(std::size_t index, std::string_view name) const {
     return saturatingInt(number(index, name));
 }
 
-Variable makeModule(std::string_view moduleName, std::initializer_list<ModuleEntry> entries) {
+std::string BindingCall::path(std::size_t index, std::string_view name) const {
+    return normalisePath(text(index, name));
+}
+
+Variable makeModule(std::string_view moduleName, std::initializer_list<std::span<const BindingRow>> tables) {
     Variable module = Variable::makeTable();
-    module.table().reserve(entries.size());
-    for (const auto& [member, binding] : entries) {
-        const std::string qualified = std::string(moduleName).append(".").append(member);
-        const auto native = [qualified, call = binding](const BindingArguments& arguments) {
-            return call(BindingCall(qualified, arguments));
-        };
-        module.table().set(std::string(member), VesperScript::createNativeCallable(native, qualified));
-    }
+    for (const std::span<const BindingRow> rows : tables)
+        for (const BindingRow& row : rows)
+            module.table().set(std::string(row.name),
+                               VesperScript::createBoundCallable(
+                                   row.binding, std::string(moduleName).append(".").append(row.name)));
     return module;
 }
 

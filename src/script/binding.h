@@ -2,10 +2,9 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <span>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 #include "script/callable.h"
 #include "script/variable.h"
@@ -14,29 +13,33 @@
 // std::runtime_error whose text starts with the qualified function name and ": ".
 namespace kelmora {
 
-using BindingArguments = std::vector<Variable>;
-
 [[noreturn]] void bindingError(std::string_view function, std::string_view message);
 
 // The argument's name stands in the message: "Plush.setPixel: x must be numeric".
 double numericValue(const Variable& value, std::string_view function, std::string_view argument);
 const std::string& stringValue(const Variable& value, std::string_view function, std::string_view argument);
-// Nil is the null pointer.
 void* pointerValue(const Variable& value, std::string_view function, std::string_view argument);
 Variable returnValues(std::initializer_list<Variable> values);
 
-// The arguments of one call of a named binding, counted from 0 here and from 1 in messages.
+// One call of a module's member: the engine that makes it, the member's qualified name and the arguments,
+// which are counted from 0 here and from 1 in messages. Everything is borrowed for the call.
 class BindingCall {
 public:
-    BindingCall(std::string_view function, const BindingArguments& arguments)
-        : function_(function), arguments_(arguments) {}
+    BindingCall(VesperScript& engine, const std::string& function, std::span<const Variable> arguments)
+        : engine_(engine), function_(function), arguments_(arguments) {}
 
-    std::string_view function() const { return function_; }
+    VesperScript& engine() const { return engine_; }
+    const std::string& function() const { return function_; }
     std::size_t count() const { return arguments_.size(); }
     // Raises "missing argument N".
-    const Variable& at(std::size_t index) const;
+    const Variable& at(std::size_t index) const {
+        if (index >= arguments_.size()) failMissing(index);
+        return arguments_[index];
+    }
     // Raises for the first of `count` arguments that is missing.
-    void require(std::size_t count) const;
+    void require(std::size_t count) const {
+        if (arguments_.size() < count) failMissing(arguments_.size());
+    }
 
     double number(std::size_t index, std::string_view name) const {
         return numericValue(at(index), function_, name);
@@ -46,6 +49,8 @@ public:
     const std::string& text(std::size_t index, std::string_view name) const {
         return stringValue(at(index), function_, name);
     }
+    // A path as the system takes it.
+    std::string path(std::size_t index, std::string_view name = "path") const;
     void* pointer(std::size_t index, std::string_view name) const {
         return pointerValue(at(index), function_, name);
     }
@@ -54,14 +59,20 @@ public:
     [[noreturn]] void fail(std::string_view message) const { bindingError(function_, message); }
 
 private:
-    std::string_view function_;
-    const BindingArguments& arguments_;
+    [[noreturn]] void failMissing(std::size_t index) const;
+
+    VesperScript& engine_;
+    const std::string& function_;
+    std::span<const Variable> arguments_;
 };
 
-using Binding = std::function<Variable(const BindingCall&)>;
-using ModuleEntry = std::pair<std::string_view, Binding>;
+// A member of a module.
+struct BindingRow {
+    const char* name;
+    Binding binding;
+};
 
 // A module table: each member is a native function named "Module.member".
-Variable makeModule(std::string_view moduleName, std::initializer_list<ModuleEntry> entries);
+Variable makeModule(std::string_view moduleName, std::initializer_list<std::span<const BindingRow>> tables);
 
 }  // namespace kelmora

@@ -22,6 +22,9 @@ struct BytecodeProgram;
 struct PlanBlock;
 
 using NativeFunction = std::function<Variable(const std::vector<Variable>&)>;
+class BindingCall;
+// A member of a module of the host.
+using Binding = Variable (*)(const BindingCall&);
 // A function of the built-in library: called with its arguments in place, without building a vector.
 using LibraryFunction = Variable (*)(VesperScript&, std::span<const Variable>);
 
@@ -39,6 +42,7 @@ struct ScriptCallable : RefCounted {
     std::uint32_t nativeScopeIndex = 0;
 
     LibraryFunction library = nullptr;
+    Binding binding = nullptr;
     NativeFunction native;
     std::string name;
 

@@ -3,6 +3,7 @@
 
 #include "base/depth_guard.h"
 #include "script/argument_list.h"
+#include "script/binding.h"
 #include "script/bytecode_executor.h"
 #include "script/fast_calls.h"
 #include "script/vesper_script.h"
@@ -72,6 +73,14 @@ inline Variable VesperScript::runLibrary(LibraryFunction body, std::span<const V
     return result;
 }
 
+Variable VesperScript::runBinding(const ScriptCallable& callable, std::span<const Variable> arguments) {
+    const DepthGuard depth(callDepth_);
+    stack_.check();
+    Variable result = callable.binding(BindingCall(*this, callable.name, arguments));
+    if (shouldAbortForSoftRaisedError()) return {};
+    return result;
+}
+
 // What walking the steps would return. The frame puts the native level back.
 inline Variable VesperScript::evaluateGuarded(const PlanBlock& body) {
     const PlanStep* step = body.steps;
@@ -134,6 +143,12 @@ Variable VesperScript::callLibrary(LibraryFunction body, const FastExprNode& nod
     return evaluateArguments(node, arguments) ? runLibrary(body, arguments.span()) : Variable();
 }
 
+Variable VesperScript::callBound(ScriptCallable& callable, const FastExprNode& node) {
+    const Ref<ScriptCallable> kept(&callable);  // its name stands in messages until the call has ended
+    ArgumentList arguments;
+    return evaluateArguments(node, arguments) ? runBinding(callable, arguments.span()) : Variable();
+}
+
 Variable VesperScript::callAny(const Variable& callee, const FastExprNode& node) {
     const Variable kept = callee;  // an argument may overwrite the name that held it
     ArgumentList arguments;
@@ -145,6 +160,7 @@ inline Variable VesperScript::callNode(const Variable& callee, const FastExprNod
         ScriptCallable& callable = callee.function();
         if (callable.bindsArguments) return callBinding(callable, node);
         if (callable.library) return callLibrary(callable.library, node);
+        if (callable.binding) return callBound(callable, node);
     }
     return callAny(callee, node);
 }
@@ -179,6 +195,7 @@ Variable VesperScript::invokeCallable(const Variable& callee, std::span<const Va
         coroutines_.start(kept, arguments);
         return {};
     }
+    if (callable.binding) return runBinding(callable, arguments);
     if (callable.isNative) {
         Variable result = callable.native({arguments.begin(), arguments.end()});
         return shouldAbortForSoftRaisedError() ? Variable() : result;

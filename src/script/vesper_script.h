@@ -60,6 +60,10 @@ public:
     static Variable createNativeCallable(NativeFunction body, const std::string& name,
                                          BuiltinId id = BuiltinId::None);
     static Variable createLibraryCallable(LibraryFunction body, const std::string& name);
+    static Variable createBoundCallable(Binding body, const std::string& name);
+    // What the host's own functions work on; null until it is set.
+    void setHostData(void* data) { hostData_ = data; }
+    void* hostData() const { return hostData_; }
     Variable callCallable(const Variable& callee, const std::vector<Variable>& arguments);
     void setNativeStackBudget(std::size_t bytes) { stack_.setBudget(bytes); }
     // Off, every expression is evaluated by the token walk. The results are the same.
@@ -135,10 +139,12 @@ private:
     [[gnu::always_inline]] inline Variable callNode(const Variable& callee, const FastExprNode& node);
     Variable callBinding(ScriptCallable& callable, const FastExprNode& node);
     Variable callLibrary(LibraryFunction body, const FastExprNode& node);
+    Variable callBound(ScriptCallable& callable, const FastExprNode& node);
     Variable callAny(const Variable& callee, const FastExprNode& node);
     [[gnu::always_inline]] inline bool evaluateArguments(const FastExprNode& node, ArgumentList& arguments);
     [[gnu::always_inline]] inline Variable runLibrary(LibraryFunction body,
                                                       std::span<const Variable> arguments);
+    Variable runBinding(const ScriptCallable& callable, std::span<const Variable> arguments);
     Variable invokeProgram(ScriptCallable& callable, std::span<const Variable> arguments);
     [[gnu::always_inline]] inline Variable runProgramBody(const ScriptCallable& callable);
     [[gnu::always_inline]] inline Variable evaluateGuarded(const PlanBlock& body);
@@ -218,6 +224,7 @@ private:
     }
 
     HostServices& host_;
+    void* hostData_ = nullptr;
     NativeStack stack_;
     SourceContext context_;
     Scopes scopes_;

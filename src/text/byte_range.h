@@ -6,8 +6,8 @@
 
 namespace kelmora {
 
-// Start and past-the-end offset of the bytes i to j of a text, counted from 1 or, when negative, from the end,
-// and held to the text. Empty (0 to 0) when none is left.
+// Start and past-the-end offset of the bytes i to j of a text, counted from 1 or, when negative, from the
+// end, and held to the text. Empty (0 to 0) when none is left.
 struct ByteRange {
     std::size_t first = 0;
     std::size_t last = 0;

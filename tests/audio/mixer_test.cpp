@@ -17,7 +17,7 @@
 #include "audio/wav_writer.h"
 #include "base/whole_file.h"
 #include "platform/memory_audio.h"
-#include "platform/shim.h"
+#include "shim/shim.h"
 #include "support/environment.h"
 #include "support/temporary_folder.h"
 

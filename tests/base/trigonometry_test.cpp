@@ -8,7 +8,7 @@
 #include <random>
 
 #include "codec/crc32.h"
-#include "platform/shim.h"
+#include "shim/shim.h"
 
 namespace kelmora {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "base/whole_file.h"
 #include "games/staged_game.h"
-#include "platform/shim.h"
+#include "shim/shim.h"
 #include "support/environment.h"
 
 namespace kelmora {

@@ -10,7 +10,7 @@
 #include "codec/png.h"
 #include "host/boot_image.h"
 #include "host/startup.h"
-#include "plush/live_images.h"
+#include "image/image_registry.h"
 #include "support/environment.h"
 
 namespace kelmora {

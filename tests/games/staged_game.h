@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-#include "host/runtime.h"
+#include "bindings/runtime.h"
 #include "support/capture_host.h"
 #include "support/temporary_folder.h"
 

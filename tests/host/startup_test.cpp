@@ -6,8 +6,8 @@
 
 #include "base/paths.h"
 #include "base/whole_file.h"
-#include "platform/shim.h"
 #include "script/source_path.h"
+#include "shim/shim.h"
 #include "support/capture_host.h"
 #include "support/environment.h"
 #include "support/temporary_folder.h"

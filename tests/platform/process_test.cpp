@@ -6,7 +6,7 @@
 #include <thread>
 
 #include "base/whole_file.h"
-#include "platform/shim.h"
+#include "shim/shim.h"
 #include "support/environment.h"
 #include "support/shell.h"
 #include "support/temporary_folder.h"

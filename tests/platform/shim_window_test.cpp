@@ -7,7 +7,7 @@
 
 #include "base/whole_file.h"
 #include "platform/memory_window.h"
-#include "platform/shim.h"
+#include "shim/shim.h"
 #include "support/environment.h"
 #include "support/temporary_folder.h"
 
@@ -161,6 +161,7 @@ TEST_F(ShimWindow, UnknownMouseButtonsAreUp) {
 }
 
 TEST_F(ShimWindow, ARecordingIsPlayedByTheUpdate) {
+    platform_set_picture_writer(vh_save_png);
     const TemporaryFolder folder;
     const std::string recording = (folder / "input.txt").string();
     const std::string shot = (folder / "out.png").string();

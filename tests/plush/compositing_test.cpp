@@ -5,11 +5,11 @@
 #include <string>
 #include <thread>
 
-#include "plush/live_images.h"
+#include "image/image_registry.h"
+#include "image/row_workers.h"
 #include "plush/mix.h"
 #include "plush/plain_compositing.h"
 #include "plush/row_kernels.h"
-#include "plush/row_workers.h"
 
 namespace kelmora {
 namespace {

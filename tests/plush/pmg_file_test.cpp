@@ -1,4 +1,4 @@
-#include "plush/pmg_file.h"
+#include "codec/pmg_file.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <filesystem>
 
 #include "base/whole_file.h"
-#include "plush/live_images.h"
+#include "image/image_registry.h"
 #include "support/temporary_folder.h"
 
 namespace kelmora {

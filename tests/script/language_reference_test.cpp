@@ -7,7 +7,8 @@
 #include <sstream>
 
 #include "base/whole_file.h"
-#include "plush/live_images.h"
+#include "host/registration.h"
+#include "image/image_registry.h"
 #include "script/library/library.h"
 #include "script/table_object.h"
 #include "support/capture_host.h"

@@ -8,7 +8,7 @@
 #include "base/whole_file.h"
 #include "host/boot_image.h"
 #include "host/startup.h"
-#include "plush/live_images.h"
+#include "image/image_registry.h"
 #include "support/capture_host.h"
 #include "support/environment.h"
 #include "support/temporary_folder.h"

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/runtime.h"
+#include "host/registration.h"
 
 // Scripts whose expected output stands beside the lines that make it:
 //     print(1 + 1)    @@ expect: 2

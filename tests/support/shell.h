@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string>
 
-#include "platform/shim.h"
+#include "shim/shim.h"
 
 namespace kelmora {
 

@@ -1,3 +1,5 @@
+#include "platform/process.h"
+
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
@@ -7,8 +9,6 @@
 #include <cerrno>
 #include <unordered_map>
 #include <utility>
-
-#include "platform/shim.h"
 
 extern char** environ;
 

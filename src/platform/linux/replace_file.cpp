@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-#include "platform/shim.h"
+#include "platform/system.h"
 
 namespace {
 

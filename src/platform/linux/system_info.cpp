@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "platform/machine_facts.h"
-#include "platform/shim.h"
+#include "platform/system.h"
 
 namespace kelmora {
 

@@ -3,7 +3,7 @@
 
 #include <cstdio>
 
-#include "platform/shim.h"
+#include "platform/system.h"
 #include "platform/windows/windows_api.h"
 
 namespace {

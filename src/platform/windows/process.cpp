@@ -1,3 +1,5 @@
+#include "platform/process.h"
+
 #include <fcntl.h>
 #include <io.h>
 
@@ -8,7 +10,6 @@
 #include <unordered_map>
 #include <utility>
 
-#include "platform/shim.h"
 #include "platform/windows/handle.h"
 
 namespace {

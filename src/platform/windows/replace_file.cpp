@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <string>
 
-#include "platform/shim.h"
+#include "platform/system.h"
 #include "platform/windows/handle.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/machine_facts.h"
-#include "platform/shim.h"
+#include "platform/system.h"
 #include "platform/windows/windows_api.h"
 
 namespace kelmora {

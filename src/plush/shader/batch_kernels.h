@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/cpu_features.h"
 #include "plush/shader/batch_program.h"
 #include "plush/shader/machine.h"
-#include "plush/vector_unit.h"
 
 // The inner loops of batches. Counts of lanes and pixels are multiples of `batchStep`, and arrays and pixels
 // are there up to them. Each set gives the bits of the plain machine.

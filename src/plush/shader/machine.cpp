@@ -2,15 +2,15 @@
 
 #include <algorithm>
 
-#include "plush/draw_rows.h"
+#include "base/saturating.h"
 #include "plush/shader/arithmetic.h"
 
 namespace kelmora::plush_shader {
 namespace {
 
 float sampled(const SourcePicture& source, float x, float y, int channel) {
-    const std::int32_t column = std::clamp(heldInt(std::floor(x)), 0, source.width - 1);
-    const std::int32_t row = std::clamp(heldInt(std::floor(y)), 0, source.height - 1);
+    const std::int32_t column = std::clamp(saturatingInt(std::floor(x)), 0, source.width - 1);
+    const std::int32_t row = std::clamp(saturatingInt(std::floor(y)), 0, source.height - 1);
     const std::size_t pixel = static_cast<std::size_t>(row) * static_cast<std::size_t>(source.width) +
                               static_cast<std::size_t>(column);
     return arithmetic::channelValue(source.pixels[pixel * 4 + static_cast<std::size_t>(channel)]);

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "plush/grey_weights.h"
+#include "plush/shader/grey_weights.h"
 #include "plush/shader/program.h"
 
 namespace kelmora::plush_shader {

@@ -7,7 +7,7 @@
 #include <memory>
 #include <utility>
 
-#include "plush/row_workers.h"
+#include "image/row_workers.h"
 #include "plush/shader/arithmetic.h"
 #include "plush/shader/batch_machine.h"
 #include "plush/shader/pixel_pass.h"

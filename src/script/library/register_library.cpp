@@ -76,6 +76,12 @@ Variable VesperScript::createLibraryCallable(LibraryFunction body, const std::st
     return function;
 }
 
+Variable VesperScript::createBoundCallable(Binding body, const std::string& name) {
+    Variable function = createNativeCallable(nullptr, name);
+    function.function().binding = body;
+    return function;
+}
+
 void VesperScript::pushFunction(const std::string& name, NativeFunction body) {
     pushVariable(name, createNativeCallable(std::move(body), name));
 }

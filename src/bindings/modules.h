@@ -1,0 +1,21 @@
+#pragma once
+
+#include <span>
+
+#include "script/binding.h"
+
+// The members of every module, a table for each file of bindings. What a member needs beyond its arguments it
+// takes from the runtime of its call.
+namespace kelmora {
+
+std::span<const BindingRow> metalBindings();
+std::span<const BindingRow> sailfishBindings();
+std::span<const BindingRow> vesperBindings();
+std::span<const BindingRow> audioBindings();
+std::span<const BindingRow> fontBindings();
+// Together the module Plush.
+std::span<const BindingRow> imageBindings();
+std::span<const BindingRow> compositingBindings();
+std::span<const BindingRow> shaderBindings();
+
+}  // namespace kelmora

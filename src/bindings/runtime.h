@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "bindings/button_list.h"
+#include "script/binding.h"
+#include "script/vesper_script.h"
+
+namespace kelmora {
+
+struct WindowsWindow;
+
+// Everything of one running game that native functions share: the interpreter, the base directory, the
+// registered buttons, the clocks and the one window.
+struct Runtime {
+    explicit Runtime(HostServices& host);
+    ~Runtime();
+    Runtime(const Runtime&) = delete;
+    Runtime& operator=(const Runtime&) = delete;
+
+    void destroyWindow();
+
+    VesperScript engine;
+    // Directory of the executable with its last separator, forward slashes only.
+    std::string path = " ";
+    std::vector<buttonVec> buttons;
+    std::string windowTitle;
+    WindowsWindow* window = nullptr;  // owned
+    std::int64_t clockOrigin;         // microseconds of the system clock
+    std::int64_t frameClock;
+};
+
+// The runtime whose script makes the call.
+inline Runtime& runtimeOf(const BindingCall& call) {
+    return *static_cast<Runtime*>(call.engine().hostData());
+}
+
+std::int64_t systemMicroseconds();
+
+// Reads keyboard and mouse into their globals.
+void publishInputGlobals(Runtime& runtime);
+
+}  // namespace kelmora

@@ -1,0 +1,25 @@
+#include "host/registration.h"
+
+#include "bindings/modules.h"
+#include "shim/shim.h"
+
+namespace kelmora {
+
+void registerFunctions(Runtime& runtime) {
+    VesperScript& engine = runtime.engine;
+    const auto publish = [&engine](const char* name,
+                                   std::initializer_list<std::span<const BindingRow>> tables) {
+        engine.pushVariable(name, makeModule(name, tables));
+    };
+    if (vh_has_window() != 0) publish("Metal", {metalBindings()});
+    publish("Sailfish", {sailfishBindings()});
+    publish("Vesper", {vesperBindings()});
+    publish("Audio", {audioBindings()});
+    publish("Font", {fontBindings()});
+    publish("Plush", {imageBindings(), compositingBindings(), shaderBindings()});
+    registerGlobalHelpers(engine);
+    publishEnvironmentGlobals(engine);
+    publishInputGlobals(runtime);
+}
+
+}  // namespace kelmora

@@ -1,0 +1,67 @@
+#include "shim/shim.h"
+
+#include <algorithm>
+
+#include "codec/png.h"
+#include "font/font_service.h"
+
+int vh_has_metal_window() {
+    return 1;
+}
+int vh_has_quartz_window() {
+    return 0;
+}
+int vh_has_window() {
+    return 1;
+}
+int vh_has_mixer() {
+    return 1;
+}
+int vh_has_font() {
+    return 1;
+}
+int vh_png_requires_postprocess() {
+    return 0;
+}
+
+int vh_lua_version_major() {
+    return 5;
+}
+int vh_lua_version_minor() {
+    return 4;
+}
+int vh_lua_version_patch() {
+    return 8;
+}
+double vh_lua_version_number() {
+    return 5.4;
+}
+
+unsigned char* vh_load_png(const char* path, int* width, int* height) {
+    *width = 0;
+    *height = 0;
+    vh::png::Image image;
+    if (!path || !vh::png::load_file(path, image) || image.pixels.empty()) return nullptr;
+    auto* pixels = new unsigned char[image.pixels.size()];
+    std::copy(image.pixels.begin(), image.pixels.end(), pixels);
+    *width = image.width;
+    *height = image.height;
+    return pixels;
+}
+
+bool vh_save_png(const char* path, const unsigned char* pixels, int width, int height) {
+    return path && pixels && vh::png::save_png_rgba8_file(path, pixels, width, height);
+}
+
+void* vh_font_load(const char* path, float size) {
+    return vh_ttf_font_load(path, size);
+}
+void vh_font_resize(void* font, float size) {
+    vh_ttf_font_resize(font, size);
+}
+kelmora::PlushImage* vh_font_render(void* font, const char* utf8, int r, int g, int b, double a) {
+    return vh_ttf_font_render(font, utf8, r, g, b, a);
+}
+void vh_font_free(void* font) {
+    vh_ttf_font_free(font);
+}
