@@ -5,7 +5,8 @@
 
 namespace kelmora {
 
-// The image behind a handle; null for one that is dead, forged or of another kind, and for one without pixels.
+// The image behind a handle; null for one that is dead, forged or of another kind, and for one without
+// pixels.
 PlushImage* findLiveImage(const void* handle);
 // The same, and else raises "<name> must be a valid image".
 PlushImage& liveImage(const BindingCall& call, const void* handle, std::string_view name);

@@ -1,13 +1,12 @@
-#include "bindings/image_arguments.h"
-#include "bindings/modules.h"
-
 #include <array>
 
-#include "shim/shim.h"
-#include "image/image_registry.h"
+#include "bindings/image_arguments.h"
+#include "bindings/modules.h"
 #include "codec/pmg_file.h"
+#include "image/image_registry.h"
 #include "image/row_workers.h"
 #include "script/vesper_script.h"
+#include "shim/shim.h"
 
 namespace kelmora {
 namespace {

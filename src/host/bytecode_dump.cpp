@@ -3,6 +3,8 @@
 #include <iomanip>
 #include <string>
 
+#include "script/program_walk.h"
+
 namespace kelmora {
 namespace {
 
@@ -66,14 +68,10 @@ public:
             out_ << "\nchunk " << i << (chunk.nested ? " nested" : "")
                  << (chunk.declaresLocals ? " locals" : "") << ", instructions " << chunk.firstInstruction
                  << " + " << chunk.instructionCount << '\n';
-            for (std::uint32_t k = 0; k < chunk.instructionCount; ++k) {
-                const std::uint64_t at = std::uint64_t{chunk.firstInstruction} + k;
-                if (at >= program_.instructions.size()) {
-                    out_ << "        (past the end of the instructions)\n";
-                    break;
-                }
-                instruction(program_.instructions[static_cast<std::size_t>(at)]);
-            }
+            const auto instructions = instructionsOf(program_, static_cast<std::uint32_t>(i));
+            for (const BytecodeInstruction& record : instructions) instruction(record);
+            if (instructions.size() < chunk.instructionCount)
+                out_ << "        (past the end of the instructions)\n";
         }
     }
 
@@ -90,44 +88,28 @@ private:
     }
     void operand(const BytecodeInstruction& instruction) {
         const std::uint32_t index = instruction.operand;
+        const auto body = [this](const BodyReference& reference) {
+            out_ << "  line " << reference.line << (reference.isElse ? " else" : "") << " -> chunk "
+                 << reference.chunk;
+        };
         switch (instruction.opcode) {
-            case Opcode::If:
-                if (index >= program_.ifGroups.size()) break;
-                for (const IfBranch& branch : program_.ifGroups[index])
-                    out_ << "  line " << branch.line << (branch.isElse ? " else" : "") << " -> chunk "
-                         << branch.bodyChunk;
-                break;
-            case Opcode::While:
-                loop(program_.whileLoops, index);
-                break;
-            case Opcode::Repeat:
-                loop(program_.repeatLoops, index);
-                break;
-            case Opcode::NumericFor:
-                loop(program_.numericForLoops, index);
-                break;
-            case Opcode::GenericFor:
-                loop(program_.genericForLoops, index);
-                break;
-            case Opcode::DeclareFunction:
-                if (index >= program_.functionDeclarations.size()) break;
-                body(program_.functionDeclarations[index].line,
-                     program_.functionDeclarations[index].bodyChunk);
-                break;
-            case Opcode::Nest:
-                if (index >= program_.nestBlocks.size()) break;
-                body(program_.nestBlocks[index].line, program_.nestBlocks[index].bodyChunk);
-                out_ << " \"" << program_.nestBlocks[index].label << '"';
-                break;
-            default:
+            case Opcode::Line:
+            case Opcode::SimpleAssignment:
+            case Opcode::Return:
+            case Opcode::Break:
                 if (index < program_.lines.size()) out_ << "  " << program_.lines[index].text;
                 break;
+            case Opcode::DeclareFunction:
+                if (index < program_.functionDeclarations.size())
+                    body({program_.functionDeclarations[index].line,
+                          program_.functionDeclarations[index].bodyChunk});
+                break;
+            default:
+                forEachBody(program_, instruction, body);
+                break;
         }
+        if (const std::string* label = labelOf(program_, instruction)) out_ << " \"" << *label << '"';
     }
-    void loop(const std::vector<BytecodeLoop>& loops, std::uint32_t index) {
-        if (index < loops.size()) body(loops[index].line, loops[index].bodyChunk);
-    }
-    void body(std::uint32_t line, std::uint32_t chunk) { out_ << "  line " << line << " -> chunk " << chunk; }
 
     const BytecodeProgram& program_;
     std::ostream& out_;

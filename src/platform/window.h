@@ -3,8 +3,8 @@
 #include "image/plush_image.h"
 #include "platform/key_table.h"
 
-// The windows of the system it runs on. A null window is accepted everywhere: the call does nothing or gives its
-// neutral value. Windows and keys belong to the script thread.
+// The windows of the system it runs on. A null window is accepted everywhere: the call does nothing or gives
+// its neutral value. Windows and keys belong to the script thread.
 
 namespace kelmora {
 struct WindowsWindow;
@@ -52,7 +52,7 @@ bool vh_getTouchBarButtonState(const kelmora::WindowsWindow* window, int button)
 void vh_sailfish_register_key(int key);
 int vh_sailfish_left_orientation();
 
-// Who writes the pictures that a recorded input asks for; the platform knows no picture files. Without one such a
-// recording raises std::runtime_error.
+// Who writes the pictures that a recorded input asks for; the platform knows no picture files. Without one
+// such a recording raises std::runtime_error.
 using PictureWriter = bool (*)(const char* path, const unsigned char* pixels, int width, int height);
 void platform_set_picture_writer(PictureWriter writer);

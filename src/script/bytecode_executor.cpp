@@ -60,7 +60,11 @@ inline bool BytecodeExecutor::jumpCameOutOfBody() const {
 inline bool BytecodeExecutor::runBody(const PlanBlock& block) {
     const NativeLevelGuard level(script_.scopes_, script_.scopes_.nativeLevel() + 1);
     if (block.isSimple && !script_.needsAttention()) return runSimpleBlock(block);
-    if (block.isReturn && !script_.needsAttention()) return runReturn(block.steps[0]);
+    if (block.isReturn && !script_.needsAttention()) {
+        runReturn(block.steps[0]);
+        script_.serviceCoroutines();
+        return true;
+    }
     script_.stack_.check();  // the blocks of a damaged image may hold themselves
     return enterBlock(block);
 }
@@ -152,7 +156,7 @@ inline bool BytecodeExecutor::execute(const PlanStep& step) {
             declareFunction(step);
             return false;
         case StepKind::Nest:
-            enterLine(step);
+            if (step.line) enterLine(step);
             return runBody(*step.body);
         case StepKind::Break:
             enterLine(step);
@@ -181,6 +185,7 @@ bool BytecodeExecutor::walkSteps(const PlanBlock& block, std::uint32_t start) {
         if (step->isSimple()) {
             runSimple(*step);
         } else if (execute(*step)) {
+            script_.serviceCoroutines();
             if (!jumpCameOutOfBody()) return true;
             signal_.kind = BlockSignal::Kind::Normal;
             continue;
@@ -205,6 +210,7 @@ const PlanStep* BytecodeExecutor::handleJump(const PlanBlock& block) {
     }
     script_.labels_.clearJump();
     if (!executeRegisteredJumpTarget(label)) throw std::runtime_error("jumpTo target not found: " + label);
+    signal_.kind = BlockSignal::Kind::Jump;  // it has ended, and with it all the blocks around it
     return nullptr;
 }
 

@@ -95,6 +95,7 @@ inline Variable VesperScript::evaluateGuarded(const PlanBlock& body) {
     context_.setLine(*step->line);
     Variable result = step->value->evaluate(*this, *step->value);
     if (needsAttention()) {
+        serviceCoroutines();
         rethrowPendingCoroutineException();
         if (shouldAbortForSoftRaisedError()) return {};
     }

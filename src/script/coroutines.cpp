@@ -138,6 +138,8 @@ private:
                 return false;
             case ParsedLineKind::Repeat:
                 enterLoop(Kind::Repeat, index, "Missing 'until' for repeat block");
+                top().started = true;  // the first round has no test
+                pushBlockFrame(top().current, top().end);
                 return false;
             case ParsedLineKind::For:
                 enterFor(statement, index);
@@ -154,6 +156,7 @@ private:
                 declare(statement, index);
                 return false;
             case ParsedLineKind::Return:
+                script_.evaluateReturn(statement);
                 state_.frames.clear();
                 return true;
             case ParsedLineKind::Break:
@@ -250,7 +253,7 @@ private:
             case Kind::While:
                 return script_.evaluateCondition(clause, "while");
             case Kind::Repeat:
-                return first || !script_.evaluateCondition(clause, "until");
+                return !script_.evaluateCondition(clause, "until");
             case Kind::NumericFor:
                 return nextNumber(loop, first);
             default:

@@ -272,7 +272,7 @@ std::string ExpressionWalk::wordKey() {
     const TokenAnalysis& token = line_.analysis[index_];
     const std::string& text = line_.tokens[index_];
     const bool isWord =
-        token.isPlainIdentifier() || token.kind == TokenKind::Int || token.kind == TokenKind::Float;
+        token.isIdentifier() || token.kind == TokenKind::Int || token.kind == TokenKind::Float;
     if (!isWord && token.kind != TokenKind::String) fail("Unknown token: " + text, text);
     index_ += 2;
     return token.kind == TokenKind::String ? token.literal.text() : text;

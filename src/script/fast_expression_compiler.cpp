@@ -76,9 +76,12 @@ private:
             const int precedence = binaryPrecedence(operation);
             if (precedence == 0 || precedence < minimumPrecedence) break;
             ++at_;
+            const bool isLogical = operation == TokenKind::And || operation == TokenKind::Or;
+            skippable_ += isLogical ? 1 : 0;
             const std::int32_t right =
                 parseExpression(isRightAssociative(operation) ? precedence : precedence + 1);
             if (right < 0) return -1;
+            skippable_ -= isLogical ? 1 : 0;
             FastExprNodeKind kind = FastExprNodeKind::Binary;
             if (operation == TokenKind::And) kind = FastExprNodeKind::And;
             if (operation == TokenKind::Or) kind = FastExprNodeKind::Or;
@@ -140,6 +143,8 @@ private:
             case TokenKind::OpenBrace:
                 return parsePostfix(parseTable());
             case TokenKind::Ellipsis: {
+                // Outside a variadic call it is an error, on a skipped side too: the walk looks for that.
+                if (skippable_ > 0) return -1;
                 ++at_;
                 expression_.makesContainers = true;
                 FastExprNode node;
@@ -208,7 +213,7 @@ private:
             if (!take(TokenKind::Colon) && !take(TokenKind::Assign)) return -1;
         } else {
             const TokenAnalysis& word = line_.analysis[at_];
-            const bool isWord = word.isPlainIdentifier() || word.kind == TokenKind::Int ||
+            const bool isWord = word.isIdentifier() || word.kind == TokenKind::Int ||
                                 word.kind == TokenKind::Float || word.kind == TokenKind::String;
             if (!isWord) return -1;
             key = addConstant(word.kind == TokenKind::String ? word.literal
@@ -248,6 +253,7 @@ private:
     std::uint32_t at_;
     std::uint32_t last_;
     int nesting_ = 0;
+    int skippable_ = 0;  // right sides of `and` and `or` around here
 };
 
 }  // namespace

@@ -23,7 +23,7 @@ namespace {
 // The function of the global string table, with the string bound as its first argument.
 Variable stringMethod(VesperScript& script, const Variable& subject, const Variable& name) {
     static const NameId stringName = internName("string");
-    const Variable* library = script.scopes().find(stringName);
+    const Variable* library = script.scopes().findExplicit(stringName, 1);
     if (!library || !library->isTable()) return {};
     const Variable* member = library->table().find(name.stringObject());
     if (!member || !member->isFunction()) return {};

@@ -1,16 +1,15 @@
 #include "script/labels.h"
 
+#include "script/program_walk.h"
+
 namespace kelmora {
 
 bool Labels::findInChunk(const BytecodeProgram& program, std::uint32_t chunk, const std::string& label,
                          std::uint32_t& instruction) {
-    const BytecodeChunk& record = program.chunks[chunk];
-    for (std::uint32_t i = 0; i < record.instructionCount; ++i) {
-        const std::uint64_t at = std::uint64_t{record.firstInstruction} + i;
-        if (at >= program.instructions.size()) return false;
-        const BytecodeInstruction& candidate = program.instructions[static_cast<std::size_t>(at)];
-        if (candidate.opcode != Opcode::Nest || candidate.operand >= program.nestBlocks.size()) continue;
-        if (program.nestBlocks[candidate.operand].label != label) continue;
+    const std::span<const BytecodeInstruction> instructions = instructionsOf(program, chunk);
+    for (std::uint32_t i = 0; i < instructions.size(); ++i) {
+        const std::string* candidate = labelOf(program, instructions[i]);
+        if (!candidate || *candidate != label) continue;
         instruction = i;
         return true;
     }
@@ -19,54 +18,34 @@ bool Labels::findInChunk(const BytecodeProgram& program, std::uint32_t chunk, co
 
 void Labels::registerCallable(ScriptCallable& callable) {
     if (!callable.program || callable.program->nestBlocks.empty()) return;
-    std::vector<bool> visited(callable.program->chunks.size());
-    registerChunk(callable, callable.chunkIndex, visited);
-}
-
-void Labels::registerChunk(ScriptCallable& callable, std::uint32_t chunk, std::vector<bool>& visited) {
     const BytecodeProgram& program = *callable.program;
-    // A damaged image may claim chunks that hold themselves.
-    if (chunk >= program.chunks.size() || visited[chunk]) return;
-    visited[chunk] = true;
-    const auto enterLoop = [&](const std::vector<BytecodeLoop>& loops, std::uint32_t index) {
-        if (index < loops.size()) registerChunk(callable, loops[index].bodyChunk, visited);
+    // Blocks nest as deeply as a file says, and those of a damaged one may hold themselves.
+    struct Place {
+        std::uint32_t chunk;
+        std::size_t instruction;
     };
-    const BytecodeChunk& record = program.chunks[chunk];
-    for (std::uint32_t i = 0; i < record.instructionCount; ++i) {
-        const std::uint64_t at = std::uint64_t{record.firstInstruction} + i;
-        if (at >= program.instructions.size()) return;
-        const BytecodeInstruction& instruction = program.instructions[static_cast<std::size_t>(at)];
-        const std::uint32_t operand = instruction.operand;
-        switch (instruction.opcode) {
-            case Opcode::If:
-                if (operand < program.ifGroups.size())
-                    for (const IfBranch& branch : program.ifGroups[operand])
-                        registerChunk(callable, branch.bodyChunk, visited);
-                break;
-            case Opcode::While:
-                enterLoop(program.whileLoops, operand);
-                break;
-            case Opcode::Repeat:
-                enterLoop(program.repeatLoops, operand);
-                break;
-            case Opcode::NumericFor:
-                enterLoop(program.numericForLoops, operand);
-                break;
-            case Opcode::GenericFor:
-                enterLoop(program.genericForLoops, operand);
-                break;
-            case Opcode::Nest: {
-                if (operand >= program.nestBlocks.size()) break;
-                const NestBlock& block = program.nestBlocks[operand];
-                if (!block.label.empty())
-                    records_[block.label] = {callable.lifetime(), callable.program, chunk,
-                                             callable.nativeScopeIndex};
-                registerChunk(callable, block.bodyChunk, visited);
-                break;
-            }
-            default:
-                break;
+    std::vector<bool> visited(program.chunks.size());
+    std::vector<Place> open{{callable.chunkIndex, 0}};
+    std::vector<std::uint32_t> bodies;
+    while (!open.empty()) {
+        const Place place = open.back();
+        open.pop_back();
+        if (place.chunk >= visited.size() || (place.instruction == 0 && visited[place.chunk])) continue;
+        visited[place.chunk] = true;
+        const std::span<const BytecodeInstruction> instructions = instructionsOf(program, place.chunk);
+        bodies.clear();
+        std::size_t at = place.instruction;
+        while (at < instructions.size() && bodies.empty()) {
+            const BytecodeInstruction& instruction = instructions[at++];
+            if (const std::string* label = labelOf(program, instruction); label && !label->empty())
+                records_[*label] = {callable.lifetime(), callable.program, place.chunk,
+                                    callable.nativeScopeIndex};
+            forEachBody(program, instruction,
+                        [&](const BodyReference& body) { bodies.push_back(body.chunk); });
         }
+        if (bodies.empty()) continue;
+        open.push_back({place.chunk, at});
+        for (std::size_t i = bodies.size(); i-- > 0;) open.push_back({bodies[i], 0});
     }
 }
 

@@ -47,7 +47,6 @@ private:
         std::uint32_t chunk;
         std::uint32_t nativeLevel;
     };
-    void registerChunk(ScriptCallable& callable, std::uint32_t chunk, std::vector<bool>& visited);
 
     std::unordered_map<std::string, Record> records_;
     bool pending_ = false;

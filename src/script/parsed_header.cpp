@@ -13,6 +13,11 @@ bool isNameAt(const ParsedScriptLine& line, std::uint32_t index) {
     return index < line.tokens.size() && line.analysis[index].isPlainIdentifier();
 }
 
+// Loop variables and parameters are of their own scope, whatever scope is written behind the name.
+bool isVariableAt(const ParsedScriptLine& line, std::uint32_t index) {
+    return index < line.tokens.size() && line.analysis[index].isIdentifier();
+}
+
 // Recognises `pairs(x)` and `ipairs(x)` as the whole of the iterated expression.
 void recogniseWalk(const ParsedScriptLine& line, ParsedFor& header) {
     static const NameId pairsName = internName("pairs");
@@ -31,7 +36,7 @@ void recogniseWalk(const ParsedScriptLine& line, ParsedFor& header) {
 void readGenericFor(const ParsedScriptLine& line, ParsedFor& header) {
     std::uint32_t at = 1;
     for (;;) {
-        if (!isNameAt(line, at)) {
+        if (!isVariableAt(line, at)) {
             header.fault = {"Expected loop variable name", at};
             return;
         }
@@ -84,7 +89,7 @@ private:
                         return fail("Expected ')' after function parameters");
                     break;
                 }
-                if (!isNameAt(line_, at_)) return fail("Expected function parameter name");
+                if (!isVariableAt(line_, at_)) return fail("Expected function parameter name");
                 header_.parameters.push_back(line_.analysis[at_++].name);
                 if (isKind(line_, at_, TokenKind::CloseParenthesis)) break;
                 if (!isKind(line_, at_, TokenKind::Comma))

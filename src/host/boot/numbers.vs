@@ -40,9 +40,20 @@ function Vesper["orbit"](x, y, cx, cy, angle)
     return cx + (x - cx) * c - (y - cy) * s, cy + (x - cx) * s + (y - cy) * c
 end
 
-@@ The nearest multiple of the step; half-way goes up.
+@@ The nearest multiple of the step; half-way goes up. A quotient above 2^22 has no room for the half.
 function Vesper["round90"](number, step)
-    return math["floor"](number / step + 0.5) * step
+    if math["abs"](number / step) < 4194304
+        return math["floor"](number / step + 0.5) * step
+    end
+    local size = math["abs"](step)
+    local rest = number % size
+    if rest < 0
+        rest += size
+    end
+    if rest >= size - rest
+        return number - rest + size
+    end
+    return number - rest
 end
 
 function Vesper["within"](number, range, target)

@@ -1,11 +1,11 @@
 @@ Tunes the engine by the processor's name: workers for pixels, and the pace of frames.
 
 function vesperProcessorNameMatches(detectedName, tableName)
-    if typeOf(detectedName) != "string" or typeOf(tableName) != "string"
-        return false
-    end
     if detectedName == tableName
         return true
+    end
+    if typeOf(detectedName) != "string" or typeOf(tableName) != "string"
+        return false
     end
     if string["sub"](detectedName, 1, #tableName) != tableName
         return false

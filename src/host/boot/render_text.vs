@@ -34,8 +34,9 @@ end
 function vesperDrawSliding(entry, index)
     local key = Vesper["slideStateKey"](entry, index)
     local before = VESPER_SLIDE_PROGRESS[key] or 0
+    local shown = VESPER_SLIDE_TEXT[key]
     local partial, length, progress = Vesper["stepSlideText"](entry, index)
-    if progress != before
+    if progress != before or (progress > 0 and VESPER_SLIDE_TEXT[key] != shown)
         vesperTickSlide()
     end
     local surface, w, h = Vesper["buildTextSurface"](partial, entry["font"], entry["colour"])

@@ -2,6 +2,7 @@ v = Vesper
 print(v["round"](2.5), v["round"](3.14159, 2), v["clamp"](5, 10, 1), v["clamp"](5, 1, 3))     @@ expect: 2\t3.140000\t1\t3
 print(v["between"](5, 10, 1), v["between"](0, 1, 10), v["middle"](100, 40))                  @@ expect: true\tfalse\t30.000000
 print(v["round90"](45, 90), v["round90"](44, 90), v["findID"]([{identifier = "a"}, {identifier = "b"}], "b"), v["findID"]([], 1))     @@ expect: 90\t0\t2\t-1
+print(v["round90"](16777217, 2), v["round90"](8388609, 1), v["round90"](-16777217, 2), v["round90"](100000000, 90))   @@ expect: 16777218\t8388609\t-16777216\t99999990
 print(v["within"](5, 1, 5), v["within"](5, 1, 9))                                            @@ expect: true\tfalse\tfalse\tfalse
 x, y = v["orbit"](1, 0, 0, 0, 90)
 print(v["round"](x, 3) + 0.0, v["round"](y, 3))                                                  @@ expect: 0.000000\t1.000000

@@ -1,5 +1,5 @@
 m = vesperProcessorNameMatches
-print(m("Arm Cortex-A72 r0p3", "Arm Cortex-A72"), m("Arm Cortex-A72X", "Arm Cortex-A72"), m("Arm", "Arm"), m(1, "1"))   @@ expect: true\tfalse\ttrue\tfalse
+print(m("Arm Cortex-A72 r0p3", "Arm Cortex-A72"), m("Arm Cortex-A72X", "Arm Cortex-A72"), m("Arm", "Arm"), m(1, "1"), m(0, 0))   @@ expect: true\tfalse\ttrue\tfalse\ttrue
 print(#VESPER_TMP1, VESPER_TMP1[1][1], VESPER_TMP1[4][1], VESPER_TMP1[353][1])       @@ expect: 353\tPowerPC G3\tUnknown Intel\tIBM A2
 function row(name)
     for i, entry in ipairs(VESPER_TMP1)

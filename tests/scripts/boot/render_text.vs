@@ -81,6 +81,16 @@ end
 @@ expect: true\t20
 @@ expect: true\t17\ttrue\t3
 
+@@ Another text in its place ticks from its first character on.
+ticks = 0
+entry = {type = VESPER_TEXT_SLIDE_RIGHT, layer = 4, identifier = "line", text = "abc", font = serif, colour = ink, x = 100, y = 20}
+renderQueue = [entry]
+Vesper["renderStack"]()
+entry["text"] = "def"
+Vesper["renderStack"]()
+Vesper["renderStack"]()
+print(ticks, entry["text2"])                                            @@ expect: 3\tde
+
 @@ A game may show the rest at once: that is silent. So is everything while slides are to be.
 ticks = 0
 entry = {type = VESPER_TEXT_SLIDE_RIGHT, layer = 4, identifier = "line", text = "aéo", font = serif, colour = ink, x = 100, y = 20}

@@ -17,4 +17,5 @@ print(pcall(load("return {[1]}")))
 @@ expect:              ^
 @@ expect:   hint: check spelling, operators, parentheses, and quote matching
 @@ expect: 
+print({a#1: 3, b#0 = 4}["a#1"], {c#2: 1})    @@ expect: 3\t{c#2: 1}
 print({1 2})                            @@ error: Expected ',' or '}' in table literal

@@ -18,5 +18,11 @@ local function hidden()
     return "hidden"
 end
 print(hidden())                     @@ expect: hidden
+function marked(m#1, b#0)
+    for c#3 in [m + b]
+        return c, m#1
+    end
+end
+print(marked(1, 2))                 @@ expect: 3\tnot
 function f(a b)                     @@ error: Expected ',' or ')' after function parameter
 end
