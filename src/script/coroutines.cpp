@@ -138,8 +138,7 @@ private:
                 return false;
             case ParsedLineKind::Repeat:
                 enterLoop(Kind::Repeat, index, "Missing 'until' for repeat block");
-                top().started = true;  // the first round has no test
-                pushBlockFrame(top().current, top().end);
+                pushBlockFrame(top().current, top().end);  // the first round has no test
                 return false;
             case ParsedLineKind::For:
                 enterFor(statement, index);
@@ -200,37 +199,25 @@ private:
         state_.frames.push_back(std::move(frame));
     }
     void enterFor(const ParsedScriptLine& opener, std::uint32_t index) {
-        script_.throwHeaderFault(opener, opener.forHeader->fault);
-        const bool isNumeric = opener.forHeader->isNumeric;
-        enterLoop(isNumeric ? Kind::NumericFor : Kind::GenericFor, index, "Missing 'end' for for block");
-        CoroutineFrame loop = std::move(top());
-        state_.frames.pop_back();  // comes back when its clause is sound
-        if (isNumeric) {
-            const auto bounds = script_.evaluateForBounds(opener);
-            if (bounds.step == 0) throw std::runtime_error("for loop step must not be 0");
-            loop.value = bounds.start;
-            loop.limit = bounds.stop;
-            loop.step = bounds.step;
-        } else {
-            readIterator(opener, loop);
-        }
-        loop.variables = script_.scopes_.pushCallScope(opener.forHeader->names);
+        const ParsedFor& header = *opener.forHeader;
+        script_.throwHeaderFault(opener, header.fault);
+        CoroutineFrame loop;
+        loop.kind = header.isNumeric ? Kind::NumericFor : Kind::GenericFor;
+        loop.current = index + 1;
+        loop.end = leaveTo(opener, "Missing 'end' for for block");
+        loop.loopLine = index;
+        if (header.isNumeric) loop.numbers = script_.openNumericLoop(opener);
+        loop.variables = script_.scopes_.pushCallScope(header.names);
+        if (!header.isNumeric) openWalk(opener, loop);
         state_.frames.push_back(std::move(loop));
     }
-    void readIterator(const ParsedScriptLine& opener, CoroutineFrame& loop) {
-        const ParsedFor& header = *opener.forHeader;
-        constexpr std::string_view leftover = "Unexpected token after for iterator";
-        loop.withKeys = script_.isBuiltinWalk(opener);
-        loop.container =
-            script_.evaluateRange(opener, loop.withKeys ? header.argument : header.iterator, leftover);
-        const bool isSequence = loop.container.isArray() || (!loop.withKeys && loop.container.isMulti());
-        if (loop.withKeys && loop.container.isTable()) {
-            if (header.builtin == BuiltinId::Pairs) loop.keys = loop.container.table().sortedKeys();
-        } else if (!isSequence) {
-            throw std::runtime_error(!loop.withKeys ? "generic for loops expect an array iterator"
-                                     : header.builtin == BuiltinId::Pairs
-                                         ? "pairs(container) expects an array or table"
-                                         : "ipairs(container) expects an array or table");
+    // The loop's variables hide what the iterator names.
+    void openWalk(const ParsedScriptLine& opener, CoroutineFrame& loop) {
+        try {
+            loop.sequence = script_.openSequenceWalk(opener);
+        } catch (...) {
+            script_.scopes_.popCallScope(loop.variables);
+            throw;
         }
     }
 
@@ -248,48 +235,18 @@ private:
         }
     }
     bool nextRound(CoroutineFrame& loop, const ParsedScriptLine& clause) {
-        const bool first = !std::exchange(loop.started, true);
         switch (loop.kind) {
             case Kind::While:
                 return script_.evaluateCondition(clause, "while");
             case Kind::Repeat:
                 return !script_.evaluateCondition(clause, "until");
             case Kind::NumericFor:
-                return nextNumber(loop, first);
+                if (!loop.numbers.next()) return false;
+                script_.scopes_.callEntry(loop.variables, 0) = Variable::integer(loop.numbers.value);
+                return true;
             default:
-                return nextElement(loop, *clause.forHeader);
+                return script_.bindNext(*clause.forHeader, loop.variables, loop.sequence);
         }
-    }
-    bool nextNumber(CoroutineFrame& loop, bool first) {
-        if (!first)
-            loop.value = static_cast<std::int32_t>(static_cast<std::uint32_t>(loop.value) +
-                                                   static_cast<std::uint32_t>(loop.step));
-        if (loop.step > 0 ? loop.value > loop.limit : loop.value < loop.limit) return false;
-        script_.scopes_.callEntry(loop.variables, 0) = Variable::integer(loop.value);
-        return true;
-    }
-    bool nextElement(CoroutineFrame& loop, const ParsedFor& header) {
-        const Variable container = loop.container;
-        while (loop.keys && loop.position < loop.keys->keys.size()) {
-            const std::size_t at = loop.position++;
-            const Variable* value = container.table().findListed(*loop.keys, at);
-            if (!value) continue;  // erased meanwhile
-            script_.bindPair(header, loop.variables, loop.keys->keyValues[at], *value);
-            return true;
-        }
-        if (loop.keys) return false;
-        const std::vector<Variable>& items = container.isTable()   ? container.table().denseValues()
-                                             : container.isArray() ? container.items()
-                                                                   : container.values();
-        if (loop.position >= items.size()) return false;
-        const Variable element = items[loop.position++];
-        if (loop.withKeys) {
-            script_.bindPair(header, loop.variables,
-                             Variable::integer(static_cast<std::int32_t>(loop.position)), element);
-        } else {
-            script_.bindElement(header, loop.variables, element);
-        }
-        return true;
     }
 
     void declare(const ParsedScriptLine& opener, std::uint32_t index) {

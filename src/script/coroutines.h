@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "script/loops.h"
 #include "script/parsed_line.h"
 #include "script/scopes.h"
 #include "script/soft_error.h"
@@ -14,7 +15,6 @@
 namespace kelmora {
 
 class VesperScript;
-struct TableKeyList;
 
 // Unwinds the turn of a coroutine that started another one. Never leaves the turn.
 struct CoroutineTerminated {};
@@ -27,15 +27,9 @@ struct CoroutineFrame {
     std::uint32_t current = 0;   // next line
     std::uint32_t end = 0;       // the frame is over when `current` gets here
     std::uint32_t loopLine = 0;  // line with the loop's condition or clause
-    bool started = false;        // the first round has begun
-    std::int32_t value = 0;      // numeric for
-    std::int32_t limit = 0;
-    std::int32_t step = 1;
-    CallScope variables = 0;  // of a for loop
-    Variable container;       // generic for
-    bool withKeys = false;
-    std::shared_ptr<const TableKeyList> keys;  // of a table walked by pairs
-    std::size_t position = 0;
+    CallScope variables = 0;     // of a for loop
+    NumericLoop numbers;
+    SequenceWalk sequence;
 };
 
 struct CoroutineState {

@@ -49,7 +49,8 @@ template <typename Visit>
 void forEachBody(const BytecodeProgram& program, const BytecodeInstruction& instruction, Visit&& visit) {
     const std::uint32_t operand = instruction.operand;
     if (const std::vector<BytecodeLoop>* loops = loopsOf(program, instruction.opcode)) {
-        if (operand < loops->size()) visit(BodyReference{(*loops)[operand].line, (*loops)[operand].bodyChunk});
+        if (operand < loops->size())
+            visit(BodyReference{(*loops)[operand].line, (*loops)[operand].bodyChunk});
     } else if (instruction.opcode == Opcode::If && operand < program.ifGroups.size()) {
         for (const IfBranch& branch : program.ifGroups[operand])
             visit(BodyReference{branch.line, branch.bodyChunk, branch.isElse});

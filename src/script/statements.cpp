@@ -61,23 +61,45 @@ void VesperScript::throwHeaderFault(const ParsedScriptLine& line, const HeaderFa
                                                         : "EOF");
 }
 
-VesperScript::ForBounds VesperScript::evaluateForBounds(const ParsedScriptLine& line) {
+NumericLoop VesperScript::openNumericLoop(const ParsedScriptLine& line) {
     constexpr std::string_view trailing = "Unexpected token after for clause";
     const std::vector<PreparedExpression>& clauses = line.forHeader->bounds;
-    ForBounds bounds{0, 0, 1};
+    NumericLoop loop;
     const Variable start = evaluateRange(line, clauses[0], "Expected ',' after for start value");
-    if (shouldAbortForSoftRaisedError()) return bounds;
+    if (shouldAbortForSoftRaisedError()) return loop;
     if (clauses.size() < 2) context_.throwError("Expected ',' after for start value", "EOF");
     const Variable stop = evaluateRange(line, clauses[1], trailing);
-    if (shouldAbortForSoftRaisedError()) return bounds;
+    if (shouldAbortForSoftRaisedError()) return loop;
     Variable step = Variable::integer(1);
     if (clauses.size() > 2) step = evaluateRange(line, clauses[2], trailing);
-    if (shouldAbortForSoftRaisedError()) return bounds;
+    if (shouldAbortForSoftRaisedError()) return loop;
     if (clauses.size() > 3) context_.throwError(std::string(trailing), ",");
-    bounds.start = toInt(start);
-    bounds.stop = toInt(stop);
-    bounds.step = toInt(step);
-    return bounds;
+    loop.value = toInt(start);
+    loop.stop = toInt(stop);
+    loop.step = toInt(step);
+    if (loop.step == 0) throw std::runtime_error("for loop step must not be 0");
+    return loop;
+}
+
+SequenceWalk VesperScript::openSequenceWalk(const ParsedScriptLine& line) {
+    const ParsedFor& header = *line.forHeader;
+    SequenceWalk walk;
+    walk.withKeys = isBuiltinWalk(line);
+    walk.container = evaluateRange(line, walk.withKeys ? header.argument : header.iterator,
+                                   "Unexpected token after for iterator");
+    if (shouldAbortForSoftRaisedError()) return walk;
+    const bool isTable = walk.container.isTable();
+    if (!walk.withKeys) {
+        if (!walk.container.isArray() && !walk.container.isMulti())
+            throw std::runtime_error("generic for loops expect an array iterator");
+    } else if (!isTable && !walk.container.isArray()) {
+        throw std::runtime_error(header.builtin == BuiltinId::Pairs
+                                     ? "pairs(container) expects an array or table"
+                                     : "ipairs(container) expects an array or table");
+    } else if (isTable && header.builtin == BuiltinId::Pairs) {
+        walk.keys = walk.container.table().sortedKeys();
+    }
+    return walk;
 }
 
 bool VesperScript::isBuiltinWalk(const ParsedScriptLine& line) const {
@@ -85,6 +107,18 @@ bool VesperScript::isBuiltinWalk(const ParsedScriptLine& line) const {
     if (header.builtin == BuiltinId::None) return false;
     const Variable* function = scopes_.find(line.analysis[header.iterator.first].name);
     return function && function->isFunction() && function->function().builtinId == header.builtin;
+}
+
+bool VesperScript::bindNext(const ParsedFor& header, CallScope scope, SequenceWalk& walk) {
+    Variable key;
+    Variable element;
+    if (!walk.next(key, element)) return false;
+    if (walk.withKeys) {
+        bindPair(header, scope, std::move(key), std::move(element));
+    } else {
+        bindElement(header, scope, std::move(element));
+    }
+    return true;
 }
 
 void VesperScript::bindPair(const ParsedFor& header, CallScope scope, Variable key, Variable value) {
@@ -97,17 +131,15 @@ void VesperScript::bindPair(const ParsedFor& header, CallScope scope, Variable k
     for (std::size_t i = 2; i < header.names.size(); ++i) scopes_.callEntry(scope, i) = Variable();
 }
 
-void VesperScript::bindElement(const ParsedFor& header, CallScope scope, const Variable& element) {
-    const Variable kept = element;
-    const bool spreads = header.names.size() > 1 && kept.isArray();
-    for (std::size_t i = 0; i < header.names.size(); ++i) {
-        if (spreads) {
-            const std::vector<Variable>& items = kept.items();
-            scopes_.callEntry(scope, i) = i < items.size() ? items[i] : Variable();
-        } else {
-            scopes_.callEntry(scope, i) = i == 0 ? kept : Variable();
-        }
+void VesperScript::bindElement(const ParsedFor& header, CallScope scope, Variable element) {
+    if (header.names.size() == 1 || !element.isArray()) {
+        scopes_.callEntry(scope, 0) = std::move(element);
+        for (std::size_t i = 1; i < header.names.size(); ++i) scopes_.callEntry(scope, i) = Variable();
+        return;
     }
+    const std::vector<Variable>& items = element.items();
+    for (std::size_t i = 0; i < header.names.size(); ++i)
+        scopes_.callEntry(scope, i) = i < items.size() ? items[i] : Variable();
 }
 
 Variable VesperScript::makeDeclaredCallable(const ParsedScriptLine& line) const {

@@ -18,6 +18,7 @@
 #include "script/callable.h"
 #include "script/coroutines.h"
 #include "script/labels.h"
+#include "script/loops.h"
 #include "script/parsed_header.h"
 #include "script/scopes.h"
 #include "script/soft_error.h"
@@ -128,12 +129,6 @@ private:
         Scopes::CallerView view;
         CallScope arguments;
     };
-    struct ForBounds {
-        std::int32_t start;
-        std::int32_t stop;
-        std::int32_t step;
-    };
-
     // calls.cpp
     // These evaluate the arguments and call. The second makes them where the parameters will stand.
     [[gnu::always_inline]] inline Variable callNode(const Variable& callee, const FastExprNode& node);
@@ -157,7 +152,11 @@ private:
     bool evaluateCondition(const ParsedScriptLine& line, std::string_view statement);
     Variable executeExpressionStatement(const ParsedScriptLine& line);
     Variable evaluateReturn(const ParsedScriptLine& line);
-    ForBounds evaluateForBounds(const ParsedScriptLine& line);
+    // Evaluates the clause of a `for`; the step of a numeric one is not 0.
+    NumericLoop openNumericLoop(const ParsedScriptLine& line);
+    SequenceWalk openSequenceWalk(const ParsedScriptLine& line);
+    // Gives the loop's variables the next element; false behind the last.
+    bool bindNext(const ParsedFor& header, CallScope scope, SequenceWalk& walk);
     void throwHeaderFault(const ParsedScriptLine& line, const HeaderFault& fault);
     void bindFunction(const ParsedScriptLine& line, const Variable& function);
     Variable makeDeclaredCallable(const ParsedScriptLine& line) const;
@@ -169,14 +168,9 @@ private:
     template <typename Body>
     void walkGenericFor(const ParsedScriptLine& line, Body&& body);
     template <typename Body>
-    void walkPairs(const ParsedFor& header, CallScope scope, const Variable& container, Body&& body);
-    template <typename Body>
-    void walkSequence(const ParsedFor& header, CallScope scope, const Variable& sequence, bool withKeys,
-                      Body&& body);
-    template <typename Body>
     void runNumericFor(const ParsedScriptLine& line, Body&& body);
     void bindPair(const ParsedFor& header, CallScope scope, Variable key, Variable value);
-    void bindElement(const ParsedFor& header, CallScope scope, const Variable& element);
+    void bindElement(const ParsedFor& header, CallScope scope, Variable element);
     bool isBuiltinWalk(const ParsedScriptLine& line) const;
 
     // assignment.cpp

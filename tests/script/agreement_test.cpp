@@ -77,7 +77,10 @@ private:
     int pick(int count) { return static_cast<int>(random_() % static_cast<unsigned>(count)); }
     bool chance(int percent) { return pick(100) < percent; }
     std::string oneOf(const Choices& choices) { return choices[random_() % choices.size()]; }
-    std::string atom() { return chance(2) ? oneOf({"=", ")", "1.2.3", "x y", ","}) : oneOf(atoms); }
+    std::string atom() {
+        if (chance(2)) return "...";
+        return chance(2) ? oneOf({"=", ")", "1.2.3", "x y", ","}) : oneOf(atoms);
+    }
 
     std::string constructor(int depth) {
         const std::string first = expression(depth - 2);
@@ -168,7 +171,7 @@ private:
     bool inFunction_ = false;
 };
 
-enum class Way { Compiled, Walked, Direct };
+enum class Way { Compiled, Walked, Direct, Coroutine };
 
 std::string run(const std::string& source, Way way) {
     CaptureHost host;
@@ -178,6 +181,9 @@ std::string run(const std::string& source, Way way) {
     try {
         if (way == Way::Direct) {
             script.executeBlock(source);
+        } else if (way == Way::Coroutine) {
+            script.setStepLimit(200000);
+            script.runScript("decay " + source + "body()\nfor turn = 1, 60000\n    at = turn\nend\n");
         } else {
             script.runScript(source);
         }
@@ -185,6 +191,11 @@ std::string run(const std::string& source, Way way) {
         host.output += std::string("failed: ") + error.what();
     }
     return host.output;
+}
+
+// As the body of a function: run in one go or a line at a time beside the main script.
+std::string asBody(const std::string& source) {
+    return "function body()\n" + source + "end\n";
 }
 
 unsigned seedCount(unsigned usual) {
@@ -220,6 +231,16 @@ TEST(Agreement, ProgramsDoTheSameHoweverTheyRun) {
         if (compiled.find("Step limit") != std::string::npos) continue;
         ASSERT_EQ(compiled, run(source, Way::Walked)) << "seed " << seed << "\n" << source;
         ASSERT_EQ(compiled, run(source, Way::Direct)) << "seed " << seed << "\n" << source;
+    }
+}
+
+TEST(Agreement, ProgramsDoTheSameAsBodiesOfCoroutines) {
+    const unsigned seeds = seedCount(500);
+    for (unsigned seed = 0; seed < seeds; ++seed) {
+        const std::string body = asBody(Generator(seed + 2'000'000).program());
+        const std::string called = run(body + "body()\n", Way::Compiled);
+        if (called.find("Step limit") != std::string::npos) continue;
+        ASSERT_EQ(called, run(body, Way::Coroutine)) << "seed " << seed << "\n" << body;
     }
 }
 
