@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 
 #include "bindings/image_arguments.h"
@@ -54,6 +55,8 @@ Variable createImage(const BindingCall& call) {
     call.require(6);
     const std::int32_t width = call.integer(0, "width");
     const std::int32_t height = call.integer(1, "height");
+    if (std::int64_t{std::max(width, 1)} * std::max(height, 1) > maximumPixels)
+        call.fail("the image is too large");
     return Variable::pointer(createSolidColourImage(width, height, lowByte(call, 2, "r"),
                                                     lowByte(call, 3, "g"), lowByte(call, 4, "b"),
                                                     lowByte(call, 5, "a")));
@@ -120,8 +123,9 @@ Variable saveImage(const BindingCall& call) {
 
 Variable saveImageRaw(const BindingCall& call) {
     call.require(2);
-    const PlushImage* image = imageHandle(call, 0);
-    return Variable::boolean(savePlushImage(image, call.text(1, "path").c_str()));
+    PlushImage* image = imageHandle(call, 0);
+    const std::string& path = call.text(1, "path");
+    return Variable::boolean(livePlushImages.contains(image) && savePlushImage(image, path.c_str()));
 }
 
 Variable loadImageRaw(const BindingCall& call) {

@@ -21,9 +21,8 @@ using plush_shader::Uniforms;
 
 namespace {
 
-// No side of a scaled picture may be longer, and no picture larger, in pixels.
+// No side of a scaled picture may be longer.
 constexpr double longestSide = 1 << 24;
-constexpr double mostPixels = 1 << 28;
 
 bool isNumber(const Variable& value) {
     return value.isInt() || value.isFloat();
@@ -98,7 +97,7 @@ public:
     ScaledTarget(const BindingCall& call, const PlushImage& image, double scale) {
         const std::int32_t width = scaledSide(image.width, scale);
         const std::int32_t height = scaledSide(image.height, scale);
-        if (width > longestSide || height > longestSide || double{1} * width * height > mostPixels)
+        if (width > longestSide || height > longestSide || std::int64_t{width} * height > maximumPixels)
             call.fail("the scaled image is too large");
         image_ = createSolidColourImage(width, height, 0, 0, 0, 0);
     }

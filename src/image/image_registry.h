@@ -11,6 +11,9 @@ namespace kelmora {
 // nothing else frees it, not even the end of the process.
 extern std::unordered_set<PlushImage*>& livePlushImages;
 
+// No picture that scripts make is larger.
+constexpr std::int64_t maximumPixels = std::int64_t{1} << 28;
+
 // True for a registered image whose record is sound. A registered record that is not gets its size and
 // pixels zeroed.
 bool cleanImage(PlushImage* image);
