@@ -75,7 +75,8 @@ Bytes decrypt(std::string_view cipher, std::uint16_t key, std::size_t padding) {
 // The part behind "currentfile eexec", in the clear.
 std::string decryptPrivate(std::string_view file, std::size_t clearEnd) {
     std::string_view cipher = file.substr(clearEnd);
-    while (!cipher.empty() && isSpace(cipher.front())) cipher.remove_prefix(1);
+    // A cipher may begin with any other byte, blank or not.
+    cipher.remove_prefix(std::min(cipher.find_first_not_of(" \t\r\n"), cipher.size()));
     cipher = cipher.substr(0, cipher.rfind("cleartomark"));
     const std::string_view head = cipher.substr(0, 4);
     const bool isText = std::all_of(head.begin(), head.end(), [](char c) { return hexValue(c) >= 0; });
@@ -175,6 +176,9 @@ private:
             if (word.starts_with('/')) lexer.back(word);
             if (word.empty() || word.starts_with('/')) return;
             if (word != "dup") continue;
+            const std::string_view entry = lexer.next();
+            lexer.back(entry);
+            if (entry.starts_with('/')) return;  // "dup /CharStrings"
             std::size_t index = 0;
             std::string_view string;
             if (!lexer.nextNumber(index) || index >= maximumSubrs || !lexer.nextString(string)) return;

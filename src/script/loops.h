@@ -25,8 +25,8 @@ struct NumericLoop {
     }
 };
 
-// Walks arrays, multi values, the numbered part of tables, and all of a table by its keys. Lengths are read anew
-// in each round; keys added meanwhile are not visited, erased ones are left out.
+// Walks arrays, multi values, the numbered part of tables, and all of a table by its keys. Lengths are read
+// anew in each round; keys added meanwhile are not visited, erased ones are left out.
 struct SequenceWalk {
     Variable container;
     bool withKeys = false;

@@ -76,12 +76,12 @@ public:
         out += "/Subrs " + std::to_string(subrs.size()) + " array\n";
         for (std::size_t i = 0; i < subrs.size(); ++i)
             out += "dup " + std::to_string(i) + " " + string(subrs[i].bytes) + " NP\n";
-        out += "ND\n2 index /CharStrings " + std::to_string(glyphs.size()) + " dict dup begin\n";
+        out += "ND\n" + opener + " /CharStrings " + std::to_string(glyphs.size()) + " dict dup begin\n";
         for (const auto& [name, program] : glyphs) out += "/" + name + " " + string(program.bytes) + " ND\n";
         return out + "end\nend\nreadonly put\nmark currentfile closefile\n";
     }
     static std::string trailer() { return "\n" + std::string(64, '0') + "\ncleartomark\n"; }
-    std::string secret() const { return encrypt("wxyz" + privatePart(), 55665); }
+    std::string secret() const { return encrypt(padding + privatePart(), 55665); }
 
     static FontData data(const std::string& text) { return FontData(text.begin(), text.end()); }
     // Text with a binary or a hexadecimal private part, and segmented binary.
@@ -103,6 +103,8 @@ public:
     }
 
     int lenIV = 4;
+    std::string padding = "wxyz";    // the random bytes in front of the private part
+    std::string opener = "2 index";  // what stands before the dictionary of glyphs
     std::string matrix = "0.001 0 0 0.001 0 0";
     std::string box = "-50 -200 1000 800";
     std::vector<Program> subrs;

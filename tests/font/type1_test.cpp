@@ -54,6 +54,16 @@ TEST(Type1, DrawsAtTheBearingInEveryForm) {
     }
 }
 
+TEST(Type1, PrivatePartsBeginWithAnyByteAndOpenTheirGlyphsInTwoWays) {
+    TinyType1 font = makeTinyType1();
+    font.opener = "dup";
+    EXPECT_EQ(darkness(draw(font, 'A')), 100 * 255);
+    for (const char first : {'\0', '\f', '\v'}) {
+        font.padding[0] = static_cast<char>(first ^ 0xD9);  // the first byte of the key
+        EXPECT_EQ(darkness(draw(font, 'A')), 100 * 255) << int{first};
+    }
+}
+
 TEST(Type1, PaddingOfCharstringsMayVaryOrBeAbsent) {
     for (const int padding : {-1, 0, 1, 9}) {
         TinyType1 font = makeTinyType1();
@@ -172,6 +182,9 @@ TEST(Type1, NamesAreThoseOfThePublishedList) {
     EXPECT_EQ(names("germandbls"), 0xDFu);
     EXPECT_EQ(names("afii10049"), 0x42Fu);
     EXPECT_EQ(names("zeta"), 0x3B6u);
+    EXPECT_EQ(names("Abreveacute"), 0x1EAEu);
+    EXPECT_EQ(names("zukatakana"), 0x30BAu);
+    EXPECT_EQ(names("parenlefttp"), 0x239Bu);
     EXPECT_EQ(names("uni20AC"), 0x20ACu);
     EXPECT_EQ(names("u1F600"), 0x1F600u);
     for (const char* none : {"", "uni20A", "uni20AG", "u12", "uFFFFFF", ".notdef", "A.alt"})

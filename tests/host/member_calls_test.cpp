@@ -1,8 +1,8 @@
+#include "support/member_calls.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
-
-#include "support/member_calls.h"
 
 namespace kelmora {
 namespace {

@@ -16,9 +16,9 @@
 
 namespace kelmora {
 
-// Calls functions of the host and of the library in an order, and with arguments, that the bytes choose: values
-// of every kind, results of earlier calls, handles that died and handles of other kinds. What is called is read
-// from the interpreter, so whatever is registered takes part.
+// Calls functions of the host and of the library in an order, and with arguments, that the bytes choose:
+// values of every kind, results of earlier calls, handles that died and handles of other kinds. What is
+// called is read from the interpreter, so whatever is registered takes part.
 class MemberCalls {
 public:
     explicit MemberCalls(std::span<const unsigned char> choices)
@@ -46,7 +46,7 @@ public:
             for (const char* ending : {"Plush.killImage", "Plush.killShader", "Font.killFont", "Audio.free"})
                 call(ending, {handle});
         for (const std::vector<PlushImage*> left(livePlushImages.begin(), livePlushImages.end());
-             PlushImage* image : left)
+             PlushImage * image : left)
             killPlushImage(image);
         std::filesystem::current_path(previousFolder_);
     }
@@ -64,9 +64,8 @@ public:
 private:
     std::size_t pick(std::size_t count) {
         if (choices_.empty()) return 0;
-        const std::size_t chosen = count > 256 && choices_.size() > 1
-                                       ? choices_[0] * std::size_t{256} + choices_[1]
-                                       : choices_[0];
+        const std::size_t chosen =
+            count > 256 && choices_.size() > 1 ? choices_[0] * std::size_t{256} + choices_[1] : choices_[0];
         choices_ = choices_.subspan(count > 256 && choices_.size() > 1 ? 2 : 1);
         return chosen % count;
     }
@@ -86,9 +85,8 @@ private:
         }
         std::erase_if(functions_,
                       [](const Variable& function) { return isLeftOut(function.function().name); });
-        std::sort(functions_.begin(), functions_.end(), [](const Variable& a, const Variable& b) {
-            return a.function().name < b.function().name;
-        });
+        std::sort(functions_.begin(), functions_.end(),
+                  [](const Variable& a, const Variable& b) { return a.function().name < b.function().name; });
     }
     void fillPool() {
         for (const std::int32_t whole : {-1, 0, 1, 2, 3, 7, 16, 64, 255, 256, 1000, INT32_MAX, INT32_MIN})
@@ -96,9 +94,10 @@ private:
         for (const float fraction : {0.5f, -0.5f, 0.0f, 1.5f, 90.0f, 1e9f, -1e9f, 3.4e38f, HUGE_VALF, NAN})
             pool_.push_back(Variable::number(fraction));
         for (const char* text :
-             {"", "x", "answer", "a.png", "a.pmg", "a.wav", "a.tga", "a.bmp", "a.xcf", "a.vs", "font.ttf", "./",
-              "r", "w", "%d %s", "(%a+)%-(%d+)", "[", "re:(a*)*b", "r = g * 2", "if", "x = 1", "return 1", "12",
-              "0x1F", "a,b", "é"})
+             {"",      "x",         "answer",    "a.png", "a.pmg", "a.wav",    "a.tga", "a.bmp",
+              "a.xcf", "a.vs",      "font.ttf",  "./",    "r",     "w",        "%d %s", "(%a+)%-(%d+)",
+              "[",     "re:(a*)*b", "r = g * 2", "if",    "x = 1", "return 1", "12",    "0x1F",
+              "a,b",   "é"})
             pool_.push_back(Variable::text(text));
         pool_.push_back(Variable());
         pool_.push_back(Variable::boolean(true));
