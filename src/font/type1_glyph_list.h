@@ -11,7 +11,8 @@ struct GlyphName {
     std::uint16_t codepoint;
 };
 
-// The published glyph list's names of single characters, and names that fonts use beside them. Ascending by name.
+// The published glyph list's names of single characters, and names that fonts use beside them. Ascending by
+// name.
 std::span<const GlyphName> glyphList();
 
 }  // namespace kelmora

@@ -49,7 +49,7 @@ constexpr BindingRow rows[] = {
 
 void registerGlobalHelpers(VesperScript& engine) {
     for (const BindingRow& row : rows)
-        engine.pushVariable(row.name, VesperScript::createBoundCallable(row.binding, row.name));
+        engine.pushVariable(row.name, makeBoundCallable(row.binding, row.name));
 }
 
 }  // namespace kelmora

@@ -1,7 +1,7 @@
 #include "script/argument_list.h"
+#include "script/interpreter.h"
 #include "script/numbers.h"
 #include "script/operators.h"
-#include "script/vesper_script.h"
 
 namespace kelmora {
 namespace {
@@ -14,7 +14,7 @@ Variable makeContainerFor(const Variable& key) {
 
 }  // namespace
 
-bool VesperScript::executeAssignment(const ParsedScriptLine& line, Variable* result) {
+bool Interpreter::executeAssignment(const ParsedScriptLine& line, Variable* result) {
     if (!line.assignment) return false;
     const ParsedAssignment& assignment = *line.assignment;
     constexpr std::string_view leftover = "Unexpected token in assignment expression";
@@ -48,8 +48,8 @@ bool VesperScript::executeAssignment(const ParsedScriptLine& line, Variable* res
     return true;
 }
 
-void VesperScript::assignTarget(const ParsedScriptLine& line, const ParsedAssignment& assignment,
-                                const ParsedAssignmentTarget& target, Variable value, Variable* result) {
+void Interpreter::assignTarget(const ParsedScriptLine& line, const ParsedAssignment& assignment,
+                               const ParsedAssignmentTarget& target, Variable value, Variable* result) {
     if (!target.keys.empty()) {
         assignKeyed(line, assignment, target, std::move(value), result);
         return;
@@ -66,42 +66,42 @@ void VesperScript::assignTarget(const ParsedScriptLine& line, const ParsedAssign
     if (result) *result = *existing;
 }
 
-void VesperScript::throwVariableNotFound(const ParsedScriptLine& line, const ParsedAssignmentTarget& target) {
+void Interpreter::throwVariableNotFound(const ParsedScriptLine& line, const ParsedAssignmentTarget& target) {
     const std::string& text = line.tokens[target.tokenIndex];
-    context_.throwError("Variable not found: " + text, text);
+    context.throwError("Variable not found: " + text, text);
 }
 
-void VesperScript::storePlain(const TokenAnalysis& name, ScopeTarget target, Variable value) {
+void Interpreter::storePlain(const TokenAnalysis& name, ScopeTarget target, Variable value) {
     switch (target) {
         case ScopeTarget::Local:
-            scopes_.setLocal(name.name, std::move(value));
+            scopes.setLocal(name.name, std::move(value));
             return;
         case ScopeTarget::Native:
-            scopes_.setNative(name.name, std::move(value));
+            scopes.setNative(name.name, std::move(value));
             return;
         case ScopeTarget::External:
-            scopes_.setExternal(name.name, std::move(value));
+            scopes.setExternal(name.name, std::move(value));
             return;
         default:
             break;
     }
     if (name.isScoped()) {
-        scopes_.setExplicit(name.name, name.scope, std::move(value));
+        scopes.setExplicit(name.name, name.scope, std::move(value));
     } else {
-        scopes_.assignDefault(name.name, std::move(value));
+        scopes.assignDefault(name.name, std::move(value));
     }
 }
 
 // The variable that a compound or keyed assignment changes; nil counts as missing for neither of them here.
-Variable* VesperScript::resolveTarget(const TokenAnalysis& name, ScopeTarget target) {
-    if (target == ScopeTarget::External) return scopes_.findExplicit(name.name, 0);
-    if (target == ScopeTarget::Native) return scopes_.findExplicit(name.name, 2);
-    if (target == ScopeTarget::Local) return scopes_.findExplicit(name.name, 3);
-    return name.isScoped() ? scopes_.findExplicit(name.name, name.scope) : scopes_.findMutable(name.name);
+Variable* Interpreter::resolveTarget(const TokenAnalysis& name, ScopeTarget target) {
+    if (target == ScopeTarget::External) return scopes.findExplicit(name.name, 0);
+    if (target == ScopeTarget::Native) return scopes.findExplicit(name.name, 2);
+    if (target == ScopeTarget::Local) return scopes.findExplicit(name.name, 3);
+    return name.isScoped() ? scopes.findExplicit(name.name, name.scope) : scopes.findMutable(name.name);
 }
 
-void VesperScript::assignKeyed(const ParsedScriptLine& line, const ParsedAssignment& assignment,
-                               const ParsedAssignmentTarget& target, Variable value, Variable* result) {
+void Interpreter::assignKeyed(const ParsedScriptLine& line, const ParsedAssignment& assignment,
+                              const ParsedAssignmentTarget& target, Variable value, Variable* result) {
     const TokenAnalysis& name = line.analysis[target.tokenIndex];
     ArgumentList keyList;
     for (const PreparedExpression& key : target.keys) {
@@ -117,9 +117,9 @@ void VesperScript::assignKeyed(const ParsedScriptLine& line, const ParsedAssignm
     if (result) *result = std::move(value);
 }
 
-Variable VesperScript::updateKeyed(const ParsedScriptLine& line, const ParsedAssignment& assignment,
-                                   const ParsedAssignmentTarget& target, std::span<const Variable> keys,
-                                   Variable value) {
+Variable Interpreter::updateKeyed(const ParsedScriptLine& line, const ParsedAssignment& assignment,
+                                  const ParsedAssignmentTarget& target, std::span<const Variable> keys,
+                                  Variable value) {
     const TokenAnalysis& name = line.analysis[target.tokenIndex];
     const Variable* existing = resolveTarget(name, assignment.scopeTarget);
     if (!existing || existing->isNot()) throwVariableNotFound(line, target);
@@ -130,8 +130,8 @@ Variable VesperScript::updateKeyed(const ParsedScriptLine& line, const ParsedAss
     return current;
 }
 
-void VesperScript::storeKeyed(const TokenAnalysis& name, ScopeTarget target, std::span<const Variable> keys,
-                              const Variable& value) {
+void Interpreter::storeKeyed(const TokenAnalysis& name, ScopeTarget target, std::span<const Variable> keys,
+                             const Variable& value) {
     Variable* container = resolveTarget(name, target);
     if (!container || container->isNot()) {
         storePlain(name, target, makeContainerFor(keys[0]));

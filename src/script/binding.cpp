@@ -5,7 +5,6 @@
 #include "base/paths.h"
 #include "script/numbers.h"
 #include "script/table_object.h"
-#include "script/vesper_script.h"
 
 namespace kelmora {
 
@@ -49,9 +48,9 @@ Variable makeModule(std::string_view moduleName, std::initializer_list<std::span
     Variable module = Variable::makeTable();
     for (const std::span<const BindingRow> rows : tables)
         for (const BindingRow& row : rows)
-            module.table().set(std::string(row.name),
-                               VesperScript::createBoundCallable(
-                                   row.binding, std::string(moduleName).append(".").append(row.name)));
+            module.table().set(
+                std::string(row.name),
+                makeBoundCallable(row.binding, std::string(moduleName).append(".").append(row.name)));
     return module;
 }
 

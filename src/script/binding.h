@@ -13,6 +13,8 @@
 // std::runtime_error whose text starts with the qualified function name and ": ".
 namespace kelmora {
 
+class VesperScript;
+
 [[noreturn]] void bindingError(std::string_view function, std::string_view message);
 
 // The argument's name stands in the message: "Plush.setPixel: x must be numeric".

@@ -9,17 +9,17 @@ namespace kelmora {
 // Runs prepared lines where they stand: a nested block is the same lines from another index.
 class BlockExecutor {
 public:
-    BlockExecutor(VesperScript& script, const std::vector<ParsedScriptLine>& lines, std::uint32_t& index,
+    BlockExecutor(Interpreter& script, const std::vector<ParsedScriptLine>& lines, std::uint32_t& index,
                   BlockSignal& signal)
         : script_(script),
           lines_(lines),
           index_(index),
           signal_(signal),
-          scope_(script.scopes_, true),
-          level_(script.scopes_, script.scopes_.nativeLevel() + (index != 0 ? 1 : 0)) {}
+          scope_(script.scopes, true),
+          level_(script.scopes, script.scopes.nativeLevel() + (index != 0 ? 1 : 0)) {}
 
     Variable run() {
-        script_.stack_.check();
+        script_.stack.check();
         script_.countStep();
         while (index_ < lines_.size()) {
             script_.rethrowPendingCoroutineException();
@@ -31,10 +31,10 @@ public:
             }
             if (endsBlock(line.kind)) break;
             script_.countStep();
-            script_.context_.setLine(line);
+            script_.context.setLine(line);
             statement(line);
             script_.serviceCoroutines();
-            if (signal_.isNormal() && script_.labels_.jumpPending()) signal_.kind = BlockSignal::Kind::Jump;
+            if (signal_.isNormal() && script_.labels.jumpPending()) signal_.kind = BlockSignal::Kind::Jump;
             if (!signal_.isNormal()) return std::move(signal_.value);
         }
         return std::move(result_);
@@ -106,7 +106,7 @@ private:
         const std::uint32_t end = requireEnd(opener, "Missing 'end' for if block");
         for (std::uint32_t branch = index_; branch != noLine; branch = lines_[branch].nextBranchIndex) {
             const ParsedScriptLine& line = lines_[branch];
-            script_.context_.setLine(line);
+            script_.context.setLine(line);
             const bool taken = line.kind == ParsedLineKind::Else || script_.evaluateCondition(line, "if");
             if (script_.shouldAbortForSoftRaisedError()) break;
             if (!taken) continue;
@@ -118,7 +118,7 @@ private:
     void runWhile(const ParsedScriptLine& opener) {
         const std::uint32_t end = requireEnd(opener, "Missing 'end' for while block");
         for (;;) {
-            script_.context_.setLine(opener);
+            script_.context.setLine(opener);
             if (!script_.evaluateCondition(opener, "while") || !runBody(index_ + 1)) break;
         }
         index_ = end + 1;
@@ -130,8 +130,8 @@ private:
             const std::uint32_t ended = runNested(index_ + 1);
             if (signal_.endsLoop() || script_.shouldAbortForSoftRaisedError()) break;
             if (ended != until) throw std::runtime_error("repeat block did not terminate at matching until");
-            script_.context_.setLine(condition);
-            if (condition.tokens.size() < 2) script_.context_.throwError("Missing until condition", "until");
+            script_.context.setLine(condition);
+            if (condition.tokens.size() < 2) script_.context.throwError("Missing until condition", "until");
             if (script_.evaluateCondition(condition, "until") || script_.shouldAbortForSoftRaisedError())
                 break;
         }
@@ -157,7 +157,7 @@ private:
         const std::uint32_t end = requireEnd(opener, "Missing 'end' for function block");
         const Variable function = script_.makeDeclaredCallable(opener);
         ScriptCallable& callable = function.function();
-        callable.source = script_.context_.file();
+        callable.source = script_.context.file();
         const std::span body = std::span(lines_).subspan(index_ + 1, end - index_ - 1);
         callable.body.assign(body.begin(), body.end());
         prepareParsedLines(callable.body);
@@ -165,7 +165,7 @@ private:
         index_ = end + 1;
     }
 
-    VesperScript& script_;
+    Interpreter& script_;
     const std::vector<ParsedScriptLine>& lines_;
     std::uint32_t& index_;
     BlockSignal& signal_;
@@ -174,21 +174,9 @@ private:
     Variable result_;
 };
 
-Variable VesperScript::executeParsedBlock(const std::vector<ParsedScriptLine>& lines, std::uint32_t& index,
-                                          BlockSignal& signal) {
+Variable Interpreter::executeParsedBlock(const std::vector<ParsedScriptLine>& lines, std::uint32_t& index,
+                                         BlockSignal& signal) {
     return BlockExecutor(*this, lines, index, signal).run();
-}
-
-Variable VesperScript::executeBlock(const std::string& source) {
-    if (callDepth_ == 0) stack_.markBase();
-    const SourceLineGuard line(context_);
-    const std::vector<ParsedScriptLine> lines = parseLines(source, context_);
-    std::uint32_t index = 0;
-    BlockSignal signal;
-    Variable result = executeParsedBlock(lines, index, signal);
-    rethrowPendingCoroutineException();
-    if (signal.kind == BlockSignal::Kind::Break) throw std::runtime_error("break used outside a loop");
-    return result;
 }
 
 }  // namespace kelmora

@@ -9,13 +9,13 @@ namespace kelmora {
 namespace {
 
 // The value of the two commonest kinds of node, where it stands; null for what takes longer.
-[[gnu::always_inline]] inline const Variable* findLeaf(VesperScript& script, const FastExprNode& node) {
+[[gnu::always_inline]] inline const Variable* findLeaf(Interpreter& script, const FastExprNode& node) {
     if (node.kind == FastExprNodeKind::Constant) return &node.constant;
-    return node.kind == FastExprNodeKind::Variable ? script.scopes().findQuickly(node.name) : nullptr;
+    return node.kind == FastExprNodeKind::Variable ? script.scopes.findQuickly(node.name) : nullptr;
 }
 
 // What the node's own code does.
-[[gnu::always_inline]] inline const Variable& refer(VesperScript& script, const FastExprNode& node,
+[[gnu::always_inline]] inline const Variable& refer(Interpreter& script, const FastExprNode& node,
                                                     Variable& storage) {
     const Variable* leaf = findLeaf(script, node);
     return leaf ? *leaf : node.refer(script, node, storage);
@@ -26,52 +26,52 @@ namespace {
 // A block in which jumps look for labels, for as long as it runs.
 class BytecodeExecutor::ActiveBlock {
 public:
-    ActiveBlock(VesperScript& script, const BytecodeProgram& program, std::uint32_t chunk) : script_(script) {
-        script_.activeChunks_.push_back({&program, chunk});
+    ActiveBlock(Interpreter& script, const BytecodeProgram& program, std::uint32_t chunk) : script_(script) {
+        script_.activeChunks.push_back({&program, chunk});
     }
     ActiveBlock(const ActiveBlock&) = delete;
     ActiveBlock& operator=(const ActiveBlock&) = delete;
-    ~ActiveBlock() { script_.activeChunks_.pop_back(); }
+    ~ActiveBlock() { script_.activeChunks.pop_back(); }
 
 private:
-    VesperScript& script_;
+    Interpreter& script_;
 };
 
 bool BytecodeExecutor::runBlock(const PlanBlock& block, bool useLocalScope, std::uint32_t start) {
-    script_.stack_.check();
+    script_.stack.check();
     if (block.fault) throw std::runtime_error(block.fault);
     if (start > block.stepCount) throw std::runtime_error("Bytecode jump target is outside the target chunk");
-    const bool wantsScope = useLocalScope && (block.declaresLocals || script_.scopes_.hasVisibleLocalScope());
+    const bool wantsScope = useLocalScope && (block.declaresLocals || script_.scopes.hasVisibleLocalScope());
     if (block.mayHoldLabels) {
-        const LocalScopeGuard scope(script_.scopes_, wantsScope);
+        const LocalScopeGuard scope(script_.scopes, wantsScope);
         const ActiveBlock active(script_, program_, block.chunk);
         return walkSteps(block, start);
     }
     if (!wantsScope) return walkSteps(block, start);
-    const LocalScopeGuard scope(script_.scopes_, true);
+    const LocalScopeGuard scope(script_.scopes, true);
     return walkSteps(block, start);
 }
 
 inline bool BytecodeExecutor::jumpCameOutOfBody() const {
-    return script_.labels_.jumpPending() && !aborted() &&
+    return script_.labels.jumpPending() && !aborted() &&
            (signal_.isNormal() || signal_.kind == BlockSignal::Kind::Jump);
 }
 
 inline bool BytecodeExecutor::runBody(const PlanBlock& block) {
-    const NativeLevelGuard level(script_.scopes_, script_.scopes_.nativeLevel() + 1);
+    const NativeLevelGuard level(script_.scopes, script_.scopes.nativeLevel() + 1);
     if (block.isSimple && !script_.needsAttention()) return runSimpleBlock(block);
     if (block.isReturn && !script_.needsAttention()) {
         runReturn(block.steps[0]);
         script_.serviceCoroutines();
         return true;
     }
-    script_.stack_.check();  // the blocks of a damaged image may hold themselves
+    script_.stack.check();  // the blocks of a damaged image may hold themselves
     return enterBlock(block);
 }
 
 inline bool BytecodeExecutor::testCondition(const ParsedScriptLine& line, const FastExprNode* condition,
                                             const char* statement) {
-    script_.context_.setLine(line);
+    script_.context.setLine(line);
     return condition ? condition->test(script_, *condition) : script_.evaluateCondition(line, statement);
 }
 
@@ -176,7 +176,7 @@ bool BytecodeExecutor::walkSteps(const PlanBlock& block, std::uint32_t start) {
     const PlanStep* const end = block.steps + block.stepCount;
     for (const PlanStep* step = block.steps + start;;) {
         if (script_.needsAttention()) {
-            if (script_.labels_.jumpPending() && !(step = handleJump(block))) return true;
+            if (script_.labels.jumpPending() && !(step = handleJump(block))) return true;
             if (step == end) return false;
             script_.rethrowPendingCoroutineException();
             if (aborted()) return true;
@@ -198,17 +198,17 @@ bool BytecodeExecutor::walkSteps(const PlanBlock& block, std::uint32_t start) {
 // With a jump on its way: the step of this block to go on with, or null to leave the block.
 const PlanStep* BytecodeExecutor::handleJump(const PlanBlock& block) {
     script_.countStep();
-    const std::string label = script_.labels_.jumpLabel();
+    const std::string label = script_.labels.jumpLabel();
     std::uint32_t instruction = 0;
     if (Labels::findInChunk(program_, block.chunk, label, instruction)) {
-        script_.labels_.clearJump();
+        script_.labels.clearJump();
         return block.steps + instruction;
     }
     if (ancestorHasLabel(label)) {
         signal_.kind = BlockSignal::Kind::Jump;
         return nullptr;
     }
-    script_.labels_.clearJump();
+    script_.labels.clearJump();
     if (!executeRegisteredJumpTarget(label)) throw std::runtime_error("jumpTo target not found: " + label);
     signal_.kind = BlockSignal::Kind::Jump;  // it has ended, and with it all the blocks around it
     return nullptr;
@@ -216,19 +216,19 @@ const PlanStep* BytecodeExecutor::handleJump(const PlanBlock& block) {
 
 bool BytecodeExecutor::ancestorHasLabel(const std::string& label) const {
     std::uint32_t instruction = 0;
-    for (auto active = script_.activeChunks_.rbegin(); active != script_.activeChunks_.rend(); ++active)
+    for (auto active = script_.activeChunks.rbegin(); active != script_.activeChunks.rend(); ++active)
         if (Labels::findInChunk(*active->program, active->chunk, label, instruction)) return true;
     return false;
 }
 
 bool BytecodeExecutor::executeRegisteredJumpTarget(const std::string& label) {
     Labels::Target target;
-    if (!script_.labels_.find(label, target)) return false;
+    if (!script_.labels.find(label, target)) return false;
     BlockSignal signal;
     {
-        const SourceLineGuard line(script_.context_);
-        const SourceFileGuard source(script_.context_, target.program->source);
-        const NativeLevelGuard level(script_.scopes_, target.nativeLevel);
+        const SourceLineGuard line(script_.context);
+        const SourceFileGuard source(script_.context, target.program->source);
+        const NativeLevelGuard level(script_.scopes, target.nativeLevel);
         BytecodeExecutor(script_, *target.program, signal)
             .resumeBlock(blockOf(script_, *target.program, target.chunk), target.instruction);
     }
@@ -241,7 +241,7 @@ bool BytecodeExecutor::executeRegisteredJumpTarget(const std::string& label) {
 
 void BytecodeExecutor::assignName(const PlanStep& step) {
     if (std::int32_t number = 0; step.value->integer && step.value->integer(script_, *step.value, number)) {
-        Variable* target = script_.scopes_.findQuicklyMutable(step.name);
+        Variable* target = script_.scopes.findQuicklyMutable(step.name);
         if (target && target->assignPlain(Variable::integer(number))) return;
     }
     assignAnyName(step, false);
@@ -251,9 +251,9 @@ void BytecodeExecutor::assignAnyName(const PlanStep& step, bool isLocal) {
     Variable value = evaluateValue(step);
     if (aborted()) return;
     if (isLocal) {
-        script_.scopes_.setLocal(step.name, std::move(value));
+        script_.scopes.setLocal(step.name, std::move(value));
     } else {
-        script_.scopes_.assignDefault(step.name, std::move(value));
+        script_.scopes.assignDefault(step.name, std::move(value));
     }
 }
 
@@ -269,16 +269,16 @@ void BytecodeExecutor::assignNames(const PlanStep& step) {
         const NameId name = step.line->analysis[assignment.targets[i].tokenIndex].name;
         Variable part = i < dealt.size() ? dealt[i] : Variable();
         if (isLocal) {
-            script_.scopes_.setLocal(name, std::move(part));
+            script_.scopes.setLocal(name, std::move(part));
         } else {
-            script_.scopes_.assignDefault(name, std::move(part));
+            script_.scopes.assignDefault(name, std::move(part));
         }
     }
 }
 
 void BytecodeExecutor::updateName(const PlanStep& step) {
     const Variable* value = findLeaf(script_, *step.value);
-    Variable* target = value ? script_.scopes_.findQuicklyMutable(step.name) : nullptr;
+    Variable* target = value ? script_.scopes.findQuicklyMutable(step.name) : nullptr;
     if (target && updateInteger(*target, step.operation, *value)) return;
     if (target && target->isString() && step.operation == TokenKind::Plus) {
         enterLine(step);
@@ -291,7 +291,7 @@ void BytecodeExecutor::updateName(const PlanStep& step) {
 void BytecodeExecutor::updateAnyName(const PlanStep& step) {
     const Variable value = evaluateValue(step);
     if (aborted()) return;
-    Variable* target = script_.scopes_.findMutable(step.name);
+    Variable* target = script_.scopes.findMutable(step.name);
     if (!target) script_.throwVariableNotFound(*step.line, step.line->assignment->targets[0]);
     updateInPlace(*target, step.operation, value);
 }
@@ -299,7 +299,7 @@ void BytecodeExecutor::updateAnyName(const PlanStep& step) {
 void BytecodeExecutor::assignElement(const PlanStep& step) {
     const Variable* value = findLeaf(script_, *step.value);
     const Variable* key = value ? findLeaf(script_, *step.key) : nullptr;
-    const Variable* container = key ? script_.scopes_.findQuickly(step.name) : nullptr;
+    const Variable* container = key ? script_.scopes.findQuickly(step.name) : nullptr;
     Variable* element = container ? findElementMutable(*container, *key) : nullptr;
     if (!element || !element->assignPlain(*value)) assignAnyElement(step);
 }
@@ -312,7 +312,7 @@ void BytecodeExecutor::assignAnyElement(const PlanStep& step) {
     Variable keyStorage;
     const Variable& key = refer(script_, *step.key, keyStorage);
     if (aborted()) return;
-    Variable* container = script_.scopes_.findMutable(step.name);
+    Variable* container = script_.scopes.findMutable(step.name);
     if (container && container->isTable()) {
         container->table().set(tableKeyOf(key), value);
         return;
@@ -329,7 +329,7 @@ void BytecodeExecutor::assignAnyElement(const PlanStep& step) {
 void BytecodeExecutor::updateElement(const PlanStep& step) {
     const Variable* value = findLeaf(script_, *step.value);
     const Variable* key = value ? findLeaf(script_, *step.key) : nullptr;
-    const Variable* container = key ? script_.scopes_.findQuickly(step.name) : nullptr;
+    const Variable* container = key ? script_.scopes.findQuickly(step.name) : nullptr;
     Variable* element = container ? findElementMutable(*container, *key) : nullptr;
     if (!element || !updateInteger(*element, step.operation, *value)) updateAnyElement(step);
 }
@@ -340,7 +340,7 @@ void BytecodeExecutor::updateAnyElement(const PlanStep& step) {
     Variable storage;
     const Variable& key = refer(script_, *step.key, storage);
     if (aborted()) return;
-    const Variable* container = script_.scopes_.find(step.name);
+    const Variable* container = script_.scopes.find(step.name);
     if (Variable* element = container ? findElementMutable(*container, key) : nullptr) {
         updateInPlace(*element, step.operation, value);
         return;
@@ -369,14 +369,14 @@ bool BytecodeExecutor::runWhile(const PlanStep& step) {
 bool BytecodeExecutor::runRepeat(const PlanStep& step) {
     for (;;) {
         script_.countStep();
-        const LocalScopeGuard scope(script_.scopes_, true);  // stays open for the condition
+        const LocalScopeGuard scope(script_.scopes, true);  // stays open for the condition
         {
-            const NativeLevelGuard level(script_.scopes_, script_.scopes_.nativeLevel() + 1);
+            const NativeLevelGuard level(script_.scopes, script_.scopes.nativeLevel() + 1);
             runBlock(*step.body, false, 0);
         }
         if (signal_.endsLoop() || loopEnded() || aborted()) return loopEnded();
-        script_.context_.setLine(*step.line);
-        if (step.line->tokens.size() < 2) script_.context_.throwError("Missing until condition", "until");
+        script_.context.setLine(*step.line);
+        if (step.line->tokens.size() < 2) script_.context.throwError("Missing until condition", "until");
         if (testCondition(*step.line, step.value, "until") || aborted()) return loopEnded();
     }
 }
@@ -401,7 +401,7 @@ void BytecodeExecutor::declareFunction(const PlanStep& step) {
     callable.setProgram(program_.shared_from_this(), step.declaration->bodyChunk);
     callable.entry = &blockOf(script_, program_, callable.chunkIndex);
     callable.source = step.declaration->source;
-    script_.labels_.registerCallable(callable);
+    script_.labels.registerCallable(callable);
     script_.bindFunction(*step.line, function);
 }
 

@@ -5,7 +5,7 @@
 
 #include "script/block_signal.h"
 #include "script/bytecode_program.h"
-#include "script/vesper_script.h"
+#include "script/interpreter.h"
 
 namespace kelmora {
 
@@ -13,12 +13,12 @@ namespace kelmora {
 // nesting of blocks comes from the plan.
 class BytecodeExecutor {
 public:
-    BytecodeExecutor(VesperScript& script, const BytecodeProgram& program, BlockSignal& signal)
+    BytecodeExecutor(Interpreter& script, const BytecodeProgram& program, BlockSignal& signal)
         : script_(script), program_(program), signal_(signal) {}
 
-    static const PlanBlock& blockOf(const VesperScript& script, const BytecodeProgram& program,
+    static const PlanBlock& blockOf(const Interpreter& script, const BytecodeProgram& program,
                                     std::uint32_t chunk) {
-        return program.plan.get(program, script.fastExpressions_).block(chunk);
+        return program.plan.get(program, script.fastExpressions).block(chunk);
     }
 
     // Runs a block of the program. True when the enclosing block must stop too.
@@ -32,7 +32,7 @@ private:
     class ActiveBlock;
 
     bool aborted() const { return script_.shouldAbortForSoftRaisedError(); }
-    void enterLine(const PlanStep& step) { script_.context_.setLine(*step.line); }
+    void enterLine(const PlanStep& step) { script_.context.setLine(*step.line); }
 
     bool runBlock(const PlanBlock& block, bool useLocalScope, std::uint32_t start);
     bool walkSteps(const PlanBlock& block, std::uint32_t start);
@@ -71,9 +71,9 @@ private:
     [[gnu::always_inline]] inline bool runBody(const PlanBlock& block);
     // A round of a loop: true to go on with the next one.
     [[gnu::always_inline]] inline bool runRound(const PlanBlock& block);
-    bool loopEnded() const { return !signal_.isNormal() || script_.labels_.jumpPending(); }
+    bool loopEnded() const { return !signal_.isNormal() || script_.labels.jumpPending(); }
 
-    VesperScript& script_;
+    Interpreter& script_;
     const BytecodeProgram& program_;
     BlockSignal& signal_;
 };

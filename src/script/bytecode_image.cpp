@@ -1,12 +1,14 @@
+#include "script/bytecode_image.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <stdexcept>
 
 #include "base/byte_reader.h"
 #include "base/byte_writer.h"
+#include "base/paths.h"
 #include "base/whole_file.h"
 #include "script/line_parser.h"
-#include "script/vesper_script.h"
 
 namespace kelmora {
 namespace {
@@ -206,22 +208,21 @@ private:
 
 }  // namespace
 
-std::vector<unsigned char> VesperScript::serialiseBytecode(const BytecodeProgram& program) {
+std::vector<unsigned char> serialiseBytecode(const BytecodeProgram& program) {
     return ImageWriter().write(program);
 }
 
-BytecodeProgram VesperScript::deserialiseBytecode(std::span<const unsigned char> bytes,
-                                                  const std::string& sourceName) {
+BytecodeProgram deserialiseBytecode(std::span<const unsigned char> bytes, const std::string& sourceName) {
     return ImageReader(bytes, sourceName).read();
 }
 
-void VesperScript::saveBytecode(const BytecodeProgram& program, const std::string& path) {
+void saveBytecode(const BytecodeProgram& program, const std::string& path) {
     const std::string target = normalisePath(path);
     if (!writeWholeFileBytes(target, serialiseBytecode(program)))
         throw std::runtime_error("Failed to open bytecode file for writing: " + target);
 }
 
-BytecodeProgram VesperScript::loadBytecode(const std::string& path) {
+BytecodeProgram loadBytecode(const std::string& path) {
     const std::string source = normalisePath(path);
     const auto bytes = readWholeFileBytes(source);
     if (!bytes) throw std::runtime_error("Failed to open bytecode file for reading: " + source);

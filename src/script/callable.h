@@ -17,7 +17,7 @@
 
 namespace kelmora {
 
-class VesperScript;
+struct Interpreter;
 struct BytecodeProgram;
 struct PlanBlock;
 
@@ -26,7 +26,7 @@ class BindingCall;
 // A member of a module of the host.
 using Binding = Variable (*)(const BindingCall&);
 // A function of the built-in library: called with its arguments in place, without building a vector.
-using LibraryFunction = Variable (*)(VesperScript&, std::span<const Variable>);
+using LibraryFunction = Variable (*)(Interpreter&, std::span<const Variable>);
 
 // One function value.
 struct ScriptCallable : RefCounted {
@@ -66,6 +66,11 @@ struct ScriptCallable : RefCounted {
     }
     std::shared_ptr<const bool> life;  // made when it is first asked for
 };
+
+// Function values. The id is looked up by the name when it is not given.
+Variable makeNativeCallable(NativeFunction body, const std::string& name, BuiltinId id = BuiltinId::None);
+Variable makeLibraryCallable(LibraryFunction body, const std::string& name);
+Variable makeBoundCallable(Binding body, const std::string& name);
 
 inline ScriptCallable& Variable::function() const {
     assert(isFunction());

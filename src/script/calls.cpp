@@ -6,7 +6,7 @@
 #include "script/binding.h"
 #include "script/bytecode_executor.h"
 #include "script/fast_calls.h"
-#include "script/vesper_script.h"
+#include "script/interpreter.h"
 
 namespace kelmora {
 
@@ -14,34 +14,34 @@ namespace kelmora {
 // changes in the interpreter.
 class CallFrame {
 public:
-    explicit CallFrame(VesperScript& script) : script_(script) {
-        script.callRecords_.push({script.context_.line(), &script.context_.file(),
-                                  script.scopes_.callerView(), script.scopes_.openCallScope()});
+    explicit CallFrame(Interpreter& script) : script_(script) {
+        script.callRecords.push({script.context.line(), &script.context.file(), script.scopes.callerView(),
+                                 script.scopes.openCallScope()});
     }
     CallFrame(const CallFrame&) = delete;
     CallFrame& operator=(const CallFrame&) = delete;
     ~CallFrame() {
-        const VesperScript::CallRecord& record = script_.callRecords_.back();
-        script_.context_.restoreLine(record.line);
-        script_.context_.setFile(*record.file);
-        script_.scopes_.leaveCall(record.view);
-        script_.scopes_.popCallScope(record.arguments);
-        script_.callRecords_.drop();
+        const Interpreter::CallRecord& record = script_.callRecords.back();
+        script_.context.restoreLine(record.line);
+        script_.context.setFile(*record.file);
+        script_.scopes.leaveCall(record.view);
+        script_.scopes.popCallScope(record.arguments);
+        script_.callRecords.drop();
     }
 
     // Once the arguments are there.
     [[gnu::always_inline]] void enter(const ScriptCallable& callable) {
-        script_.scopes_.nameArguments(script_.callRecords_.back().arguments, callable.parameters);
-        script_.scopes_.enterCall(callable.nativeScopeIndex);
-        if (callable.source.isKnown()) script_.context_.setFile(callable.source);
+        script_.scopes.nameArguments(script_.callRecords.back().arguments, callable.parameters);
+        script_.scopes.enterCall(callable.nativeScopeIndex);
+        if (callable.source.isKnown()) script_.context.setFile(callable.source);
     }
     void enter(const ScriptCallable& callable, std::span<const Variable> arguments) {
-        for (const Variable& argument : arguments) script_.scopes_.addArgument(Variable(argument));
+        for (const Variable& argument : arguments) script_.scopes.addArgument(Variable(argument));
         enter(callable);
     }
 
 private:
-    VesperScript& script_;
+    Interpreter& script_;
 };
 
 // What `...` stands for in a variadic call.
@@ -65,34 +65,34 @@ private:
     bool isVariadic_;
 };
 
-inline Variable VesperScript::runLibrary(LibraryFunction body, std::span<const Variable> arguments) {
-    const DepthGuard depth(callDepth_);
-    stack_.check();
+inline Variable Interpreter::runLibrary(LibraryFunction body, std::span<const Variable> arguments) {
+    const DepthGuard depth(callDepth);
+    stack.check();
     Variable result = body(*this, arguments);
     if (shouldAbortForSoftRaisedError()) return {};
     return result;
 }
 
-Variable VesperScript::runBinding(const ScriptCallable& callable, std::span<const Variable> arguments) {
-    const DepthGuard depth(callDepth_);
-    stack_.check();
-    Variable result = callable.binding(BindingCall(*this, callable.name, arguments));
+Variable Interpreter::runBinding(const ScriptCallable& callable, std::span<const Variable> arguments) {
+    const DepthGuard depth(callDepth);
+    stack.check();
+    Variable result = callable.binding(BindingCall(face, callable.name, arguments));
     if (shouldAbortForSoftRaisedError()) return {};
     return result;
 }
 
 // What walking the steps would return. The frame puts the native level back.
-inline Variable VesperScript::evaluateGuarded(const PlanBlock& body) {
+inline Variable Interpreter::evaluateGuarded(const PlanBlock& body) {
     const PlanStep* step = body.steps;
     for (; step->kind == StepKind::If; ++step) {
         const PlanBranch& guard = step->branches.front();
-        context_.setLine(*guard.line);
+        context.setLine(*guard.line);
         if (!guard.condition->test(*this, *guard.condition)) continue;
-        scopes_.setNativeLevel(scopes_.nativeLevel() + 1);
+        scopes.setNativeLevel(scopes.nativeLevel() + 1);
         step = guard.body->steps;
         break;
     }
-    context_.setLine(*step->line);
+    context.setLine(*step->line);
     Variable result = step->value->evaluate(*this, *step->value);
     if (needsAttention()) {
         serviceCoroutines();
@@ -102,7 +102,7 @@ inline Variable VesperScript::evaluateGuarded(const PlanBlock& body) {
     return result;
 }
 
-inline Variable VesperScript::runProgramBody(const ScriptCallable& callable) {
+inline Variable Interpreter::runProgramBody(const ScriptCallable& callable) {
     countStep();
     const PlanBlock& body = callable.entry
                                 ? *callable.entry
@@ -116,7 +116,7 @@ inline Variable VesperScript::runProgramBody(const ScriptCallable& callable) {
 }
 
 // False when a soft error has ended the evaluation.
-inline bool VesperScript::evaluateArguments(const FastExprNode& node, ArgumentList& arguments) {
+inline bool Interpreter::evaluateArguments(const FastExprNode& node, ArgumentList& arguments) {
     const FastExprNode* argument = &node.rightNode();
     for (std::uint32_t i = 0; i < node.count; ++i, argument = &argument->nextNode()) {
         arguments.emplace([&] { return argument->evaluate(*this, *argument); });
@@ -125,38 +125,38 @@ inline bool VesperScript::evaluateArguments(const FastExprNode& node, ArgumentLi
     return true;
 }
 
-Variable VesperScript::callBinding(ScriptCallable& callable, const FastExprNode& node) {
+Variable Interpreter::callBinding(ScriptCallable& callable, const FastExprNode& node) {
     const Ref<ScriptCallable> kept(&callable);  // an argument or the call may overwrite its name
     CallFrame frame(*this);
     const FastExprNode* argument = &node.rightNode();
     for (std::uint32_t i = 0; i < node.count; ++i, argument = &argument->nextNode()) {
-        scopes_.addArgument(argument->evaluate(*this, *argument));
+        scopes.addArgument(argument->evaluate(*this, *argument));
         if (argument->mayCall && shouldAbortForSoftRaisedError()) return {};
     }
-    const DepthGuard depth(callDepth_);
-    stack_.check();
+    const DepthGuard depth(callDepth);
+    stack.check();
     frame.enter(callable);
     return runProgramBody(callable);
 }
 
-Variable VesperScript::callLibrary(LibraryFunction body, const FastExprNode& node) {
+Variable Interpreter::callLibrary(LibraryFunction body, const FastExprNode& node) {
     ArgumentList arguments;
     return evaluateArguments(node, arguments) ? runLibrary(body, arguments.span()) : Variable();
 }
 
-Variable VesperScript::callBound(ScriptCallable& callable, const FastExprNode& node) {
+Variable Interpreter::callBound(ScriptCallable& callable, const FastExprNode& node) {
     const Ref<ScriptCallable> kept(&callable);  // its name stands in messages until the call has ended
     ArgumentList arguments;
     return evaluateArguments(node, arguments) ? runBinding(callable, arguments.span()) : Variable();
 }
 
-Variable VesperScript::callAny(const Variable& callee, const FastExprNode& node) {
+Variable Interpreter::callAny(const Variable& callee, const FastExprNode& node) {
     const Variable kept = callee;  // an argument may overwrite the name that held it
     ArgumentList arguments;
     return evaluateArguments(node, arguments) ? invokeCallable(kept, arguments.span()) : Variable();
 }
 
-inline Variable VesperScript::callNode(const Variable& callee, const FastExprNode& node) {
+inline Variable Interpreter::callNode(const Variable& callee, const FastExprNode& node) {
     if (callee.isFunction()) {
         ScriptCallable& callable = callee.function();
         if (callable.bindsArguments) return callBinding(callable, node);
@@ -166,7 +166,7 @@ inline Variable VesperScript::callNode(const Variable& callee, const FastExprNod
     return callAny(callee, node);
 }
 
-Variable evaluateCall(VesperScript& script, const FastExprNode& node) {
+Variable evaluateCall(Interpreter& script, const FastExprNode& node) {
     const FastExprNode& calleeNode = node.leftNode();
     Variable storage;
     const Variable& callee = calleeNode.refer(script, calleeNode, storage);
@@ -174,26 +174,26 @@ Variable evaluateCall(VesperScript& script, const FastExprNode& node) {
     return script.callNode(callee, node);
 }
 
-Variable evaluateNamedCall(VesperScript& script, const FastExprNode& node) {
+Variable evaluateNamedCall(Interpreter& script, const FastExprNode& node) {
     const FastExprNode& calleeNode = node.leftNode();
-    const Variable* callee = script.scopes().findQuickly(calleeNode.name);
+    const Variable* callee = script.scopes.findQuickly(calleeNode.name);
     return callee ? script.callNode(*callee, node) : evaluateCall(script, node);
 }
 
-Variable VesperScript::invokeCallable(const Variable& callee, std::span<const Variable> arguments) {
-    if (callDepth_ == 0 && programDepth_ == 0) stack_.markBase();
+Variable Interpreter::invokeCallable(const Variable& callee, std::span<const Variable> arguments) {
+    markStackBase();
     if (callee.isFunction() && callee.function().library)
         return runLibrary(callee.function().library, arguments);
-    const DepthGuard depth(callDepth_);
-    stack_.check();
+    const DepthGuard depth(callDepth);
+    stack.check();
     if (!callee.isFunction())
         throw std::runtime_error("Attempted to call a non-function value of type " +
                                  std::string(typeName(callee.type())));
     const Variable kept = callee;  // the name that held it may be overwritten by the call
     ScriptCallable& callable = kept.function();
     if (callable.isDecay) {
-        mayNeedAttention_ = true;
-        coroutines_.start(kept, arguments);
+        mayNeedAttention = true;
+        coroutines.start(kept, arguments);
         return {};
     }
     if (callable.binding) return runBinding(callable, arguments);
@@ -204,34 +204,34 @@ Variable VesperScript::invokeCallable(const Variable& callee, std::span<const Va
     return callable.program ? invokeProgram(callable, arguments) : invokeBody(callable, arguments);
 }
 
-Variable VesperScript::invokeProgram(ScriptCallable& callable, std::span<const Variable> arguments) {
-    std::optional<DepthGuard> chunkDepth;
+Variable Interpreter::invokeProgram(ScriptCallable& callable, std::span<const Variable> arguments) {
+    std::optional<DepthGuard> loaded;
     if (callable.isLoadedChunk) {
         if (!arguments.empty()) throw std::runtime_error("Loaded script chunks do not accept call arguments");
         if (!callable.hasRun) {
             callable.hasRun = true;
-            callable.nativeScopeIndex = scopes_.nativeLevel();
-            labels_.registerCallable(callable);
+            callable.nativeScopeIndex = scopes.nativeLevel();
+            labels.registerCallable(callable);
         }
-        chunkDepth.emplace(chunkDepth_);
+        loaded.emplace(chunkDepth);
     }
     Variable result;
     {
         CallFrame frame(*this);
-        const VarargsEntry varargs(varargs_, callable, arguments);
+        const VarargsEntry entry(varargs, callable, arguments);
         frame.enter(callable, arguments);
         result = runProgramBody(callable);
     }
-    if (chunkDepth && chunkDepth_ == 1) scopes_.commitExternals();
+    if (loaded && chunkDepth == 1) scopes.commitExternals();
     return result;
 }
 
-Variable VesperScript::invokeBody(ScriptCallable& callable, std::span<const Variable> arguments) {
+Variable Interpreter::invokeBody(ScriptCallable& callable, std::span<const Variable> arguments) {
     BlockSignal signal;
     Variable value;
     {
         CallFrame frame(*this);
-        const VarargsEntry varargs(varargs_, callable, arguments);
+        const VarargsEntry entry(varargs, callable, arguments);
         frame.enter(callable, arguments);
         std::uint32_t index = 0;
         value = executeParsedBlock(callable.body, index, signal);
@@ -241,15 +241,10 @@ Variable VesperScript::invokeBody(ScriptCallable& callable, std::span<const Vari
     return finishCall(signal, std::move(value));
 }
 
-Variable VesperScript::finishCall(BlockSignal& signal, Variable normalValue) {
+Variable Interpreter::finishCall(BlockSignal& signal, Variable normalValue) {
     if (signal.kind == BlockSignal::Kind::Break) throw std::runtime_error("break used outside a loop");
     if (signal.kind == BlockSignal::Kind::Jump || shouldAbortForSoftRaisedError()) return {};
     return signal.kind == BlockSignal::Kind::Return ? std::move(signal.value) : normalValue;
-}
-
-Variable VesperScript::callCallable(const Variable& callee, const std::vector<Variable>& arguments) {
-    if (!callee.isFunction()) throw std::runtime_error("callCallable: value is not a function");
-    return invokeCallable(callee, arguments);
 }
 
 namespace {
@@ -275,10 +270,10 @@ Variable protectedSuccess(Variable result) {
 
 }  // namespace
 
-Variable VesperScript::pcallFunction(std::span<const Variable> arguments) {
+Variable Interpreter::pcallFunction(std::span<const Variable> arguments) {
     if (arguments.empty()) throw std::runtime_error("pcall requires a callable value");
-    const std::uint32_t depth = callDepth_;
-    softError_.enterProtected(depth);
+    const std::uint32_t depth = callDepth;
+    softError.enterProtected(depth);
     Variable result;
     std::string failure;
     bool failed = false;
@@ -288,12 +283,12 @@ Variable VesperScript::pcallFunction(std::span<const Variable> arguments) {
         failed = true;
         failure = error.what();
     } catch (...) {
-        softError_.leaveProtected();
+        softError.leaveProtected();
         throw;
     }
-    softError_.leaveProtected();
+    softError.leaveProtected();
     std::string message;
-    if (softError_.take(depth, message)) return protectedFailure(std::move(message));
+    if (softError.take(depth, message)) return protectedFailure(std::move(message));
     return failed ? protectedFailure(std::move(failure)) : protectedSuccess(std::move(result));
 }
 

@@ -43,33 +43,33 @@ std::shared_ptr<CoroutineState> createCoroutineState(const Variable& function,
 
 void Coroutines::start(const Variable& callable, std::span<const Variable> arguments) {
     auto state = createCoroutineState(callable, arguments);
-    if (!inTurn_) {
-        scheduled_ = std::move(state);
+    if (!inTurn) {
+        scheduled = std::move(state);
         return;
     }
-    next_ = std::move(state);
-    terminateRequested_ = true;
+    next = std::move(state);
+    terminateRequested = true;
     throw CoroutineTerminated();
 }
 
 void Coroutines::kill() {
-    if (inTurn_) {
-        terminateRequested_ = true;
-        next_.reset();
+    if (inTurn) {
+        terminateRequested = true;
+        next.reset();
     }
-    scheduled_.reset();
+    scheduled.reset();
 }
 
 // Advances one coroutine by one plain statement or one loop test.
 class CoroutineTurn {
 public:
-    CoroutineTurn(VesperScript& script, CoroutineState& state) : script_(script), state_(state) {}
+    CoroutineTurn(Interpreter& script, CoroutineState& state) : script_(script), state_(state) {}
 
     // True when the coroutine has finished.
     bool run() {
         for (;;) {
             if (state_.frames.empty()) return true;
-            script_.stack_.check();
+            script_.stack.check();
             if (top().kind == CoroutineFrame::Kind::Block) {
                 if (blockStep()) return state_.frames.empty();
             } else {
@@ -93,17 +93,17 @@ private:
         frame.current = first;
         frame.end = end;
         state_.frames.push_back(std::move(frame));
-        script_.scopes_.pushLocalScope();
-        script_.scopes_.setNativeLevel(script_.scopes_.nativeLevel() + 1);
+        script_.scopes.pushLocalScope();
+        script_.scopes.setNativeLevel(script_.scopes.nativeLevel() + 1);
     }
     void popFrame() {
         const Kind kind = top().kind;
         const CallScope variables = top().variables;
         state_.frames.pop_back();
-        if (kind == Kind::NumericFor || kind == Kind::GenericFor) script_.scopes_.popCallScope(variables);
+        if (kind == Kind::NumericFor || kind == Kind::GenericFor) script_.scopes.popCallScope(variables);
         if (kind == Kind::Block && !state_.frames.empty()) {
-            script_.scopes_.popLocalScope();
-            script_.scopes_.setNativeLevel(script_.scopes_.nativeLevel() - 1);
+            script_.scopes.popLocalScope();
+            script_.scopes.setNativeLevel(script_.scopes.nativeLevel() - 1);
         }
     }
     // Leaves the innermost loop with all the blocks inside it.
@@ -124,7 +124,7 @@ private:
         const std::uint32_t index = frame.current++;
         const ParsedScriptLine& statement = line(index);
         if (statement.kind == ParsedLineKind::Empty) return false;
-        script_.context_.setLine(statement);
+        script_.context.setLine(statement);
         return statementStep(statement, index);
     }
 
@@ -182,7 +182,7 @@ private:
         const std::uint32_t end = leaveTo(opener, "Missing 'end' for if block");
         for (std::uint32_t branch = index; branch != noLine; branch = line(branch).nextBranchIndex) {
             const ParsedScriptLine& candidate = line(branch);
-            script_.context_.setLine(candidate);
+            script_.context.setLine(candidate);
             if (candidate.kind != ParsedLineKind::Else && !script_.evaluateCondition(candidate, "if"))
                 continue;
             pushBlockFrame(branch + 1, candidate.nextBranchIndex != noLine ? candidate.nextBranchIndex : end);
@@ -207,7 +207,7 @@ private:
         loop.end = leaveTo(opener, "Missing 'end' for for block");
         loop.loopLine = index;
         if (header.isNumeric) loop.numbers = script_.openNumericLoop(opener);
-        loop.variables = script_.scopes_.pushCallScope(header.names);
+        loop.variables = script_.scopes.pushCallScope(header.names);
         if (!header.isNumeric) openWalk(opener, loop);
         state_.frames.push_back(std::move(loop));
     }
@@ -216,7 +216,7 @@ private:
         try {
             loop.sequence = script_.openSequenceWalk(opener);
         } catch (...) {
-            script_.scopes_.popCallScope(loop.variables);
+            script_.scopes.popCallScope(loop.variables);
             throw;
         }
     }
@@ -225,7 +225,7 @@ private:
     void loopStep() {
         CoroutineFrame& loop = top();
         const ParsedScriptLine& clause = line(loop.loopLine);
-        script_.context_.setLine(clause);
+        script_.context.setLine(clause);
         const std::uint32_t first = loop.current;
         const std::uint32_t end = loop.end;
         if (nextRound(loop, clause)) {
@@ -242,7 +242,7 @@ private:
                 return !script_.evaluateCondition(clause, "until");
             case Kind::NumericFor:
                 if (!loop.numbers.next()) return false;
-                script_.scopes_.callEntry(loop.variables, 0) = Variable::integer(loop.numbers.value);
+                script_.scopes.callEntry(loop.variables, 0) = Variable::integer(loop.numbers.value);
                 return true;
             default:
                 return script_.bindNext(*clause.forHeader, loop.variables, loop.sequence);
@@ -257,43 +257,43 @@ private:
         script_.bindFunction(opener, function);
     }
 
-    VesperScript& script_;
+    Interpreter& script_;
     CoroutineState& state_;
 };
 
-void VesperScript::serviceScheduledCoroutineTurn() {
-    const std::shared_ptr<CoroutineState> state = coroutines_.scheduled_;
-    coroutines_.next_.reset();
-    coroutines_.inTurn_ = true;
-    coroutines_.terminateRequested_ = false;
-    const SourceLineGuard line(context_);
+void Interpreter::serviceScheduledCoroutineTurn() {
+    const std::shared_ptr<CoroutineState> state = coroutines.scheduled;
+    coroutines.next.reset();
+    coroutines.inTurn = true;
+    coroutines.terminateRequested = false;
+    const SourceLineGuard line(context);
     const auto exchange = [&] {
-        scopes_.exchangeFrames(state->scopes);
-        std::swap(softError_, state->softError);
-        varargs_.swap(state->varargs);
+        scopes.exchangeFrames(state->scopes);
+        std::swap(softError, state->softError);
+        varargs.swap(state->varargs);
     };
     exchange();
-    mayNeedAttention_ = true;  // the coroutine's soft error may have been on its way
+    mayNeedAttention = true;  // the coroutine's soft error may have been on its way
     bool finished = false;
     {
         const ScriptCallable& callable = state->callable.function();
-        const SourceFileGuard source(context_, callable.source);
+        const SourceFileGuard source(context, callable.source);
         try {
             finished = CoroutineTurn(*this, *state).run();
         } catch (const CoroutineTerminated&) {
             finished = true;
         } catch (...) {
-            coroutines_.pendingException_ = std::current_exception();
+            coroutines.pendingException = std::current_exception();
         }
     }
     exchange();
-    mayNeedAttention_ = true;
-    coroutines_.inTurn_ = false;
-    const bool stillScheduled = coroutines_.scheduled_ == state;
-    if (coroutines_.terminateRequested_ && coroutines_.next_) {
-        coroutines_.scheduled_ = std::move(coroutines_.next_);
-    } else if (stillScheduled && (coroutines_.terminateRequested_ || finished)) {
-        coroutines_.scheduled_.reset();
+    mayNeedAttention = true;
+    coroutines.inTurn = false;
+    const bool stillScheduled = coroutines.scheduled == state;
+    if (coroutines.terminateRequested && coroutines.next) {
+        coroutines.scheduled = std::move(coroutines.next);
+    } else if (stillScheduled && (coroutines.terminateRequested || finished)) {
+        coroutines.scheduled.reset();
     }
 }
 

@@ -14,7 +14,7 @@
 
 namespace kelmora {
 
-class VesperScript;
+struct Interpreter;
 
 // Unwinds the turn of a coroutine that started another one. Never leaves the turn.
 struct CoroutineTerminated {};
@@ -42,27 +42,24 @@ struct CoroutineState {
 };
 
 // The one slot for a coroutine that advances beside the main script, a line at a time.
-class Coroutines {
-public:
+struct Coroutines {
     // Schedules the decay function in place of calling it. In a turn this ends the running coroutine.
     void start(const Variable& callable, std::span<const Variable> arguments);
     void kill();
 
-    bool wantsTurn() const { return scheduled_ && !inTurn_ && !pendingException_; }
+    bool wantsTurn() const { return scheduled && !inTurn && !pendingException; }
     // A coroutine is scheduled, or one has failed.
-    bool needAttention() const { return scheduled_ || pendingException_; }
+    bool needAttention() const { return scheduled || pendingException; }
     void rethrowPending() {
-        if (pendingException_) std::rethrow_exception(std::exchange(pendingException_, nullptr));
+        if (pendingException) std::rethrow_exception(std::exchange(pendingException, nullptr));
     }
 
-private:
-    friend class VesperScript;
-
-    std::shared_ptr<CoroutineState> scheduled_;
-    std::shared_ptr<CoroutineState> next_;
-    std::exception_ptr pendingException_;
-    bool inTurn_ = false;
-    bool terminateRequested_ = false;
+    // Their turns are taken by the interpreter.
+    std::shared_ptr<CoroutineState> scheduled;
+    std::shared_ptr<CoroutineState> next;
+    std::exception_ptr pendingException;
+    bool inTurn = false;
+    bool terminateRequested = false;
 };
 
 }  // namespace kelmora

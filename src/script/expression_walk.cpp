@@ -3,10 +3,10 @@
 #include <optional>
 
 #include "script/argument_list.h"
+#include "script/interpreter.h"
 #include "script/numbers.h"
 #include "script/operators.h"
 #include "script/table_object.h"
-#include "script/vesper_script.h"
 
 namespace kelmora {
 namespace {
@@ -45,11 +45,11 @@ bool ExpressionWalk::aborted() const {
 }
 
 void ExpressionWalk::fail(const std::string& message, std::string_view token) const {
-    script_.context().throwError(message, token);
+    script_.context.throwError(message, token);
 }
 
 Variable ExpressionWalk::evaluate(int minimumPrecedence) {
-    script_.nativeStack().check();
+    script_.stack.check();
     Variable result = operand();
     while (!aborted() && !atEnd()) {
         const TokenKind operation = line_.analysis[index_].kind;
@@ -127,9 +127,9 @@ Variable ExpressionWalk::primary() {
         case TokenKind::OpenParenthesis:
             return postfix(parenthesised());
         case TokenKind::Ellipsis:
-            if (script_.varargs().empty()) break;
+            if (script_.varargs.empty()) break;
             ++index_;
-            return postfix(live_ ? Variable::makeMulti(script_.varargs().back()) : Variable());
+            return postfix(live_ ? Variable::makeMulti(script_.varargs.back()) : Variable());
         case TokenKind::String:
         case TokenKind::True:
         case TokenKind::False:
@@ -149,8 +149,8 @@ Variable ExpressionWalk::primary() {
 }
 
 Variable ExpressionWalk::variable(const TokenAnalysis& token) const {
-    const Variable* found = token.isScoped() ? script_.scopes().findExplicit(token.name, token.scope)
-                                             : script_.scopes().find(token.name);
+    const Variable* found = token.isScoped() ? script_.scopes.findExplicit(token.name, token.scope)
+                                             : script_.scopes.find(token.name);
     return found ? *found : Variable();
 }
 

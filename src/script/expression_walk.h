@@ -8,13 +8,13 @@
 
 namespace kelmora {
 
-class VesperScript;
+struct Interpreter;
 
 // Evaluates an expression straight from a line's tokens, by precedence climbing. This is the meaning of
 // expressions. The index is left on the first token that was not used.
 class ExpressionWalk {
 public:
-    ExpressionWalk(VesperScript& script, const ParsedScriptLine& line, std::uint32_t& index)
+    ExpressionWalk(Interpreter& script, const ParsedScriptLine& line, std::uint32_t& index)
         : script_(script), line_(line), index_(index) {}
 
     // Gives nil when a soft error ends the evaluation half-way; the index is of no use then.
@@ -45,7 +45,7 @@ private:
     std::string bracketedKey();
     std::string wordKey();
 
-    VesperScript& script_;
+    Interpreter& script_;
     const ParsedScriptLine& line_;
     std::uint32_t& index_;
     // Off inside the side of `and` and `or` that does not count: syntax is checked, nothing happens.

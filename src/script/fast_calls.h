@@ -6,8 +6,8 @@
 namespace kelmora {
 
 // The code of a Call node: callee, arguments from left to right, then the call.
-Variable evaluateCall(VesperScript& script, const FastExprNode& node);
+Variable evaluateCall(Interpreter& script, const FastExprNode& node);
 // The same where the callee is a plain name.
-Variable evaluateNamedCall(VesperScript& script, const FastExprNode& node);
+Variable evaluateNamedCall(Interpreter& script, const FastExprNode& node);
 
 }  // namespace kelmora

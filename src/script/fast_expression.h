@@ -7,7 +7,7 @@
 
 namespace kelmora {
 
-class VesperScript;
+struct Interpreter;
 
 enum class FastExprNodeKind : std::uint8_t {
     Constant,  // of any scalar or string kind
@@ -32,13 +32,13 @@ enum class FastExprNodeKind : std::uint8_t {
 // operands when the expression is compiled.
 struct FastExprNode {
     // The value. Nil when a soft error ends the evaluation half-way.
-    using Evaluate = Variable (*)(VesperScript&, const FastExprNode&);
+    using Evaluate = Variable (*)(Interpreter&, const FastExprNode&);
     // Whether the value is true.
-    using Test = bool (*)(VesperScript&, const FastExprNode&);
+    using Test = bool (*)(Interpreter&, const FastExprNode&);
     // The value where it stands, or put into the storage. It holds until script runs or a variable changes.
-    using Refer = const Variable& (*)(VesperScript&, const FastExprNode&, Variable& storage);
+    using Refer = const Variable& (*)(Interpreter&, const FastExprNode&, Variable& storage);
     // The value if it is an integer. False when `evaluate` has to tell; nothing has happened then.
-    using Integer = bool (*)(VesperScript&, const FastExprNode&, std::int32_t& result);
+    using Integer = bool (*)(Interpreter&, const FastExprNode&, std::int32_t& result);
 
     Evaluate evaluate = nullptr;
     Test test = nullptr;
@@ -75,8 +75,8 @@ struct FastExpression {
 
     bool valid() const { return !nodes.empty(); }
     const FastExprNode& root() const { return nodes.back(); }
-    Variable evaluate(VesperScript& script) const { return root().evaluate(script, root()); }
-    bool test(VesperScript& script) const { return root().test(script, root()); }
+    Variable evaluate(Interpreter& script) const { return root().evaluate(script, root()); }
+    bool test(Interpreter& script) const { return root().test(script, root()); }
 };
 
 // Tokens of one expression, first and past the end, and what they compile to.

@@ -4,10 +4,10 @@
 #include "script/fast_calls.h"
 #include "script/fast_expression.h"
 #include "script/indexing.h"
+#include "script/interpreter.h"
 #include "script/numbers.h"
 #include "script/operators.h"
 #include "script/table_object.h"
-#include "script/vesper_script.h"
 
 // The code behind the nodes of compiled expressions, with the results and the messages of the token walk.
 namespace kelmora {
@@ -18,30 +18,30 @@ using Kind = FastExprNodeKind;
 
 const Variable nilValue;
 
-bool aborted(const VesperScript& script) {
+bool aborted(const Interpreter& script) {
     return script.shouldAbortForSoftRaisedError();
 }
 
-const Variable& nameValue(VesperScript& script, const Node& node) {
-    const Variable* found = script.scopes().find(node.name);
+const Variable& nameValue(Interpreter& script, const Node& node) {
+    const Variable* found = script.scopes.find(node.name);
     return found ? *found : nilValue;
 }
 
 // --- What every node can do, made of one of the others ---
 
-const Variable& referByEvaluating(VesperScript& script, const Node& node, Variable& storage) {
+const Variable& referByEvaluating(Interpreter& script, const Node& node, Variable& storage) {
     storage = node.evaluate(script, node);
     return storage;
 }
-Variable evaluateByReferring(VesperScript& script, const Node& node) {
+Variable evaluateByReferring(Interpreter& script, const Node& node) {
     Variable storage;
     return node.refer(script, node, storage);
 }
-Variable evaluateByTesting(VesperScript& script, const Node& node) {
+Variable evaluateByTesting(Interpreter& script, const Node& node) {
     const bool value = node.test(script, node);
     return node.mayCall && aborted(script) ? Variable() : Variable::boolean(value);
 }
-bool testByReferring(VesperScript& script, const Node& node) {
+bool testByReferring(Interpreter& script, const Node& node) {
     Variable storage;
     return isTruthy(node.refer(script, node, storage));
 }
@@ -52,31 +52,31 @@ bool testByReferring(VesperScript& script, const Node& node) {
 struct NameOperand {
     static constexpr bool isLeaf = true;
     static constexpr bool givesInteger = true;
-    static bool integer(VesperScript& script, const Node& node, std::int32_t& result) {
-        const Variable* found = script.scopes().findQuickly(node.name);
+    static bool integer(Interpreter& script, const Node& node, std::int32_t& result) {
+        const Variable* found = script.scopes.findQuickly(node.name);
         if (!found || !found->isInt()) return false;
         result = found->intValue();
         return true;
     }
-    NameOperand(VesperScript& script, const Node& node) : value(nameValue(script, node)) {}
+    NameOperand(Interpreter& script, const Node& node) : value(nameValue(script, node)) {}
     const Variable& value;
 };
 struct ConstantOperand {
     static constexpr bool isLeaf = true;
     static constexpr bool givesInteger = true;
-    static bool integer(VesperScript&, const Node& node, std::int32_t& result) {
+    static bool integer(Interpreter&, const Node& node, std::int32_t& result) {
         if (!node.constant.isInt()) return false;
         result = node.constant.intValue();
         return true;
     }
-    ConstantOperand(VesperScript&, const Node& node) : value(node.constant) {}
+    ConstantOperand(Interpreter&, const Node& node) : value(node.constant) {}
     const Variable& value;
 };
 // Anything that may stand somewhere already.
 struct ReferredOperand {
     static constexpr bool isLeaf = false;
     static constexpr bool givesInteger = false;
-    ReferredOperand(VesperScript& script, const Node& node) : value(node.refer(script, node, storage)) {}
+    ReferredOperand(Interpreter& script, const Node& node) : value(node.refer(script, node, storage)) {}
     Variable storage;
     const Variable& value;
 };
@@ -84,13 +84,13 @@ struct ReferredOperand {
 struct OwnOperand {
     static constexpr bool isLeaf = false;
     static constexpr bool givesInteger = false;
-    OwnOperand(VesperScript& script, const Node& node) : value(node.evaluate(script, node)) {}
+    OwnOperand(Interpreter& script, const Node& node) : value(node.evaluate(script, node)) {}
     Variable value;
 };
 // A result that may well be an integer.
 struct NumberOperand : OwnOperand {
     static constexpr bool givesInteger = true;
-    static bool integer(VesperScript& script, const Node& node, std::int32_t& result) {
+    static bool integer(Interpreter& script, const Node& node, std::int32_t& result) {
         return node.integer(script, node, result);
     }
     using OwnOperand::OwnOperand;
@@ -134,7 +134,7 @@ float applyToFloats(float left, float right) {
 template <TokenKind operation>
 struct Arithmetic {
     template <typename Left, typename Right>
-    static Variable evaluate(VesperScript& script, const Node& node) {
+    static Variable evaluate(Interpreter& script, const Node& node) {
         if constexpr (giveIntegers<Left, Right>) {
             if (std::int32_t result = 0; integer<Left, Right>(script, node, result))
                 return Variable::integer(result);
@@ -143,7 +143,7 @@ struct Arithmetic {
     }
 
     template <typename Left, typename Right>
-    static bool integer(VesperScript& script, const Node& node, std::int32_t& result) {
+    static bool integer(Interpreter& script, const Node& node, std::int32_t& result) {
         std::int32_t left = 0;
         std::int32_t right = 0;
         return Left::integer(script, node.leftNode(), left) &&
@@ -152,7 +152,7 @@ struct Arithmetic {
     }
 
     template <typename Left, typename Right>
-    [[gnu::noinline]] static Variable evaluateAny(VesperScript& script, const Node& node) {
+    [[gnu::noinline]] static Variable evaluateAny(Interpreter& script, const Node& node) {
         Left leftOperand(script, node.leftNode());
         if (!Left::isLeaf && aborted(script)) return {};
         const Right rightOperand(script, node.rightNode());
@@ -191,7 +191,7 @@ void setArithmetic(Node& node) {
                  });
 }
 
-Variable rareOperation(VesperScript& script, const Node& node) {
+Variable rareOperation(Interpreter& script, const Node& node) {
     const OwnOperand left(script, node.leftNode());
     if (aborted(script)) return {};
     const ReferredOperand right(script, node.rightNode());
@@ -242,7 +242,7 @@ bool compareValues(const Variable& left, const Variable& right) {
 template <TokenKind operation>
 struct Comparison {
     template <typename Left, typename Right>
-    static bool test(VesperScript& script, const Node& node) {
+    static bool test(Interpreter& script, const Node& node) {
         if constexpr (giveIntegers<Left, Right>) {
             std::int32_t left = 0;
             std::int32_t right = 0;
@@ -254,7 +254,7 @@ struct Comparison {
     }
 
     template <typename Left, typename Right>
-    [[gnu::noinline]] static bool testAny(VesperScript& script, const Node& node) {
+    [[gnu::noinline]] static bool testAny(Interpreter& script, const Node& node) {
         const Left leftOperand(script, node.leftNode());
         if (!Left::isLeaf && aborted(script)) return false;
         const Right rightOperand(script, node.rightNode());
@@ -295,49 +295,49 @@ FastExprNode::Test chooseComparison(const Node& node) {
 
 // --- Leaves ---
 
-Variable evaluateConstant(VesperScript&, const Node& node) {
+Variable evaluateConstant(Interpreter&, const Node& node) {
     return node.constant;
 }
-const Variable& referToConstant(VesperScript&, const Node& node, Variable&) {
+const Variable& referToConstant(Interpreter&, const Node& node, Variable&) {
     return node.constant;
 }
-Variable evaluateName(VesperScript& script, const Node& node) {
+Variable evaluateName(Interpreter& script, const Node& node) {
     return nameValue(script, node);
 }
-const Variable& referToName(VesperScript& script, const Node& node, Variable&) {
+const Variable& referToName(Interpreter& script, const Node& node, Variable&) {
     return nameValue(script, node);
 }
-bool testName(VesperScript& script, const Node& node) {
+bool testName(Interpreter& script, const Node& node) {
     return isTruthy(nameValue(script, node));
 }
-const Variable& referToScopedName(VesperScript& script, const Node& node, Variable&) {
-    const Variable* found = script.scopes().findExplicit(node.name, node.scope);
+const Variable& referToScopedName(Interpreter& script, const Node& node, Variable&) {
+    const Variable* found = script.scopes.findExplicit(node.name, node.scope);
     return found ? *found : nilValue;
 }
-Variable evaluateVarargs(VesperScript& script, const Node&) {
-    if (script.varargs().empty()) script.context().throwError("Unknown token: ...", "...");
-    return Variable::makeMulti(script.varargs().back());
+Variable evaluateVarargs(Interpreter& script, const Node&) {
+    if (script.varargs.empty()) script.context.throwError("Unknown token: ...", "...");
+    return Variable::makeMulti(script.varargs.back());
 }
 
 // --- Signs and words in front of an operand ---
 
-Variable evaluateIdentity(VesperScript& script, const Node& node) {
+Variable evaluateIdentity(Interpreter& script, const Node& node) {
     return node.leftNode().evaluate(script, node.leftNode());
 }
-Variable evaluateNegation(VesperScript& script, const Node& node) {
+Variable evaluateNegation(Interpreter& script, const Node& node) {
     const ReferredOperand operand(script, node.leftNode());
     const Variable& value = operand.value;
     if (aborted(script)) return {};
     if (value.isFloat()) return Variable::number(-value.floatValue());
-    if (!value.isNumeric()) script.context().throwError("Unary '-' requires a numeric value", "-");
+    if (!value.isNumeric()) script.context.throwError("Unary '-' requires a numeric value", "-");
     return Variable::integer(static_cast<std::int32_t>(0u - static_cast<std::uint32_t>(toInt(value))));
 }
-Variable evaluateLength(VesperScript& script, const Node& node) {
+Variable evaluateLength(Interpreter& script, const Node& node) {
     const ReferredOperand operand(script, node.leftNode());
     const Variable& value = operand.value;
     return aborted(script) ? Variable() : Variable::integer(arrayLength(value));
 }
-bool testNot(VesperScript& script, const Node& node) {
+bool testNot(Interpreter& script, const Node& node) {
     const bool value = node.leftNode().test(script, node.leftNode());
     return !value && !aborted(script);
 }
@@ -345,17 +345,17 @@ bool testNot(VesperScript& script, const Node& node) {
 // --- and, or ---
 
 template <bool isOr>
-Variable evaluateLogical(VesperScript& script, const Node& node) {
+Variable evaluateLogical(Interpreter& script, const Node& node) {
     Variable left = node.leftNode().evaluate(script, node.leftNode());
     if (aborted(script)) return {};
     if (isTruthy(left) == isOr) return left;
     return node.rightNode().evaluate(script, node.rightNode());
 }
-bool testAnd(VesperScript& script, const Node& node) {
+bool testAnd(Interpreter& script, const Node& node) {
     return node.leftNode().test(script, node.leftNode()) && !aborted(script) &&
            node.rightNode().test(script, node.rightNode());
 }
-bool testOr(VesperScript& script, const Node& node) {
+bool testOr(Interpreter& script, const Node& node) {
     return node.leftNode().test(script, node.leftNode()) ||
            (!aborted(script) && node.rightNode().test(script, node.rightNode()));
 }
@@ -364,7 +364,7 @@ bool testOr(VesperScript& script, const Node& node) {
 
 struct Element {
     template <typename Left, typename Right>
-    static const Variable& refer(VesperScript& script, const Node& node, Variable& storage) {
+    static const Variable& refer(Interpreter& script, const Node& node, Variable& storage) {
         const Left container(script, node.leftNode());
         if (!Left::isLeaf && aborted(script)) return nilValue;
         const Right key(script, node.rightNode());
@@ -388,7 +388,7 @@ FastExprNode::Refer chooseElement(const Node& node) {
 
 // --- Constructors ---
 
-Variable evaluateArray(VesperScript& script, const Node& node) {
+Variable evaluateArray(Interpreter& script, const Node& node) {
     std::vector<Variable> items;
     items.reserve(node.count);
     const Node* item = &node.rightNode();
@@ -399,7 +399,7 @@ Variable evaluateArray(VesperScript& script, const Node& node) {
     return Variable::array(std::move(items));
 }
 
-Variable evaluateTable(VesperScript& script, const Node& node) {
+Variable evaluateTable(Interpreter& script, const Node& node) {
     Variable result = Variable::makeTable();
     TableObject& table = result.table();
     if (node.count > 4) table.reserve(node.count);

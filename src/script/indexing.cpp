@@ -2,8 +2,8 @@
 
 #include <stdexcept>
 
+#include "script/interpreter.h"
 #include "script/numbers.h"
-#include "script/vesper_script.h"
 
 namespace kelmora {
 namespace {
@@ -21,9 +21,9 @@ const Variable* findInTable(const TableObject& table, const Variable& key) {
 namespace {
 
 // The function of the global string table, with the string bound as its first argument.
-Variable stringMethod(VesperScript& script, const Variable& subject, const Variable& name) {
+Variable stringMethod(Interpreter& script, const Variable& subject, const Variable& name) {
     static const NameId stringName = internName("string");
-    const Variable* library = script.scopes().findExplicit(stringName, 1);
+    const Variable* library = script.scopes.findExplicit(stringName, 1);
     if (!library || !library->isTable()) return {};
     const Variable* member = library->table().find(name.stringObject());
     if (!member || !member->isFunction()) return {};
@@ -34,10 +34,10 @@ Variable stringMethod(VesperScript& script, const Variable& subject, const Varia
         all.insert(all.end(), arguments.begin(), arguments.end());
         return script.invokeCallable(function, all);
     };
-    return VesperScript::createNativeCallable(method, name.text());
+    return makeNativeCallable(method, name.text());
 }
 
-Variable stringElement(VesperScript& script, const Variable& container, const Variable& key) {
+Variable stringElement(Interpreter& script, const Variable& container, const Variable& key) {
     if (key.isString()) return stringMethod(script, container, key);
     if (!key.isInt()) throw std::runtime_error("String index must be an int or string method name");
     const std::string& text = container.text();
@@ -88,7 +88,7 @@ Variable* arrayElement(Variable& container, const Variable& key, bool create) {
 
 }  // namespace
 
-Variable VesperScript::getIndexedValue(const Variable& container, const Variable& key) {
+Variable Interpreter::getIndexedValue(const Variable& container, const Variable& key) {
     switch (container.type()) {
         case VarType::Table: {
             const Variable* found = container.table().find(tableKeyOf(key));
@@ -108,14 +108,14 @@ Variable VesperScript::getIndexedValue(const Variable& container, const Variable
     }
 }
 
-Variable* VesperScript::getIndexedValueMutable(Variable& container, const Variable& key, bool create) {
+Variable* Interpreter::getIndexedValueMutable(Variable& container, const Variable& key, bool create) {
     if (container.isTable()) return tableElement(container, key, create);
     if (container.isArray()) return arrayElement(container, key, create);
     throw std::runtime_error("Indexing requires an array or table");
 }
 
-void VesperScript::setIndexedValue(Variable& container, const Variable& key, const Variable& value,
-                                   bool create) {
+void Interpreter::setIndexedValue(Variable& container, const Variable& key, const Variable& value,
+                                  bool create) {
     switch (container.type()) {
         case VarType::String:
             setStringElement(container, key, value);

@@ -1,19 +1,15 @@
 #include "base/paths.h"
 
 #include "base/file_kind.h"
-#include "script/vesper_script.h"
+#include "script/interpreter.h"
 
 namespace kelmora {
-std::string VesperScript::normalisePath(const std::string& path) {
-    return kelmora::normalisePath(path);
-}
-
-std::string VesperScript::resolvePath(const std::string& path) const {
+std::string Interpreter::resolvePath(const std::string& path) const {
     const std::string normalised = kelmora::normalisePath(path);
     if (normalised.empty() || isAbsolutePath(normalised) || pathExists(normalised)) return normalised;
 
-    std::string base = context_.directory();
-    if (base.empty()) base = sourceDirectoryForPath(context_.path());
+    std::string base = context.directory();
+    if (base.empty()) base = sourceDirectoryForPath(context.path());
     if (std::string beside = joinPath(base, normalised); pathExists(beside)) return beside;
 
     constexpr std::string_view treeName = "/Resources";

@@ -4,50 +4,46 @@
 #include "base/paths.h"
 #include "script/bytecode_compiler.h"
 #include "script/bytecode_executor.h"
+#include "script/interpreter.h"
 #include "script/line_parser.h"
 #include "script/source_path.h"
-#include "script/vesper_script.h"
 
 namespace kelmora {
 
-BytecodeProgram VesperScript::compileToBytecode(const std::string& source) {
-    if (callDepth_ == 0 && programDepth_ == 0) stack_.markBase();
+Interpreter::Interpreter(VesperScript& ownFace, HostServices& ownHost) : face(ownFace), host(ownHost) {
+    stack.markBase();
+}
+
+std::int32_t Interpreter::elapsedMilliseconds() const {
+    const auto elapsed = std::chrono::steady_clock::now() - started;
+    return static_cast<std::int32_t>(std::chrono::duration_cast<std::chrono::milliseconds>(elapsed).count());
+}
+
+BytecodeProgram Interpreter::compileToBytecode(const std::string& source) {
+    markStackBase();
     BytecodeProgram program;
-    program.source = context_.file();
-    program.lines = parseLines(source, context_);
-    compileLines(program, stack_);
+    program.source = context.file();
+    program.lines = parseLines(source, context);
+    compileLines(program, stack);
     return program;
 }
 
-BytecodeProgram VesperScript::compileToBytecode(const std::string& source, const std::string& sourcePath) {
+BytecodeProgram Interpreter::compileToBytecode(const std::string& source, const std::string& sourcePath) {
     if (sourcePath.empty()) return compileToBytecode(source);
     const std::string path = normalisePath(sourcePath);
     const SourceFile origin{sourceDirectoryForPath(path), path};
-    const SourceFileGuard file(context_, origin);
+    const SourceFileGuard file(context, origin);
     return compileToBytecode(source);
 }
 
-Variable VesperScript::runScript(const std::string& source) {
-    const auto program = std::make_shared<BytecodeProgram>(compileToBytecode(source));
-    Variable result = runBytecodeProgram(program);
-    rethrowPendingCoroutineException();
-    return result;
-}
-
-Variable VesperScript::runBytecode(BytecodeProgram program) {
-    Variable result = runBytecodeProgram(std::make_shared<BytecodeProgram>(std::move(program)));
-    rethrowPendingCoroutineException();
-    return result;
-}
-
-Variable VesperScript::runBytecodeProgram(const std::shared_ptr<const BytecodeProgram>& program) {
-    if (callDepth_ == 0 && programDepth_ == 0) stack_.markBase();
-    const DepthGuard depth(programDepth_);
+Variable Interpreter::runBytecodeProgram(const std::shared_ptr<const BytecodeProgram>& program) {
+    markStackBase();
+    const DepthGuard depth(programDepth);
     BlockSignal signal;
     {
-        const SourceLineGuard line(context_);
-        const SourceFileGuard file(context_, program->source);
-        const LocalScopeGuard scope(scopes_, false);
+        const SourceLineGuard line(context);
+        const SourceFileGuard file(context, program->source);
+        const LocalScopeGuard scope(scopes, false);
         BytecodeExecutor(*this, *program, signal).enterBlock(BytecodeExecutor::blockOf(*this, *program, 0));
     }
     if (signal.kind == BlockSignal::Kind::Break) throw std::runtime_error("break used outside a loop");
@@ -56,15 +52,15 @@ Variable VesperScript::runBytecodeProgram(const std::shared_ptr<const BytecodePr
     ScriptCallable& callable = root.function();
     callable.program = program;
     callable.source = program->source;
-    callable.nativeScopeIndex = scopes_.nativeLevel();
-    labels_.registerCallable(callable);
+    callable.nativeScopeIndex = scopes.nativeLevel();
+    labels.registerCallable(callable);
     // Without labels nothing can come back to the program.
-    if (!program->nestBlocks.empty()) programCallables_.push_back(std::move(root));
-    if (programDepth_ == 1) scopes_.commitExternals();
+    if (!program->nestBlocks.empty()) programCallables.push_back(std::move(root));
+    if (programDepth == 1) scopes.commitExternals();
     return signal.kind == BlockSignal::Kind::Return ? std::move(signal.value) : Variable();
 }
 
-Variable VesperScript::loadChunk(const std::string& source, const std::string& sourcePath) {
+Variable Interpreter::loadChunk(const std::string& source, const std::string& sourcePath) {
     const auto program = std::make_shared<BytecodeProgram>(compileToBytecode(source, sourcePath));
     Variable function = Variable::function(new ScriptCallable);
     ScriptCallable& callable = function.function();

@@ -7,8 +7,9 @@
 
 #include "base/byte_reader.h"
 #include "base/byte_writer.h"
+#include "script/bytecode_image.h"
+#include "script/interpreter.h"
 #include "script/table_object.h"
-#include "script/vesper_script.h"
 
 namespace kelmora {
 namespace {
@@ -78,17 +79,16 @@ private:
 
 class StateWriter {
 public:
-    std::vector<unsigned char> write(VesperScript& script) {
-        std::vector<std::pair<NameId, const Variable*>> entries = script.scopes().definedGlobals();
-        std::erase_if(entries, [&](const auto& entry) {
-            return !ExportCheck(script.nativeStack()).passes(*entry.second);
-        });
+    std::vector<unsigned char> write(Interpreter& script) {
+        std::vector<std::pair<NameId, const Variable*>> entries = script.scopes.definedGlobals();
+        std::erase_if(entries,
+                      [&](const auto& entry) { return !ExportCheck(script.stack).passes(*entry.second); });
         std::sort(entries.begin(), entries.end(),
                   [](const auto& a, const auto& b) { return nameText(a.first) < nameText(b.first); });
         out_.text(stateMagic);
         out_.u32(stateVersion);
         std::ostringstream random;
-        random << script.generator();
+        random << script.generator;
         string(random.str());
         out_.u32(static_cast<std::uint32_t>(entries.size()));
         for (const auto& [name, held] : entries) {
@@ -172,7 +172,7 @@ private:
         out_.u64(callable.nativeScopeIndex);
         out_.u32(static_cast<std::uint32_t>(callable.parameters.size()));
         for (const NameId parameter : callable.parameters) string(nameText(parameter));
-        block(VesperScript::serialiseBytecode(*callable.program));
+        block(serialiseBytecode(*callable.program));
     }
 
     ByteWriter out_;
@@ -180,7 +180,7 @@ private:
 
 class StateReader {
 public:
-    StateReader(VesperScript& script, std::span<const unsigned char> bytes, const std::string& sourceName)
+    StateReader(Interpreter& script, std::span<const unsigned char> bytes, const std::string& sourceName)
         : script_(script), reader_(bytes), sourceName_(sourceName) {}
 
     void apply() {
@@ -231,7 +231,7 @@ private:
         std::mt19937 generator;
         stream >> generator;
         if (stream.fail()) fail("bad random generator state");
-        script_.generator() = generator;
+        script_.generator = generator;
     }
 
     Variable value(int depth) {
@@ -291,12 +291,12 @@ private:
             callable.parameters.push_back(internName(string()));
         std::span<const unsigned char> image;
         if (!reader_.readBytes(u32(), image)) fail("truncated");
-        auto program = std::make_shared<BytecodeProgram>(
-            VesperScript::deserialiseBytecode(image, sourceName_ + ":function"));
+        auto program =
+            std::make_shared<BytecodeProgram>(deserialiseBytecode(image, sourceName_ + ":function"));
         if (callable.chunkIndex >= program->chunks.size()) fail("function chunk out of range");
         callable.isVariadic = declaresVariadic(*program, callable.chunkIndex);
         callable.program = std::move(program);
-        script_.labels().registerCallable(callable);
+        script_.labels.registerCallable(callable);
         return made;
     }
     void readNestingLevel(ScriptCallable& callable) {
@@ -317,7 +317,7 @@ private:
         return false;
     }
 
-    VesperScript& script_;
+    Interpreter& script_;
     ByteReader reader_;
     const std::string& sourceName_;
     std::uint32_t version_ = 0;
@@ -325,11 +325,11 @@ private:
 
 }  // namespace
 
-std::vector<unsigned char> exportState(VesperScript& script) {
+std::vector<unsigned char> exportState(Interpreter& script) {
     return StateWriter().write(script);
 }
 
-void importState(VesperScript& script, std::span<const unsigned char> bytes, const std::string& sourceName) {
+void importState(Interpreter& script, std::span<const unsigned char> bytes, const std::string& sourceName) {
     StateReader(script, bytes, sourceName).apply();
 }
 

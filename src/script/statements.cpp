@@ -10,37 +10,37 @@
 
 namespace kelmora {
 
-Variable VesperScript::evaluateExpression(const ParsedScriptLine& line, std::uint32_t& index) {
+Variable Interpreter::evaluateExpression(const ParsedScriptLine& line, std::uint32_t& index) {
     return ExpressionWalk(*this, line, index).evaluate();
 }
 
-Variable VesperScript::evaluateRange(const ParsedScriptLine& line, const PreparedExpression& expression,
-                                     std::string_view leftover) {
-    if (expression.fast.valid() && fastExpressions_) return expression.fast.evaluate(*this);
+Variable Interpreter::evaluateRange(const ParsedScriptLine& line, const PreparedExpression& expression,
+                                    std::string_view leftover) {
+    if (expression.fast.valid() && fastExpressions) return expression.fast.evaluate(*this);
     std::uint32_t index = expression.first;
     Variable value = evaluateExpression(line, index);
     if (index != expression.last && !shouldAbortForSoftRaisedError())
-        context_.throwError(std::string(leftover), index < line.tokens.size() ? line.tokens[index] : "EOF");
+        context.throwError(std::string(leftover), index < line.tokens.size() ? line.tokens[index] : "EOF");
     return value;
 }
 
-bool VesperScript::evaluateCondition(const ParsedScriptLine& line, std::string_view statement) {
+bool Interpreter::evaluateCondition(const ParsedScriptLine& line, std::string_view statement) {
     const PreparedExpression& expression = line.expression;
-    if (expression.fast.valid() && fastExpressions_) return expression.fast.test(*this);
+    if (expression.fast.valid() && fastExpressions) return expression.fast.test(*this);
     std::uint32_t index = 1;
     const Variable value = evaluateExpression(line, index);
     if (shouldAbortForSoftRaisedError()) return false;
     if (index != line.tokens.size())
-        context_.throwError("Unexpected token after " + std::string(statement) + " condition",
-                            line.tokens[index]);
+        context.throwError("Unexpected token after " + std::string(statement) + " condition",
+                           line.tokens[index]);
     return isTruthy(value);
 }
 
-Variable VesperScript::executeExpressionStatement(const ParsedScriptLine& line) {
+Variable Interpreter::executeExpressionStatement(const ParsedScriptLine& line) {
     return evaluateRange(line, line.expression, "Unexpected trailing token");
 }
 
-Variable VesperScript::evaluateReturn(const ParsedScriptLine& line) {
+Variable Interpreter::evaluateReturn(const ParsedScriptLine& line) {
     constexpr std::string_view leftover = "Unexpected token after return value";
     const std::vector<PreparedExpression>& ranges = line.returnValues;
     if (ranges.empty()) return {};
@@ -54,26 +54,25 @@ Variable VesperScript::evaluateReturn(const ParsedScriptLine& line) {
     return Variable::makeMulti(std::move(values));
 }
 
-void VesperScript::throwHeaderFault(const ParsedScriptLine& line, const HeaderFault& fault) {
+void Interpreter::throwHeaderFault(const ParsedScriptLine& line, const HeaderFault& fault) {
     if (fault.message.empty()) return;
-    context_.throwError(std::string(fault.message), fault.token < line.tokens.size()
-                                                        ? std::string_view(line.tokens[fault.token])
-                                                        : "EOF");
+    context.throwError(std::string(fault.message),
+                       fault.token < line.tokens.size() ? std::string_view(line.tokens[fault.token]) : "EOF");
 }
 
-NumericLoop VesperScript::openNumericLoop(const ParsedScriptLine& line) {
+NumericLoop Interpreter::openNumericLoop(const ParsedScriptLine& line) {
     constexpr std::string_view trailing = "Unexpected token after for clause";
     const std::vector<PreparedExpression>& clauses = line.forHeader->bounds;
     NumericLoop loop;
     const Variable start = evaluateRange(line, clauses[0], "Expected ',' after for start value");
     if (shouldAbortForSoftRaisedError()) return loop;
-    if (clauses.size() < 2) context_.throwError("Expected ',' after for start value", "EOF");
+    if (clauses.size() < 2) context.throwError("Expected ',' after for start value", "EOF");
     const Variable stop = evaluateRange(line, clauses[1], trailing);
     if (shouldAbortForSoftRaisedError()) return loop;
     Variable step = Variable::integer(1);
     if (clauses.size() > 2) step = evaluateRange(line, clauses[2], trailing);
     if (shouldAbortForSoftRaisedError()) return loop;
-    if (clauses.size() > 3) context_.throwError(std::string(trailing), ",");
+    if (clauses.size() > 3) context.throwError(std::string(trailing), ",");
     loop.value = toInt(start);
     loop.stop = toInt(stop);
     loop.step = toInt(step);
@@ -81,7 +80,7 @@ NumericLoop VesperScript::openNumericLoop(const ParsedScriptLine& line) {
     return loop;
 }
 
-SequenceWalk VesperScript::openSequenceWalk(const ParsedScriptLine& line) {
+SequenceWalk Interpreter::openSequenceWalk(const ParsedScriptLine& line) {
     const ParsedFor& header = *line.forHeader;
     SequenceWalk walk;
     walk.withKeys = isBuiltinWalk(line);
@@ -102,14 +101,14 @@ SequenceWalk VesperScript::openSequenceWalk(const ParsedScriptLine& line) {
     return walk;
 }
 
-bool VesperScript::isBuiltinWalk(const ParsedScriptLine& line) const {
+bool Interpreter::isBuiltinWalk(const ParsedScriptLine& line) const {
     const ParsedFor& header = *line.forHeader;
     if (header.builtin == BuiltinId::None) return false;
-    const Variable* function = scopes_.find(line.analysis[header.iterator.first].name);
+    const Variable* function = scopes.find(line.analysis[header.iterator.first].name);
     return function && function->isFunction() && function->function().builtinId == header.builtin;
 }
 
-bool VesperScript::bindNext(const ParsedFor& header, CallScope scope, SequenceWalk& walk) {
+bool Interpreter::bindNext(const ParsedFor& header, CallScope scope, SequenceWalk& walk) {
     Variable key;
     Variable element;
     if (!walk.next(key, element)) return false;
@@ -121,39 +120,39 @@ bool VesperScript::bindNext(const ParsedFor& header, CallScope scope, SequenceWa
     return true;
 }
 
-void VesperScript::bindPair(const ParsedFor& header, CallScope scope, Variable key, Variable value) {
+void Interpreter::bindPair(const ParsedFor& header, CallScope scope, Variable key, Variable value) {
     if (header.names.size() == 1) {
-        scopes_.callEntry(scope, 0) = Variable::array({std::move(key), std::move(value)});
+        scopes.callEntry(scope, 0) = Variable::array({std::move(key), std::move(value)});
         return;
     }
-    scopes_.callEntry(scope, 0) = std::move(key);
-    scopes_.callEntry(scope, 1) = std::move(value);
-    for (std::size_t i = 2; i < header.names.size(); ++i) scopes_.callEntry(scope, i) = Variable();
+    scopes.callEntry(scope, 0) = std::move(key);
+    scopes.callEntry(scope, 1) = std::move(value);
+    for (std::size_t i = 2; i < header.names.size(); ++i) scopes.callEntry(scope, i) = Variable();
 }
 
-void VesperScript::bindElement(const ParsedFor& header, CallScope scope, Variable element) {
+void Interpreter::bindElement(const ParsedFor& header, CallScope scope, Variable element) {
     if (header.names.size() == 1 || !element.isArray()) {
-        scopes_.callEntry(scope, 0) = std::move(element);
-        for (std::size_t i = 1; i < header.names.size(); ++i) scopes_.callEntry(scope, i) = Variable();
+        scopes.callEntry(scope, 0) = std::move(element);
+        for (std::size_t i = 1; i < header.names.size(); ++i) scopes.callEntry(scope, i) = Variable();
         return;
     }
     const std::vector<Variable>& items = element.items();
     for (std::size_t i = 0; i < header.names.size(); ++i)
-        scopes_.callEntry(scope, i) = i < items.size() ? items[i] : Variable();
+        scopes.callEntry(scope, i) = i < items.size() ? items[i] : Variable();
 }
 
-Variable VesperScript::makeDeclaredCallable(const ParsedScriptLine& line) const {
+Variable Interpreter::makeDeclaredCallable(const ParsedScriptLine& line) const {
     Variable function = Variable::function(new ScriptCallable);
     ScriptCallable& callable = function.function();
     callable.isDecay = line.kind == ParsedLineKind::DecayFunction;
     callable.isVariadic = line.functionHeader->isVariadic;
     callable.parameters = line.functionHeader->parameters;
-    callable.nativeScopeIndex = scopes_.nativeLevel();
+    callable.nativeScopeIndex = scopes.nativeLevel();
     return function;
 }
 
-void VesperScript::fillDeclaredBody(ScriptCallable& callable, const ScriptCallable& owner,
-                                    const std::vector<ParsedScriptLine>& lines, std::uint32_t line) {
+void Interpreter::fillDeclaredBody(ScriptCallable& callable, const ScriptCallable& owner,
+                                   const std::vector<ParsedScriptLine>& lines, std::uint32_t line) {
     callable.source = owner.source;
     if (!owner.program) {
         const std::span body = std::span(lines).subspan(line + 1, lines[line].endIndex - line - 1);
@@ -169,7 +168,7 @@ void VesperScript::fillDeclaredBody(ScriptCallable& callable, const ScriptCallab
     if (!callable.program) throw std::runtime_error("Bytecode function-declaration index out of range");
 }
 
-void VesperScript::bindFunction(const ParsedScriptLine& line, const Variable& function) {
+void Interpreter::bindFunction(const ParsedScriptLine& line, const Variable& function) {
     const ParsedFunctionHeader& header = *line.functionHeader;
     const TokenAnalysis& name = line.analysis[header.nameToken];
     ScopeTarget target = ScopeTarget::Default;

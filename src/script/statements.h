@@ -1,9 +1,9 @@
 #pragma once
 
+#include "script/interpreter.h"
 #include "script/operators.h"
 #include "script/parsed_header.h"
 #include "script/table_object.h"
-#include "script/vesper_script.h"
 
 // Loop walks that the direct and the bytecode executor share. They are templates over the loop's body so
 // that neither pays for a call through a pointer.
@@ -26,20 +26,20 @@ private:
 };
 
 template <typename Body>
-void VesperScript::runNumericFor(const ParsedScriptLine& line, Body&& body) {
+void Interpreter::runNumericFor(const ParsedScriptLine& line, Body&& body) {
     NumericLoop loop = openNumericLoop(line);
     if (shouldAbortForSoftRaisedError()) return;
-    const LoopScope scope(scopes_, line.forHeader->names);
+    const LoopScope scope(scopes, line.forHeader->names);
     while (loop.next()) {
-        scopes_.callEntry(scope.scope(), 0) = Variable::integer(loop.value);
+        scopes.callEntry(scope.scope(), 0) = Variable::integer(loop.value);
         if (!body()) return;
     }
 }
 
 template <typename Body>
-void VesperScript::walkGenericFor(const ParsedScriptLine& line, Body&& body) {
+void Interpreter::walkGenericFor(const ParsedScriptLine& line, Body&& body) {
     throwHeaderFault(line, line.forHeader->fault);
-    const LoopScope scope(scopes_, line.forHeader->names);
+    const LoopScope scope(scopes, line.forHeader->names);
     SequenceWalk walk = openSequenceWalk(line);
     if (shouldAbortForSoftRaisedError()) return;
     while (bindNext(*line.forHeader, scope.scope(), walk))

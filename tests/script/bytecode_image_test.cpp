@@ -57,7 +57,7 @@ std::string readingFailure(const Bytes& bytes) {
 void runQuietly(const Bytes& bytes) {
     CaptureHost host;
     VesperScript script(host);
-    script.setNativeStackBudget(std::size_t{1} << 20);
+    script.nativeStack().setBudget(std::size_t{1} << 20);
     script.setStepLimit(5000);
     try {
         script.runBytecode(VesperScript::deserialiseBytecode(bytes, "damaged"));

@@ -157,8 +157,7 @@ public:
     HostFunctions() : runtime_(host_) {
         registerFunctions(runtime_);
         runAsGame(runtime_, "");
-        for (const auto& [id, value] : runtime_.engine.scopes().definedGlobals())
-            addGlobal(nameText(id), *value);
+        for (const auto& [name, value] : runtime_.engine.globals()) addGlobal(name, value);
         while (!livePlushImages.empty()) killPlushImage(*livePlushImages.begin());
     }
     const Names& names() const { return names_; }

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "host/console_host.h"
+#include "script/interpreter.h"
 #include "script/vesper_script.h"
 #include "support/capture_host.h"
 #include "support/temporary_folder.h"
@@ -20,11 +21,11 @@ protected:
         script_.runScript(
             "a = [1, 2.5, 'x', true, not]\nt = {k = {v = 1}}\nfunction f(p)\n    nest 'here'\n    end\n    "
             "return p\nend\n");
-        return exportState(script_);
+        return exportState(script_.interpreter());
     }
     std::string failure(const Bytes& bytes) {
         try {
-            importState(script_, bytes, "name");
+            importState(script_.interpreter(), bytes, "name");
         } catch (const std::runtime_error& error) {
             return error.what();
         }
@@ -52,11 +53,11 @@ protected:
 
 TEST_F(StateFile, ExportsTheSameBytesUntilSomethingChanges) {
     const Bytes first = sample();
-    EXPECT_EQ(exportState(script_), first);
+    EXPECT_EQ(exportState(script_.interpreter()), first);
     CaptureHost host;
     VesperScript other(host);
-    importState(other, first, "name");
-    EXPECT_EQ(exportState(other), first);
+    importState(other.interpreter(), first, "name");
+    EXPECT_EQ(exportState(other.interpreter()), first);
 }
 
 TEST_F(StateFile, EveryTruncationIsToldAsOne) {

@@ -76,11 +76,11 @@ private:
         return std::find(names.begin(), names.end(), name) != names.end();
     }
     void collect() {
-        for (const auto& [name, value] : runtime_.engine.scopes().definedGlobals()) {
-            if (value->isFunction()) functions_.push_back(*value);
-            if (!value->isTable()) continue;
-            for (const Ref<StringObject>& key : value->table().sortedKeys()->keys)
-                if (const Variable* member = value->table().find(*key); member->isFunction())
+        for (const auto& [name, value] : runtime_.engine.globals()) {
+            if (value.isFunction()) functions_.push_back(value);
+            if (!value.isTable()) continue;
+            for (const Ref<StringObject>& key : value.table().sortedKeys()->keys)
+                if (const Variable* member = value.table().find(*key); member->isFunction())
                     functions_.push_back(*member);
         }
         std::erase_if(functions_,

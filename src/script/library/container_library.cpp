@@ -1,10 +1,10 @@
 #include <algorithm>
 
+#include "script/interpreter.h"
 #include "script/library/library.h"
 #include "script/numbers.h"
 #include "script/operators.h"
 #include "script/table_object.h"
-#include "script/vesper_script.h"
 
 namespace kelmora {
 namespace {
@@ -13,7 +13,7 @@ bool isContainer(const Variable& value) {
     return value.isArray() || value.isTable();
 }
 
-Variable pop(VesperScript&, Arguments arguments) {
+Variable pop(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1, "pop(array) requires exactly 1 argument");
     require(arguments[0].isArray(), "pop(array): argument must be an array");
     std::vector<Variable>& items = arguments[0].items();
@@ -23,7 +23,7 @@ Variable pop(VesperScript&, Arguments arguments) {
     return last;
 }
 
-Variable clear(VesperScript&, Arguments arguments) {
+Variable clear(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1, "clear(container) requires exactly 1 argument");
     require(isContainer(arguments[0]), "clear(container): container must be an array or table");
     if (arguments[0].isTable()) {
@@ -43,14 +43,14 @@ Variable eraseItem(std::vector<Variable>& items, const Variable& index) {
     return Variable::boolean(true);
 }
 
-Variable erase(VesperScript&, Arguments arguments) {
+Variable erase(Interpreter&, Arguments arguments) {
     require(arguments.size() == 2, "erase(container, keyOrIndex) requires exactly 2 arguments");
     require(isContainer(arguments[0]), "erase(container, keyOrIndex): container must be an array or table");
     if (arguments[0].isArray()) return eraseItem(arguments[0].items(), arguments[1]);
     return Variable::boolean(arguments[0].table().erase(TableKey(keyToString(arguments[1]))));
 }
 
-Variable contains(VesperScript&, Arguments arguments) {
+Variable contains(Interpreter&, Arguments arguments) {
     require(arguments.size() == 2, "contains(container, valueOrKey) requires exactly 2 arguments");
     require(isContainer(arguments[0]),
             "contains(container, valueOrKey): container must be an array or table");
@@ -62,12 +62,12 @@ Variable contains(VesperScript&, Arguments arguments) {
                                          [&](const Variable& item) { return variablesEqual(item, wanted); }));
 }
 
-Variable keys(VesperScript&, Arguments arguments) {
+Variable keys(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1 && arguments[0].isTable(), "keys(table) requires exactly 1 table argument");
     return Variable::array(arguments[0].table().sortedKeys()->keyValues);
 }
 
-Variable values(VesperScript&, Arguments arguments) {
+Variable values(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1, "values(container) requires exactly 1 argument");
     require(isContainer(arguments[0]), "values(container): container must be an array or table");
     if (arguments[0].isArray()) return Variable::array(arguments[0].items());
@@ -90,7 +90,7 @@ Variable numberedPairs(const std::vector<Variable>& items) {
     return Variable::array(std::move(list));
 }
 
-Variable pairs(VesperScript&, Arguments arguments) {
+Variable pairs(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1, "pairs(container) requires exactly 1 argument");
     require(isContainer(arguments[0]), "pairs(container) expects an array or table");
     if (arguments[0].isArray()) return numberedPairs(arguments[0].items());
@@ -102,7 +102,7 @@ Variable pairs(VesperScript&, Arguments arguments) {
     return Variable::array(std::move(list));
 }
 
-Variable ipairs(VesperScript&, Arguments arguments) {
+Variable ipairs(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1, "ipairs(container) requires exactly 1 argument");
     require(isContainer(arguments[0]), "ipairs(container) expects an array or table");
     return numberedPairs(arguments[0].isArray() ? arguments[0].items() : arguments[0].table().denseValues());
@@ -116,7 +116,7 @@ Variable nextItem(const std::vector<Variable>& items, const Variable* key) {
     return Variable::makeMulti({Variable::integer(static_cast<std::int32_t>(index + 1)), items[at]});
 }
 
-Variable next(VesperScript&, Arguments arguments) {
+Variable next(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1 || arguments.size() == 2,
             "next(container[, key]) requires 1 or 2 arguments");
     require(isContainer(arguments[0]), "next(container[, key]) expects an array or table");
@@ -129,7 +129,7 @@ Variable next(VesperScript&, Arguments arguments) {
     return Variable::makeMulti({sorted->keyValues[at], *table.findListed(*sorted, at)});
 }
 
-Variable select(VesperScript&, Arguments arguments) {
+Variable select(Interpreter&, Arguments arguments) {
     require(arguments.size() >= 2, "select(index, values...) requires at least 2 arguments");
     require(arguments[0].isInt(), "select(index, values...) requires an integer index");
     require(arguments[0].intValue() >= 1, "select index must be >= 1");
@@ -146,24 +146,24 @@ Variable select(VesperScript&, Arguments arguments) {
     return packResults(std::move(all));
 }
 
-Variable array(VesperScript&, Arguments arguments) {
+Variable array(Interpreter&, Arguments arguments) {
     require(arguments.empty(), "array() takes no arguments");
     return Variable::makeArray();
 }
 
-Variable len(VesperScript&, Arguments arguments) {
+Variable len(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1, "len(x) requires exactly 1 argument");
     return Variable::integer(arrayLength(arguments[0]));
 }
 
-Variable push(VesperScript&, Arguments arguments) {
+Variable push(Interpreter&, Arguments arguments) {
     require(arguments.size() == 2, "push(array, value) requires exactly 2 arguments");
     require(arguments[0].isArray(), "push(array, value): first argument must be an array");
     arguments[0].items().push_back(arguments[1]);
     return {};
 }
 
-Variable reserve(VesperScript&, Arguments arguments) {
+Variable reserve(Interpreter&, Arguments arguments) {
     require(arguments.size() == 2, "reserve(array, capacity) requires exactly 2 arguments");
     require(arguments[0].isArray() && arguments[1].isInt(), "reserve(array, capacity) expects (array, int)");
     require(arguments[1].intValue() >= 0, "reserve(array, capacity): capacity must be >= 0");
@@ -173,7 +173,7 @@ Variable reserve(VesperScript&, Arguments arguments) {
     return {};
 }
 
-Variable get(VesperScript& script, Arguments arguments) {
+Variable get(Interpreter& script, Arguments arguments) {
     require(arguments.size() == 2 || arguments.size() == 3,
             "get(container, keyOrIndex[, defaultValue]) requires 2 or 3 arguments");
     Variable value = script.getIndexedValue(arguments[0], arguments[1]);
@@ -181,12 +181,12 @@ Variable get(VesperScript& script, Arguments arguments) {
 }
 
 // The container comes back, since a string is changed in a copy and an array may have become a table.
-Variable set(VesperScript&, Arguments arguments) {
+Variable set(Interpreter&, Arguments arguments) {
     require(arguments.size() == 3, "set(container, keyOrIndex, value) requires exactly 3 arguments");
     require(isContainer(arguments[0]) || arguments[0].isString(),
             "set(container, keyOrIndex, value): container must be an array, table, or string");
     Variable container = arguments[0];
-    VesperScript::setIndexedValue(container, arguments[1], arguments[2], true);
+    Interpreter::setIndexedValue(container, arguments[1], arguments[2], true);
     return container;
 }
 

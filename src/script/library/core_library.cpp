@@ -2,10 +2,10 @@
 #include <cstdlib>
 
 #include "base/whole_file.h"
+#include "script/interpreter.h"
 #include "script/library/library.h"
 #include "script/numbers.h"
 #include "script/operators.h"
-#include "script/vesper_script.h"
 
 namespace kelmora {
 namespace {
@@ -22,23 +22,23 @@ void appendPrinted(std::string& text, const Variable& value) {
     }
 }
 
-Variable print(VesperScript& script, Arguments arguments) {
+Variable print(Interpreter& script, Arguments arguments) {
     std::string text;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         if (i > 0) text += '\t';
         appendPrinted(text, arguments[i]);
     }
     text += '\n';
-    script.host().print(text);
+    script.host.print(text);
     return {};
 }
 
-Variable getTimeMs(VesperScript& script, Arguments arguments) {
+Variable getTimeMs(Interpreter& script, Arguments arguments) {
     require(arguments.empty(), "getTimeMs function takes no arguments");
     return Variable::integer(script.elapsedMilliseconds());
 }
 
-Variable toStringFunction(VesperScript&, Arguments arguments) {
+Variable toStringFunction(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1, "toString function requires exactly 1 argument");
     return arguments[0].isString() ? arguments[0] : Variable::text(arguments[0].toString());
 }
@@ -59,7 +59,7 @@ Variable numberInBase(const std::string& text, std::int32_t base) {
     return Variable::integer(value);
 }
 
-Variable toNumber(VesperScript&, Arguments arguments) {
+Variable toNumber(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1 || arguments.size() == 2, "toNumber(x[, base]) requires 1 or 2 arguments");
     const Variable& value = arguments[0];
     if (value.isInt() || value.isFloat()) return value;
@@ -74,7 +74,7 @@ Variable toNumber(VesperScript&, Arguments arguments) {
     return {};
 }
 
-Variable typeOf(VesperScript&, Arguments arguments) {
+Variable typeOf(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1, "typeOf(x) requires exactly 1 argument");
     switch (arguments[0].type()) {
         case VarType::Not:
@@ -99,27 +99,27 @@ Variable typeOf(VesperScript&, Arguments arguments) {
     return Variable::text("unknown");
 }
 
-Variable assertFunction(VesperScript&, Arguments arguments) {
+Variable assertFunction(Interpreter&, Arguments arguments) {
     require(!arguments.empty(), "assert requires at least 1 argument");
     if (isTruthy(arguments[0])) return arguments[0];
     throw std::runtime_error(arguments.size() > 1 ? arguments[1].toString() : "assertion failed");
 }
 
-Variable errorFunction(VesperScript& script, Arguments arguments) {
+Variable errorFunction(Interpreter& script, Arguments arguments) {
     script.raiseScriptErrorSoft(arguments.empty() ? "error" : arguments[0].toString());
     return {};
 }
 
-Variable pcall(VesperScript& script, Arguments arguments) {
+Variable pcall(Interpreter& script, Arguments arguments) {
     return script.pcallFunction(arguments);
 }
 
-Variable load(VesperScript& script, Arguments arguments) {
+Variable load(Interpreter& script, Arguments arguments) {
     require(arguments.size() == 1 && arguments[0].isString(), "load(scriptText) requires a script string");
     return script.loadChunk(arguments[0].text(), "");
 }
 
-Variable loadFile(VesperScript& script, Arguments arguments) {
+Variable loadFile(Interpreter& script, Arguments arguments) {
     require(arguments.size() == 1 && arguments[0].isString(), "loadFile(path) requires a script path string");
     const std::string path = script.resolvePath(arguments[0].text());
     const auto source = readWholeFile(path);
@@ -127,14 +127,14 @@ Variable loadFile(VesperScript& script, Arguments arguments) {
     return script.loadChunk(*source, path);
 }
 
-Variable runFile(VesperScript& script, Arguments arguments) {
+Variable runFile(Interpreter& script, Arguments arguments) {
     require(arguments.size() == 1 && arguments[0].isString(), "Expected a script path string");
     const Variable chunk = loadFile(script, arguments);
     require(chunk.isFunction(), "Failed to load script file");
     return script.invokeCallable(chunk, {});
 }
 
-Variable jumpTo(VesperScript& script, Arguments arguments) {
+Variable jumpTo(Interpreter& script, Arguments arguments) {
     require(arguments.size() == 1 && arguments[0].isString(),
             "jumpTo(label) expects exactly one string argument");
     require(!arguments[0].text().empty(), "jumpTo(label) expects a non-empty label");
@@ -143,13 +143,13 @@ Variable jumpTo(VesperScript& script, Arguments arguments) {
 }
 
 // Key lists belong to their tables and go with them, so there is nothing left over to drop.
-Variable collectGarbage(VesperScript&, Arguments) {
+Variable collectGarbage(Interpreter&, Arguments) {
     return {};
 }
 
-Variable kill(VesperScript& script, Arguments arguments) {
+Variable kill(Interpreter& script, Arguments arguments) {
     require(arguments.empty(), "kill() takes no arguments");
-    script.coroutines().kill();
+    script.coroutines.kill();
     return {};
 }
 

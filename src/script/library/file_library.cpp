@@ -3,9 +3,9 @@
 #include <memory>
 
 #include "base/file_stream.h"
+#include "script/interpreter.h"
 #include "script/library/library.h"
 #include "script/table_object.h"
-#include "script/vesper_script.h"
 
 namespace kelmora {
 namespace {
@@ -41,7 +41,7 @@ Variable fileClose(const StreamHandle& stream, Arguments) {
 // Members are called as f["read"](f, ...) and as f["read"](...): a table in front is the handle itself.
 template <typename Member>
 Variable makeMember(const StreamHandle& stream, const char* name, Member member) {
-    return VesperScript::createNativeCallable(
+    return makeNativeCallable(
         [stream, member](const std::vector<Variable>& arguments) {
             Arguments rest(arguments);
             if (!rest.empty() && rest[0].isTable()) rest = rest.subspan(1);
@@ -60,7 +60,7 @@ Variable makeFileHandle(const StreamHandle& stream) {
     return handle;
 }
 
-Variable openFileFunction(VesperScript& script, Arguments arguments, bool isProcess) {
+Variable openFileFunction(Interpreter& script, Arguments arguments, bool isProcess) {
     const bool usable = !arguments.empty() && arguments.size() <= 2 && arguments[0].isString();
     require(usable, isProcess ? "io['popen'](path[, mode]) requires a path string"
                               : "io['open'](path[, mode]) requires a path string");
@@ -68,35 +68,35 @@ Variable openFileFunction(VesperScript& script, Arguments arguments, bool isProc
     if (isProcess) {
         const bool writes =
             arguments.size() > 1 && arguments[1].isString() && arguments[1].text().starts_with("w");
-        stream = script.host().openProcess(arguments[0].text(), writes ? "w" : "r");
+        stream = script.host.openProcess(arguments[0].text(), writes ? "w" : "r");
     } else {
         const std::string wanted =
             arguments.size() > 1 && arguments[1].isString() ? arguments[1].text() : "r";
-        stream = script.host().openFile(script.resolvePath(arguments[0].text()), streamMode(wanted));
+        stream = script.host.openFile(script.resolvePath(arguments[0].text()), streamMode(wanted));
     }
     if (!stream) return {};
-    return makeFileHandle(std::make_shared<FileStream>(stream, isProcess ? &script.host() : nullptr));
+    return makeFileHandle(std::make_shared<FileStream>(stream, isProcess ? &script.host : nullptr));
 }
 
-Variable openFile(VesperScript& script, Arguments arguments) {
+Variable openFile(Interpreter& script, Arguments arguments) {
     return openFileFunction(script, arguments, false);
 }
-Variable openProcess(VesperScript& script, Arguments arguments) {
+Variable openProcess(Interpreter& script, Arguments arguments) {
     return openFileFunction(script, arguments, true);
 }
 
-Variable clockFunction(VesperScript&, Arguments arguments) {
+Variable clockFunction(Interpreter&, Arguments arguments) {
     require(arguments.empty(), "os['clock']() takes no arguments");
     return Variable::number(static_cast<float>(static_cast<double>(std::clock()) / CLOCKS_PER_SEC));
 }
 
-Variable timeFunction(VesperScript&, Arguments arguments) {
+Variable timeFunction(Interpreter&, Arguments arguments) {
     require(arguments.empty(), "os['time']() takes no arguments");
     return Variable::integer(static_cast<std::int32_t>(std::time(nullptr)));
 }
 
 // True when the file was there and went, else nil.
-Variable removeFile(VesperScript& script, Arguments arguments) {
+Variable removeFile(Interpreter& script, Arguments arguments) {
     require(arguments.size() == 1 && arguments[0].isString(), "os['remove'](path) requires a path string");
     const std::string path = script.resolvePath(arguments[0].text());
     return std::remove(path.c_str()) == 0 ? Variable::boolean(true) : Variable();

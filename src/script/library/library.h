@@ -27,6 +27,9 @@ std::span<const LibraryEntry> utf8Library();
 std::span<const LibraryEntry> ioLibrary();
 std::span<const LibraryEntry> osLibrary();
 
+// Fills the globals of a new interpreter.
+void registerLibrary(Interpreter& script);
+
 using Arguments = std::span<const Variable>;
 
 // No value is nil, one is itself, several are a multi value.
@@ -37,8 +40,8 @@ inline void require(bool condition, const char* message) {
 }
 
 // string.gsub, which is a global function too.
-Variable gsubFunction(VesperScript& script, Arguments arguments);
+Variable gsubFunction(Interpreter& script, Arguments arguments);
 // random and math.random.
-Variable randomFunction(VesperScript& script, Arguments arguments);
+Variable randomFunction(Interpreter& script, Arguments arguments);
 
 }  // namespace kelmora

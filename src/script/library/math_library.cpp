@@ -2,9 +2,9 @@
 #include <limits>
 
 #include "base/trigonometry.h"
+#include "script/interpreter.h"
 #include "script/library/library.h"
 #include "script/numbers.h"
-#include "script/vesper_script.h"
 
 namespace kelmora {
 namespace {
@@ -19,17 +19,17 @@ Variable narrowed(double value) {
     return Variable::number(static_cast<float>(value));
 }
 
-Variable floor(VesperScript&, Arguments arguments) {
+Variable floor(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1, "math['floor'](x) requires exactly 1 argument");
     return wholeOrFloat(std::floor(toDouble(arguments[0])));
 }
 
-Variable ceil(VesperScript&, Arguments arguments) {
+Variable ceil(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1, "math['ceil'](x) requires exactly 1 argument");
     return wholeOrFloat(std::ceil(toDouble(arguments[0])));
 }
 
-Variable abs(VesperScript&, Arguments arguments) {
+Variable abs(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1, "math['abs'](x) requires exactly 1 argument");
     if (arguments[0].isFloat()) return Variable::number(std::fabs(arguments[0].floatValue()));
     const std::int32_t value = toInt(arguments[0]);
@@ -51,46 +51,46 @@ Variable extreme(Arguments arguments, Beats beats) {
     return *best;
 }
 
-Variable min(VesperScript&, Arguments arguments) {
+Variable min(Interpreter&, Arguments arguments) {
     require(!arguments.empty(), "math['min'](x, ...) requires at least 1 argument");
     return extreme(arguments, [](double a, double b) { return a < b; });
 }
 
-Variable max(VesperScript&, Arguments arguments) {
+Variable max(Interpreter&, Arguments arguments) {
     require(!arguments.empty(), "math['max'](x, ...) requires at least 1 argument");
     return extreme(arguments, [](double a, double b) { return a > b; });
 }
 
-Variable sin(VesperScript&, Arguments arguments) {
+Variable sin(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1, "math['sin'](x) requires exactly 1 argument");
     return narrowed(sineOf(toDouble(arguments[0])));
 }
 
-Variable cos(VesperScript&, Arguments arguments) {
+Variable cos(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1, "math['cos'](x) requires exactly 1 argument");
     return narrowed(cosineOf(toDouble(arguments[0])));
 }
 
-Variable rad(VesperScript&, Arguments arguments) {
+Variable rad(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1, "math['rad'](x) requires exactly 1 argument");
     return narrowed(toDouble(arguments[0]) * 3.14159265358979323846 / 180.0);
 }
 
-Variable log(VesperScript&, Arguments arguments) {
+Variable log(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1 || arguments.size() == 2,
             "math['log'](x[, base]) requires 1 or 2 arguments");
     const double value = std::log(toDouble(arguments[0]));
     return narrowed(arguments.size() == 1 ? value : value / std::log(toDouble(arguments[1])));
 }
 
-Variable sqrt(VesperScript&, Arguments arguments) {
+Variable sqrt(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1, "math['sqrt'](x) requires exactly 1 argument");
     return narrowed(std::sqrt(toDouble(arguments[0])));
 }
 
-Variable randomSeed(VesperScript& script, Arguments arguments) {
+Variable randomSeed(Interpreter& script, Arguments arguments) {
     require(arguments.size() == 1, "math['randomseed'](x) requires exactly 1 argument");
-    script.generator().seed(static_cast<std::uint32_t>(toInt(arguments[0])));
+    script.generator.seed(static_cast<std::uint32_t>(toInt(arguments[0])));
     return {};
 }
 
@@ -117,22 +117,21 @@ std::int32_t drawBetween(std::mt19937& generator, std::int32_t lowest, std::int3
 
 }  // namespace
 
-Variable randomFunction(VesperScript& script, Arguments arguments) {
+Variable randomFunction(Interpreter& script, Arguments arguments) {
     require(arguments.size() <= 2, "random function takes 0, 1, or 2 arguments");
     if (arguments.empty()) {
         constexpr float step = 1.0f / 16777216.0f;  // a float holds 24 bits exactly
-        return Variable::number(static_cast<float>(script.generator()() >> 8) * step);
+        return Variable::number(static_cast<float>(script.generator() >> 8) * step);
     }
     if (arguments.size() == 1) {
         require(arguments[0].isInt(), "random function with one argument requires an integer");
         require(arguments[0].intValue() > 0, "random function requires a positive maximum value");
-        return Variable::integer(drawBetween(script.generator(), 1, arguments[0].intValue()));
+        return Variable::integer(drawBetween(script.generator, 1, arguments[0].intValue()));
     }
     require(arguments[0].isInt() && arguments[1].isInt(),
             "random function with two arguments requires integers");
     require(arguments[0].intValue() <= arguments[1].intValue(), "random function requires min <= max");
-    return Variable::integer(
-        drawBetween(script.generator(), arguments[0].intValue(), arguments[1].intValue()));
+    return Variable::integer(drawBetween(script.generator, arguments[0].intValue(), arguments[1].intValue()));
 }
 
 std::span<const LibraryEntry> mathLibrary() {

@@ -1,23 +1,23 @@
 #include "base/whole_file.h"
+#include "script/interpreter.h"
 #include "script/library/library.h"
 #include "script/state_file.h"
-#include "script/vesper_script.h"
 
 namespace kelmora {
 namespace {
 
-Variable exportStateFunction(VesperScript& script, Arguments arguments) {
+Variable exportStateFunction(Interpreter& script, Arguments arguments) {
     require(arguments.size() <= 1, "exportState([path]) expects zero or one argument");
     require(arguments.empty() || arguments[0].isString(), "exportState(path) expects a path string");
     const std::vector<unsigned char> bytes = exportState(script);
     if (arguments.empty()) return Variable::raw({bytes.begin(), bytes.end()});
     const std::string path = script.resolvePath(arguments[0].text());
-    if (!script.host().replaceFile(path, bytes))
+    if (!script.host.replaceFile(path, bytes))
         throw std::runtime_error("Failed to open state file for writing: " + path);
     return Variable::integer(static_cast<std::int32_t>(bytes.size()));
 }
 
-Variable importStateFunction(VesperScript& script, Arguments arguments) {
+Variable importStateFunction(Interpreter& script, Arguments arguments) {
     require(arguments.size() == 1, "importState(rawOrPath) expects exactly one argument");
     const Variable& source = arguments[0];
     require(source.isRaw() || source.isString(), "importState(rawOrPath) expects raw bytes or a path string");

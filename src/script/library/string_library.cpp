@@ -17,25 +17,25 @@ bool isNumber(const Variable& value) {
     return value.isInt() || value.isFloat();
 }
 
-Variable length(VesperScript&, Arguments arguments) {
+Variable length(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1, "string['len'](s) requires exactly 1 argument");
     require(arguments[0].isString(), "string['len'](s) expects a string");
     return Variable::integer(static_cast<std::int32_t>(arguments[0].text().size()));
 }
 
-Variable upper(VesperScript&, Arguments arguments) {
+Variable upper(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1 && arguments[0].isString(),
             "string['upper'](s) requires exactly 1 string argument");
     return Variable::text(upperCase(arguments[0].text()));
 }
 
-Variable lower(VesperScript&, Arguments arguments) {
+Variable lower(Interpreter&, Arguments arguments) {
     require(arguments.size() == 1 && arguments[0].isString(),
             "string['lower'](s) requires exactly 1 string argument");
     return Variable::text(lowerCase(arguments[0].text()));
 }
 
-Variable sub(VesperScript&, Arguments arguments) {
+Variable sub(Interpreter&, Arguments arguments) {
     require((arguments.size() == 2 || arguments.size() == 3) && arguments[0].isString() &&
                 isNumber(arguments[1]) && (arguments.size() == 2 || isNumber(arguments[2])),
             "string['sub'](s, i[, j]) requires a string and 1-2 numeric indices");
@@ -46,7 +46,7 @@ Variable sub(VesperScript&, Arguments arguments) {
     return Variable::text(text.substr(range.first, range.last - range.first));
 }
 
-Variable byte(VesperScript&, Arguments arguments) {
+Variable byte(Interpreter&, Arguments arguments) {
     require(!arguments.empty() && arguments.size() <= 3 && arguments[0].isString(),
             "string['byte'](s[, i[, j]]) requires a string");
     const std::string& text = arguments[0].text();
@@ -58,13 +58,13 @@ Variable byte(VesperScript&, Arguments arguments) {
     return packResults(std::move(bytes));
 }
 
-Variable charFunction(VesperScript&, Arguments arguments) {
+Variable charFunction(Interpreter&, Arguments arguments) {
     std::string text;
     for (const Variable& code : arguments) text += static_cast<char>(toInt(code));
     return Variable::text(std::move(text));
 }
 
-Variable rep(VesperScript&, Arguments arguments) {
+Variable rep(Interpreter&, Arguments arguments) {
     require((arguments.size() == 2 || arguments.size() == 3) && arguments[0].isString() &&
                 isNumber(arguments[1]) && (arguments.size() == 2 || arguments[2].isString()),
             "string['rep'](s, n[, sep]) requires a string, count, and optional separator");
@@ -116,7 +116,7 @@ Variable positions(std::size_t first, std::size_t last, std::vector<Variable> re
     return Variable::makeMulti(std::move(values));
 }
 
-Variable find(VesperScript&, Arguments arguments) {
+Variable find(Interpreter&, Arguments arguments) {
     require(
         arguments.size() >= 2 && arguments.size() <= 4 && arguments[0].isString() && arguments[1].isString(),
         "string['find'](s, pattern[, init[, plain]]) requires a string and a pattern");
@@ -135,7 +135,7 @@ Variable find(VesperScript&, Arguments arguments) {
     return positions(captures[0].begin, captures[0].end, std::move(rest));
 }
 
-Variable match(VesperScript&, Arguments arguments) {
+Variable match(Interpreter&, Arguments arguments) {
     require((arguments.size() == 2 || arguments.size() == 3) && arguments[0].isString() &&
                 arguments[1].isString(),
             "string['match'](s, pattern[, init]) requires a string and a pattern");
@@ -146,7 +146,7 @@ Variable match(VesperScript&, Arguments arguments) {
     return packResults(matchValues(arguments[0].text(), captures));
 }
 
-Variable gmatch(VesperScript&, Arguments arguments) {
+Variable gmatch(Interpreter&, Arguments arguments) {
     require(arguments.size() == 2 && arguments[0].isString() && arguments[1].isString(),
             "string['gmatch'](s, pattern) requires a string and a pattern");
     const std::string& subject = arguments[0].text();
@@ -172,7 +172,7 @@ Variable asReplacementTable(const Variable& replacement) {
     return table;
 }
 
-Variable formatFunction(VesperScript&, Arguments arguments) {
+Variable formatFunction(Interpreter&, Arguments arguments) {
     require(!arguments.empty() && arguments[0].isString(),
             "string['format'](format, ...) requires a format string");
     return Variable::text(formatValues(arguments));
@@ -186,7 +186,7 @@ constexpr LibraryEntry entries[] = {
 
 }  // namespace
 
-Variable gsubFunction(VesperScript&, Arguments arguments) {
+Variable gsubFunction(Interpreter&, Arguments arguments) {
     require(arguments.size() == 3, "gsub(string, pattern, replacement) requires exactly 3 arguments");
     require(arguments[0].isString(), "gsub(string, pattern, replacement): first argument must be a string");
     require(arguments[1].isString(),

@@ -1,10 +1,10 @@
 #include <algorithm>
 
+#include "script/interpreter.h"
 #include "script/library/library.h"
 #include "script/numbers.h"
 #include "script/operators.h"
 #include "script/table_object.h"
-#include "script/vesper_script.h"
 
 namespace kelmora {
 namespace {
@@ -40,7 +40,7 @@ void removeLast(const Variable& container) {
     }
 }
 
-Variable insert(VesperScript&, Arguments arguments) {
+Variable insert(Interpreter&, Arguments arguments) {
     require((arguments.size() == 2 || arguments.size() == 3) && isContainer(arguments[0]), insertUsage);
     const Variable& container = arguments[0];
     const std::size_t length = sequence(container).size();
@@ -55,7 +55,7 @@ Variable insert(VesperScript&, Arguments arguments) {
     return {};
 }
 
-Variable removeFunction(VesperScript&, Arguments arguments) {
+Variable removeFunction(Interpreter&, Arguments arguments) {
     require((arguments.size() == 1 || arguments.size() == 2) && isContainer(arguments[0]), removeUsage);
     std::vector<Variable>& items = sequence(arguments[0]);
     std::int64_t position = static_cast<std::int64_t>(items.size());
@@ -68,7 +68,7 @@ Variable removeFunction(VesperScript&, Arguments arguments) {
     return removed;
 }
 
-Variable concat(VesperScript&, Arguments arguments) {
+Variable concat(Interpreter&, Arguments arguments) {
     require(!arguments.empty() && arguments.size() <= 4 && isContainer(arguments[0]), concatUsage);
     const std::vector<Variable>& items = sequence(arguments[0]);
     const std::string separator =
@@ -93,7 +93,7 @@ Variable concat(VesperScript&, Arguments arguments) {
 // A stable merge sort: unlike the library's it stays in bounds with a comparison that contradicts itself.
 class Sorter {
 public:
-    Sorter(VesperScript& script, const Variable* comparison) : script_(script), comparison_(comparison) {}
+    Sorter(Interpreter& script, const Variable* comparison) : script_(script), comparison_(comparison) {}
 
     std::vector<Variable> run(std::vector<Variable> items) {
         std::vector<Variable> buffer(items.size());
@@ -126,11 +126,11 @@ private:
         }
     }
 
-    VesperScript& script_;
+    Interpreter& script_;
     const Variable* comparison_;
 };
 
-Variable sort(VesperScript& script, Arguments arguments) {
+Variable sort(Interpreter& script, Arguments arguments) {
     require((arguments.size() == 1 || arguments.size() == 2) && isContainer(arguments[0]), sortUsage);
     const bool compares = arguments.size() == 2 && !arguments[1].isNot();
     std::vector<Variable> sorted =

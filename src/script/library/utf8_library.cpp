@@ -6,7 +6,7 @@ namespace kelmora {
 namespace {
 
 // Nil and the bad byte's position for broken text.
-Variable len(VesperScript&, Arguments arguments) {
+Variable len(Interpreter&, Arguments arguments) {
     require(!arguments.empty() && arguments.size() <= 3 && arguments[0].isString(),
             "utf8['len'](s[, i[, j]]) requires a string");
     const std::int32_t first = arguments.size() > 1 ? toInt(arguments[1]) : 1;
@@ -17,7 +17,7 @@ Variable len(VesperScript&, Arguments arguments) {
     return Variable::integer(static_cast<std::int32_t>(count.characters));
 }
 
-Variable offset(VesperScript&, Arguments arguments) {
+Variable offset(Interpreter&, Arguments arguments) {
     require((arguments.size() == 2 || arguments.size() == 3) && arguments[0].isString(),
             "utf8['offset'](s, n[, i]) requires a string and a number");
     const std::int32_t n = toInt(arguments[1]);

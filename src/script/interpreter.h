@@ -1,0 +1,201 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <random>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "base/host_services.h"
+#include "base/native_stack.h"
+#include "script/block_signal.h"
+#include "script/bytecode_program.h"
+#include "script/callable.h"
+#include "script/coroutines.h"
+#include "script/labels.h"
+#include "script/loops.h"
+#include "script/parsed_header.h"
+#include "script/scopes.h"
+#include "script/soft_error.h"
+#include "script/source_context.h"
+#include "script/variable.h"
+
+namespace kelmora {
+
+class ArgumentList;
+class VesperScript;
+
+// What the parser, the two executors, the coroutines and the library share: the state of one world of script
+// and the operations on it. It stands open to all of them; the host sees VesperScript.
+struct Interpreter {
+    Interpreter(VesperScript& face, HostServices& host);
+    Interpreter(const Interpreter&) = delete;
+    Interpreter& operator=(const Interpreter&) = delete;
+
+    // program_runner.cpp
+    // Marks where the native stack begins, unless something runs already.
+    void markStackBase() {
+        if (callDepth == 0 && programDepth == 0) stack.markBase();
+    }
+    Variable runBytecodeProgram(const std::shared_ptr<const BytecodeProgram>& program);
+    BytecodeProgram compileToBytecode(const std::string& source);
+    BytecodeProgram compileToBytecode(const std::string& source, const std::string& sourcePath);
+    // A callable for a whole source. The path may be empty.
+    Variable loadChunk(const std::string& source, const std::string& sourcePath);
+
+    void pushVariable(const std::string& name, const Variable& value) {
+        scopes.setGlobal(internName(name), value);
+    }
+    // Finds a path from the working directory, beside the running source, or in the Resources tree.
+    std::string resolvePath(const std::string& path) const;
+    std::int32_t elapsedMilliseconds() const;
+
+    // calls.cpp
+    Variable invokeCallable(const Variable& callee, std::span<const Variable> arguments);
+    Variable pcallFunction(std::span<const Variable> arguments);
+    void raiseScriptErrorSoft(std::string message) {
+        softError.raise(std::move(message));
+        mayNeedAttention = true;
+    }
+    void requestJump(std::string label) {
+        labels.requestJump(std::move(label));
+        mayNeedAttention = true;
+    }
+    bool shouldAbortForSoftRaisedError() const { return softError.aborts(callDepth); }
+
+    // indexing.cpp
+    Variable getIndexedValue(const Variable& container, const Variable& key);
+    // The element's place, made when it is missing and `create` is set.
+    static Variable* getIndexedValueMutable(Variable& container, const Variable& key, bool create);
+    static void setIndexedValue(Variable& container, const Variable& key, const Variable& value, bool create);
+
+    Variable evaluateExpression(const ParsedScriptLine& line, std::uint32_t& index);
+
+    struct ActiveBytecodeChunk {
+        const BytecodeProgram* program;
+        std::uint32_t chunk;
+    };
+    // What a running call has taken over from its caller.
+    struct CallRecord {
+        const ParsedScriptLine* line;
+        const SourceFile* file;
+        Scopes::CallerView view;
+        CallScope arguments;
+    };
+    // These evaluate the arguments and call. The second makes them where the parameters will stand.
+    [[gnu::always_inline]] inline Variable callNode(const Variable& callee, const FastExprNode& node);
+    Variable callBinding(ScriptCallable& callable, const FastExprNode& node);
+    Variable callLibrary(LibraryFunction body, const FastExprNode& node);
+    Variable callBound(ScriptCallable& callable, const FastExprNode& node);
+    Variable callAny(const Variable& callee, const FastExprNode& node);
+    [[gnu::always_inline]] inline bool evaluateArguments(const FastExprNode& node, ArgumentList& arguments);
+    [[gnu::always_inline]] inline Variable runLibrary(LibraryFunction body,
+                                                      std::span<const Variable> arguments);
+    Variable runBinding(const ScriptCallable& callable, std::span<const Variable> arguments);
+    Variable invokeProgram(ScriptCallable& callable, std::span<const Variable> arguments);
+    [[gnu::always_inline]] inline Variable runProgramBody(const ScriptCallable& callable);
+    [[gnu::always_inline]] inline Variable evaluateGuarded(const PlanBlock& body);
+    Variable invokeBody(ScriptCallable& callable, std::span<const Variable> arguments);
+    Variable finishCall(BlockSignal& signal, Variable normalValue);
+
+    // statements.cpp: what both executors and the coroutines share
+    Variable evaluateRange(const ParsedScriptLine& line, const PreparedExpression& expression,
+                           std::string_view leftover);
+    bool evaluateCondition(const ParsedScriptLine& line, std::string_view statement);
+    Variable executeExpressionStatement(const ParsedScriptLine& line);
+    Variable evaluateReturn(const ParsedScriptLine& line);
+    // Evaluates the clause of a `for`; the step of a numeric one is not 0.
+    NumericLoop openNumericLoop(const ParsedScriptLine& line);
+    SequenceWalk openSequenceWalk(const ParsedScriptLine& line);
+    // Gives the loop's variables the next element; false behind the last.
+    bool bindNext(const ParsedFor& header, CallScope scope, SequenceWalk& walk);
+    void throwHeaderFault(const ParsedScriptLine& line, const HeaderFault& fault);
+    void bindFunction(const ParsedScriptLine& line, const Variable& function);
+    Variable makeDeclaredCallable(const ParsedScriptLine& line) const;
+    // Gives a function that is declared inside another one its body.
+    void fillDeclaredBody(ScriptCallable& callable, const ScriptCallable& owner,
+                          const std::vector<ParsedScriptLine>& lines, std::uint32_t line);
+    // Walks what a generic `for` iterates over. The callback binds nothing itself: the loop variables are
+    // set before each call. It returns false to stop.
+    template <typename Body>
+    void walkGenericFor(const ParsedScriptLine& line, Body&& body);
+    template <typename Body>
+    void runNumericFor(const ParsedScriptLine& line, Body&& body);
+    void bindPair(const ParsedFor& header, CallScope scope, Variable key, Variable value);
+    void bindElement(const ParsedFor& header, CallScope scope, Variable element);
+    bool isBuiltinWalk(const ParsedScriptLine& line) const;
+
+    // assignment.cpp
+    // False when the line is no assignment. The value stored last goes to `result`, if that is wanted.
+    bool executeAssignment(const ParsedScriptLine& line, Variable* result);
+    void assignTarget(const ParsedScriptLine& line, const ParsedAssignment& assignment,
+                      const ParsedAssignmentTarget& target, Variable value, Variable* result);
+    void assignKeyed(const ParsedScriptLine& line, const ParsedAssignment& assignment,
+                     const ParsedAssignmentTarget& target, Variable value, Variable* result);
+    [[noreturn]] void throwVariableNotFound(const ParsedScriptLine& line,
+                                            const ParsedAssignmentTarget& target);
+    void storePlain(const TokenAnalysis& name, ScopeTarget target, Variable value);
+    // The compound form; returns the new value.
+    Variable updateKeyed(const ParsedScriptLine& line, const ParsedAssignment& assignment,
+                         const ParsedAssignmentTarget& target, std::span<const Variable> keys,
+                         Variable value);
+    void storeKeyed(const TokenAnalysis& name, ScopeTarget target, std::span<const Variable> keys,
+                    const Variable& value);
+    Variable* resolveTarget(const TokenAnalysis& name, ScopeTarget target);
+
+    // block_executor.cpp
+    Variable executeParsedBlock(const std::vector<ParsedScriptLine>& lines, std::uint32_t& index,
+                                BlockSignal& signal);
+
+    // Something may have to be done between two steps: a jump, a soft error, a coroutine's turn or failure.
+    bool needsAttention() { return mayNeedAttention && lookForAttention(); }
+    [[gnu::noinline]] bool lookForAttention() {
+        mayNeedAttention = labels.jumpPending() || softError.pending() || coroutines.needAttention();
+        return mayNeedAttention;
+    }
+
+    void countStep() {
+        if (stepsLeft == 0) throw std::runtime_error("Step limit reached");
+        --stepsLeft;
+    }
+
+    // coroutines.cpp
+    void rethrowPendingCoroutineException() {
+        if (mayNeedAttention) coroutines.rethrowPending();
+    }
+    void serviceScheduledCoroutineTurn();
+    void serviceCoroutines() {
+        if (mayNeedAttention && coroutines.wantsTurn()) serviceScheduledCoroutineTurn();
+    }
+
+    VesperScript& face;
+    HostServices& host;
+    NativeStack stack;
+    SourceContext context;
+    Scopes scopes;
+    SoftError softError;
+    Labels labels;
+    Coroutines coroutines;
+    // Set by all that may ask for attention; a look that finds nothing left clears it.
+    bool mayNeedAttention = false;
+    std::uint32_t callDepth = 0;
+    std::uint32_t programDepth = 0;  // running programs
+    std::uint32_t chunkDepth = 0;    // running loaded chunks
+    std::vector<std::vector<Variable>> varargs;
+    SmallStack<CallRecord> callRecords;
+    std::vector<ActiveBytecodeChunk> activeChunks;
+    // Whole programs that ran: their labels stay reachable.
+    std::vector<Variable> programCallables;
+    // Off, every expression is evaluated by the token walk. The results are the same.
+    bool fastExpressions = true;
+    std::uint64_t stepsLeft = ~std::uint64_t{0};
+    std::mt19937 generator;
+    std::chrono::steady_clock::time_point started = std::chrono::steady_clock::now();
+};
+
+}  // namespace kelmora
