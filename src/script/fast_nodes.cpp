@@ -10,6 +10,14 @@
 #include "script/table_object.h"
 
 // The code behind the nodes of compiled expressions, with the results and the messages of the token walk.
+//
+// Which path is taken when: chooseNodeCode picks a node's functions once, when its expression is compiled.
+// `evaluate` gives any value and is always there; `refer` gives it where it stands (constants, variables), or
+// makes it in the caller's storage; `test` gives its truth, without a value where the node compares;
+// `integer` is there for nodes that may give an Int without making a value, and is false whenever they do
+// not: the caller then evaluates anew, so it has no effect of its own. A node of two leaf operands, each a
+// constant or a variable, looks at both where they stand and falls back on the general way of its kind.
+// Expressions that are too deep, or malformed, or may skip a `...`, have no nodes: the token walk runs them.
 namespace kelmora {
 namespace {
 

@@ -26,14 +26,14 @@ struct BatchKernels {
     // The bytes of the source pixels at (x, y), as they are.
     void (*fetch)(float* dst, const float* x, const float* y, const SourcePicture& source, std::size_t lanes);
     void (*merge)(float* dst, const float* a, const float* mask, std::size_t lanes);
-    // Sets `waiting` where the mask is not.
-    void (*others)(float* waiting, const float* mask, std::size_t lanes);
-    // Cuts the mask down to what goes on; the rest joins `waiting`, unless that is null. False when none goes
+    // Sets `parked` where the mask is not.
+    void (*others)(float* parked, const float* mask, std::size_t lanes);
+    // Cuts the mask down to what goes on; the rest joins `parked`, unless that is null. False when none goes
     // on.
-    bool (*split)(float* mask, float* waiting, const float* goingOn, std::size_t lanes);
-    void (*wait)(float* waiting, const float* mask, std::size_t lanes);
+    bool (*split)(float* mask, float* parked, const float* goingOn, std::size_t lanes);
+    void (*park)(float* parked, const float* mask, std::size_t lanes);
     // Adds those that wait to the mask, or makes them the mask, and clears them. False when there are none.
-    bool (*join)(float* mask, float* waiting, bool only, std::size_t lanes);
+    bool (*reconverge)(float* mask, float* parked, bool only, std::size_t lanes);
     // By the set of channels, as in `Program::writeMask`: from pixels to these channels, and from these
     // channels to pixels whose other bytes are 0.
     std::array<void (*)(const unsigned char* pixels, const ChannelLanes& channels, std::size_t lanes), 16>

@@ -153,16 +153,16 @@ void mergeLoop(float* dst, const float* a, const float* mask, std::size_t lanes)
         store(dst + i, select(load(mask + i), load(a + i), load(dst + i)));
 }
 
-void othersLoop(float* waiting, const float* mask, std::size_t lanes) {
-    for (std::size_t i = 0; i < lanes; i += laneStep) store(waiting + i, without(load(mask + i), allOnes()));
+void othersLoop(float* parked, const float* mask, std::size_t lanes) {
+    for (std::size_t i = 0; i < lanes; i += laneStep) store(parked + i, without(load(mask + i), allOnes()));
 }
 
-bool splitLoop(float* mask, float* waiting, const float* goingOn, std::size_t lanes) {
+bool splitLoop(float* mask, float* parked, const float* goingOn, std::size_t lanes) {
     Lanes any = all(0);
     for (std::size_t i = 0; i < lanes; i += laneStep) {
         const Lanes before = load(mask + i);
         const Lanes going = load(goingOn + i);
-        if (waiting) store(waiting + i, either(load(waiting + i), without(going, before)));
+        if (parked) store(parked + i, either(load(parked + i), without(going, before)));
         const Lanes after = both(before, going);
         store(mask + i, after);
         any = either(any, after);
@@ -170,17 +170,17 @@ bool splitLoop(float* mask, float* waiting, const float* goingOn, std::size_t la
     return anySet(any);
 }
 
-void waitLoop(float* waiting, const float* mask, std::size_t lanes) {
+void parkLoop(float* parked, const float* mask, std::size_t lanes) {
     for (std::size_t i = 0; i < lanes; i += laneStep)
-        store(waiting + i, either(load(waiting + i), load(mask + i)));
+        store(parked + i, either(load(parked + i), load(mask + i)));
 }
 
-bool joinLoop(float* mask, float* waiting, bool only, std::size_t lanes) {
+bool reconvergeLoop(float* mask, float* parked, bool only, std::size_t lanes) {
     Lanes any = all(0);
     for (std::size_t i = 0; i < lanes; i += laneStep) {
-        const Lanes joined = only ? load(waiting + i) : either(load(mask + i), load(waiting + i));
+        const Lanes joined = only ? load(parked + i) : either(load(mask + i), load(parked + i));
         store(mask + i, joined);
-        store(waiting + i, all(0));
+        store(parked + i, all(0));
         any = either(any, joined);
     }
     return anySet(any);
@@ -270,8 +270,8 @@ constexpr BatchKernels makeKernels() {
     kernels.merge = mergeLoop;
     kernels.others = othersLoop;
     kernels.split = splitLoop;
-    kernels.wait = waitLoop;
-    kernels.join = joinLoop;
+    kernels.park = parkLoop;
+    kernels.reconverge = reconvergeLoop;
     kernels.deposit = deposit;
     kernels.positions = positionsLoop;
     kernels.fill = fillLoop;

@@ -138,7 +138,7 @@ void BatchMachine::execute(const std::vector<BatchInstruction>& code, std::size_
             case BatchOp::Fetch:
                 kernels_.fetch(lanes(instruction.dst), a, b, pass_.source, count);
                 break;
-            case BatchOp::Merge:
+            case BatchOp::PredicatedMov:
                 kernels_.merge(lanes(instruction.dst), a, lanes(program_.mask), count);
                 break;
             case BatchOp::Pack: {
@@ -162,27 +162,28 @@ void BatchMachine::execute(const std::vector<BatchInstruction>& code, std::size_
     }
 }
 
-// False when no pixel is under way any more.
+// False when no pixel is active any more.
 bool BatchMachine::control(const BatchInstruction& instruction, std::size_t count) {
     const CompareLanes compare = kernels_.compare[static_cast<std::size_t>(instruction.comparison)];
     float* mask = lanesOrNull(program_.mask);
-    float* waiting = lanesOrNull(instruction.dst);
+    float* parked = lanesOrNull(instruction.dst);
     switch (instruction.op) {
         case BatchOp::BranchAll: {
             const bool any = compare(mask, lanes(instruction.a), lanesOrNull(instruction.b), count);
-            if (waiting) kernels_.others(waiting, mask, count);
+            if (parked) kernels_.others(parked, mask, count);
             return any;
         }
         case BatchOp::Branch: {
             float* scratch = lanes(program_.scratch);
             compare(scratch, lanes(instruction.a), lanesOrNull(instruction.b), count);
-            return kernels_.split(mask, waiting, scratch, count);
+            return kernels_.split(mask, parked, scratch, count);
         }
-        case BatchOp::Leave:
-            if (waiting) kernels_.wait(waiting, mask, count);
+        case BatchOp::Park:
+            if (parked) kernels_.park(parked, mask, count);
             return false;
         default:
-            return kernels_.join(mask, lanes(instruction.a), instruction.op == BatchOp::JoinOnly, count);
+            return kernels_.reconverge(mask, lanes(instruction.a), instruction.op == BatchOp::ReconvergeAlone,
+                                       count);
     }
 }
 

@@ -11,8 +11,9 @@
 namespace kelmora::plush_shader::detail {
 
 // A program for many pixels at once. Where the plain machine has a register, this has a lane array: one float
-// for each pixel of a batch. Pixels that take different ways through the program are kept apart by a mask, a
-// lane array whose lanes are all ones for the pixels that are under way.
+// for each pixel of a batch. Where control flow diverges, instructions are predicated by the execution mask,
+// a lane array whose lanes are all ones for the active pixels; the others are parked in a mask of their own
+// until they reconverge.
 inline constexpr std::size_t batchLanes = 256;
 
 using LaneArray = std::uint16_t;
@@ -23,16 +24,16 @@ enum class BatchOp : std::uint8_t {
     // whose
     // bytes stand in its lane as they are.
     Fetch = opCount,  // the bytes of the source pixel at (a, b)
-    Pack,        // the bytes of a pixel whose channels are `a`, `b`, `c` and `d`; those that are none are 0
-    Merge,       // dst = a where the mask is set
-    Deposit,     // some channels of the batch's pixels are those of `a` or `b`, where the mask is set
-    DepositAll,  // the same for all pixels
-    BranchAll,   // mask = comparison; the others wait in `dst`, if that is any
-    Branch,      // as BranchAll, among the pixels under way
-    Leave,       // the pixels under way wait in `dst`, if that is any, and go no further
-    Join,        // the pixels that wait in `a` are under way again
-    JoinOnly,    // the same after a Leave, where no others are
-    Label,       // a place to skip to; only until lanes are allocated
+    Pack,  // the bytes of a pixel whose channels are `a`, `b`, `c` and `d`; those that are none are 0
+    PredicatedMov,    // dst = a where the mask is set
+    Deposit,          // some channels of the batch's pixels are those of `a` or `b`, where the mask is set
+    DepositAll,       // the same for all pixels
+    BranchAll,        // mask = comparison; the others are parked in `dst`, if that is any
+    Branch,           // as BranchAll, among the active pixels
+    Park,             // the active pixels are parked in `dst`, if that is any, and go no further
+    Reconverge,       // the pixels parked in `a` are active again
+    ReconvergeAlone,  // the same after a Park, where no others are
+    Label,            // a place to skip to; only until lanes are allocated
 };
 
 constexpr BatchOp batchOp(Op op) {
@@ -51,7 +52,7 @@ struct BatchInstruction {
     LaneArray c = noLanes;
     LaneArray d = noLanes;
     std::uint8_t channels = 0;  // of a deposit, as in `Program::writeMask`
-    std::uint32_t skip = 0;     // where to go on when no pixel is under way
+    std::uint32_t skip = 0;     // where to go on when no pixel is active
 };
 
 struct BatchProgram {

@@ -81,25 +81,25 @@ private:
     }
 
     void findPixelsElsewhere() {
-        std::vector<std::size_t> waiting;  // where pixels on the way around come back
+        std::vector<std::size_t> parked;  // where pixels on the way around come back
         bool halted = false;
         RegisterSet elsewhere;
         for (std::size_t i = 0; i <= count_; ++i) {
             FlowPoint& point = points_[i];
             if (!point.reachable) continue;
             if (point.isLabel) {
-                std::erase(waiting, i);
-                elsewhere = liveAt(waiting, halted);
+                std::erase(parked, i);
+                elsewhere = liveAt(parked, halted);
             }
-            point.liveElsewhere = elsewhere;
-            point.everyPixel = waiting.empty() && !halted;
+            point.liveInDiverged = elsewhere;
+            point.isConvergent = parked.empty() && !halted;
             if (i == count_) break;
             const Op op = at(i).operation();
             const std::size_t target = at(i).b;
             if (op == Op::Halt) halted = true;
-            if (jumps(op) && std::find(waiting.begin(), waiting.end(), target) == waiting.end())
-                waiting.push_back(target);
-            if (op == Op::Halt || jumps(op)) elsewhere = liveAt(waiting, halted);
+            if (jumps(op) && std::find(parked.begin(), parked.end(), target) == parked.end())
+                parked.push_back(target);
+            if (op == Op::Halt || jumps(op)) elsewhere = liveAt(parked, halted);
         }
     }
 

@@ -18,11 +18,11 @@ using RegisterSet = std::bitset<flowRegisterLimit>;
 // What is known of the moment before an instruction.
 struct FlowPoint {
     bool reachable = false;
-    bool isLabel = false;       // a jump comes here
-    bool fallsIn = false;       // the instruction before comes here
-    bool everyPixel = false;    // all pixels pass here, whichever way they take
-    RegisterSet live;           // read later on some way
-    RegisterSet liveElsewhere;  // read later by pixels that went around this instruction
+    bool isLabel = false;        // a jump comes here
+    bool fallsIn = false;        // the instruction before comes here
+    bool isConvergent = false;   // all pixels pass here, whichever way they take
+    RegisterSet live;            // read later on some way
+    RegisterSet liveInDiverged;  // read later by pixels that diverged around this instruction
 };
 
 // A point for each instruction and one for the end. None when a pixel's result may depend on the pixel before

@@ -15,14 +15,14 @@ public:
     explicit LaneAllocation(LaneCode code)
         : code_(std::move(code)),
           uses_(code_.values.size()),
-          lastUse_(code_.values.size()),
+          liveRangeEnd_(code_.values.size()),
           lanes_(code_.values.size(), noLanes) {}
 
     std::optional<BatchProgram> run() {
         dropUnused(code_.body);
         dropUnused(code_.prologue);
         writeHomesDirectly();
-        findLastUses();
+        findLiveRanges();
         place();
         if (result_.laneArrays > laneArrayLimit) return std::nullopt;
         return std::move(result_);
@@ -32,7 +32,7 @@ private:
     bool isComputed(ValueId value) const { return code_.values[value].kind == ValueKind::Computed; }
 
     bool makesValue(const LaneInstruction& instruction) const {
-        return instruction.op < BatchOp::Merge && isComputed(instruction.dst);
+        return instruction.op < BatchOp::PredicatedMov && isComputed(instruction.dst);
     }
 
     // From the back: what is used by nothing that stays goes.
@@ -70,7 +70,7 @@ private:
         for (std::size_t back = 1; back <= std::min(code.size(), near); ++back) {
             LaneInstruction& candidate = code[code.size() - back];
             if (isControl(candidate.op)) return nullptr;
-            if (candidate.dst == value && candidate.op < BatchOp::Merge) return &candidate;
+            if (candidate.dst == value && candidate.op < BatchOp::PredicatedMov) return &candidate;
             const auto operands = operandsOf(candidate);
             if (candidate.dst == home || std::count(operands.begin(), operands.end(), home) != 0)
                 return nullptr;
@@ -78,12 +78,12 @@ private:
         return nullptr;
     }
 
-    void findLastUses() {
+    void findLiveRanges() {
         for (std::size_t i = 0; i < code_.body.size(); ++i)
             for (const ValueId operand : operandsOf(code_.body[i]))
-                if (operand != noValue) lastUse_[operand] = i;
+                if (operand != noValue) liveRangeEnd_[operand] = i;
         for (ValueId id = 0; id < code_.values.size(); ++id)
-            if (!isComputed(id) || code_.values[id].invariant) lastUse_[id] = toTheEnd;
+            if (!isComputed(id) || code_.values[id].invariant) liveRangeEnd_[id] = toTheEnd;
     }
 
     void place() {
@@ -128,7 +128,8 @@ private:
 
     // Every lane of a result is computed from the same lane of its operands, so it may take their place.
     void release(ValueId value, std::size_t index) {
-        if (value == noValue || lastUse_[value] != index || index == toTheEnd || lanes_[value] == noLanes)
+        if (value == noValue || liveRangeEnd_[value] != index || index == toTheEnd ||
+            lanes_[value] == noLanes)
             return;
         free_.push_back(lanes_[value]);
         lanes_[value] = noLanes;
@@ -138,7 +139,7 @@ private:
         if (value == noValue) return noLanes;
         if (lanes_[value] != noLanes) return lanes_[value];
         // What stays, or has to start clear, gets an array that nothing else used.
-        if (lastUse_[value] == toTheEnd || free_.empty()) {
+        if (liveRangeEnd_[value] == toTheEnd || free_.empty()) {
             lanes_[value] = newLanes();
         } else {
             lanes_[value] = free_.back();
@@ -154,7 +155,7 @@ private:
 
     LaneCode code_;
     std::vector<std::uint32_t> uses_;
-    std::vector<std::size_t> lastUse_;  // in the body
+    std::vector<std::size_t> liveRangeEnd_;  // in the body
     std::vector<LaneArray> lanes_;
     std::vector<LaneArray> free_;
     BatchProgram result_;

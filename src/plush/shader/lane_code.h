@@ -14,10 +14,10 @@ using ValueId = std::uint32_t;
 inline constexpr ValueId noValue = 0xFFFFFFFFu;
 
 enum class ValueKind : std::uint8_t {
-    Computed,   // made once, by an instruction or as input
-    Home,       // a register's own place, written more than once
-    Preloaded,  // a register that is the same for all pixels
-    Waiting,    // pixels that wait for a label; clear when none do
+    Computed,       // made once, by an instruction or as input
+    Home,           // a register's own place, written more than once
+    Preloaded,      // a register that is the same for all pixels
+    Reconvergence,  // the mask of pixels parked for a label; clear when none are
 };
 
 struct Value {

@@ -75,7 +75,7 @@ private:
         ValueId y;
         ValueId pixel;
     };
-    struct Waiting {
+    struct Reconvergence {
         std::size_t label;
         ValueId lanes;
     };
@@ -92,7 +92,7 @@ private:
             if (op == Op::Jump || op == Op::Jz || op == Op::Halt) continue;
             Uses& target = uses_[at(i).dst];
             target.writes.push_back(i);
-            if (flow_[i].liveElsewhere.test(at(i).dst)) target.hasHome = true;
+            if (flow_[i].liveInDiverged.test(at(i).dst)) target.hasHome = true;
         }
         for (Slot channel = 0; channel < 4; ++channel) {
             Uses& uses = uses_[channel];
@@ -126,9 +126,9 @@ private:
             case Op::Jz:
                 return lowerBranch(index);
             case Op::Jump:
-                return emitControl(index, {.op = BatchOp::Leave, .dst = waitingFor(instruction.b)});
+                return emitControl(index, {.op = BatchOp::Park, .dst = reconvergenceMaskOf(instruction.b)});
             case Op::Halt:
-                return emitControl(index, {.op = BatchOp::Leave});
+                return emitControl(index, {.op = BatchOp::Park});
             default:
                 return lowerCompute(index);
         }
@@ -140,10 +140,11 @@ private:
         if (uses_[target].isDeposited) {
             deposit(index, target, source);
         } else if (uses_[target].hasHome) {
-            const bool merges = flow_[index].liveElsewhere.test(target);
+            const bool merges = flow_[index].liveInDiverged.test(target);
             if (source != current_[target])
-                emit(
-                    {.op = merges ? BatchOp::Merge : batchOp(Op::Mov), .dst = current_[target], .a = source});
+                emit({.op = merges ? BatchOp::PredicatedMov : batchOp(Op::Mov),
+                      .dst = current_[target],
+                      .a = source});
         } else if (code_.values[source].kind == ValueKind::Home &&
                    changesWhileNeeded(source, target, index)) {
             current_[target] = emitNew({.op = batchOp(Op::Mov), .a = source});
@@ -184,9 +185,9 @@ private:
             deposit(index, target, emitNew(compute));
         } else if (!uses_[target].hasHome) {
             current_[target] = emitNew(compute);
-        } else if (flow_[index].liveElsewhere.test(target)) {
+        } else if (flow_[index].liveInDiverged.test(target)) {
             const ValueId result = emitNew(compute);
-            emit({.op = BatchOp::Merge, .dst = current_[target], .a = result});
+            emit({.op = BatchOp::PredicatedMov, .dst = current_[target], .a = result});
         } else {
             compute.dst = current_[target];
             emit(compute);
@@ -196,7 +197,7 @@ private:
     // Deposits wait for others, to go together. A home's value may not wait.
     void deposit(std::size_t index, Slot channel, ValueId value) {
         deposits_[channel] = value;
-        depositsUnderMask_ = !flow_[index].everyPixel;
+        depositsUnderMask_ = !flow_[index].isConvergent;
         if (code_.values[value].kind == ValueKind::Home) emitDeposits();
     }
     void emitDeposits() {
@@ -234,8 +235,8 @@ private:
 
     void lowerBranch(std::size_t index) {
         const ValueId condition = current_[at(index).a];
-        LaneInstruction branch{.op = flow_[index].everyPixel ? BatchOp::BranchAll : BatchOp::Branch,
-                               .dst = waitingFor(at(index).b),
+        LaneInstruction branch{.op = flow_[index].isConvergent ? BatchOp::BranchAll : BatchOp::Branch,
+                               .dst = reconvergenceMaskOf(at(index).b),
                                .a = condition};
         const bool isKept = code_.values[condition].kind == ValueKind::Computed;
         if (isKept && !code_.body.empty() && code_.body.back().dst == condition) {
@@ -252,24 +253,25 @@ private:
     void enterLabel(std::size_t index) {
         fetched_.clear();
         emitLabel(index);
-        if (flow_[index].everyPixel) return;
-        const BatchOp op = flow_[index].fallsIn ? BatchOp::Join : BatchOp::JoinOnly;
-        emitControl(index, {.op = op, .a = waitingFor(index)});
-        const auto entry = std::find_if(waiting_.begin(), waiting_.end(),
-                                        [&](const Waiting& candidate) { return candidate.label == index; });
-        freeWaiting_.push_back(entry->lanes);
-        waiting_.erase(entry);
+        if (flow_[index].isConvergent) return;
+        const BatchOp op = flow_[index].fallsIn ? BatchOp::Reconverge : BatchOp::ReconvergeAlone;
+        emitControl(index, {.op = op, .a = reconvergenceMaskOf(index)});
+        const auto entry =
+            std::find_if(reconvergences_.begin(), reconvergences_.end(),
+                         [&](const Reconvergence& candidate) { return candidate.label == index; });
+        freeMasks_.push_back(entry->lanes);
+        reconvergences_.erase(entry);
     }
 
     // None where all pixels come together: who waits there needs no list.
-    ValueId waitingFor(std::size_t label) {
-        if (flow_[label].everyPixel) return noValue;
-        for (const Waiting& candidate : waiting_)
+    ValueId reconvergenceMaskOf(std::size_t label) {
+        if (flow_[label].isConvergent) return noValue;
+        for (const Reconvergence& candidate : reconvergences_)
             if (candidate.label == label) return candidate.lanes;
-        if (freeWaiting_.empty()) freeWaiting_.push_back(newValue({ValueKind::Waiting, false, 0}));
-        waiting_.push_back({label, freeWaiting_.back()});
-        freeWaiting_.pop_back();
-        return waiting_.back().lanes;
+        if (freeMasks_.empty()) freeMasks_.push_back(newValue({ValueKind::Reconvergence, false, 0}));
+        reconvergences_.push_back({label, freeMasks_.back()});
+        freeMasks_.pop_back();
+        return reconvergences_.back().lanes;
     }
 
     void emitControl(std::size_t index, LaneInstruction instruction) {
@@ -307,8 +309,8 @@ private:
     std::array<ValueId, 4> deposits_ = nothing;  // by channel
     bool depositsUnderMask_ = false;
     std::vector<Fetched> fetched_;
-    std::vector<Waiting> waiting_;
-    std::vector<ValueId> freeWaiting_;
+    std::vector<Reconvergence> reconvergences_;
+    std::vector<ValueId> freeMasks_;
     LaneCode code_;
 };
 
