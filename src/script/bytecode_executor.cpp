@@ -42,13 +42,10 @@ bool BytecodeExecutor::runBlock(const PlanBlock& block, bool useLocalScope, std:
     if (block.fault) throw std::runtime_error(block.fault);
     if (start > block.stepCount) throw std::runtime_error("Bytecode jump target is outside the target chunk");
     const bool wantsScope = useLocalScope && (block.declaresLocals || script_.scopes.hasVisibleLocalScope());
-    if (block.mayHoldLabels) {
-        const LocalScopeGuard scope(script_.scopes, wantsScope);
-        const ActiveBlock active(script_, program_, block.chunk);
-        return walkSteps(block, start);
-    }
-    if (!wantsScope) return walkSteps(block, start);
-    const LocalScopeGuard scope(script_.scopes, true);
+    // Also ends the scope that a write to a local makes where there is none.
+    const LocalScopeGuard scope(script_.scopes, wantsScope);
+    if (!block.mayHoldLabels) return walkSteps(block, start);
+    const ActiveBlock active(script_, program_, block.chunk);
     return walkSteps(block, start);
 }
 

@@ -103,6 +103,10 @@ TEST(TrueType, CharacterTables) {
     EXPECT_EQ(glyphFor(0x1F600), 3);
     EXPECT_EQ(glyphFor(0x10042), 0);
 
+    font.map = TinyFont::cmap({{3, 1, TinyFont::format4({{'A', 'A', 1 - 'A'}, {'C', 'C', 3 - 'C'}})}});
+    EXPECT_EQ(glyphFor('B'), 0) << "between two segments";
+    EXPECT_EQ(glyphFor('C'), 3);
+
     const FontData first = TinyFont::format12({{'A', 'A', 1}});
     const FontData second = TinyFont::format12({{'A', 'A', 2}});
     font.map = TinyFont::cmap({{3, 1, first}, {3, 3, second}});

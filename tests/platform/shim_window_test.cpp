@@ -150,6 +150,17 @@ TEST_F(ShimWindow, KeysComeFromTheWindowUpdatedLast) {
     EXPECT_FALSE(isDown("A"));
 }
 
+TEST_F(ShimWindow, EachMouseButtonHasItsNumber) {
+    constexpr MouseButton numbered[] = {MouseButton::left, MouseButton::right, MouseButton::middle};
+    for (int pressed = 0; pressed < 3; ++pressed) {
+        const WindowHolder window = create(4, 4);
+        memoryWindowOf(window.get())->post(WindowEvent::buttonDown(numbered[pressed], 1, 2));
+        vh_updateWindow(window.get());
+        for (int button = 0; button < 3; ++button)
+            EXPECT_EQ(vh_getMouseButtonState(window.get(), button), button == pressed) << pressed << button;
+    }
+}
+
 TEST_F(ShimWindow, UnknownMouseButtonsAreUp) {
     const WindowHolder window = create(4, 4);
     for (const MouseButton button : {MouseButton::left, MouseButton::right, MouseButton::middle})
