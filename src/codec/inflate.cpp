@@ -11,6 +11,8 @@
 namespace vh::png {
 namespace {
 
+constexpr std::size_t zlibHeaderSize = 2;
+constexpr std::size_t zlibTrailerSize = 4;
 constexpr std::size_t historySize = 32768;
 constexpr std::size_t windowSize = historySize + 131072;
 // What one turn of the fast loop may write and read at most, with the overrun of its wide accesses.
@@ -64,6 +66,22 @@ bool Inflater::inflate_bytes(const unsigned char* data, std::size_t size, kelmor
     return true;
 }
 
+bool Inflater::inflate_front(ByteSpan data, std::uint32_t limit, kelmora::ByteBuffer& output) {
+    output.clear();
+    const std::uint64_t possible = std::min<std::uint64_t>(limit, data.size() * largestExpansion);
+    output_.resize(static_cast<std::size_t>(std::min<std::uint64_t>(possible, windowSize)) + outputMargin);
+    if (!begin_zlib_stream(data, limit)) return false;
+    bits_.length += zlibTrailerSize;
+    if (!inflate_blocks()) return false;
+    bits_.align_to_byte();
+    sum_up();
+    const ByteSpan rest = data.subspan(zlibHeaderSize + bits_.position);
+    if (rest.size() < zlibTrailerSize || load_u32_big(rest.data()) != checksum_) return false;
+    output_.resize(written_);
+    output.swap(output_);
+    return true;
+}
+
 bool Inflater::gather(std::span<const ByteSpan> spans, ByteSpan& stream) {
     std::uint64_t total = 0;
     for (const ByteSpan span : spans) total += span.size();
@@ -79,20 +97,23 @@ bool Inflater::gather(std::span<const ByteSpan> spans, ByteSpan& stream) {
     return true;
 }
 
-bool Inflater::inflate_zlib_stream(ByteSpan stream, std::uint32_t limit) {
-    constexpr std::size_t headerSize = 2;
-    constexpr std::size_t trailerSize = 4;
+bool Inflater::begin_zlib_stream(ByteSpan stream, std::uint32_t limit) {
     written_ = summed_ = handed_ = 0;
     slid_ = 0;
     limit_ = limit;
     checksum_ = 1;
-    if (stream.size() < headerSize + trailerSize) return false;
+    if (stream.size() < zlibHeaderSize + zlibTrailerSize) return false;
     const std::uint32_t header = load_u16_big(stream.data());
     const bool deflate = (stream[0] & 0x0F) == 8;
     const bool has_dictionary = (stream[1] & 0x20) != 0;
     if (!deflate || has_dictionary || header % 31 != 0) return false;
-    bits_ = BitReader(stream.subspan(headerSize, stream.size() - headerSize - trailerSize));
-    if (!inflate_blocks() || !ends_cleanly(load_u32_big(stream.last(trailerSize).data()))) return false;
+    bits_ = BitReader(stream.subspan(zlibHeaderSize, stream.size() - zlibHeaderSize - zlibTrailerSize));
+    return true;
+}
+
+bool Inflater::inflate_zlib_stream(ByteSpan stream, std::uint32_t limit) {
+    if (!begin_zlib_stream(stream, limit) || !inflate_blocks()) return false;
+    if (!ends_cleanly(load_u32_big(stream.last(zlibTrailerSize).data()))) return false;
     if (sink_ != nullptr) return hand_over();
     output_.resize(written_);
     return true;

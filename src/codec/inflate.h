@@ -25,7 +25,8 @@ public:
     virtual bool take(ByteSpan bytes, std::size_t& taken) = 0;
 };
 
-// Inflates zlib streams, and only flawless ones: whole, without a byte too many, with the right checksum.
+// Inflates zlib streams, and only flawless ones: whole, with the right checksum, and unless said otherwise
+// without a byte too many.
 class Inflater {
 public:
     using BitReader = png::BitReader;
@@ -38,11 +39,15 @@ public:
 
     // Inflates one block of bytes of unknown output size. `output` is empty after a failure.
     bool inflate_bytes(const unsigned char* data, std::size_t size, kelmora::ByteBuffer& output);
+    // The same for a stream whose end is not known: bytes behind its checksum are ignored. More output than
+    // `limit` bytes is a failure.
+    bool inflate_front(ByteSpan data, std::uint32_t limit, kelmora::ByteBuffer& output);
 
 private:
     enum class Step { Failed, EndOfBlock, OutOfMargin };
 
     bool gather(std::span<const ByteSpan> spans, ByteSpan& stream);
+    bool begin_zlib_stream(ByteSpan stream, std::uint32_t limit);
     bool inflate_zlib_stream(ByteSpan stream, std::uint32_t limit);
     bool inflate_blocks();
     bool inflate_stored();

@@ -11,6 +11,10 @@ struct Image {
     kelmora::ByteBuffer pixels;
 };
 
+// What a file's first bytes (for TGA its header or its last bytes) make of it. The numbers are fixed.
+enum Format : int { UnknownFormat = 0, PngFormat = 1, BmpFormat = 2, TgaFormat = 3, XcfFormat = 4 };
+int detect_format(const unsigned char* data, unsigned size);
+
 // Decodes a picture of any known format. False leaves `image` at 0 x 0 without pixels.
 bool load_memory(const unsigned char* data, unsigned size, Image& image);
 bool load_file(const char* path, Image& image);

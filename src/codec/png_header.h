@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "codec/pixel_limit.h"
+
 namespace vh::png {
 
 enum ColourType : std::uint8_t { Grey = 0, Rgb = 2, Palette = 3, GreyAlpha = 4, Rgba = 6 };
@@ -16,12 +18,6 @@ struct Header {
     std::uint8_t filter = 0;
     std::uint8_t interlace = 0;
 };
-
-constexpr std::uint64_t pixelLimit = std::uint64_t{1} << 30;  // pictures stay below it
-
-constexpr bool within_pixel_limit(std::uint32_t width, std::uint32_t height) {
-    return std::uint64_t{width} * height < pixelLimit;
-}
 
 constexpr unsigned channel_count(std::uint8_t colour_type) {
     switch (colour_type) {

@@ -1,0 +1,12 @@
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+#include "codec/tga_read.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    vh::png::Image image;
+    const bool loaded = vh::png::load_tga({data, size}, image);
+    if (loaded == image.pixels.empty()) std::abort();
+    return 0;
+}
