@@ -22,5 +22,11 @@ bool load_file(const char* path, Image& image);
 // Writes RGBA pixels as an uncompressed PNG. True when all of it was written and the file closed.
 bool save_png_rgba8_file(const char* path, const unsigned char* pixels, int width, int height);
 bool save_rgba8_file(const char* path, const unsigned char* pixels, int width, int height);
+// The same in other formats, nothing compressed either. A picture that is clear throughout comes back opaque
+// from a BMP file.
+bool save_bmp_rgba8_file(const char* path, const unsigned char* pixels, int width, int height);
+bool save_tga_rgba8_file(const char* path, const unsigned char* pixels, int width, int height);
+// One layer.
+bool save_xcf_rgba8_file(const char* path, const unsigned char* pixels, int width, int height);
 
 }  // namespace vh::png

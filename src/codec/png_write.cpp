@@ -1,14 +1,13 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstdio>
 #include <limits>
-#include <memory>
 #include <vector>
 
 #include "codec/adler32.h"
 #include "codec/crc32.h"
 #include "codec/load_store.h"
+#include "codec/output_file.h"
 #include "codec/png.h"
 #include "codec/png_filter.h"
 #include "codec/png_header.h"
@@ -18,29 +17,8 @@ namespace {
 
 using ByteSpan = std::span<const unsigned char>;
 
-constexpr std::size_t pixelSize = 4;
 constexpr std::size_t largestStoredBlock = 65535;
 constexpr std::size_t largestIdat = 262144;
-
-// The file, written in order. A failure is remembered until the close.
-class OutputFile {
-public:
-    explicit OutputFile(const char* path) : file_(std::fopen(path, "wb")) {}
-
-    bool is_open() const { return file_ != nullptr; }
-    void write(ByteSpan bytes) {
-        if (failed_ || bytes.empty()) return;
-        failed_ = std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size();
-    }
-    bool close() { return std::fclose(file_.release()) == 0 && !failed_; }
-
-private:
-    struct Closer {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
-    std::unique_ptr<std::FILE, Closer> file_;
-    bool failed_ = false;
-};
 
 void write_chunk(OutputFile& file, const char (&type)[5], ByteSpan data) {
     std::array<unsigned char, 8> head{};
@@ -149,7 +127,7 @@ bool save_png_rgba8_file(const char* path, const unsigned char* pixels, int widt
     const auto columns = static_cast<std::uint32_t>(width);
     const auto rows = static_cast<std::uint32_t>(height);
     if (!within_pixel_limit(columns, rows)) return false;
-    const std::uint64_t row_bytes = std::uint64_t{columns} * pixelSize;
+    const std::uint64_t row_bytes = std::uint64_t{columns} * rgbaSize;
     if (row_bytes > std::numeric_limits<std::uint32_t>::max()) return false;
     OutputFile file(path);
     if (!file.is_open()) return false;
