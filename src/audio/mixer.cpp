@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <system_error>
 #include <thread>
 #include <unordered_map>
@@ -113,7 +114,7 @@ bool startFeeder(WindowsAudioPlayer& player) {
 }  // namespace
 
 void* OpenPCMTrack(const std::int16_t* samples, std::uint64_t sampleCount, std::uint32_t sampleRate,
-                   std::uint16_t channels) {
+                   std::uint16_t channels) try {
     if (!samples || sampleCount == 0 || sampleCount % 2 != 0 || sampleRate == 0 || channels != 2)
         return nullptr;
     auto player = std::make_shared<WindowsAudioPlayer>();
@@ -124,6 +125,8 @@ void* OpenPCMTrack(const std::int16_t* samples, std::uint64_t sampleCount, std::
     void* handle = player.get();
     all.players.emplace(handle, std::move(player));
     return handle;
+} catch (const std::bad_alloc&) {
+    return nullptr;
 }
 
 bool Play(void* handle, std::uint64_t offsetMs, bool loop) {

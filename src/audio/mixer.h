@@ -7,7 +7,8 @@
 // a time may call for a handle.
 namespace vesper::mixer {
 
-// Copies the samples. Null for anything but whole frames of stereo at a rate that is not 0.
+// Copies the samples. Null for anything but whole frames of stereo at a rate that is not 0, and where there
+// is no room for a copy.
 void* OpenPCMTrack(const std::int16_t* samples, std::uint64_t sampleCount, std::uint32_t sampleRate,
                    std::uint16_t channels);
 // From the beginning again if the track plays. False for an unknown handle and when no device can be had.

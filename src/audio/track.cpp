@@ -14,22 +14,37 @@ namespace {
 // Scripts hold plain pointers, also to tracks that they have closed.
 std::unordered_map<const Track*, std::unique_ptr<Track>> liveTracks;
 
+}  // namespace
+
 bool isOpen(const Track* track) {
     return liveTracks.contains(track);
 }
 
-}  // namespace
+bool inspect(const Track* track, TrackAudioView* view) {
+    if (!view) return false;
+    *view = {};
+    if (!isOpen(track) || track->samples.empty() || track->sampleRate == 0 || track->channels == 0)
+        return false;
+    *view = {track->samples.data(), track->samples.size(), track->sampleRate, track->channels};
+    return true;
+}
+
+Track* adoptSound(wav::DecodedFile&& sound) {
+    auto track = std::make_unique<Track>();
+    static_cast<wav::DecodedFile&>(*track) = std::move(sound);
+    Track* handle = track.get();
+    liveTracks.emplace(handle, std::move(track));
+    rebuildMixerHandle(handle);
+    return handle;
+}
 
 Track* openFile(const char* path) {
     std::vector<std::uint8_t> bytes;
     if (!wav::detail::readFileBytes(path, &bytes) || bytes.size() > std::numeric_limits<unsigned>::max())
         return nullptr;
-    auto track = std::make_unique<Track>();
-    if (!wav::decode(bytes.data(), static_cast<unsigned>(bytes.size()), track.get(), {2})) return nullptr;
-    Track* handle = track.get();
-    liveTracks.emplace(handle, std::move(track));
-    rebuildMixerHandle(handle);
-    return handle;
+    wav::DecodedFile sound;
+    if (!wav::decode(bytes.data(), static_cast<unsigned>(bytes.size()), &sound, {2})) return nullptr;
+    return adoptSound(std::move(sound));
 }
 
 bool save(const Track* track, const char* path) {

@@ -12,6 +12,20 @@ struct Track : wav::DecodedFile, kelmora::Pooled<Track> {
     void* mixerHandle = nullptr;  // null when the track cannot be played
 };
 
+// A window on a track's samples, borrowed until the track changes.
+struct TrackAudioView {
+    const std::int16_t* samples = nullptr;
+    std::uint64_t sampleCount = 0;
+    std::uint32_t sampleRate = 0;
+    std::uint16_t channels = 0;
+};
+
+bool isOpen(const Track* track);
+// False, with an empty view, for no view, no open track, and a track without samples, rate or channels.
+bool inspect(const Track* track, TrackAudioView* view);
+// A new open track.
+Track* adoptSound(wav::DecodedFile&& sound);
+
 // Reads a WAV file as stereo. Null when there is none.
 Track* openFile(const char* path);
 // Writes a WAV file.

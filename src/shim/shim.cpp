@@ -1,6 +1,7 @@
 #include "shim/shim.h"
 
 #include <algorithm>
+#include <new>
 
 #include "codec/png.h"
 #include "font/font_service.h"
@@ -37,7 +38,7 @@ double vh_lua_version_number() {
     return 5.4;
 }
 
-unsigned char* vh_load_png(const char* path, int* width, int* height) {
+unsigned char* vh_load_png(const char* path, int* width, int* height) try {
     *width = 0;
     *height = 0;
     vh::png::Image image;
@@ -47,10 +48,24 @@ unsigned char* vh_load_png(const char* path, int* width, int* height) {
     *width = image.width;
     *height = image.height;
     return pixels;
+} catch (const std::bad_alloc&) {
+    return nullptr;
 }
 
 bool vh_save_png(const char* path, const unsigned char* pixels, int width, int height) {
     return path && pixels && vh::png::save_png_rgba8_file(path, pixels, width, height);
+}
+
+bool vh_save_bmp(const char* path, const unsigned char* pixels, int width, int height) {
+    return vh::png::save_bmp_rgba8_file(path, pixels, width, height);
+}
+
+bool vh_save_tga(const char* path, const unsigned char* pixels, int width, int height) {
+    return vh::png::save_tga_rgba8_file(path, pixels, width, height);
+}
+
+bool vh_save_xcf(const char* path, const unsigned char* pixels, int width, int height) {
+    return vh::png::save_xcf_rgba8_file(path, pixels, width, height);
 }
 
 void* vh_font_load(const char* path, float size) {
