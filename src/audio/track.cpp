@@ -20,6 +20,10 @@ bool isOpen(const Track* track) {
     return liveTracks.contains(track);
 }
 
+std::uint32_t sampleRateOf(const Track* track) {
+    return isOpen(track) ? track->sampleRate : 0;
+}
+
 bool inspect(const Track* track, TrackAudioView* view) {
     if (!view) return false;
     *view = {};

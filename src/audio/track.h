@@ -21,6 +21,8 @@ struct TrackAudioView {
 };
 
 bool isOpen(const Track* track);
+// 0 for no open track.
+std::uint32_t sampleRateOf(const Track* track);
 // False, with an empty view, for no view, no open track, and a track without samples, rate or channels.
 bool inspect(const Track* track, TrackAudioView* view);
 // A new open track.

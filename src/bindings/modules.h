@@ -12,6 +12,7 @@ std::span<const BindingRow> metalBindings();
 std::span<const BindingRow> sailfishBindings();
 std::span<const BindingRow> vesperBindings();
 std::span<const BindingRow> audioBindings();
+std::span<const BindingRow> aiBindings();
 std::span<const BindingRow> fontBindings();
 // Together the module Plush.
 std::span<const BindingRow> imageBindings();

@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "ai/ai_jobs.h"
 #include "audio/track.h"
 #include "shim/shim.h"
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 
 namespace kelmora {
 
+class AIJobs;
 struct WindowsWindow;
 
 // Everything of one running game that native functions share: the interpreter, the base directory, the
@@ -30,6 +32,7 @@ struct Runtime {
     WindowsWindow* window = nullptr;  // owned
     std::int64_t clockOrigin;         // microseconds of the system clock
     std::int64_t frameClock;
+    std::unique_ptr<AIJobs> aiJobs;  // made by the first job; goes first and waits for what it works on
 };
 
 // The runtime whose script makes the call.

@@ -15,6 +15,7 @@ void registerFunctions(Runtime& runtime) {
     publish("Sailfish", {sailfishBindings()});
     publish("Vesper", {vesperBindings()});
     publish("Audio", {audioBindings()});
+    publish("AI", {aiBindings()});
     publish("Font", {fontBindings()});
     publish("Plush", {imageBindings(), compositingBindings(), shaderBindings()});
     registerGlobalHelpers(engine);

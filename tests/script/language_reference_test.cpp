@@ -93,9 +93,10 @@ TEST(LanguageReference, ExamplesDoWhatTheySay) {
     for (const Example& example : examples) runExample("language.md", example);
 }
 
-TEST(LanguageReference, ExamplesOfBuiltinsDoWhatTheySay) {
-    for (const Example& example : readExamples(readDocument("builtins.md")))
-        runExample("builtins.md", example);
+TEST(LanguageReference, ExamplesOfFunctionsDoWhatTheySay) {
+    for (const char* document : {"builtins.md", "modules.md"}) {
+        for (const Example& example : readExamples(readDocument(document))) runExample(document, example);
+    }
 }
 
 // Failures stand as: - `call`: "text"
@@ -164,7 +165,7 @@ public:
 
 private:
     void addGlobal(const std::string& name, const Variable& value) {
-        static constexpr const char* modules[] = {"Audio", "Floormap", "Font",  "Metal",
+        static constexpr const char* modules[] = {"AI", "Audio", "Floormap", "Font",  "Metal",
                                                   "Plush", "Sailfish", "Vesper"};
         if (value.isFunction()) {
             add(name, value.function());
