@@ -2,6 +2,7 @@
 
 #include <limits>
 #include <memory>
+#include <new>
 #include <unordered_map>
 #include <utility>
 
@@ -42,13 +43,15 @@ Track* adoptSound(wav::DecodedFile&& sound) {
     return handle;
 }
 
-Track* openFile(const char* path) {
+Track* openFile(const char* path) try {
     std::vector<std::uint8_t> bytes;
     if (!wav::detail::readFileBytes(path, &bytes) || bytes.size() > std::numeric_limits<unsigned>::max())
         return nullptr;
     wav::DecodedFile sound;
     if (!wav::decode(bytes.data(), static_cast<unsigned>(bytes.size()), &sound, {2})) return nullptr;
     return adoptSound(std::move(sound));
+} catch (const std::bad_alloc&) {
+    return nullptr;
 }
 
 bool save(const Track* track, const char* path) {
