@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <ostream>
 
 #include "codec/codec_test_support.h"
 
@@ -12,6 +13,10 @@ struct Writer {
     const char* extension;
     bool (*save)(const char* path, const unsigned char* pixels, int width, int height);
 };
+
+void PrintTo(const Writer& writer, std::ostream* out) {
+    *out << writer.extension;
+}
 
 class PictureWriter : public testing::TestWithParam<Writer> {
 protected:
