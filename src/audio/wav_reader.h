@@ -18,7 +18,7 @@ struct DecodeOptions {
 
 // Reads RIFF WAVE files of integer PCM (8, 16, 24 or 32 bits) and float PCM (32 or 64 bits), plain or
 // extensible. False for anything else and for a truncated file; `out` is only written on success.
-bool decode(const void* bytes, unsigned length, DecodedFile* out, const DecodeOptions& options);
+[[nodiscard]] bool decode(const void* bytes, unsigned length, DecodedFile* out, const DecodeOptions& options);
 
 namespace detail {
 

@@ -9,10 +9,10 @@ namespace vesper::wav {
 
 // Writes a RIFF WAVE file of 16-bit PCM. False, with `out` as it was, for a null `out`, a rate or channel
 // count of 0, a last frame that is not whole, and a sound whose sizes do not fit the header.
-bool encode(const DecodedFile& sound, std::vector<std::uint8_t>* out);
+[[nodiscard]] bool encode(const DecodedFile& sound, std::vector<std::uint8_t>* out);
 
 // Replaces the file. False for a null path, a sound that cannot be encoded, and a file that cannot be
 // written.
-bool encodeFile(const char* path, const DecodedFile& sound);
+[[nodiscard]] bool encodeFile(const char* path, const DecodedFile& sound);
 
 }  // namespace vesper::wav

@@ -7,6 +7,7 @@ namespace vh::png {
 
 // Lays the frames of an animation on one another, in order and never disposing: one still picture of the
 // header's size.
-bool decode_apng_squashed(const ParsedPng& parsed, const DecodeTables& tables, kelmora::ByteBuffer& output);
+[[nodiscard]] bool decode_apng_squashed(const ParsedPng& parsed, const DecodeTables& tables,
+                                        kelmora::ByteBuffer& output);
 
 }  // namespace vh::png

@@ -9,7 +9,7 @@ namespace kelmora {
 bool hasPMGExtension(const char* path);
 
 // True when the whole file was written.
-bool savePlushImage(const PlushImage* image, const char* path);
+[[nodiscard]] bool savePlushImage(const PlushImage* image, const char* path);
 // A new registered image, or null.
 PlushImage* loadPlushImage(const char* path);
 

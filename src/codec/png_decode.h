@@ -8,7 +8,7 @@
 namespace vh::png {
 
 // Decodes one whole picture's data, interlaced or not, to RGBA of the header's size.
-bool decode_png_frame(const Header& header, std::span<const ByteSpan> spans, const DecodeTables& tables,
-                      kelmora::ByteBuffer& output);
+[[nodiscard]] bool decode_png_frame(const Header& header, std::span<const ByteSpan> spans,
+                                    const DecodeTables& tables, kelmora::ByteBuffer& output);
 
 }  // namespace vh::png

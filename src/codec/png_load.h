@@ -6,6 +6,6 @@
 namespace vh::png {
 
 // Reads a still or animated PNG file. `image` is untouched on failure.
-bool load_png(ByteSpan file, Image& image);
+[[nodiscard]] bool load_png(ByteSpan file, Image& image);
 
 }  // namespace vh::png

@@ -10,6 +10,6 @@ namespace vh::png {
 bool looks_like_tga(const unsigned char* data, unsigned size);
 
 // Reads grey, mapped and true-colour TGA files, plain or run-length coded. `image` is untouched on failure.
-bool load_tga(ByteSpan file, Image& image);
+[[nodiscard]] bool load_tga(ByteSpan file, Image& image);
 
 }  // namespace vh::png

@@ -7,6 +7,6 @@ namespace vh::png {
 
 // Reads a layered working file as one picture of its canvas's size: visible layers laid over each other from
 // the bottom up, whatever their modes; masks and channels are ignored. `image` is untouched on failure.
-bool load_xcf(ByteSpan file, Image& image);
+[[nodiscard]] bool load_xcf(ByteSpan file, Image& image);
 
 }  // namespace vh::png

@@ -21,7 +21,7 @@ public:
     virtual ~FontBackend() = default;
 
     // Keeps a copy of the bytes. False when the file can't be used.
-    virtual bool load(const std::vector<std::uint8_t>& bytes) = 0;
+    [[nodiscard]] virtual bool load(const std::vector<std::uint8_t>& bytes) = 0;
     // `scale` is pixels per font unit. A glyph that can't be drawn is blank.
     virtual GlyphBitmap rasterize(std::uint32_t codepoint, double scale) = 0;
     virtual double units_per_em() const = 0;

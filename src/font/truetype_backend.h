@@ -13,7 +13,7 @@ public:
     TrueTypeBackend(const TrueTypeBackend&) = delete;
     TrueTypeBackend& operator=(const TrueTypeBackend&) = delete;
 
-    bool load(const std::vector<std::uint8_t>& bytes) override;
+    [[nodiscard]] bool load(const std::vector<std::uint8_t>& bytes) override;
     GlyphBitmap rasterize(std::uint32_t codepoint, double scale) override;
     double units_per_em() const override { return units_per_em_; }
     double ascent() const override { return ascent_; }

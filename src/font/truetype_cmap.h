@@ -22,7 +22,7 @@ struct Format12Group {
 class CharacterMap {
 public:
     // The file's bytes must outlive the map. False when neither table is there.
-    bool load(FontBytes file, TableRecord cmap);
+    [[nodiscard]] bool load(FontBytes file, TableRecord cmap);
     // 0 for what the font lacks. Answers are remembered.
     std::uint16_t glyphOf(std::uint32_t codepoint);
 

@@ -15,7 +15,7 @@ public:
     Type1Backend(const Type1Backend&) = delete;
     Type1Backend& operator=(const Type1Backend&) = delete;
 
-    bool load(const std::vector<std::uint8_t>& bytes) override;
+    [[nodiscard]] bool load(const std::vector<std::uint8_t>& bytes) override;
     GlyphBitmap rasterize(std::uint32_t codepoint, double scale) override;
     double units_per_em() const override { return unitsPerEm_; }
     double ascent() const override;

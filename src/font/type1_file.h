@@ -21,6 +21,6 @@ struct Type1File {
 };
 
 // Reads a file in text (PFA) or segmented binary (PFB) form. Nothing when it holds no glyph.
-std::optional<Type1File> readType1File(std::span<const std::uint8_t> bytes);
+[[nodiscard]] std::optional<Type1File> readType1File(std::span<const std::uint8_t> bytes);
 
 }  // namespace kelmora

@@ -13,7 +13,7 @@ public:
     void flush() override;
     std::FILE* openProcess(const std::string& command, const std::string& mode) override;
     int closeProcess(std::FILE* stream) override;
-    bool replaceFile(const std::string& path, std::span<const unsigned char> content) override;
+    [[nodiscard]] bool replaceFile(const std::string& path, std::span<const unsigned char> content) override;
 
 private:
     bool flushes_;  // a person is reading along

@@ -22,7 +22,7 @@ bool windows_temp_directory(char* buffer, unsigned size);
 
 // Replaces a file's content as a whole: written beside it, pushed to the disk, then renamed over it. A
 // failure on the way leaves the old file as it was.
-bool platform_replace_file(const char* path, const void* content, std::size_t size);
+[[nodiscard]] bool platform_replace_file(const char* path, const void* content, std::size_t size);
 
 bool platform_is_windows();
 bool platform_stdout_is_terminal();

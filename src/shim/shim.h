@@ -22,11 +22,11 @@ double vh_lua_version_number();
 
 // Pictures of every format that can be read. RGBA pixels allocated with new[], which the caller owns. On
 // failure, want of memory included, null, and both sizes 0.
-unsigned char* vh_load_png(const char* path, int* width, int* height);
-bool vh_save_png(const char* path, const unsigned char* pixels, int width, int height);
-bool vh_save_bmp(const char* path, const unsigned char* pixels, int width, int height);
-bool vh_save_tga(const char* path, const unsigned char* pixels, int width, int height);
-bool vh_save_xcf(const char* path, const unsigned char* pixels, int width, int height);
+[[nodiscard]] unsigned char* vh_load_png(const char* path, int* width, int* height);
+[[nodiscard]] bool vh_save_png(const char* path, const unsigned char* pixels, int width, int height);
+[[nodiscard]] bool vh_save_bmp(const char* path, const unsigned char* pixels, int width, int height);
+[[nodiscard]] bool vh_save_tga(const char* path, const unsigned char* pixels, int width, int height);
+[[nodiscard]] bool vh_save_xcf(const char* path, const unsigned char* pixels, int width, int height);
 
 // Fonts. A handle is null when the file can't be used, and ended with vh_font_free; sizes are pixels to the
 // em. The picture of a text is a new record that the caller owns, or null for a null handle or text.
