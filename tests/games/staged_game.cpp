@@ -1,5 +1,7 @@
 #include "games/staged_game.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <fstream>
 #include <map>
@@ -84,7 +86,7 @@ void StagedGame::expectStoredFrames() {
     std::replace(list.begin(), list.end(), '-', '_');
     const std::string path = (sourceDirectory / "tests/games" / list).string();
     const std::string seen = frameSums(root_ / "made");
-    if (std::getenv("KELMORA_STORE_FRAMES")) writeWholeFile(path, seen);
+    if (std::getenv("KELMORA_STORE_FRAMES")) EXPECT_TRUE(writeWholeFile(path, seen));
     EXPECT_EQ(seen, readWholeFile(path));
 }
 

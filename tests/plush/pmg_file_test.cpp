@@ -60,13 +60,13 @@ TEST_F(PmgFile, RefusesWhatIsNoneOfIts) {
     const auto whole = readWholeFileBytes(path_);
     ASSERT_TRUE(whole.has_value());
     for (std::size_t size = 0; size < whole->size(); ++size) {
-        writeWholeFileBytes(path_, std::span(*whole).first(size));
+        EXPECT_TRUE(writeWholeFileBytes(path_, std::span(*whole).first(size)));
         EXPECT_EQ(loadPlushImage(path_.c_str()), nullptr) << size;
     }
     for (const std::size_t field : {0u, 8u, 32u, 40u}) {  // a size of all ones
         auto damaged = *whole;
         std::memset(damaged.data() + field, 0xFF, 8);
-        writeWholeFileBytes(path_, damaged);
+        EXPECT_TRUE(writeWholeFileBytes(path_, damaged));
         EXPECT_EQ(loadPlushImage(path_.c_str()), nullptr) << field;
     }
 }

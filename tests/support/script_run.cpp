@@ -53,8 +53,8 @@ void runAsGame(Runtime& runtime, const std::string& source) {
     for (const char* folder :
          {"bin", "Resources/scripts", "Resources/package", "Resources/volatile", "Libraries"})
         std::filesystem::create_directories(root / folder);
-    writeWholeFile((root / "Resources/package/graphics.vs").string(), "graphicsRan = true\n");
-    writeWholeFile((root / "Resources/scripts/visual-novel.vs").string(), source);
+    EXPECT_TRUE(writeWholeFile((root / "Resources/package/graphics.vs").string(), "graphicsRan = true\n"));
+    EXPECT_TRUE(writeWholeFile((root / "Resources/scripts/visual-novel.vs").string(), source));
     runtime.path = (root / "bin/").generic_string();
     runEmbeddedStartupScript(runtime, bootImage(), startupSourcePath(runtime));
 }

@@ -25,7 +25,7 @@ protected:
 
     std::string file(const std::string& name, const std::string& content) const {
         const std::string path = (root_ / name).string();
-        writeWholeFile(path, content);
+        EXPECT_TRUE(writeWholeFile(path, content));
         return quoted(path);
     }
     static ShellOutcome vesper(const std::string& arguments) {
