@@ -86,7 +86,9 @@ void StagedGame::expectStoredFrames() {
     std::replace(list.begin(), list.end(), '-', '_');
     const std::string path = (sourceDirectory / "tests/games" / list).string();
     const std::string seen = frameSums(root_ / "made");
-    if (std::getenv("KELMORA_STORE_FRAMES")) EXPECT_TRUE(writeWholeFile(path, seen));
+    if (std::getenv("KELMORA_STORE_FRAMES")) {
+        EXPECT_TRUE(writeWholeFile(path, seen));
+    }
     EXPECT_EQ(seen, readWholeFile(path));
 }
 
