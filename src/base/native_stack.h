@@ -14,6 +14,7 @@ public:
     // The stack's lowest address, where the system can tell it.
     void setLowAddress(std::uintptr_t address) { lowAddress_ = address; }
 
+    bool isMarked() const { return limit_ != 0; }
     // Where the outermost run begins.
     void markBase() {
         const std::uintptr_t top = here();
