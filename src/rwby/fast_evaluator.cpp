@@ -7,7 +7,8 @@ namespace {
 // Evaluates the nodes of one call. A failure has the line of the node that was last at work.
 class FastEvaluator {
 public:
-    FastEvaluator(RubyVM::Impl& machine, const Program& program, const FastForm& form, const RubyValue* locals)
+    FastEvaluator(RubyVM::Impl& machine, const Program& program, const FastForm& form,
+                  const RubyValue* locals)
         : machine_(machine), program_(program), form_(form), locals_(locals) {}
 
     std::uint32_t line() const { return line_; }

@@ -45,28 +45,31 @@ enum class InnerOp : std::uint8_t {
     JumpIfFalse,
     JumpIfTrue,
     Jump,
-    Loop,           // jumps back
-    Call,           // callee in register `a`, `b` arguments behind it
-    DefineFunction, // function `a`
+    Loop,            // jumps back
+    Call,            // callee in register `a`, `b` arguments behind it
+    DefineFunction,  // function `a`
     Return,
     ReturnNil,
-    MakeArray,      // `b` items from register `a` on
+    MakeArray,  // `b` items from register `a` on
     Index,
     SetIndex,       // container `a`, index `b`, value `target`
     SetNamedIndex,  // the same; the next instruction's target takes a changed string
 };
 
-// An operand is an index and, in its two low bits, where it counts.
+// An operand is the distance of a value, in bytes, and in its two low bits from where.
 enum class OperandSpace : std::int32_t { Register = 0, Constant = 1, Global = 2 };
 
+constexpr std::int32_t operandScale = 16;  // the size of a value
+constexpr std::int32_t maximumOperandIndex = INT32_MAX / operandScale - 1;
+
 constexpr std::int32_t makeOperand(OperandSpace space, std::int32_t index) {
-    return index * 4 + static_cast<std::int32_t>(space);
+    return index * operandScale + static_cast<std::int32_t>(space);
 }
 constexpr OperandSpace operandSpace(std::int32_t operand) {
     return static_cast<OperandSpace>(operand & 3);
 }
 constexpr std::int32_t operandIndex(std::int32_t operand) {
-    return operand >> 2;
+    return operand / operandScale;
 }
 
 struct InnerInstruction {

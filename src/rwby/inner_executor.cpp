@@ -55,7 +55,16 @@ private:
     const InnerLines& lines() const { return function_->inner.lines[position()]; }
     std::uint32_t currentLine() const { return failedLine_ != 0 ? failedLine_ : lines().op; }
 
-    RubyValue& at(std::int32_t operand) const { return spaces_[operand & 3][operand >> 2]; }
+    RubyValue& at(std::int32_t operand) const {
+        return *reinterpret_cast<RubyValue*>(spaces_[operand & 3] + static_cast<std::uintptr_t>(operand));
+    }
+    // Addresses less the bits that the operands have for them.
+    void setSpaces() {
+        spaces_[0] = reinterpret_cast<std::uintptr_t>(base_);
+        spaces_[1] = reinterpret_cast<std::uintptr_t>(program_->constants.data()) - 1;
+        refreshGlobals();
+    }
+    void refreshGlobals() { spaces_[2] = reinterpret_cast<std::uintptr_t>(machine_.globals.values()) - 2; }
     // The operand's value, which may be of a global that has the name of an unassigned local.
     const RubyValue& fetch(std::int32_t operand, std::uint32_t line) {
         const RubyValue& value = at(operand);
@@ -65,6 +74,8 @@ private:
     std::uint32_t lineOfThird() const { return function_->inner.lines[position() + 1].op; }
 
     void enter(const Program* program, const CompiledFunction* function, RubyValue* base, std::size_t count);
+    InnerFrame popFrame();
+    RubyValue* resume(const InnerFrame& frame);
     void leave(RubyValue result);
     void releaseAbove(RubyValue* top);
     void unwind();
@@ -90,17 +101,12 @@ private:
     [[gnu::noinline]] void slowSetIndex(const InnerInstruction& i);
     void setIndex(const InnerInstruction& i);
     void call(const InnerInstruction& i);
-    [[gnu::noinline]] void callOther(const InnerInstruction& i);
+    void callScript(const InnerInstruction& i, const FunctionObject& function, std::size_t count);
     [[gnu::noinline]] void callProtected(const InnerInstruction& i);
     [[gnu::noinline]] void raise(const InnerInstruction& i);
     void pushFrame(std::int32_t target, bool isProtected);
     void defineFunction(const InnerInstruction& i);
     void makeArray(const InnerInstruction& i);
-    void loopTo(const InnerInstruction& i) {
-        machine_.countStep();
-        jumpTo(i);
-    }
-    void jumpTo(const InnerInstruction& i) { pc_ = function_->inner.instructions.data() + i.target; }
 
     RubyVM::Impl& machine_;
     std::size_t entryFrames_;
@@ -108,7 +114,7 @@ private:
     const CompiledFunction* function_ = nullptr;
     const InnerInstruction* pc_ = nullptr;
     RubyValue* base_ = nullptr;
-    RubyValue* spaces_[4] = {};  // by OperandSpace
+    std::uintptr_t spaces_[4] = {};  // by OperandSpace
     RubyValue* entryTop_ = nullptr;
     std::uint32_t failedLine_ = 0;  // where it is not the instruction's own
     RubyValue result_;
@@ -124,15 +130,29 @@ void InnerRun::enter(const Program* program, const CompiledFunction* function, R
     function_ = function;
     base_ = base;
     pc_ = function->inner.instructions.data();
-    spaces_[0] = base;
-    // Constants are only read.
-    spaces_[1] = const_cast<RubyValue*>(program->constants.data());
-    spaces_[2] = machine_.globals.values();
+    setSpaces();
 }
 
 void InnerRun::releaseAbove(RubyValue* top) {
-    for (RubyValue* value = machine_.stack.top(); value > top;) (--value)->setNil();
+    for (RubyValue* value = machine_.stack.top(); value > top;) (--value)->dropReference();
     machine_.stack.setTop(top);
+}
+
+InnerFrame InnerRun::popFrame() {
+    const InnerFrame frame = machine_.frames.back();
+    machine_.frames.pop_back();
+    --machine_.depth;
+    return frame;
+}
+
+// Goes on in a caller: the end of its registers.
+RubyValue* InnerRun::resume(const InnerFrame& frame) {
+    program_ = frame.program;
+    function_ = frame.function;
+    pc_ = frame.next;
+    base_ = frame.base;
+    setSpaces();
+    return base_ + function_->inner.frameSize;
 }
 
 void InnerRun::leave(RubyValue result) {
@@ -141,18 +161,9 @@ void InnerRun::leave(RubyValue result) {
         isDone_ = true;
         return;
     }
-    for (RubyValue* value = machine_.stack.top(); value > base_;) (--value)->setNil();
-    const InnerFrame frame = machine_.frames.back();
-    machine_.frames.pop_back();
-    --machine_.depth;
-    program_ = frame.program;
-    function_ = frame.function;
-    pc_ = frame.next;
-    base_ = frame.base;
-    machine_.stack.setTop(base_ + function_->inner.frameSize);
-    spaces_[0] = base_;
-    spaces_[1] = const_cast<RubyValue*>(program_->constants.data());
-    spaces_[2] = machine_.globals.values();
+    for (RubyValue* value = machine_.stack.top(); value > base_;) (--value)->dropReference();
+    const InnerFrame frame = popFrame();
+    machine_.stack.setTop(resume(frame));
     at(frame.target) = frame.isProtected ? protectedResult(true, std::move(result)) : std::move(result);
 }
 
@@ -166,18 +177,9 @@ void InnerRun::unwind() {
 bool InnerRun::recover(std::string_view text) {
     failedLine_ = 0;
     while (machine_.frames.size() > entryFrames_) {
-        const InnerFrame frame = machine_.frames.back();
-        machine_.frames.pop_back();
-        --machine_.depth;
+        const InnerFrame frame = popFrame();
         if (!frame.isProtected) continue;
-        program_ = frame.program;
-        function_ = frame.function;
-        pc_ = frame.next;
-        base_ = frame.base;
-        releaseAbove(base_ + function_->inner.frameSize);
-        spaces_[0] = base_;
-        spaces_[1] = const_cast<RubyValue*>(program_->constants.data());
-        spaces_[2] = machine_.globals.values();
+        releaseAbove(resume(frame));
         at(frame.target) = protectedResult(false, RubyValue::text(text));
         return true;
     }
@@ -246,7 +248,6 @@ void InnerRun::setIndex(const InnerInstruction& i) {
     } else {
         slowSetIndex(i);
     }
-    ++pc_;
 }
 
 void InnerRun::slowSetIndex(const InnerInstruction& i) {
@@ -267,40 +268,46 @@ void InnerRun::call(const InnerInstruction& i) {
     RubyValue* callee = base_ + i.a;
     if (!callee->isFunction()) throw std::runtime_error("attempted to call a non-function value");
     const FunctionObject& function = callee->functionObject();
-    if (function.kind != FunctionKind::Script) {
-        callOther(i);
-        return;
-    }
-    const Program& program = *function.program;
-    const CompiledFunction& called = program.functions[static_cast<std::size_t>(function.index)];
     const auto count = static_cast<std::size_t>(i.b);
-    if (machine_.usesFastForm(called) && called.parameters.size() == count) {
-        machine_.countStep();
-        at(i.target) = machine_.executeFastFunction(program, called, {callee + 1, count});
-    } else if (machine_.usesInnerCode(called) && called.parameters.size() == count) {
-        machine_.countStep();
-        pushFrame(i.target, false);
-        enter(&program, &called, callee + 1, count);
-    } else {
-        callOther(i);
+    switch (function.kind) {
+        case FunctionKind::Script:
+            callScript(i, function, count);
+            return;
+        case FunctionKind::Pcall:
+            callProtected(i);
+            return;
+        case FunctionKind::Error:
+            if (count == 1) {
+                raise(i);
+                return;
+            }
+            break;
+        default:
+            break;
     }
+    RubyValue result = machine_.callValue(*callee, {callee + 1, count}, {program_, lines().op});
+    refreshGlobals();
+    at(i.target) = std::move(result);
 }
 
-void InnerRun::callOther(const InnerInstruction& i) {
-    RubyValue* callee = base_ + i.a;
-    const FunctionKind kind = callee->functionObject().kind;
-    if (kind == FunctionKind::Pcall) {
-        callProtected(i);
-        return;
+void InnerRun::callScript(const InnerInstruction& i, const FunctionObject& function, std::size_t count) {
+    const Program& program = *function.program;
+    const CompiledFunction& called = *function.target;
+    RubyValue* arguments = base_ + i.a + 1;
+    if (called.parameters.size() != count) {
+        checkArgumentCount(called, count);
+    } else if (machine_.usesFastForm(called)) {
+        machine_.countStep();
+        at(i.target) = machine_.executeFastFunction(program, called, {arguments, count});
+    } else if (machine_.usesInnerCode(called)) {
+        machine_.countStep();
+        pushFrame(i.target, false);
+        enter(&program, &called, arguments, count);
+    } else {
+        RubyValue result = machine_.callValue(base_[i.a], {arguments, count}, {program_, lines().op});
+        refreshGlobals();
+        at(i.target) = std::move(result);
     }
-    if (kind == FunctionKind::Error && i.b == 1) {
-        raise(i);
-        return;
-    }
-    RubyValue result =
-        machine_.callValue(*callee, {callee + 1, static_cast<std::size_t>(i.b)}, {program_, lines().op});
-    spaces_[2] = machine_.globals.values();
-    at(i.target) = std::move(result);
 }
 
 // A function with inner code that is called through pcall runs in this loop like any other.
@@ -309,7 +316,8 @@ void InnerRun::callProtected(const InnerInstruction& i) {
     const auto count = static_cast<std::size_t>(i.b);
     if (count > 0 && callee->isFunction() && callee->functionObject().kind == FunctionKind::Script) {
         const FunctionObject& function = callee->functionObject();
-        const CompiledFunction& called = function.program->functions[static_cast<std::size_t>(function.index)];
+        const CompiledFunction& called =
+            function.program->functions[static_cast<std::size_t>(function.index)];
         if (machine_.usesInnerCode(called) && called.parameters.size() == count - 1) {
             machine_.countStep();
             pushFrame(i.target, true);
@@ -318,7 +326,7 @@ void InnerRun::callProtected(const InnerInstruction& i) {
         }
     }
     RubyValue result = machine_.callValue(callee[-1], {callee, count}, {program_, lines().op});
-    spaces_[2] = machine_.globals.values();
+    refreshGlobals();
     at(i.target) = std::move(result);
 }
 
@@ -342,8 +350,11 @@ void InnerRun::makeArray(const InnerInstruction& i) {
 }
 
 RubyValue InnerRun::dispatch() {
-    while (!isDone_) {
-        const InnerInstruction& i = *pc_++;
+    const InnerInstruction* pc = pc_;
+    const InnerInstruction* code = function_->inner.instructions.data();
+    for (;;) {
+        const InnerInstruction& i = *pc++;
+        pc_ = pc;
         switch (i.op) {
             case InnerOp::Move: {
                 const RubyValue& value = at(i.a);
@@ -351,28 +362,28 @@ RubyValue InnerRun::dispatch() {
                 break;
             }
             case InnerOp::Add:
-                if (const RubyValue &a = at(i.a), &b = at(i.b); a.isInteger() && b.isInteger()) {
+                if (const RubyValue& a = at(i.a), &b = at(i.b); a.isInteger() && b.isInteger()) {
                     at(i.target).setInteger(wrappedAdd(a.integerValue(), b.integerValue()));
                 } else {
                     slowBinary(i, OpCode::Add);
                 }
                 break;
             case InnerOp::Subtract:
-                if (const RubyValue &a = at(i.a), &b = at(i.b); a.isInteger() && b.isInteger()) {
+                if (const RubyValue& a = at(i.a), &b = at(i.b); a.isInteger() && b.isInteger()) {
                     at(i.target).setInteger(wrappedSubtract(a.integerValue(), b.integerValue()));
                 } else {
                     slowBinary(i, OpCode::Subtract);
                 }
                 break;
             case InnerOp::Multiply:
-                if (const RubyValue &a = at(i.a), &b = at(i.b); a.isInteger() && b.isInteger()) {
+                if (const RubyValue& a = at(i.a), &b = at(i.b); a.isInteger() && b.isInteger()) {
                     at(i.target).setInteger(wrappedMultiply(a.integerValue(), b.integerValue()));
                 } else {
                     slowBinary(i, OpCode::Multiply);
                 }
                 break;
             case InnerOp::Modulo:
-                if (const RubyValue &a = at(i.a), &b = at(i.b);
+                if (const RubyValue& a = at(i.a), &b = at(i.b);
                     a.isInteger() && b.isInteger() && b.integerValue() != 0) {
                     at(i.target).setInteger(integerModulo(a.integerValue(), b.integerValue()));
                 } else {
@@ -401,52 +412,76 @@ RubyValue InnerRun::dispatch() {
                 at(i.target).setBoolean(test<OpCode::Or>(i));
                 break;
             case InnerOp::UnlessEqual:
-                if (!test<OpCode::Equal>(i)) jumpTo(i);
+                if (!test<OpCode::Equal>(i)) pc = code + i.target;
                 break;
             case InnerOp::UnlessNotEqual:
-                if (!test<OpCode::NotEqual>(i)) jumpTo(i);
+                if (!test<OpCode::NotEqual>(i)) pc = code + i.target;
                 break;
             case InnerOp::UnlessLess:
-                if (!test<OpCode::Less>(i)) jumpTo(i);
+                if (!test<OpCode::Less>(i)) pc = code + i.target;
                 break;
             case InnerOp::UnlessLessEqual:
-                if (!test<OpCode::LessEqual>(i)) jumpTo(i);
+                if (!test<OpCode::LessEqual>(i)) pc = code + i.target;
                 break;
             case InnerOp::UnlessGreater:
-                if (!test<OpCode::Greater>(i)) jumpTo(i);
+                if (!test<OpCode::Greater>(i)) pc = code + i.target;
                 break;
             case InnerOp::UnlessGreaterEqual:
-                if (!test<OpCode::GreaterEqual>(i)) jumpTo(i);
+                if (!test<OpCode::GreaterEqual>(i)) pc = code + i.target;
                 break;
             case InnerOp::UnlessAnd:
-                if (!test<OpCode::And>(i)) jumpTo(i);
+                if (!test<OpCode::And>(i)) pc = code + i.target;
                 break;
             case InnerOp::UnlessOr:
-                if (!test<OpCode::Or>(i)) jumpTo(i);
+                if (!test<OpCode::Or>(i)) pc = code + i.target;
                 break;
             case InnerOp::LoopEqual:
-                if (test<OpCode::Equal>(i)) loopTo(i);
+                if (test<OpCode::Equal>(i)) {
+                    machine_.countStep();
+                    pc = code + i.target;
+                }
                 break;
             case InnerOp::LoopNotEqual:
-                if (test<OpCode::NotEqual>(i)) loopTo(i);
+                if (test<OpCode::NotEqual>(i)) {
+                    machine_.countStep();
+                    pc = code + i.target;
+                }
                 break;
             case InnerOp::LoopLess:
-                if (test<OpCode::Less>(i)) loopTo(i);
+                if (test<OpCode::Less>(i)) {
+                    machine_.countStep();
+                    pc = code + i.target;
+                }
                 break;
             case InnerOp::LoopLessEqual:
-                if (test<OpCode::LessEqual>(i)) loopTo(i);
+                if (test<OpCode::LessEqual>(i)) {
+                    machine_.countStep();
+                    pc = code + i.target;
+                }
                 break;
             case InnerOp::LoopGreater:
-                if (test<OpCode::Greater>(i)) loopTo(i);
+                if (test<OpCode::Greater>(i)) {
+                    machine_.countStep();
+                    pc = code + i.target;
+                }
                 break;
             case InnerOp::LoopGreaterEqual:
-                if (test<OpCode::GreaterEqual>(i)) loopTo(i);
+                if (test<OpCode::GreaterEqual>(i)) {
+                    machine_.countStep();
+                    pc = code + i.target;
+                }
                 break;
             case InnerOp::LoopAnd:
-                if (test<OpCode::And>(i)) loopTo(i);
+                if (test<OpCode::And>(i)) {
+                    machine_.countStep();
+                    pc = code + i.target;
+                }
                 break;
             case InnerOp::LoopOr:
-                if (test<OpCode::Or>(i)) loopTo(i);
+                if (test<OpCode::Or>(i)) {
+                    machine_.countStep();
+                    pc = code + i.target;
+                }
                 break;
             case InnerOp::Negate:
                 at(i.target) = negate(fetch(i.a, lines().a));
@@ -455,28 +490,37 @@ RubyValue InnerRun::dispatch() {
                 at(i.target) = RubyValue::boolean(!fetch(i.a, lines().a).isTruthy());
                 break;
             case InnerOp::JumpIfFalse:
-                if (!fetch(i.a, lines().a).isTruthy()) jumpTo(i);
+                if (!fetch(i.a, lines().a).isTruthy()) pc = code + i.target;
                 break;
             case InnerOp::JumpIfTrue:
-                if (fetch(i.a, lines().a).isTruthy()) jumpTo(i);
+                if (fetch(i.a, lines().a).isTruthy()) pc = code + i.target;
                 break;
             case InnerOp::Jump:
-                jumpTo(i);
+                pc = code + i.target;
                 break;
             case InnerOp::Loop:
-                loopTo(i);
+                machine_.countStep();
+                pc = code + i.target;
                 break;
             case InnerOp::Call:
                 call(i);
+                pc = pc_;
+                code = function_->inner.instructions.data();
                 break;
             case InnerOp::DefineFunction:
                 defineFunction(i);
                 break;
             case InnerOp::Return:
                 leave(RubyValue(fetch(i.a, lines().a)));
+                if (isDone_) return std::move(result_);
+                pc = pc_;
+                code = function_->inner.instructions.data();
                 break;
             case InnerOp::ReturnNil:
                 leave(RubyValue());
+                if (isDone_) return std::move(result_);
+                pc = pc_;
+                code = function_->inner.instructions.data();
                 break;
             case InnerOp::MakeArray:
                 makeArray(i);
@@ -487,10 +531,10 @@ RubyValue InnerRun::dispatch() {
             case InnerOp::SetIndex:
             case InnerOp::SetNamedIndex:
                 setIndex(i);
+                ++pc;
                 break;
         }
     }
-    return std::move(result_);
 }
 
 }  // namespace

@@ -8,7 +8,8 @@
 namespace vesper::ruby {
 namespace {
 
-constexpr std::int32_t maximumRegisters = std::int32_t{1} << 24;
+// Beyond it no operand would reach.
+constexpr std::int32_t maximumRegisters = maximumOperandIndex / 2;
 
 InnerOp innerBinary(OpCode op) {
     if (op <= OpCode::Modulo)
@@ -64,7 +65,9 @@ private:
     };
 
     bool prepare() {
-        if (function_.localNames.size() > static_cast<std::size_t>(maximumRegisters)) return false;
+        if (function_.localNames.size() > static_cast<std::size_t>(maximumRegisters) ||
+            program_.constants.size() > static_cast<std::size_t>(maximumOperandIndex))
+            return false;
         localCount_ = static_cast<std::int32_t>(function_.localNames.size());
         for (const std::string& name : function_.localNames)
             out_.localGlobals.push_back(globals_.ensureGlobalSlot(name));
@@ -203,7 +206,7 @@ private:
     std::int32_t localCount_ = 0;
     std::vector<bool> isLabel_;
     std::vector<std::int32_t> innerAt_;
-    std::vector<std::int32_t> depthAt_;        // of the stack at a label, -1 while unknown
+    std::vector<std::int32_t> depthAt_;  // of the stack at a label, -1 while unknown
     std::vector<std::uint64_t> definiteAt_;
     std::vector<std::pair<std::int32_t, std::size_t>> patches_;
     std::vector<Entry> stack_;
@@ -287,9 +290,8 @@ bool Lowering::lowerStore(std::size_t at) {
     if (stack_.empty() || function_.globalSlots[at] < 0) return false;
     const Instruction& instruction = code_[at];
     const std::int32_t local = function_.localSlots[at];
-    const std::int32_t target = local >= 0
-                                    ? makeOperand(OperandSpace::Register, local)
-                                    : makeOperand(OperandSpace::Global, function_.globalSlots[at]);
+    const std::int32_t target = local >= 0 ? makeOperand(OperandSpace::Register, local)
+                                           : makeOperand(OperandSpace::Global, function_.globalSlots[at]);
     if (stack_.size() > 1) materialiseAll();
     const Entry value = pop();
     if (InnerInstruction* producer = producerOf(value)) {

@@ -32,8 +32,7 @@ void checkNativeArguments(const FunctionObject& function, std::size_t received) 
 }
 
 void checkProtectedFunction(Arguments arguments) {
-    if (arguments.empty() || !arguments[0].isFunction())
-        throw std::runtime_error("pcall expects a function");
+    if (arguments.empty() || !arguments[0].isFunction()) throw std::runtime_error("pcall expects a function");
     const FunctionObject& function = arguments[0].functionObject();
     if (function.kind == FunctionKind::Bound && !function.bound)
         throw std::runtime_error("pcall function handle is empty");
@@ -107,7 +106,7 @@ StackWindow::StackWindow(ValueStack& stack, std::size_t count)
 }
 
 StackWindow::~StackWindow() {
-    for (std::size_t i = 0; i < count_; ++i) begin_[i].setNil();
+    for (std::size_t i = 0; i < count_; ++i) begin_[i].dropReference();
     stack_.setTop(begin_);
 }
 

@@ -85,7 +85,6 @@ struct InnerFrame {
     bool isProtected;  // the callee was called through pcall
 };
 
-
 class RubyVM::Impl {
 public:
     Impl(RubyVM& owner, kelmora::HostServices& services, kelmora::NativeStack& native)

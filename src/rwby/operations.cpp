@@ -135,11 +135,11 @@ int compareOrdered(const RubyValue& a, const RubyValue& b) {
     if (a.isNumeric() && b.isNumeric()) {
         const double x = a.numericValue();
         const double y = b.numericValue();
-        return std::isnan(x) || std::isnan(y) ? unordered : order(x < y, x > y);
+        return std::isnan(x) || std::isnan(y) ? unordered : order(x<y, x> y);
     }
     if (!a.isString() || !b.isString()) fail("ordered comparisons require matching numeric or string values");
     const int compared = a.stringObject().text().compare(b.stringObject().text());
-    return order(compared < 0, compared > 0);
+    return order(compared<0, compared> 0);
 }
 
 RubyValue applyBinary(OpCode op, const RubyValue& a, const RubyValue& b) {

@@ -149,8 +149,8 @@ private:
         const auto arguments = static_cast<std::size_t>(count);
         if (stack_.size() < arguments + 1) fail("call stack is incomplete");
         const std::size_t callee = stack_.size() - arguments - 1;
-        RubyValue result = machine_.callValue(stack_[callee], {stack_.data() + callee + 1, arguments},
-                                              {&program_, line_});
+        RubyValue result =
+            machine_.callValue(stack_[callee], {stack_.data() + callee + 1, arguments}, {&program_, line_});
         stack_.resize(callee);
         stack_.push_back(std::move(result));
     }

@@ -67,7 +67,10 @@ std::string describeArgumentExpectation(ArgumentCount expected);
 
 struct FunctionObject : kelmora::RefCounted {
     FunctionObject(std::string functionName, kelmora::Ref<Program> owner, std::int32_t functionIndex)
-        : name(std::move(functionName)), program(std::move(owner)), index(functionIndex) {}
+        : name(std::move(functionName)),
+          program(std::move(owner)),
+          index(functionIndex),
+          target(&program->functions[static_cast<std::size_t>(functionIndex)]) {}
     FunctionObject(FunctionKind nativeKind, std::string functionName, NativeFunction function,
                    ArgumentCount expected)
         : kind(nativeKind), name(std::move(functionName)), native(function), arguments(expected) {}
@@ -78,6 +81,7 @@ struct FunctionObject : kelmora::RefCounted {
     std::string name;
     kelmora::Ref<Program> program;
     std::int32_t index = 0;
+    const CompiledFunction* target = nullptr;  // of the program
     NativeFunction native = nullptr;
     ArgumentCount arguments;  // of a native function
     BoundFunction bound;

@@ -32,9 +32,8 @@ RubyResult RubyVM::runScript(std::string_view source, std::string_view chunkName
 }
 
 RubyResult RubyVM::runScriptFile(const std::string& path) {
-    return impl_->run([&] {
-        return impl_->compile(readFile(impl_->host, path, "unable to open script file: "), path);
-    });
+    return impl_->run(
+        [&] { return impl_->compile(readFile(impl_->host, path, "unable to open script file: "), path); });
 }
 
 RubyResult RubyVM::runBytecode(std::span<const std::uint8_t> bytecode) {

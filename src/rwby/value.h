@@ -67,9 +67,7 @@ public:
     static RubyValue number(double value) noexcept {
         return RubyValue(RubyValueType::Float, std::bit_cast<std::uint64_t>(value));
     }
-    static RubyValue boolean(bool value) noexcept {
-        return RubyValue(RubyValueType::Boolean, value ? 1 : 0);
-    }
+    static RubyValue boolean(bool value) noexcept { return RubyValue(RubyValueType::Boolean, value ? 1 : 0); }
     static RubyValue text(std::string_view text) { return string(new StringObject(text)); }
     static RubyValue string(StringObject* object) noexcept { return counted(RubyValueType::String, object); }
     // One-byte strings come from a fixed set, so that walking a string does not allocate.
@@ -114,9 +112,7 @@ public:
     std::vector<RubyValue>& items() const;
     inline MapObject& mapObject() const;            // in map_object.h
     inline FunctionObject& functionObject() const;  // in program.h
-    double numericValue() const {
-        return isInteger() ? static_cast<double>(integerValue()) : floatValue();
-    }
+    double numericValue() const { return isInteger() ? static_cast<double>(integerValue()) : floatValue(); }
 
     // These raise for a value of another kind. Numbers pass into each other: a float is cut to its integer
     // part and held to 64 bits.
@@ -140,6 +136,10 @@ public:
     void setFloat(double value) { setPlain(RubyValueType::Float, std::bit_cast<std::uint64_t>(value)); }
     void setBoolean(bool value) { setPlain(RubyValueType::Boolean, value ? 1 : 0); }
     void setNil() { setPlain(RubyValueType::Nil, 0); }
+    // Nil in place of a reference; what needs no count stays.
+    void dropReference() {
+        if (isCounted()) setNil();
+    }
     void setUndefined() { setPlain(RubyValueType::Undefined, 0); }
 
 private:

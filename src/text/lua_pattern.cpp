@@ -218,7 +218,8 @@ void appendLuaReplacement(std::string& out, std::string_view replacement, std::s
         auto group = static_cast<std::size_t>(form - '0');
         if (group == 1 && captures.size() == 1) group = 0;
         if (group >= captures.size())
-            throw std::runtime_error(std::string("invalid capture index %") + form + " in replacement string");
+            throw std::runtime_error(std::string("invalid capture index %") + form +
+                                     " in replacement string");
         if (captures[group].tookPart) out += captures[group].in(subject);
     }
 }

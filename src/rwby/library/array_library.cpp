@@ -23,9 +23,11 @@ RubyValue range(RubyVM&, Arguments arguments) {
     const std::int64_t step = arguments.size() > 2 ? arguments[2].asInteger() : 1;
     require(step != 0, "range step cannot be zero");
     if (step > 0 ? first > last : first < last) return RubyValue::array({});
-    const std::uint64_t span = step > 0 ? static_cast<std::uint64_t>(last) - static_cast<std::uint64_t>(first)
-                                        : static_cast<std::uint64_t>(first) - static_cast<std::uint64_t>(last);
-    const std::uint64_t stride = step > 0 ? static_cast<std::uint64_t>(step) : 0 - static_cast<std::uint64_t>(step);
+    const std::uint64_t span = step > 0
+                                   ? static_cast<std::uint64_t>(last) - static_cast<std::uint64_t>(first)
+                                   : static_cast<std::uint64_t>(first) - static_cast<std::uint64_t>(last);
+    const std::uint64_t stride =
+        step > 0 ? static_cast<std::uint64_t>(step) : 0 - static_cast<std::uint64_t>(step);
     require(span / stride < static_cast<std::uint64_t>(maximumArraySize), "the array is too large");
     const auto count = static_cast<std::size_t>(span / stride + 1);
     std::vector<RubyValue> items(count);
@@ -56,8 +58,8 @@ RubyValue arrayPush(RubyVM&, Arguments arguments) {
 RubyValue takeItems(Arguments arguments, bool atEnd, const char* message) {
     std::vector<RubyValue>& items = arguments[0].asArray();
     const bool isSingle = arguments.size() == 1;
-    const std::size_t count = isSingle ? std::min<std::size_t>(items.size(), 1)
-                                       : heldCount(arguments[1], items.size(), message);
+    const std::size_t count =
+        isSingle ? std::min<std::size_t>(items.size(), 1) : heldCount(arguments[1], items.size(), message);
     const auto first = atEnd ? items.end() - static_cast<std::ptrdiff_t>(count) : items.begin();
     const auto last = first + static_cast<std::ptrdiff_t>(count);
     std::vector<RubyValue> taken(std::make_move_iterator(first), std::make_move_iterator(last));
@@ -90,7 +92,8 @@ RubyValue arraySlice(RubyVM&, Arguments arguments) {
     first = std::min(first, size);
     const auto available = static_cast<std::size_t>(size - first);
     const std::size_t count =
-        arguments.size() > 2 ? heldCount(arguments[2], available, "array_slice count must be non-negative") : available;
+        arguments.size() > 2 ? heldCount(arguments[2], available, "array_slice count must be non-negative")
+                             : available;
     const auto begin = items.begin() + static_cast<std::ptrdiff_t>(first);
     return RubyValue::array({begin, begin + static_cast<std::ptrdiff_t>(count)});
 }

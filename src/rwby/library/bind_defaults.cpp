@@ -7,8 +7,8 @@ void bindDefaults(RubyVM& vm, Globals& globals) {
                                patternLibrary(), fileLibrary()})
         for (const LibraryEntry& entry : library)
             globals.setGlobalSlotValue(globals.ensureGlobalSlot(entry.name),
-                                       RubyValue::function(new FunctionObject(entry.kind, entry.name, entry.function,
-                                                                              entry.arguments)));
+                                       RubyValue::function(new FunctionObject(
+                                           entry.kind, entry.name, entry.function, entry.arguments)));
     vm.setGlobal("VESPERRWBY_VERSION", RubyValue::text("VesperRwby 0.2"));
 }
 

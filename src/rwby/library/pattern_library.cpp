@@ -60,7 +60,8 @@ bool isAsciiLetter(char c) {
 
 // Letters, a hyphen and digits, the search for names like "room-12": by hand, since programs do it often. The
 // captures are those of the pattern.
-bool findAlphaDashDigitsMatch(std::string_view subject, std::size_t from, kelmora::regex::Captures& captures) {
+bool findAlphaDashDigitsMatch(std::string_view subject, std::size_t from,
+                              kelmora::regex::Captures& captures) {
     for (std::size_t dash = subject.find('-', from); dash != std::string_view::npos;
          dash = subject.find('-', dash + 1)) {
         std::size_t first = dash;
@@ -130,7 +131,8 @@ void appendReplacement(RubyVM& vm, std::string& out, const RubyValue& replacemen
         for (std::size_t i = captures.size() > 1 ? 1 : 0; i < captures.size(); ++i)
             values.push_back(captureValue(subject, captures[i]));
         value = vm.call(replacement, values);
-    } else if (const RubyValue* known = findInMap(replacement, captureValue(subject, captures[captures.size() > 1 ? 1 : 0]))) {
+    } else if (const RubyValue* known =
+                   findInMap(replacement, captureValue(subject, captures[captures.size() > 1 ? 1 : 0]))) {
         value = *known;
     }
     out += value.isTruthy() ? value.toString() : std::string(captures[0].in(subject));

@@ -12,8 +12,7 @@ double RandomSource::draw() {
 }
 
 std::int64_t RandomSource::drawBetween(std::int64_t lowest, std::int64_t highest) {
-    const std::uint64_t span =
-        static_cast<std::uint64_t>(highest) - static_cast<std::uint64_t>(lowest) + 1u;
+    const std::uint64_t span = static_cast<std::uint64_t>(highest) - static_cast<std::uint64_t>(lowest) + 1u;
     const std::uint64_t drawn = engine_();
     return static_cast<std::int64_t>(static_cast<std::uint64_t>(lowest) + (span == 0 ? drawn : drawn % span));
 }

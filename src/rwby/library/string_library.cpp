@@ -127,7 +127,8 @@ RubyValue split(RubyVM&, Arguments arguments) {
         return RubyValue::array(std::move(parts));
     }
     std::size_t at = 0;
-    for (std::size_t end = text.find(separator); end != std::string_view::npos; end = text.find(separator, at)) {
+    for (std::size_t end = text.find(separator); end != std::string_view::npos;
+         end = text.find(separator, at)) {
         add(at, end);
         at = end + separator.size();
     }
@@ -160,7 +161,8 @@ RubyValue reverse(RubyVM&, Arguments arguments) {
 }
 
 RubyValue include(RubyVM&, Arguments arguments) {
-    return RubyValue::boolean(arguments[0].asString().find(arguments[1].asString()) != std::string_view::npos);
+    return RubyValue::boolean(arguments[0].asString().find(arguments[1].asString()) !=
+                              std::string_view::npos);
 }
 
 RubyValue startWith(RubyVM&, Arguments arguments) {
@@ -178,22 +180,14 @@ RubyValue utf8Len(RubyVM&, Arguments arguments) {
 }
 
 constexpr LibraryEntry entries[] = {
-    {"string_upper", upper, exactly(1)},
-    {"string_lower", lower, exactly(1)},
-    {"string_sub", sub, between(2, 3)},
-    {"string_byte", byte, between(1, 3)},
-    {"string_char", charFunction, atLeast(0)},
-    {"string_format", format, atLeast(1)},
-    {"string_rep", rep, between(2, 3)},
-    {"string_split", split, between(1, 2)},
-    {"string_strip", strip, exactly(1)},
-    {"string_lstrip", lstrip, exactly(1)},
-    {"string_rstrip", rstrip, exactly(1)},
-    {"string_reverse", reverse, exactly(1)},
-    {"string_include?", include, exactly(2)},
-    {"string_start_with?", startWith, exactly(2)},
-    {"string_end_with?", endWith, exactly(2)},
-    {"utf8_len", utf8Len, exactly(1)},
+    {"string_upper", upper, exactly(1)},       {"string_lower", lower, exactly(1)},
+    {"string_sub", sub, between(2, 3)},        {"string_byte", byte, between(1, 3)},
+    {"string_char", charFunction, atLeast(0)}, {"string_format", format, atLeast(1)},
+    {"string_rep", rep, between(2, 3)},        {"string_split", split, between(1, 2)},
+    {"string_strip", strip, exactly(1)},       {"string_lstrip", lstrip, exactly(1)},
+    {"string_rstrip", rstrip, exactly(1)},     {"string_reverse", reverse, exactly(1)},
+    {"string_include?", include, exactly(2)},  {"string_start_with?", startWith, exactly(2)},
+    {"string_end_with?", endWith, exactly(2)}, {"utf8_len", utf8Len, exactly(1)},
 };
 
 }  // namespace

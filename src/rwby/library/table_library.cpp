@@ -200,8 +200,9 @@ RubyValue tableConcat(RubyVM&, Arguments arguments) {
     const std::int64_t to = arguments.size() > 3 ? std::min(arguments[3].asInteger(), last) : last;
     const std::string_view separator = arguments.size() > 1 ? arguments[1].asString() : "";
     if (from > to) return RubyValue::text("");
-    return joinItems(std::span(items).subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from + 1)),
-                     separator);
+    return joinItems(
+        std::span(items).subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from + 1)),
+        separator);
 }
 
 constexpr LibraryEntry entries[] = {
