@@ -13,37 +13,43 @@ public:
 
     std::uint32_t line() const { return line_; }
 
-    RubyValue evaluateFastNode(std::int32_t index) {
+    void evaluateFastNode(std::int32_t index, RubyValue& result) {
         const FastNode& node = nodeAt(index);
         switch (node.kind) {
             case FastNode::Kind::Constant:
-                return program_.constants[static_cast<std::size_t>(node.value)];
+                result = program_.constants[static_cast<std::size_t>(node.value)];
+                break;
             case FastNode::Kind::Local:
-                return locals_[node.value];
+                result = locals_[node.value];
+                break;
             case FastNode::Kind::Global:
-                return global(node.globalSlot, node.line);
+                result = global(node.globalSlot, node.line);
+                break;
             case FastNode::Kind::Unary:
-                return unary(node);
+                unary(node, result);
+                break;
             case FastNode::Kind::Binary:
-                return binary(node);
-            case FastNode::Kind::Index: {
-                RubyValue containerValue;
-                RubyValue indexStore;
-                const RubyValue& container = operand(node.left, containerValue);
-                const RubyValue& position = operand(node.right, indexStore);
-                line_ = node.line;
-                return indexValue(container, position);
-            }
+                binary(node, result);
+                break;
+            case FastNode::Kind::Index:
+                element(node, result);
+                break;
             case FastNode::Kind::Call:
-                return call(node);
+                call(node, result);
+                break;
             case FastNode::Kind::Array:
-                return array(node);
+                array(node, result);
+                break;
         }
-        return {};
     }
 
+    bool isGuardTrue() {
+        RubyValue condition;
+        evaluateFastNode(form_.condition, condition);
+        return condition.isTruthy();
+    }
     void raiseGuardError() {
-        RubyValue callee = global(form_.errorSlot, form_.errorNameLine);
+        const RubyValue callee = global(form_.errorSlot, form_.errorNameLine);
         line_ = form_.errorCallLine;
         machine_.callValue(callee, {&program_.constants[static_cast<std::size_t>(form_.errorText)], 1},
                            {&program_, line_});
@@ -58,69 +64,86 @@ private:
         if (node.kind == FastNode::Kind::Local) return locals_[node.value];
         if (node.kind == FastNode::Kind::Constant)
             return program_.constants[static_cast<std::size_t>(node.value)];
-        store = evaluateFastNode(index);
+        evaluateFastNode(index, store);
         return store;
     }
 
-    RubyValue global(std::int32_t slot, std::uint32_t line) {
+    const RubyValue& global(std::int32_t slot, std::uint32_t line) {
         const RubyValue& value = machine_.globals.value(slot);
         if (!value.isUndefined()) return value;
         line_ = line;
         throw std::runtime_error("undefined variable or function '" + machine_.globals.name(slot) + "'");
     }
 
-    RubyValue unary(const FastNode& node) {
+    void unary(const FastNode& node, RubyValue& result) {
         RubyValue store;
         const RubyValue& value = operand(node.left, store);
-        if (node.subKind == OpCode::Not) return RubyValue::boolean(!value.isTruthy());
         line_ = node.line;
-        return negate(value);
+        result = node.subKind == OpCode::Not ? RubyValue::boolean(!value.isTruthy()) : negate(value);
     }
 
-    RubyValue binary(const FastNode& node) {
+    void binary(const FastNode& node, RubyValue& result) {
         RubyValue leftStore;
         RubyValue rightStore;
         const RubyValue& a = operand(node.left, leftStore);
         const RubyValue& b = operand(node.right, rightStore);
-        if (a.isInteger() && b.isInteger()) {
-            switch (node.subKind) {
-                case OpCode::Add:
-                    return RubyValue::integer(wrappedAdd(a.integerValue(), b.integerValue()));
-                case OpCode::Subtract:
-                    return RubyValue::integer(wrappedSubtract(a.integerValue(), b.integerValue()));
-                case OpCode::Multiply:
-                    return RubyValue::integer(wrappedMultiply(a.integerValue(), b.integerValue()));
-                case OpCode::Less:
-                    return RubyValue::boolean(a.integerValue() < b.integerValue());
-                case OpCode::Greater:
-                    return RubyValue::boolean(a.integerValue() > b.integerValue());
-                case OpCode::Equal:
-                    return RubyValue::boolean(a.integerValue() == b.integerValue());
-                default:
-                    break;
-            }
-        }
+        if (a.isInteger() && b.isInteger() &&
+            integers(node.subKind, a.integerValue(), b.integerValue(), result))
+            return;
         line_ = node.line;
-        return applyBinary(node.subKind, a, b);
+        result = applyBinary(node.subKind, a, b);
+    }
+    // False for an operator whose result may be no integer.
+    static bool integers(OpCode op, std::int64_t a, std::int64_t b, RubyValue& result) {
+        switch (op) {
+            case OpCode::Add:
+                result.setInteger(wrappedAdd(a, b));
+                return true;
+            case OpCode::Subtract:
+                result.setInteger(wrappedSubtract(a, b));
+                return true;
+            case OpCode::Multiply:
+                result.setInteger(wrappedMultiply(a, b));
+                return true;
+            case OpCode::Equal:
+                result.setBoolean(a == b);
+                return true;
+            case OpCode::Less:
+                result.setBoolean(a < b);
+                return true;
+            case OpCode::Greater:
+                result.setBoolean(a > b);
+                return true;
+            default:
+                return false;
+        }
     }
 
-    RubyValue call(const FastNode& node) {
+    void element(const FastNode& node, RubyValue& result) {
+        RubyValue containerStore;
+        RubyValue indexStore;
+        const RubyValue& container = operand(node.left, containerStore);
+        const RubyValue& position = operand(node.right, indexStore);
+        line_ = node.line;
+        result = indexValue(container, position);
+    }
+
+    void call(const FastNode& node, RubyValue& result) {
         const std::size_t count = node.arguments.size();
         const StackWindow window(machine_.stack, count + 1);
         RubyValue* values = window.values();
         if (node.callTarget < 0 || static_cast<std::size_t>(node.callTarget) >= form_.nodes.size())
             throw std::runtime_error("fast callable node is out of range");
-        values[0] = evaluateFastNode(node.callTarget);
-        for (std::size_t i = 0; i < count; ++i) values[i + 1] = evaluateFastNode(node.arguments[i]);
+        evaluateFastNode(node.callTarget, values[0]);
+        for (std::size_t i = 0; i < count; ++i) evaluateFastNode(node.arguments[i], values[i + 1]);
         line_ = node.line;
-        return machine_.callValue(values[0], {values + 1, count}, {&program_, node.line});
+        result = machine_.callValue(values[0], {values + 1, count}, {&program_, node.line});
     }
 
-    RubyValue array(const FastNode& node) {
-        std::vector<RubyValue> items;
-        items.reserve(node.arguments.size());
-        for (const std::int32_t item : node.arguments) items.push_back(evaluateFastNode(item));
-        return RubyValue::array(std::move(items));
+    void array(const FastNode& node, RubyValue& result) {
+        std::vector<RubyValue> items(node.arguments.size());
+        for (std::size_t i = 0; i < items.size(); ++i) evaluateFastNode(node.arguments[i], items[i]);
+        result = RubyValue::array(std::move(items));
     }
 
     RubyVM::Impl& machine_;
@@ -136,10 +159,11 @@ RubyValue RubyVM::Impl::executeFastFunction(const Program& program, const Compil
                                             Arguments arguments) {
     FastEvaluator evaluator(*this, program, function.fast, arguments.data());
     try {
-        if (function.fast.kind == FastKind::GuardedExpression &&
-            evaluator.evaluateFastNode(function.fast.condition).isTruthy())
+        if (function.fast.kind == FastKind::GuardedExpression && evaluator.isGuardTrue())
             evaluator.raiseGuardError();
-        return evaluator.evaluateFastNode(function.fast.root);
+        RubyValue result;
+        evaluator.evaluateFastNode(function.fast.root, result);
+        return result;
     } catch (const kelmora::guest::GuestError&) {
         throw;
     } catch (const std::exception&) {

@@ -436,52 +436,36 @@ RubyValue InnerRun::dispatch() {
                 if (!test<OpCode::Or>(i)) pc = code + i.target;
                 break;
             case InnerOp::LoopEqual:
-                if (test<OpCode::Equal>(i)) {
-                    machine_.countStep();
-                    pc = code + i.target;
-                }
+                machine_.countStep();
+                if (test<OpCode::Equal>(i)) pc = code + i.target;
                 break;
             case InnerOp::LoopNotEqual:
-                if (test<OpCode::NotEqual>(i)) {
-                    machine_.countStep();
-                    pc = code + i.target;
-                }
+                machine_.countStep();
+                if (test<OpCode::NotEqual>(i)) pc = code + i.target;
                 break;
             case InnerOp::LoopLess:
-                if (test<OpCode::Less>(i)) {
-                    machine_.countStep();
-                    pc = code + i.target;
-                }
+                machine_.countStep();
+                if (test<OpCode::Less>(i)) pc = code + i.target;
                 break;
             case InnerOp::LoopLessEqual:
-                if (test<OpCode::LessEqual>(i)) {
-                    machine_.countStep();
-                    pc = code + i.target;
-                }
+                machine_.countStep();
+                if (test<OpCode::LessEqual>(i)) pc = code + i.target;
                 break;
             case InnerOp::LoopGreater:
-                if (test<OpCode::Greater>(i)) {
-                    machine_.countStep();
-                    pc = code + i.target;
-                }
+                machine_.countStep();
+                if (test<OpCode::Greater>(i)) pc = code + i.target;
                 break;
             case InnerOp::LoopGreaterEqual:
-                if (test<OpCode::GreaterEqual>(i)) {
-                    machine_.countStep();
-                    pc = code + i.target;
-                }
+                machine_.countStep();
+                if (test<OpCode::GreaterEqual>(i)) pc = code + i.target;
                 break;
             case InnerOp::LoopAnd:
-                if (test<OpCode::And>(i)) {
-                    machine_.countStep();
-                    pc = code + i.target;
-                }
+                machine_.countStep();
+                if (test<OpCode::And>(i)) pc = code + i.target;
                 break;
             case InnerOp::LoopOr:
-                if (test<OpCode::Or>(i)) {
-                    machine_.countStep();
-                    pc = code + i.target;
-                }
+                machine_.countStep();
+                if (test<OpCode::Or>(i)) pc = code + i.target;
                 break;
             case InnerOp::Negate:
                 at(i.target) = negate(fetch(i.a, lines().a));

@@ -45,6 +45,36 @@ private:
     std::filesystem::path path_;
 };
 
+// The blocks fenced as ```rwby.
+std::vector<std::string> readExamples(const std::string& document) {
+    std::vector<std::string> examples;
+    std::istringstream lines(document);
+    std::string line;
+    bool inside = false;
+    while (std::getline(lines, line)) {
+        if (inside && line == "```") {
+            inside = false;
+        } else if (inside) {
+            examples.back() += line + "\n";
+        } else if (line == "```rwby") {
+            inside = true;
+            examples.emplace_back();
+        }
+    }
+    return examples;
+}
+
+TEST(RwbyReference, ExamplesDoWhatTheySay) {
+    const auto document = readWholeFile(KELMORA_SOURCE_DIR "/docs/rwby.md");
+    ASSERT_TRUE(document.has_value());
+    const std::vector<std::string> examples = readExamples(*document);
+    EXPECT_GE(examples.size(), 7u);
+    for (const std::string& example : examples) {
+        SCOPED_TRACE(example);
+        expectRwbyComments(example);
+    }
+}
+
 const bool registered = [] {
     const std::filesystem::path root = std::filesystem::path(KELMORA_SOURCE_DIR) / "tests/scripts/rwby";
     std::vector<std::filesystem::path> files;

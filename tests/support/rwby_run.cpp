@@ -55,22 +55,29 @@ void expectError(const Expectation& expected, const std::string& error) {
 
 }  // namespace
 
-RwbyOutcome runRwby(const std::string& source, RwbyForm form, ExecutionMode mode, std::uint64_t stepLimit) {
+RwbyOutcome runRwby(const std::vector<std::string>& sources, RwbyForm form, ExecutionMode mode,
+                    std::uint64_t stepLimit) {
     CaptureHost host;
     NativeStack stack;
     vesper::ruby::RubyVM vm(host, stack);
     vm.setExecutionMode(mode);
     vm.setStepLimit(stepLimit);
-    vesper::ruby::RubyResult result;
-    if (form == RwbyForm::Text) {
-        result = vm.runScript(source, "test");
-    } else {
-        const auto compiled = vm.compileScript(source, "test");
-        result.error = compiled.error;
-        if (compiled.success) result = vm.runBytecode(compiled.bytecode);
+    RwbyOutcome outcome;
+    for (const std::string& source : sources) {
+        vesper::ruby::RubyResult result;
+        if (form == RwbyForm::Text) {
+            result = vm.runScript(source, "test");
+        } else {
+            const auto compiled = vm.compileScript(source, "test");
+            result.error = compiled.error;
+            if (compiled.success) result = vm.runBytecode(compiled.bytecode);
+        }
+        EXPECT_EQ(result.success, result.error.empty());
+        if (sources.size() > 1 && !result.success) host.output += "failed: " + result.error + "\n";
+        outcome.error = result.error;
     }
-    EXPECT_EQ(result.success, result.error.empty());
-    return {host.output, result.error, result.value};
+    outcome.output = host.output;
+    return outcome;
 }
 
 void expectRwbyComments(const std::string& source) {
@@ -86,7 +93,7 @@ void expectRwbyComments(const std::string& source) {
                            Way{"without fast forms", RwbyForm::Text, ExecutionMode::WithoutFastForms},
                            Way{"plain instructions", RwbyForm::Image, ExecutionMode::PlainInstructions}}) {
         SCOPED_TRACE(way.name);
-        const RwbyOutcome outcome = runRwby(source, way.form, way.mode);
+        const RwbyOutcome outcome = runRwby({source}, way.form, way.mode);
         EXPECT_EQ(outcome.output, expected.output);
         expectError(expected, outcome.error);
     }

@@ -14,14 +14,13 @@ namespace kelmora {
 
 struct RwbyOutcome {
     std::string output;
-    std::string error;
-    vesper::ruby::RubyValue value;
+    std::string error;  // of the last source
 };
 
 enum class RwbyForm { Text, Image };
 
-RwbyOutcome runRwby(const std::string& source, RwbyForm form = RwbyForm::Text,
-                    vesper::ruby::ExecutionMode mode = vesper::ruby::ExecutionMode::Full,
+// Runs sources one after another in one machine. Where there are several, what fails is in the output.
+RwbyOutcome runRwby(const std::vector<std::string>& sources, RwbyForm form, vesper::ruby::ExecutionMode mode,
                     std::uint64_t stepLimit = 0);
 // Runs the source in every form and mode against its comments.
 void expectRwbyComments(const std::string& source);
