@@ -58,12 +58,15 @@ public:
 private:
     const FastNode& nodeAt(std::int32_t index) const { return form_.nodes[static_cast<std::size_t>(index)]; }
 
-    // The value itself where it stands still, else a copy in `store`: a call further on may change a global.
-    const RubyValue& operand(std::int32_t index, RubyValue& store) {
-        const FastNode& node = nodeAt(index);
-        if (node.kind == FastNode::Kind::Local) return locals_[node.value];
+    // Values that stand still; a global does not, since a call further on may change it.
+    const RubyValue* leaf(const FastNode& node) const {
+        if (node.kind == FastNode::Kind::Local) return &locals_[node.value];
         if (node.kind == FastNode::Kind::Constant)
-            return program_.constants[static_cast<std::size_t>(node.value)];
+            return &program_.constants[static_cast<std::size_t>(node.value)];
+        return nullptr;
+    }
+    const RubyValue& operand(std::int32_t index, RubyValue& store) {
+        if (const RubyValue* value = leaf(nodeAt(index))) return *value;
         evaluateFastNode(index, store);
         return store;
     }
@@ -75,21 +78,43 @@ private:
         throw std::runtime_error("undefined variable or function '" + machine_.globals.name(slot) + "'");
     }
 
-    void unary(const FastNode& node, RubyValue& result) {
+    [[gnu::noinline]] void unary(const FastNode& node, RubyValue& result) {
         RubyValue store;
         const RubyValue& value = operand(node.left, store);
         line_ = node.line;
         result = node.subKind == OpCode::Not ? RubyValue::boolean(!value.isTruthy()) : negate(value);
     }
 
+    // An operand that is no leaf is worked out where the result will stand.
     void binary(const FastNode& node, RubyValue& result) {
-        RubyValue leftStore;
-        RubyValue rightStore;
-        const RubyValue& a = operand(node.left, leftStore);
-        const RubyValue& b = operand(node.right, rightStore);
+        const RubyValue* a = leaf(nodeAt(node.left));
+        const RubyValue* b = leaf(nodeAt(node.right));
+        if (a && b) {
+            combine(node, *a, *b, result);
+        } else if (b) {
+            evaluateFastNode(node.left, result);
+            combine(node, result, *b, result);
+        } else if (a) {
+            evaluateFastNode(node.right, result);
+            combine(node, *a, result, result);
+        } else {
+            nestedBinary(node, result);
+        }
+    }
+    [[gnu::noinline]] void nestedBinary(const FastNode& node, RubyValue& result) {
+        RubyValue right;
+        evaluateFastNode(node.left, result);
+        evaluateFastNode(node.right, right);
+        combine(node, result, right, result);
+    }
+    void combine(const FastNode& node, const RubyValue& a, const RubyValue& b, RubyValue& result) {
         if (a.isInteger() && b.isInteger() &&
             integers(node.subKind, a.integerValue(), b.integerValue(), result))
             return;
+        otherBinary(node, a, b, result);
+    }
+    [[gnu::noinline]] void otherBinary(const FastNode& node, const RubyValue& a, const RubyValue& b,
+                                       RubyValue& result) {
         line_ = node.line;
         result = applyBinary(node.subKind, a, b);
     }
@@ -119,7 +144,7 @@ private:
         }
     }
 
-    void element(const FastNode& node, RubyValue& result) {
+    [[gnu::noinline]] void element(const FastNode& node, RubyValue& result) {
         RubyValue containerStore;
         RubyValue indexStore;
         const RubyValue& container = operand(node.left, containerStore);
@@ -128,7 +153,7 @@ private:
         result = indexValue(container, position);
     }
 
-    void call(const FastNode& node, RubyValue& result) {
+    [[gnu::noinline]] void call(const FastNode& node, RubyValue& result) {
         const std::size_t count = node.arguments.size();
         const StackWindow window(machine_.stack, count + 1);
         RubyValue* values = window.values();
@@ -140,7 +165,7 @@ private:
         result = machine_.callValue(values[0], {values + 1, count}, {&program_, node.line});
     }
 
-    void array(const FastNode& node, RubyValue& result) {
+    [[gnu::noinline]] void array(const FastNode& node, RubyValue& result) {
         std::vector<RubyValue> items(node.arguments.size());
         for (std::size_t i = 0; i < items.size(); ++i) evaluateFastNode(node.arguments[i], items[i]);
         result = RubyValue::array(std::move(items));

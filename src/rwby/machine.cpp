@@ -10,7 +10,7 @@
 namespace vesper::ruby {
 namespace {
 
-constexpr std::size_t valueStackSize = std::size_t{1} << 20;
+constexpr std::size_t valueStackSize = std::size_t{1} << 18;
 
 class DepthScope {
 public:

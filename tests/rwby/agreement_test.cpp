@@ -51,7 +51,7 @@ private:
         return draw(5) < 3 ? name() : pick(literals);
     }
     std::string expression(int depth) {
-        static constexpr const char* operators[] = {"+", "-", "*", "/", "%",  "==",  "!=", "<",
+        static constexpr const char* operators[] = {"+", "-",  "*",  "/",   "%",  "==", "!=", "<",
                                                     ">", "<=", ">=", "and", "or", "&&", "||", "+"};
         if (depth == 0) return leaf();
         switch (draw(12)) {
@@ -153,7 +153,7 @@ private:
 
 std::uint32_t seedCount() {
     const char* wanted = std::getenv("KELMORA_RWBY_SEEDS");
-    return wanted ? static_cast<std::uint32_t>(std::atoi(wanted)) : 1500;
+    return wanted ? static_cast<std::uint32_t>(std::atoi(wanted)) : 1000;
 }
 
 void expectSame(const RwbyOutcome& plain, const RwbyOutcome& other, const char* way) {

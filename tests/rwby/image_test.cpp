@@ -113,7 +113,8 @@ TEST_F(RwbyImage, RefusesWhatIsNoImage) {
 TEST_F(RwbyImage, RefusesEveryShorterFile) {
     const RubyBytecode image = makeImage({{{OpCode::PushConstant}, {OpCode::Pop}}});
     for (std::size_t size = 8; size < image.size(); ++size) {
-        const std::string error = errorOf(RubyBytecode(image.begin(), image.begin() + static_cast<long>(size)));
+        const std::string error =
+            errorOf(RubyBytecode(image.begin(), image.begin() + static_cast<long>(size)));
         EXPECT_TRUE(error == "bytecode is truncated" || error == "bytecode string exceeds file size") << size;
     }
 }
@@ -141,8 +142,8 @@ TEST_F(RwbyImage, ReportsDamagedOperandsWhenTheyAreReached) {
               "stack underflow");
     // A function that never runs may be as damaged as it likes.
     EXPECT_EQ(errorOf(makeImage({{{DefineFunction, 1, 1}}, {{PushConstant, 99}, {Return}}})), "");
-    EXPECT_EQ(errorOf(makeImage({{{DefineFunction, 1, 1}, {LoadName, 1}, {Call, 0}},
-                                 {{PushConstant, 99}, {Return}}})),
+    EXPECT_EQ(errorOf(makeImage(
+                  {{{DefineFunction, 1, 1}, {LoadName, 1}, {Call, 0}}, {{PushConstant, 99}, {Return}}})),
               "made:9: constant index is out of range");
 }
 

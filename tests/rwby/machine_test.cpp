@@ -84,9 +84,9 @@ TEST_F(RwbyMachine, EndsRunsAtTheStepLimit) {
 TEST_F(RwbyMachine, SurvivesEndlessRecursion) {
     const std::string overflow = "Stack overflow: calls or expressions are nested too deeply";
     const std::string recursions[] = {
-        "def f(n) return f(n + 1) + 1 end",              // a fast form
-        "def f(n)\n x = f(n + 1)\n return x\nend",       // inner code
-        "def f(n) return pcall(f, n)[3][0] end",         // through pcall
+        "def f(n) return f(n + 1) + 1 end",                                      // a fast form
+        "def f(n)\n x = f(n + 1)\n return x\nend",                               // inner code
+        "def f(n) return pcall(f, n)[3][0] end",                                 // through pcall
         "def f(n)\n table_sort([1, 2], f2)\nend\ndef f2(a, b) return f(1) end",  // through the library
     };
     for (const std::string& recursion : recursions)
@@ -140,13 +140,16 @@ TEST_F(RwbyMachine, FreesDeepChainsWithoutRecursion) {
 }
 
 TEST_F(RwbyMachine, HoldsTextsAndArraysToTheirLimits) {
-    EXPECT_EQ(errorOf("s = \"0123456789abcdef\"\nwhile true\n s = s + s\nend"), "<string>:3: the text is too large");
+    EXPECT_EQ(errorOf("s = \"0123456789abcdef\"\nwhile true\n s = s + s\nend"),
+              "<string>:3: the text is too large");
     EXPECT_EQ(errorOf("a = []\na[67108864] = 1"), "<string>:2: the array is too large");
     EXPECT_EQ(errorOf("array_new(67108865)"), "<string>:1: the array is too large");
     EXPECT_EQ(errorOf("string_format(\"%999999999d\", 1)"), "<string>:1: the text is too large");
     // A pattern that would search for ever.
-    EXPECT_EQ(valueOf("r = pcall(string_find, string_rep(\"a\", 500), string_rep(\"a*\", 20) + \"b\")\nreturn r[0]"),
-              "false");
+    EXPECT_EQ(
+        valueOf(
+            "r = pcall(string_find, string_rep(\"a\", 500), string_rep(\"a*\", 20) + \"b\")\nreturn r[0]"),
+        "false");
 }
 
 TEST_F(RwbyMachine, ReadsAndWritesFiles) {
@@ -160,7 +163,8 @@ TEST_F(RwbyMachine, ReadsAndWritesFiles) {
     EXPECT_EQ(errorOf("read_file(path)"), "<string>:1: failed to open file: " + nowhere);
     EXPECT_EQ(errorOf("write_file(path, 1)"), "<string>:1: value is not a string");
     EXPECT_EQ(errorOf("write_file(path, \"\")"), "<string>:1: failed to open file for writing: " + nowhere);
-    EXPECT_EQ(errorOf("append_file(path, \"\")"), "<string>:1: failed to open file for appending: " + nowhere);
+    EXPECT_EQ(errorOf("append_file(path, \"\")"),
+              "<string>:1: failed to open file for appending: " + nowhere);
 }
 
 // Each run without fast forms may not use one: the forms that are expected to be quick are.
