@@ -123,7 +123,7 @@ private:
 
 void InnerRun::enter(const Program* program, const CompiledFunction* function, RubyValue* base,
                      std::size_t count) {
-    machine_.stack.growTo(base + function->inner.frameSize);
+    machine_.stack.reserve(base, static_cast<std::size_t>(function->inner.frameSize));
     const std::size_t locals = function->localNames.size();
     for (std::size_t i = count; i < locals; ++i) base[i].setUndefined();
     program_ = program;
@@ -331,7 +331,8 @@ void InnerRun::callProtected(const InnerInstruction& i) {
 }
 
 void InnerRun::raise(const InnerInstruction& i) {
-    const std::string text = locatedText(*program_, lines().op, base_[i.a + 1].toString());
+    // Up to a zero byte, as in an exception.
+    const std::string text = locatedText(*program_, lines().op, base_[i.a + 1].toString()).c_str();
     if (!recover(text)) throw kelmora::guest::GuestError(text);
 }
 

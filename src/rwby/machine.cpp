@@ -94,15 +94,17 @@ ValueStack::~ValueStack() {
     ::operator delete(begin_);
 }
 
+void ValueStack::fail() {
+    throw std::runtime_error(stackOverflow);
+}
+
 void ValueStack::extend(RubyValue* top) {
-    if (top > end_) throw std::runtime_error(stackOverflow);
     for (; used_ < top; ++used_) new (used_) RubyValue;
 }
 
 StackWindow::StackWindow(ValueStack& stack, std::size_t count)
     : stack_(stack), begin_(stack.top()), count_(count) {
-    if (count > stack.room()) throw std::runtime_error(stackOverflow);
-    stack.growTo(begin_ + count);
+    stack.reserve(begin_, count);
 }
 
 StackWindow::~StackWindow() {

@@ -43,14 +43,15 @@ public:
 
     RubyValue* top() const { return top_; }
     void setTop(RubyValue* top) { top_ = top; }
-    // Makes the values below `top` usable and moves there; raises when the memory ends.
-    void growTo(RubyValue* top) {
-        if (top > used_) extend(top);
-        top_ = top;
+    // Makes so many values from `base` on usable and ends behind them; raises when the memory ends.
+    void reserve(RubyValue* base, std::size_t count) {
+        if (count > static_cast<std::size_t>(end_ - base)) fail();
+        if (base + count > used_) extend(base + count);
+        top_ = base + count;
     }
-    std::size_t room() const { return static_cast<std::size_t>(end_ - top_); }
 
 private:
+    [[noreturn]] static void fail();
     void extend(RubyValue* top);
 
     RubyValue* begin_;
