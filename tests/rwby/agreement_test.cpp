@@ -105,7 +105,9 @@ private:
                 line(indent, "print(" + expression(2) + ")");
                 break;
             case 1:
-                line(indent, name() + "[" + expression(1) + "] = " + expression(1));
+                // A container that came to hold itself would never be freed.
+                line(indent, name() + "[" + expression(1) +
+                                 "] = " + (draw(3) == 0 ? name() + " == 1" : "to_s(" + expression(1) + ")"));
                 break;
             case 2:
                 line(indent, expression(2));
@@ -187,7 +189,7 @@ TEST(RwbyAgreement, AllWaysToRunAgree) {
     }
     // Both ends of a source are met often.
     EXPECT_GT(failures, runs / 10);
-    EXPECT_LT(failures, runs - runs / 5);
+    EXPECT_LT(failures, runs - runs / 10);
 }
 
 }  // namespace
