@@ -50,8 +50,8 @@ std::size_t CodeBuilder::emitJump(Opcode opcode, std::size_t a, std::uint32_t li
 }
 
 void CodeBuilder::patch(std::size_t jump, std::size_t target) {
-    prototype_->code[jump].setWide(static_cast<std::int32_t>(static_cast<std::int64_t>(target) -
-                                                             static_cast<std::int64_t>(jump) - 1));
+    prototype_->code[jump].setWide(
+        static_cast<std::int32_t>(static_cast<std::int64_t>(target) - static_cast<std::int64_t>(jump) - 1));
 }
 
 void CodeBuilder::patchHere(const JumpList& jumps) {

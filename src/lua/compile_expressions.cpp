@@ -145,6 +145,12 @@ Register Compiler::operand(const Expr& expression) {
     return toTemporary(expression);
 }
 
+Register Compiler::operandOver(const Expr& expression, Register target) {
+    if (plainLocal(expression) || !code_->isTemporary(target)) return operand(expression);
+    toRegister(expression, target);
+    return target;
+}
+
 Register Compiler::toTemporary(const Expr& expression) {
     const Register place = code_->allocate(expression.line);
     toRegister(expression, place);
@@ -229,7 +235,8 @@ void Compiler::variableToRegister(const VariableExpr& variable, Register target)
         code_->emitWide(Opcode::GetGlobal, target, variable.global, line);
     } else if (local->owner == &code_->function()) {
         const Opcode opcode = local->needsBox() ? Opcode::GetBox : Opcode::Move;
-        if (opcode == Opcode::GetBox || target != local->place) code_->emit(opcode, target, local->place, 0, line);
+        if (opcode == Opcode::GetBox || target != local->place)
+            code_->emit(opcode, target, local->place, 0, line);
     } else if (code_->isOwnName(*local)) {
         code_->emit(Opcode::LoadSelf, target, 0, 0, line);
     } else {
@@ -277,7 +284,8 @@ void Compiler::tableItems(const TableExpr& table, Register place) {
             }
             code_->releaseTo(top);
         } else if (&field == &table.fields.back() && field.value->kind == ExprKind::Call) {
-            compileCall(static_cast<const CallExpr&>(*field.value), code_->allocate(field.value->line), manyValues);
+            compileCall(static_cast<const CallExpr&>(*field.value), code_->allocate(field.value->line),
+                        manyValues);
             store(manyValues);
         } else {
             toTemporary(*field.value);
@@ -290,11 +298,12 @@ void Compiler::tableItems(const TableExpr& table, Register place) {
 void Compiler::functionToRegister(const FunctionExpr& function, Register target) {
     auto child = compileFunction(function);
     code_->addChild(std::move(child));
-    code_->emitWide(Opcode::Closure, target, static_cast<std::int64_t>(code_->childCount()) - 1, function.line);
+    code_->emitWide(Opcode::Closure, target, static_cast<std::int64_t>(code_->childCount()) - 1,
+                    function.line);
 }
 
 void Compiler::indexToRegister(const Expr& object, const Expr& key, Register target, std::uint32_t line) {
-    const Register source = operand(object);
+    const Register source = operandOver(object, target);
     if (key.kind == ExprKind::Literal) {
         const Value& value = static_cast<const LiteralExpr&>(key).value;
         std::uint16_t index = 0;
@@ -303,7 +312,8 @@ void Compiler::indexToRegister(const Expr& object, const Expr& key, Register tar
             return;
         }
         if (value.isInteger() && value.integerValue() >= 0 && value.integerValue() <= UINT16_MAX) {
-            code_->emit(Opcode::GetItem, target, source, static_cast<std::size_t>(value.integerValue()), line);
+            code_->emit(Opcode::GetItem, target, source, static_cast<std::size_t>(value.integerValue()),
+                        line);
             return;
         }
     }
@@ -321,14 +331,15 @@ bool Compiler::constantOperand(const Expr& expression, std::uint16_t& index) {
 void Compiler::arithmeticToRegister(const BinaryExpr& binary, Register target) {
     const Expr* left = binary.left;
     const Expr* right = binary.right;
-    const bool swaps = binary.operation == BinaryOperator::Add || binary.operation == BinaryOperator::Multiply;
+    const bool swaps =
+        binary.operation == BinaryOperator::Add || binary.operation == BinaryOperator::Multiply;
     const auto isNumber = [](const Expr& expression) {
         const auto value = literalValue(expression);
         return value && value->isNumber();
     };
     if (swaps && isNumber(*left) && !isNumber(*right)) std::swap(left, right);
     std::uint16_t constant = 0;
-    const Register first = operand(*left);
+    const Register first = operandOver(*left, target);
     if (isNumber(*right) && constantOperand(*right, constant)) {
         code_->emit(arithmeticOpcode(binary.operation, true), target, first, constant, binary.line);
         return;
@@ -439,7 +450,8 @@ void Compiler::compileCall(const CallExpr& call, Register base, std::uint16_t wa
         code_->allocate(call.line);
         const std::uint32_t name = code_->constant(call.method);
         if (name > UINT16_MAX)
-            kelmora::guest::failParse(chunkName_.letters(), {call.line, 0}, "function needs too many constants");
+            kelmora::guest::failParse(chunkName_.letters(), {call.line, 0},
+                                      "function needs too many constants");
         code_->emit(Opcode::Method, base, object, name, call.line);
         count = compileOpenValues(call.arguments);
         if (count != manyValues) ++count;

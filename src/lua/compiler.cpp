@@ -198,7 +198,8 @@ Register Compiler::compileValues(const ExprList& values, std::size_t wanted, std
         if (isLast && i + 1 < wanted && values[i]->kind == ExprKind::Call) {
             const Register base = code_->allocate(line, wanted - i);
             code_->releaseTo(static_cast<Register>(base + 1));
-            compileCall(static_cast<const CallExpr&>(*values[i]), base, static_cast<std::uint16_t>(wanted - i));
+            compileCall(static_cast<const CallExpr&>(*values[i]), base,
+                        static_cast<std::uint16_t>(wanted - i));
             code_->allocate(line, wanted - i - 1);
             return first;
         }

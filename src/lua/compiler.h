@@ -6,8 +6,8 @@
 
 namespace vesper::lua {
 
-// Makes the register code of a resolved tree. Raises GuestError for what is nested too deeply or needs too many
-// registers.
+// Makes the register code of a resolved tree. Raises GuestError for what is nested too deeply or needs too
+// many registers.
 class Compiler {
 public:
     Compiler(Value chunkName, const kelmora::NativeStack& stack)
@@ -45,6 +45,8 @@ private:
     const LocalVariable* plainLocal(const Expr& expression) const;
     // The register where the value is, which may be a local variable's own.
     Register operand(const Expr& expression);
+    // The same for the first of two operands, where the result's own register can hold it meanwhile.
+    Register operandOver(const Expr& expression, Register target);
     Register toTemporary(const Expr& expression);
     void toRegister(const Expr& expression, Register target);
     void literalToRegister(const Value& value, Register target, std::uint32_t line);

@@ -77,7 +77,8 @@ Value import(Interpreter& machine, const LuaValue& value, std::size_t depth) {
         }
         case LuaValue::Kind::Map: {
             Value table = machine.makeTable(0, value.asMap().size());
-            for (const auto& [key, item] : value.asMap()) table.table().set(key, import(machine, item, depth + 1));
+            for (const auto& [key, item] : value.asMap())
+                table.table().set(key, import(machine, item, depth + 1));
             return table;
         }
         default:

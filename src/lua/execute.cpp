@@ -57,9 +57,9 @@ void Interpreter::execute(const Frame* entry) {
         if (holds == (i.c != 0)) jump(target.wide());
     };
 
-#define NEXT                                           \
-    do {                                               \
-        i = *pc++;                                     \
+#define NEXT                                              \
+    do {                                                  \
+        i = *pc++;                                        \
         goto* labels[static_cast<std::size_t>(i.opcode)]; \
     } while (false)
 #define R(index) base[index]
@@ -103,7 +103,7 @@ opGetCaptureBox:
 opSetCaptureBox:
     frame_->function->captures()[i.a].box().value = R(i.b);
     NEXT;
-opNewBox: {
+opNewBox : {
     Value initial = std::move(R(i.b));
     R(i.a) = Value(new Box(std::move(initial)));
     NEXT;
@@ -129,7 +129,7 @@ opSetList:
     ++pc;
     NEXT;
 
-opGetIndex: {
+opGetIndex : {
     const Value& object = R(i.b);
     const Value& key = R(i.c);
     if (object.isTable()) {
@@ -146,7 +146,7 @@ opGetIndex: {
     R(i.a) = indexValue(object, key);
     NEXT;
 }
-opGetField: {
+opGetField : {
     const Value& object = R(i.b);
     if (object.isTable()) {
         const Value* found = object.table().find(constants[i.c].string());
@@ -157,7 +157,7 @@ opGetField: {
     R(i.a) = indexValue(object, constants[i.c]);
     NEXT;
 }
-opGetItem: {
+opGetItem : {
     const Value& object = R(i.b);
     if (object.isTable()) {
         R(i.a) = itemAt(object.table(), i.c, nothing);
@@ -167,7 +167,7 @@ opGetItem: {
     R(i.a) = indexValue(object, Value::integer(i.c));
     NEXT;
 }
-opSetIndex: {
+opSetIndex : {
     const Value& object = R(i.a);
     const Value& key = R(i.b);
     if (object.isTable() && key.isInteger() && object.table().trySetItem(key.integerValue(), R(i.c))) NEXT;
@@ -175,7 +175,7 @@ opSetIndex: {
     assignIndex(object, key, R(i.c));
     NEXT;
 }
-opSetField: {
+opSetField : {
     const Value& object = R(i.a);
     StringObject& name = constants[i.b].string();
     if (object.isTable()) {
@@ -188,7 +188,7 @@ opSetField: {
     assignIndex(object, constants[i.b], R(i.c));
     NEXT;
 }
-opSetItem: {
+opSetItem : {
     const Value& object = R(i.a);
     if (object.isTable() && object.table().trySetItem(i.b, R(i.c))) NEXT;
     save();
@@ -196,17 +196,17 @@ opSetItem: {
     NEXT;
 }
 
-#define INTEGER_ARITHMETIC(name, right, sign)                                               \
-    {                                                                                       \
-        const Value& first = R(i.b);                                                        \
-        const Value& second = right;                                                        \
-        if (first.isInteger() && second.isInteger()) {                                      \
-            R(i.a).setInteger(static_cast<std::int64_t>(bits(first) sign bits(second)));    \
-            NEXT;                                                                           \
-        }                                                                                   \
-        save();                                                                             \
-        R(i.a) = arithmetic(Arithmetic::name, first, second);                               \
-        NEXT;                                                                               \
+#define INTEGER_ARITHMETIC(name, right, sign)                                            \
+    {                                                                                    \
+        const Value& first = R(i.b);                                                     \
+        const Value& second = right;                                                     \
+        if (first.isInteger() && second.isInteger()) {                                   \
+            R(i.a).setInteger(static_cast<std::int64_t>(bits(first) sign bits(second))); \
+            NEXT;                                                                        \
+        }                                                                                \
+        save();                                                                          \
+        R(i.a) = arithmetic(Arithmetic::name, first, second);                            \
+        NEXT;                                                                            \
     }
 opAdd:
     INTEGER_ARITHMETIC(Add, R(i.c), +)
@@ -231,18 +231,19 @@ opDivideConstant:
     NEXT;
 
 // Division of 32 bits is several times as quick as of 64.
-#define MODULO(right)                                                                                    \
-    {                                                                                                    \
-        const Value& first = R(i.b);                                                                     \
-        const Value& second = right;                                                                     \
-        if (first.isInteger() && second.isInteger() && ((bits(first) | bits(second)) >> 32) == 0 &&      \
-            bits(second) != 0) {                                                                         \
-            R(i.a).setInteger(static_cast<std::uint32_t>(bits(first)) % static_cast<std::uint32_t>(bits(second))); \
-            NEXT;                                                                                        \
-        }                                                                                                \
-        save();                                                                                          \
-        R(i.a) = arithmetic(Arithmetic::Modulo, first, second);                                          \
-        NEXT;                                                                                            \
+#define MODULO(right)                                                                               \
+    {                                                                                               \
+        const Value& first = R(i.b);                                                                \
+        const Value& second = right;                                                                \
+        if (first.isInteger() && second.isInteger() && ((bits(first) | bits(second)) >> 32) == 0 && \
+            bits(second) != 0) {                                                                    \
+            R(i.a).setInteger(static_cast<std::uint32_t>(bits(first)) %                             \
+                              static_cast<std::uint32_t>(bits(second)));                            \
+            NEXT;                                                                                   \
+        }                                                                                           \
+        save();                                                                                     \
+        R(i.a) = arithmetic(Arithmetic::Modulo, first, second);                                     \
+        NEXT;                                                                                       \
     }
 opModulo:
     MODULO(R(i.c))
@@ -288,7 +289,7 @@ opJumpIfNot:
 opEqual:
     jumpWhen(valuesEqual(R(i.a), R(i.b)));
     NEXT;
-opEqualConstant: {
+opEqualConstant : {
     const Value& first = R(i.a);
     const Value& second = constants[i.b];
     if (first.isInteger() && second.isInteger()) {
@@ -299,17 +300,17 @@ opEqualConstant: {
     NEXT;
 }
 
-#define COMPARISON(left, right, sign, otherwise)                                \
-    {                                                                           \
-        const Value& first = left;                                              \
-        const Value& second = right;                                            \
-        if (first.isInteger() && second.isInteger()) {                          \
-            jumpWhen(first.integerValue() sign second.integerValue());          \
-            NEXT;                                                               \
-        }                                                                       \
-        save();                                                                 \
-        jumpWhen(otherwise);                                                    \
-        NEXT;                                                                   \
+#define COMPARISON(left, right, sign, otherwise)                       \
+    {                                                                  \
+        const Value& first = left;                                     \
+        const Value& second = right;                                   \
+        if (first.isInteger() && second.isInteger()) {                 \
+            jumpWhen(first.integerValue() sign second.integerValue()); \
+            NEXT;                                                      \
+        }                                                              \
+        save();                                                        \
+        jumpWhen(otherwise);                                           \
+        NEXT;                                                          \
     }
 opLess:
     COMPARISON(R(i.a), R(i.b), <, isLess(first, second))
@@ -325,7 +326,7 @@ opGreaterEqualConstant:
     COMPARISON(R(i.a), constants[i.b], >=, isLessOrEqual(second, first))
 #undef COMPARISON
 
-opCall: {
+opCall : {
     Value* callee = &R(i.a);
     const std::size_t count = i.b == manyValues ? static_cast<std::size_t>(top_ - callee - 1) : i.b;
     save();
@@ -347,7 +348,7 @@ opCall: {
     load();
     NEXT;
 }
-opMethod: {
+opMethod : {
     save();
     const Value& object = R(i.b);
     if (object.isTable()) {
@@ -360,7 +361,7 @@ opMethod: {
     }
     NEXT;
 }
-opReturn: {
+opReturn : {
     const std::size_t count = i.b == manyValues ? static_cast<std::size_t>(top_ - &R(i.a)) : i.b;
     const bool isEntry = frame_->isEntry;
     leaveFrame(&R(i.a), count);
@@ -368,7 +369,7 @@ opReturn: {
     load();
     NEXT;
 }
-opReturnOne: {
+opReturnOne : {
     const Frame& frame = *frame_;
     if (frame.wanted != 1 || frame.isProtected) {
         const bool isEntry = frame.isEntry;
@@ -384,7 +385,7 @@ opReturnOne: {
     load();
     NEXT;
 }
-opReturnNone: {
+opReturnNone : {
     const bool isEntry = frame_->isEntry;
     leaveFrame(base, 0);
     if (isEntry) return;
@@ -396,7 +397,7 @@ opForPrepare:
     save();
     if (!prepareLoop(&R(i.a))) pc += i.wide();
     NEXT;
-opForLoop: {
+opForLoop : {
     Value* loop = &R(i.a);
     save();
     countStep();
@@ -419,7 +420,7 @@ opIteratorPrepare:
         throw std::runtime_error("generic for loop expects an iterator");
     }
     NEXT;
-opIteratorNext: {
+opIteratorNext : {
     Value* iterator = &R(i.a);
     save();
     countStep();

@@ -138,7 +138,8 @@ void Interpreter::deliver(MultiValue& results, Value* target, std::uint16_t want
 
 void Interpreter::dropFrames(const Frame* entry) {
     while (frame_ >= entry) {
-        for (Value* value = frame_->base; value < frame_->base + frame_->function->prototype().registers; ++value)
+        for (Value* value = frame_->base; value < frame_->base + frame_->function->prototype().registers;
+             ++value)
             value->reset();
         --frame_;
     }
@@ -234,8 +235,8 @@ MultiValue Interpreter::callValue(const Value& callee, std::span<const Value> ar
     nativeStack_.check();
     if (!callee.isFunction())
         throw std::runtime_error("attempt to call a " + std::string(describeValueType(callee)) + " value");
-    Value* start = std::max(top_, frame_ == frames_ ? stack_
-                                                    : frame_->base + frame_->function->prototype().registers);
+    Value* start =
+        std::max(top_, frame_ == frames_ ? stack_ : frame_->base + frame_->function->prototype().registers);
     ensureStack(start + 1 + arguments.size());
     Value* const savedTop = top_;
     start[0] = callee;
@@ -330,7 +331,8 @@ Value Interpreter::indexValue(const Value& object, const Value& key) {
 
 void Interpreter::assignIndex(const Value& object, const Value& key, const Value& value) {
     if (!object.isTable())
-        throw std::runtime_error("attempt to assign into a " + std::string(describeValueType(object)) + " value");
+        throw std::runtime_error("attempt to assign into a " + std::string(describeValueType(object)) +
+                                 " value");
     tableSetByKey(object.table(), key, value);
 }
 

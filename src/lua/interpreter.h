@@ -79,7 +79,8 @@ private:
     bool raiseToGuard(const Frame* entry, Value error);
     const Frame* guardAbove(const Frame* entry) const;
     void dropFrames(const Frame* entry);
-    void pushFrame(FunctionObject& function, Value* base, std::size_t count, Value* result, std::uint16_t wanted);
+    void pushFrame(FunctionObject& function, Value* base, std::size_t count, Value* result,
+                   std::uint16_t wanted);
     void leaveFrame(Value* first, std::size_t count);
     bool callSlow(Value* callee, std::size_t count, std::uint16_t wanted);
     bool enterProtected(Value* callee, std::size_t count, std::uint16_t wanted);

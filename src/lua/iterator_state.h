@@ -34,14 +34,12 @@ public:
     }
 };
 
-// All keys in their order, the array part among them. Keys that go on the way are left out, keys that come are
-// not seen.
+// All keys in their order, the array part among them. Keys that go on the way are left out, keys that come
+// are not seen.
 class EntryIterator final : public PairIterator {
 public:
     explicit EntryIterator(const Value& table)
-        : table_(table),
-          listed_(table.table().sortedTableKeys()),
-          items_(table.table().array().size()) {}
+        : table_(table), listed_(table.table().sortedTableKeys()), items_(table.table().array().size()) {}
     bool nextPair(Value& key, Value& value) override;
     // Goes on behind this key. False when the table does not have it.
     [[nodiscard]] bool goBehind(const Value& key);

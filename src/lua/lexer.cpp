@@ -12,12 +12,12 @@ using kelmora::guest::isNamePart;
 using kelmora::guest::isNameStart;
 
 constexpr std::array<std::pair<std::string_view, TokenKind>, 19> keywords{{
-    {"and", TokenKind::And},     {"break", TokenKind::Break},       {"do", TokenKind::Do},
-    {"else", TokenKind::Else},   {"elseif", TokenKind::ElseIf},     {"end", TokenKind::EndKeyword},
-    {"false", TokenKind::False}, {"for", TokenKind::For},           {"function", TokenKind::Function},
-    {"if", TokenKind::If},       {"in", TokenKind::In},             {"local", TokenKind::Local},
-    {"nil", TokenKind::Nil},     {"not", TokenKind::Not},           {"or", TokenKind::Or},
-    {"return", TokenKind::Return}, {"then", TokenKind::Then},       {"true", TokenKind::True},
+    {"and", TokenKind::And},       {"break", TokenKind::Break},   {"do", TokenKind::Do},
+    {"else", TokenKind::Else},     {"elseif", TokenKind::ElseIf}, {"end", TokenKind::EndKeyword},
+    {"false", TokenKind::False},   {"for", TokenKind::For},       {"function", TokenKind::Function},
+    {"if", TokenKind::If},         {"in", TokenKind::In},         {"local", TokenKind::Local},
+    {"nil", TokenKind::Nil},       {"not", TokenKind::Not},       {"or", TokenKind::Or},
+    {"return", TokenKind::Return}, {"then", TokenKind::Then},     {"true", TokenKind::True},
     {"while", TokenKind::While},
 }};
 

@@ -22,7 +22,9 @@ std::span<const std::uint8_t> bytesOf(std::string_view text) {
 }  // namespace
 
 struct LuaVM::Impl {
-    Impl(kelmora::HostServices& host, kelmora::NativeStack& stack) : machine(host, stack) { bindDefaults(machine); }
+    Impl(kelmora::HostServices& host, kelmora::NativeStack& stack) : machine(host, stack) {
+        bindDefaults(machine);
+    }
 
     static LuaResult makeSuccess(const MultiValue& values) {
         LuaResult result;
@@ -36,7 +38,8 @@ struct LuaVM::Impl {
         return result;
     }
     LuaResult run(std::string_view source, std::string_view chunkName);
-    LuaResult runFile(const std::string& path, LuaResult (Impl::*runContent)(std::string_view, std::string_view));
+    LuaResult runFile(const std::string& path,
+                      LuaResult (Impl::*runContent)(std::string_view, std::string_view));
     LuaResult runImage(std::string_view image, std::string_view);
     // False, and the reason, when the file cannot be read.
     bool readFile(const std::string& path, std::string& content, std::string& error);
@@ -121,8 +124,8 @@ LuaBytecode LuaVM::compileScript(std::string_view source, std::string_view chunk
     return buildBytecode({chunkName, source});
 }
 
-bool LuaVM::writeBytecodeFile(std::string_view source, std::string_view chunkName, const std::string& outputPath,
-                              std::string* error) {
+bool LuaVM::writeBytecodeFile(std::string_view source, std::string_view chunkName,
+                              const std::string& outputPath, std::string* error) {
     const auto fail = [error](std::string message) {
         if (error) *error = std::move(message);
         return false;
@@ -136,7 +139,8 @@ bool LuaVM::writeBytecodeFile(std::string_view source, std::string_view chunkNam
     std::FILE* file = impl_->machine.host().openFile(outputPath, "ab");
     if (!file) return fail("failed to open file for writing: " + outputPath);
     std::fclose(file);
-    if (!impl_->machine.host().replaceFile(outputPath, image)) return fail("failed to write file: " + outputPath);
+    if (!impl_->machine.host().replaceFile(outputPath, image))
+        return fail("failed to write file: " + outputPath);
     return true;
 }
 

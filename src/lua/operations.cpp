@@ -98,11 +98,14 @@ Value arithmetic(Arithmetic operation, const Value& a, const Value& b) {
     const auto right = static_cast<std::uint64_t>(b.integerValue());
     switch (operation) {
         case Arithmetic::Add:
-            return areIntegers ? Value::integer(wrapped(left + right)) : numericResult(a.asDouble() + b.asDouble());
+            return areIntegers ? Value::integer(wrapped(left + right))
+                               : numericResult(a.asDouble() + b.asDouble());
         case Arithmetic::Subtract:
-            return areIntegers ? Value::integer(wrapped(left - right)) : numericResult(a.asDouble() - b.asDouble());
+            return areIntegers ? Value::integer(wrapped(left - right))
+                               : numericResult(a.asDouble() - b.asDouble());
         case Arithmetic::Multiply:
-            return areIntegers ? Value::integer(wrapped(left * right)) : numericResult(a.asDouble() * b.asDouble());
+            return areIntegers ? Value::integer(wrapped(left * right))
+                               : numericResult(a.asDouble() * b.asDouble());
         case Arithmetic::Divide:
             if (b.asDouble() == 0) throw std::runtime_error("division by zero");
             return numericResult(a.asDouble() / b.asDouble());
@@ -112,7 +115,8 @@ Value arithmetic(Arithmetic operation, const Value& a, const Value& b) {
 }
 
 Value negated(const Value& value) {
-    if (value.isInteger()) return Value::integer(wrapped(0 - static_cast<std::uint64_t>(value.integerValue())));
+    if (value.isInteger())
+        return Value::integer(wrapped(0 - static_cast<std::uint64_t>(value.integerValue())));
     if (!value.isFloat()) throw std::runtime_error("unary '-' expects a number");
     return numericResult(-value.floatValue());
 }
@@ -163,7 +167,8 @@ void appendTo(Value& target, const Value* values, std::size_t count) {
     checkTextSize(needed);
     const bool isOwn = target.isString() && !target.string().isShared();
     if (!isOwn || target.string().capacity() < needed) {
-        Value grown(StringObject::makeEmpty(std::min(std::max<std::size_t>(needed * 2, 48), kelmora::maximumTextSize)));
+        Value grown(StringObject::makeEmpty(
+            std::min(std::max<std::size_t>(needed * 2, 48), kelmora::maximumTextSize)));
         grown.string().append(before);
         target = std::move(grown);
     }

@@ -528,7 +528,8 @@ Value Parser::readNumber(const std::string& text) const {
         return Value::integer(static_cast<std::int64_t>(bits));
     }
     std::int64_t whole = 0;
-    if (text.find('.') == std::string::npos && kelmora::parseIntStrict(text, whole)) return Value::integer(whole);
+    if (text.find('.') == std::string::npos && kelmora::parseIntStrict(text, whole))
+        return Value::integer(whole);
     double value = 0;
     if (kelmora::parseDoubleStrict(text, value)) return Value::number(value);
     return Value::number(text[0] == '0' ? 0.0 : std::numeric_limits<double>::infinity());

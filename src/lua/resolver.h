@@ -9,11 +9,12 @@
 
 namespace vesper::lua {
 
-// Binds each name of a tree to a local variable or to a global's slot, and finds out which locals are captured
-// and which are set again. Raises GuestError when the tree is nested too deeply.
+// Binds each name of a tree to a local variable or to a global's slot, and finds out which locals are
+// captured and which are set again. Raises GuestError when the tree is nested too deeply.
 class Resolver {
 public:
-    Resolver(SyntaxTree& tree, Globals& globals, std::string_view chunkName, const kelmora::NativeStack& stack)
+    Resolver(SyntaxTree& tree, Globals& globals, std::string_view chunkName,
+             const kelmora::NativeStack& stack)
         : tree_(tree), globals_(globals), chunkName_(chunkName), stack_(stack) {}
 
     // For tests: every local variable lives in a box that is made anew each time its declaration runs.
@@ -45,7 +46,7 @@ private:
     bool alwaysBoxed_ = false;
     const FunctionExpr* function_ = nullptr;
     std::unordered_map<std::string_view, std::vector<LocalVariable*>> visible_;  // names stand in the tree
-    std::vector<std::string_view> declared_;                                    // in order, of all open scopes
+    std::vector<std::string_view> declared_;  // in order, of all open scopes
 };
 
 }  // namespace vesper::lua

@@ -217,9 +217,8 @@ kelmora::Ref<SortedKeys> Table::sortedTableKeys() const {
     auto listed = kelmora::makeRef<SortedKeys>();
     for (std::uint32_t i = 0; i < nodeCount_; ++i)
         if (!nodes_[i].value.isNil()) listed->nodes.push_back(i);
-    std::sort(listed->nodes.begin(), listed->nodes.end(), [this](std::uint32_t a, std::uint32_t b) {
-        return keyPrecedes(nodes_[a].key, nodes_[b].key);
-    });
+    std::sort(listed->nodes.begin(), listed->nodes.end(),
+              [this](std::uint32_t a, std::uint32_t b) { return keyPrecedes(nodes_[a].key, nodes_[b].key); });
     listed->keys.reserve(listed->nodes.size());
     for (const std::uint32_t node : listed->nodes) listed->keys.push_back(nodes_[node].key);
     const auto isBelowOne = [](const TableKey& key) { return key.isInteger() && key.integerValue() < 1; };

@@ -14,7 +14,8 @@ namespace fs = std::filesystem;
 
 class GuestFileTest : public testing::Test {
 public:
-    GuestFileTest(fs::path path, GuestLanguage language) : path_(std::move(path)), language_(std::move(language)) {}
+    GuestFileTest(fs::path path, GuestLanguage language)
+        : path_(std::move(path)), language_(std::move(language)) {}
 
     void TestBody() override {
         const auto source = readWholeFile(path_.string());

@@ -11,7 +11,8 @@ namespace kelmora {
 namespace {
 
 std::string unescape(std::string text) {
-    for (std::size_t at = 0; (at = text.find("\\t", at)) != std::string::npos; ++at) text.replace(at, 2, "\t");
+    for (std::size_t at = 0; (at = text.find("\\t", at)) != std::string::npos; ++at)
+        text.replace(at, 2, "\t");
     return text;
 }
 
@@ -76,7 +77,8 @@ GuestLanguage luaLanguage() {
             return machine.runScriptString(source, name);
         });
     };
-    return {".lua", "--", {{"as text", asText}, {"as an image", asImage}, {"in fresh frames", withFreshFrames}}};
+    return {
+        ".lua", "--", {{"as text", asText}, {"as an image", asImage}, {"in fresh frames", withFreshFrames}}};
 }
 
 GuestExpectation readGuestExpectation(const std::string& source, const std::string& comment) {

@@ -9,8 +9,8 @@
 // language's own comment mark:
 //     print(1 + 1)   -- expect: 2
 //     x = 1 / 0      -- error: division by zero
-// Output lines are compared with the `expect` comments in the order of the source; `\t` in a comment is a tab.
-// An `error` comment says how the run ends, and on which line.
+// Output lines are compared with the `expect` comments in the order of the source; `\t` in a comment is a
+// tab. An `error` comment says how the run ends, and on which line.
 namespace kelmora {
 
 struct GuestExpectation {

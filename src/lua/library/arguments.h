@@ -7,8 +7,8 @@
 
 namespace vesper::lua {
 
-// What library functions want of their arguments; each raises with the function's name. Positions count from 0
-// here and from 1 in the messages.
+// What library functions want of their arguments; each raises with the function's name. Positions count from
+// 0 here and from 1 in the messages.
 void requireArgumentCount(const NativeCall& call, std::size_t least, std::size_t most);
 void requireAtLeast(const NativeCall& call, std::size_t least);
 double requireNumber(const NativeCall& call, std::size_t position);

@@ -182,8 +182,8 @@ void load(NativeCall& call) {
 
 void bindBasicLibrary(Interpreter& machine) {
     static constexpr LibraryEntry before[] = {
-        {"print", print}, {"tostring", toStringFunction}, {"time", time},
-        {"time_ms", timeMs}, {"tonumber", toNumber}, {"assert", assertFunction},
+        {"print", print},    {"tostring", toStringFunction}, {"time", time},
+        {"time_ms", timeMs}, {"tonumber", toNumber},         {"assert", assertFunction},
     };
     static constexpr LibraryEntry behind[] = {
         {"pairs", pairs},   {"ipairs", ipairs}, {"next", next}, {"select", select},

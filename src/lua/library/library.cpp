@@ -8,7 +8,8 @@ void bindNativeGlobal(Interpreter& machine, const char* name, NativeFunction fun
     machine.globals().set(name, machine.makeNative(name, function));
 }
 
-void bindTableFunction(Interpreter& machine, Table& table, std::string_view tableName, const LibraryEntry& entry) {
+void bindTableFunction(Interpreter& machine, Table& table, std::string_view tableName,
+                       const LibraryEntry& entry) {
     const Value name = machine.strings().intern(entry.name);
     table.set(name.string(), machine.makeNative(std::string(tableName) + "." + entry.name, entry.function));
 }

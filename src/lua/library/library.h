@@ -23,7 +23,8 @@ void bindSystemLibrary(Interpreter& machine);
 
 void bindNativeGlobal(Interpreter& machine, const char* name, NativeFunction function);
 // Under the name "table.member" in messages.
-void bindTableFunction(Interpreter& machine, Table& table, std::string_view tableName, const LibraryEntry& entry);
+void bindTableFunction(Interpreter& machine, Table& table, std::string_view tableName,
+                       const LibraryEntry& entry);
 Value bindTable(Interpreter& machine, const char* name, std::span<const LibraryEntry> entries);
 
 }  // namespace vesper::lua

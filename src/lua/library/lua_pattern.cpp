@@ -23,7 +23,8 @@ ByteSet range(int first, int last) {
     return bytesWhere([=](int c) { return c >= first && c <= last; });
 }
 
-// What a letter behind % stands for, upper case for all other bytes; a byte that is no class letter for itself.
+// What a letter behind % stands for, upper case for all other bytes; a byte that is no class letter for
+// itself.
 ByteSet percentSet(char letter) {
     static const ByteSet digits = range('0', '9');
     static const ByteSet lower = range('a', 'z');
@@ -98,7 +99,9 @@ private:
         } else if (c == ')') {
             endCapture();
         } else if (c == '$' && at_ == pattern_.size()) {
-            out_ += "(?![\\x00-\\xff])";
+            out_ += "(?!";
+            appendSet(~ByteSet());
+            out_ += ')';
         } else if (c == '%' && at_ < pattern_.size() && pattern_[at_] >= '0' && pattern_[at_] <= '9') {
             translateBackReference();
         } else {
@@ -176,14 +179,15 @@ private:
     }
     void appendSet(const ByteSet& set) {
         if (set.none()) {
-            out_ += "[^\\x00-\\xff]";
+            out_ += "[^\\x00-\\x7f\\x80-\\xff]";
             return;
         }
         out_ += '[';
         for (std::size_t first = 0; first < set.size(); ++first) {
             if (!set[first]) continue;
             std::size_t last = first;
-            while (last + 1 < set.size() && set[last + 1]) ++last;
+            // The expressions' order of bytes has a seam in the middle.
+            while (last + 1 < set.size() && last != 127 && set[last + 1]) ++last;
             appendByte(first);
             if (last > first) {
                 out_ += '-';
@@ -222,7 +226,8 @@ std::string translateLuaPatternToRegex(std::string_view pattern, std::vector<boo
 LuaPattern::LuaPattern(std::string_view pattern)
     : expression_(compileExpression(pattern, positions_, isAnchored_)) {}
 
-bool LuaPattern::search(std::string_view subject, std::size_t from, kelmora::regex::Captures& captures) const {
+bool LuaPattern::search(std::string_view subject, std::size_t from,
+                        kelmora::regex::Captures& captures) const {
     using kelmora::regex::MatchFlags;
     return expression_.search(subject, from, captures, kelmora::patternScratch(),
                               isAnchored_ ? MatchFlags::continuous : MatchFlags::none);

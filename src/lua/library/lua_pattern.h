@@ -32,7 +32,8 @@ private:
 // Steps through all matches. An empty one right behind the last match does not count. The texts are borrowed.
 class PatternMatches {
 public:
-    PatternMatches(const LuaPattern& pattern, std::string_view subject) : pattern_(pattern), subject_(subject) {}
+    PatternMatches(const LuaPattern& pattern, std::string_view subject)
+        : pattern_(pattern), subject_(subject) {}
 
     bool next();
     const kelmora::regex::Captures& captures() const { return captures_; }

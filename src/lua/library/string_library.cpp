@@ -147,8 +147,8 @@ void split(NativeCall& call) {
     call.give(std::move(parts));
 }
 
-Value captureValue(const LuaPattern& pattern, std::string_view subject, const kelmora::regex::Captures& captures,
-                   std::size_t index) {
+Value captureValue(const LuaPattern& pattern, std::string_view subject,
+                   const kelmora::regex::Captures& captures, std::size_t index) {
     const kelmora::regex::Capture& capture = captures[index];
     if (index > 0 && pattern.isPosition(index - 1))
         return Value::integer(static_cast<std::int64_t>(capture.begin) + 1);
@@ -246,10 +246,12 @@ public:
         if (replacement_.isString()) return appendText(out, pattern, subject, captures);
         Value found;
         if (replacement_.isTable()) {
-            found = replacement_.table().get(captureValue(pattern, subject, captures, captures.size() > 1 ? 1 : 0));
+            found = replacement_.table().get(
+                captureValue(pattern, subject, captures, captures.size() > 1 ? 1 : 0));
         } else {
             std::vector<Value> arguments;
-            eachResult(pattern, subject, captures, [&](Value value) { arguments.push_back(std::move(value)); });
+            eachResult(pattern, subject, captures,
+                       [&](Value value) { arguments.push_back(std::move(value)); });
             found = call_.machine().callValue(replacement_, arguments).first();
         }
         if (!found.isTruthy()) {
@@ -351,12 +353,14 @@ void format(NativeCall& call) {
 }
 
 constexpr LibraryEntry entries[] = {
-    {"len", len},           {"lower", lower},           {"upper", upper},       {"sub", sub},
-    {"find", find},         {"match", match},           {"gmatch", gmatch},     {"gsub", gsub},
-    {"format", format},     {"byte", byte},             {"char", charFunction}, {"rep", rep},
-    {"reverse", reverse},   {"strip", strip},           {"lstrip", lstrip},     {"rstrip", rstrip},
-    {"contains", contains}, {"startswith", startsWith}, {"endswith", endsWith}, {"split", split},
-    {"pack", packText},     {"unpack", unpackText},
+    {"len", len},           {"lower", lower},       {"upper", upper},
+    {"sub", sub},           {"find", find},         {"match", match},
+    {"gmatch", gmatch},     {"gsub", gsub},         {"format", format},
+    {"byte", byte},         {"char", charFunction}, {"rep", rep},
+    {"reverse", reverse},   {"strip", strip},       {"lstrip", lstrip},
+    {"rstrip", rstrip},     {"contains", contains}, {"startswith", startsWith},
+    {"endswith", endsWith}, {"split", split},       {"pack", packText},
+    {"unpack", unpackText},
 };
 
 }  // namespace

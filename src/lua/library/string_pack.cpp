@@ -7,15 +7,24 @@
 namespace vesper::lua {
 namespace {
 
-enum class ItemKind : std::uint8_t { Signed, Unsigned, Float, CountedText, ZeroText, Padding, FixedText, End };
+enum class ItemKind : std::uint8_t {
+    Signed,
+    Unsigned,
+    Float,
+    CountedText,
+    ZeroText,
+    Padding,
+    FixedText,
+    End
+};
 
 struct Item {
     ItemKind kind = ItemKind::End;
     std::size_t size = 0;  // in bytes; of the count in front of a counted text
 };
 
-// Reads a format: < and = little-endian, > big-endian; b h i l j and upper case for unsigned, T, with a size of
-// 1 to 8 behind i, I and s; f, d and n; z; x; c and a length. There is no alignment.
+// Reads a format: < and = little-endian, > big-endian; b h i l j and upper case for unsigned, T, with a size
+// of 1 to 8 behind i, I and s; f, d and n; z; x; c and a length. There is no alignment.
 class FormatReader {
 public:
     FormatReader(const NativeCall& call, std::string_view format) : call_(call), format_(format) {}
@@ -121,7 +130,8 @@ std::uint64_t bytesAt(std::string_view text, std::size_t at, std::size_t size, b
 std::uint64_t integerBits(const NativeCall& call, std::size_t position, const Item& item) {
     const std::int64_t value = requireInteger(call, position);
     if (item.size < 8) {
-        const std::int64_t bound = std::int64_t{1} << (8 * item.size - (item.kind == ItemKind::Signed ? 1 : 0));
+        const std::int64_t bound = std::int64_t{1}
+                                   << (8 * item.size - (item.kind == ItemKind::Signed ? 1 : 0));
         if (value >= bound || value < (item.kind == ItemKind::Signed ? -bound : 0))
             failCall(call, "an integer does not fit its size");
     }
@@ -129,7 +139,8 @@ std::uint64_t integerBits(const NativeCall& call, std::size_t position, const It
 }
 
 std::uint64_t floatBits(double value, std::size_t size) {
-    return size == 4 ? std::bit_cast<std::uint32_t>(static_cast<float>(value)) : std::bit_cast<std::uint64_t>(value);
+    return size == 4 ? std::bit_cast<std::uint32_t>(static_cast<float>(value))
+                     : std::bit_cast<std::uint64_t>(value);
 }
 
 class Unpacker {
@@ -170,9 +181,9 @@ private:
             return call_.give(Value::text(text_.substr(start, at_ - start)));
         }
         if (item.kind == ItemKind::Float) {
-            const double value = item.size == 4
-                                     ? static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(bits)))
-                                     : std::bit_cast<double>(bits);
+            const double value =
+                item.size == 4 ? static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(bits)))
+                               : std::bit_cast<double>(bits);
             return call_.give(Value::number(value));
         }
         const std::size_t unused = 64 - 8 * item.size;
@@ -199,7 +210,8 @@ void packText(NativeCall& call) {
                 out += '\0';
                 continue;
             case ItemKind::Float:
-                appendBytes(out, floatBits(requireNumber(call, position), item.size), item.size, format.isBigEndian());
+                appendBytes(out, floatBits(requireNumber(call, position), item.size), item.size,
+                            format.isBigEndian());
                 break;
             case ItemKind::Signed:
             case ItemKind::Unsigned:

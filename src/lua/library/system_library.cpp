@@ -16,7 +16,8 @@ public:
     enum class Output : std::uint8_t { None, Standard, Error };
 
     explicit FileObject(std::FILE* stream) : NativeObject(Kind::File), stream_(stream, nullptr) {}
-    explicit FileObject(Output output) : NativeObject(Kind::File), stream_(nullptr, nullptr), output_(output) {}
+    explicit FileObject(Output output)
+        : NativeObject(Kind::File), stream_(nullptr, nullptr), output_(output) {}
 
     kelmora::FileStream& stream() { return stream_; }
     Output output() const { return output_; }
@@ -150,7 +151,8 @@ void open(NativeCall& call) {
 
 void write(NativeCall& call) {
     std::string room;
-    for (std::size_t i = 0; i < call.count(); ++i) call.machine().host().print(requirePrintable(call, i, room));
+    for (std::size_t i = 0; i < call.count(); ++i)
+        call.machine().host().print(requirePrintable(call, i, room));
 }
 
 void clock(NativeCall& call) {

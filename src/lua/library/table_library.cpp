@@ -103,7 +103,8 @@ void sort(NativeCall& call) {
 
 void pack(NativeCall& call) {
     Value table = call.machine().makeTable(call.count(), 1);
-    for (std::size_t i = 0; i < call.count(); ++i) table.table().set(static_cast<std::int64_t>(i) + 1, call[i]);
+    for (std::size_t i = 0; i < call.count(); ++i)
+        table.table().set(static_cast<std::int64_t>(i) + 1, call[i]);
     table.table().set("n", Value::integer(static_cast<std::int64_t>(call.count())));
     call.give(std::move(table));
 }
