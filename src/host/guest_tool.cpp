@@ -93,7 +93,8 @@ std::string guestReport(const GuestTool& tool, const std::string& error, const s
     if (!text.empty()) report.append("\n  ").append(text);
     if (!text.empty() && hasColumn && column >= 1 && column <= text.size() + 1) {
         std::string mark(text.substr(0, column - 1));
-        std::replace_if(mark.begin(), mark.end(), [](char c) { return c != '\t'; }, ' ');
+        std::replace_if(
+            mark.begin(), mark.end(), [](char c) { return c != '\t'; }, ' ');
         report.append("\n  ").append(mark).append("^");
     }
     return report;

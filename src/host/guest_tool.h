@@ -30,8 +30,8 @@ struct GuestTool {
 const GuestTool* guestToolForSource(const std::string& path);
 const GuestTool* guestToolForImage(std::string_view content);
 
-// A failure's text in the form of script reports: the message, the place, the source's line, and a mark where a
-// column is known. Texts without a place in this source stay as they are.
+// A failure's text in the form of script reports: the message, the place, the source's line, and a mark where
+// a column is known. Texts without a place in this source stay as they are.
 std::string guestReport(const GuestTool& tool, const std::string& error, const std::string& path,
                         std::string_view source);
 

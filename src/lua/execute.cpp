@@ -35,24 +35,27 @@ void Interpreter::execute(const Frame* entry) {
     Instruction i;
     Value* globals;
 
-    // The running frame's state is kept in these while the loop runs.
-    const auto load = [&] {
+    // The running frame's state is kept in these while the loop runs; only inlined can they stay in
+    // registers.
+    const auto load = [&]() __attribute__((always_inline)) {
         pc = frame_->pc;
         base = frame_->base;
         constants = frame_->function->prototype().constants.data();
         globals = globals_.slots();
     };
     // What may fail has to know its place.
-    const auto save = [&] { frame_->pc = pc; };
+    const auto save = [&]() __attribute__((always_inline)) {
+        frame_->pc = pc;
+    };
     // Going back begins a round.
-    const auto jump = [&](std::int32_t distance) {
+    const auto jump = [&](std::int32_t distance) __attribute__((always_inline)) {
         if (distance < 0) {
             save();
             countStep();
         }
         pc += distance;
     };
-    const auto jumpWhen = [&](bool holds) {
+    const auto jumpWhen = [&](bool holds) __attribute__((always_inline)) {
         const Instruction target = *pc++;
         if (holds == (i.c != 0)) jump(target.wide());
     };

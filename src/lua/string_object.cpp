@@ -59,7 +59,8 @@ std::uint32_t StringObject::computeHash() const {
     std::uint64_t tail = 0;
     std::memcpy(&tail, at, left);
     mix(tail);
-    const auto folded = static_cast<std::uint32_t>(state);
+    // The high bits of a product depend on all bytes, the low ones only on the first.
+    const auto folded = static_cast<std::uint32_t>((state * factor) >> 32);
     hash_ = folded == 0 ? 1 : folded;
     return hash_;
 }

@@ -7,8 +7,8 @@
 
 #include "support/guest_run.h"
 
-// Programs made at random print the same whichever way they run: from their text, from an image, and with every
-// local variable in a box that is made anew each time its declaration runs.
+// Programs made at random print the same whichever way they run: from their text, from an image, and with
+// every local variable in a box that is made anew each time its declaration runs.
 namespace kelmora {
 namespace {
 
@@ -29,9 +29,10 @@ private:
     std::string name() { return names_[draw(names_.size())]; }
 
     std::string expression(int depth) {
-        static constexpr const char* literals[] = {"1", "2", "-3", "0.5", "'s'", "nil", "true", "false", "{}", "7"};
-        static constexpr const char* operators[] = {" + ", " - ", " * ", " % ",   " / ",  " .. ", " == ",
-                                                    " < ", " >= ", " ~= ", " and ", " or "};
+        static constexpr const char* literals[] = {"1",   "2",    "-3",    "0.5", "'s'",
+                                                   "nil", "true", "false", "{}",  "7"};
+        static constexpr const char* operators[] = {" + ",  " - ", " * ",  " % ",  " / ",   " .. ",
+                                                    " == ", " < ", " >= ", " ~= ", " and ", " or "};
         if (depth == 0 || draw(4) == 0) return draw(2) == 0 ? name() : literals[draw(std::size(literals))];
         switch (draw(9)) {
             case 0:
@@ -45,13 +46,13 @@ private:
             case 4:
                 return "{" + expression(depth - 1) + ", k = " + expression(depth - 1) + "}";
             case 5:
-                return "(function(p, q) " + name() + " = p return q, " + name() + " end)(" + expression(depth - 1) +
-                       ", " + expression(depth - 1) + ")";
+                return "(function(p, q) " + name() + " = p return q, " + name() + " end)(" +
+                       expression(depth - 1) + ", " + expression(depth - 1) + ")";
             case 6:
                 return "type(" + expression(depth - 1) + ")";
             default:
-                return "(" + expression(depth - 1) + operators[draw(std::size(operators))] + expression(depth - 1) +
-                       ")";
+                return "(" + expression(depth - 1) + operators[draw(std::size(operators))] +
+                       expression(depth - 1) + ")";
         }
     }
 
@@ -107,8 +108,9 @@ private:
             default: {
                 const std::string closure = "f" + std::to_string(++count_);
                 text_ += "local " + closure + " = {}\nfor i = 1, 2 do local kept = i " + closure +
-                         "[i] = function(p) kept = kept + 1 " + name() + " = p return kept end end\nprint(" + closure +
-                         "[1](1), " + closure + "[1](2), " + closure + "[2](" + expression(1) + "))\n";
+                         "[i] = function(p) kept = kept + 1 " + name() + " = p return kept end end\nprint(" +
+                         closure + "[1](1), " + closure + "[1](2), " + closure + "[2](" + expression(1) +
+                         "))\n";
             }
         }
     }
@@ -145,8 +147,10 @@ TEST(LuaAgreement, ProgramsRunTheSameInAllWays) {
         for (std::size_t way = 1; way < language.ways.size(); ++way) {
             const GuestOutcome other = language.ways[way].run(source, "made");
             ASSERT_EQ(withoutAddresses(first.output), withoutAddresses(other.output))
-                << language.ways[way].name << ", seed " << seed << "\n" << source;
-            ASSERT_EQ(first.error, other.error) << language.ways[way].name << ", seed " << seed << "\n" << source;
+                << language.ways[way].name << ", seed " << seed << "\n"
+                << source;
+            ASSERT_EQ(first.error, other.error) << language.ways[way].name << ", seed " << seed << "\n"
+                                                << source;
         }
     }
     EXPECT_GT(completed, seeds / 20);

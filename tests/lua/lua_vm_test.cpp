@@ -84,7 +84,8 @@ TEST_F(LuaMachine, EverySyntaxErrorHasItsWordsAndItsPlace) {
         {"do end", "1:1: expected expression"},
         {"end", "1:1: expected expression"},
     };
-    for (const auto& [source, text] : cases) EXPECT_EQ(compileError(source), std::string("c:") + text) << source;
+    for (const auto& [source, text] : cases)
+        EXPECT_EQ(compileError(source), std::string("c:") + text) << source;
 }
 
 TEST_F(LuaMachine, ResultsLeaveAsPlainTrees) {
@@ -98,8 +99,8 @@ TEST_F(LuaMachine, ResultsLeaveAsPlainTrees) {
     EXPECT_EQ(result.values[3], LuaValue("x"));
     EXPECT_EQ(result.values[4], LuaValue(true));
     EXPECT_TRUE(result.values[5].isNil());
-    EXPECT_EQ(result.values[6],
-              LuaValue::makeArray({LuaValue(std::int64_t{1}), LuaValue::makeArray({LuaValue(std::int64_t{2})})}));
+    EXPECT_EQ(result.values[6], LuaValue::makeArray({LuaValue(std::int64_t{1}),
+                                                     LuaValue::makeArray({LuaValue(std::int64_t{2})})}));
     EXPECT_EQ(result.values[7], LuaValue::makeMap({{"2", LuaValue("b")}, {"a", LuaValue(std::int64_t{1})}}));
     EXPECT_EQ(result.values[8], LuaValue::makeArray());
     EXPECT_EQ(luaValueTypeName(result.values[9].kind()), "function");
@@ -125,7 +126,8 @@ TEST_F(LuaMachine, NestingIsHeldOnBothWays) {
 TEST_F(LuaMachine, GlobalsLastAndCrossBothWays) {
     EXPECT_FALSE(machine_.getGlobal("score").has_value());
     machine_.setGlobal("score", LuaValue::makeMap({{"best", LuaValue(std::int64_t{7})}}));
-    EXPECT_TRUE(machine_.runScriptString("score.best = score.best + 1 function double(x) return x * 2 end").success);
+    EXPECT_TRUE(
+        machine_.runScriptString("score.best = score.best + 1 function double(x) return x * 2 end").success);
     EXPECT_EQ(machine_.runScriptString("return double(score.best)").values, List{LuaValue(std::int64_t{16})});
     EXPECT_EQ(machine_.getGlobal("score")->asMap()[0].second.asInteger(), 8);
 }
@@ -139,11 +141,13 @@ TEST_F(LuaMachine, BoundFunctionsTakeAndGivePublicValues) {
     });
     EXPECT_EQ(machine_.runScriptString("return sum({1, 2, 3})").values, List{LuaValue(std::int64_t{6})});
     EXPECT_EQ(errorOf("\nsum()"), "<string>:2: expects a list");
-    EXPECT_EQ(machine_.runScriptString("return pcall(sum)").values[1], LuaValue("<string>:1: expects a list"));
+    EXPECT_EQ(machine_.runScriptString("return pcall(sum)").values[1],
+              LuaValue("<string>:1: expects a list"));
 }
 
 TEST_F(LuaMachine, ExitEndsTheRunPastEveryPcall) {
-    const LuaResult result = machine_.runScriptString("pcall(function() os.exit(3) end) print('not reached')");
+    const LuaResult result =
+        machine_.runScriptString("pcall(function() os.exit(3) end) print('not reached')");
     EXPECT_TRUE(result.success);
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(host_.output, "");
@@ -153,7 +157,8 @@ TEST_F(LuaMachine, ExitEndsTheRunPastEveryPcall) {
 TEST_F(LuaMachine, TheStepLimitEndsAllLoopsAndCalls) {
     for (const char* source :
          {"while true do end", "local i = 0 while i < 1 do i = i * 1 end", "for i = 1, math.huge do end",
-          "while true do pcall(function() while true do end end) end", "for x in function() return 1 end do end",
+          "while true do pcall(function() while true do end end) end",
+          "for x in function() return 1 end do end",
           "local function f() return f() end while true do pcall(f) end",
           "table.sort({3, 2, 1}, function() while true do end end)"}) {
         machine_.setStepLimit(10'000);
@@ -204,33 +209,41 @@ TEST_F(LuaMachine, DeepNestingNeverEndsTheProcess) {
 
 TEST_F(LuaMachine, WideInputRunsOrSaysWhy) {
     std::string locals;
-    for (int i = 0; i < 40'000; ++i) locals += "local v" + std::to_string(i) + " = " + std::to_string(i) + "\n";
+    for (int i = 0; i < 40'000; ++i)
+        locals += "local v" + std::to_string(i) + " = " + std::to_string(i) + "\n";
     EXPECT_NE(errorOf(locals).find("too many local variables"), std::string::npos);
     std::string constants = "local t = {}\n";
-    for (int i = 0; i < 70'000; ++i) constants += "t.k" + std::to_string(i) + " = " + std::to_string(i) + ".5\n";
+    for (int i = 0; i < 70'000; ++i)
+        constants += "t.k" + std::to_string(i) + " = " + std::to_string(i) + ".5\n";
     constants += "return t.k69999 + t.k1, t.k69999 == 69999.5, t.k0 < 69998.5";
     EXPECT_EQ(machine_.runScriptString(constants).values,
               (List{LuaValue(std::int64_t{70'001}), LuaValue(true), LuaValue(true)}));
     const std::string items = "return #{" + repeated("0, ", 200'000) + "}";
     EXPECT_EQ(machine_.runScriptString(items).values, List{LuaValue(std::int64_t{200'000})});
-    EXPECT_EQ(machine_.runScriptString("local function f(a, b) return b end return f(" + repeated("1, ", 5000) + "2)")
-                  .values,
-              List{LuaValue(std::int64_t{1})});
+    EXPECT_EQ(
+        machine_
+            .runScriptString("local function f(a, b) return b end return f(" + repeated("1, ", 5000) + "2)")
+            .values,
+        List{LuaValue(std::int64_t{1})});
 }
 
 TEST_F(LuaMachine, RunawayProgramsEndInAnError) {
     EXPECT_NE(errorOf("local s = 'x' while true do s = s .. s end").find("the text is too large"),
               std::string::npos);
-    EXPECT_NE(errorOf("local function f(x) return f({x}) + 1 end f()").find("Stack overflow"), std::string::npos);
+    EXPECT_NE(errorOf("local function f(x) return f({x}) + 1 end f()").find("Stack overflow"),
+              std::string::npos);
     EXPECT_NE(errorOf("local function f(x) table.sort({1, 2}, f) end f()").find("Stack overflow"),
               std::string::npos);
     EXPECT_NE(errorOf("local function f(x) return pcall(pcall, f) end f() error('done')").find("done"),
               std::string::npos);
     EXPECT_TRUE(machine_.runScriptString("local t = {} for i = 1, 300000 do t = {t} end t = nil").success);
-    EXPECT_TRUE(machine_.runScriptString("local f = print for i = 1, 300000 do local g = f f = function() g() end end")
-                    .success);
-    EXPECT_TRUE(machine_.runScriptString("local t = {} t[1] = t local u = {t, t} t.u = u return tostring(t) ~= nil")
-                    .success);
+    EXPECT_TRUE(
+        machine_
+            .runScriptString("local f = print for i = 1, 300000 do local g = f f = function() g() end end")
+            .success);
+    EXPECT_TRUE(
+        machine_.runScriptString("local t = {} t[1] = t local u = {t, t} t.u = u return tostring(t) ~= nil")
+            .success);
 }
 
 TEST_F(LuaMachine, ImagesAreReadBackWithTheirName) {
@@ -258,9 +271,10 @@ TEST_F(LuaMachine, DamagedImagesAreRefused) {
     const auto errorFor = [&](LuaBytecode changed) { return machine_.runBytecode(changed).error; };
     const std::string prefix = "<lua-bytecode>: ";
     for (std::size_t size = 0; size < image.size(); ++size) {
-        const std::string expected = size < 8                            ? "bytecode file is too small"
-                                     : size < 12 || (size >= 13 && size < 17) ? "bytecode is truncated"
-                                                                         : "bytecode string exceeds file size";
+        const std::string expected = size < 8 ? "bytecode file is too small"
+                                     : size < 12 || (size >= 13 && size < 17)
+                                         ? "bytecode is truncated"
+                                         : "bytecode string exceeds file size";
         EXPECT_EQ(errorFor(LuaBytecode(image.begin(), image.begin() + static_cast<std::ptrdiff_t>(size))),
                   prefix + expected)
             << size;
