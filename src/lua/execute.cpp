@@ -10,6 +10,12 @@
 namespace vesper::lua {
 namespace {
 
+// An instruction's jump to the next one runs no destructors: what has one stays in functions.
+void makeBox(Value& target, Value& content) {
+    Value initial = std::move(content);
+    target = Value(new Box(std::move(initial)));
+}
+
 const Value& itemAt(const Table& table, std::int64_t key, const Value& nothing) {
     const Value* found = table.find(key);
     return found ? *found : nothing;
@@ -106,11 +112,9 @@ opGetCaptureBox:
 opSetCaptureBox:
     frame_->function->captures()[i.a].box().value = R(i.b);
     NEXT;
-opNewBox : {
-    Value initial = std::move(R(i.b));
-    R(i.a) = Value(new Box(std::move(initial)));
+opNewBox:
+    makeBox(R(i.a), R(i.b));
     NEXT;
-}
 opGetBox:
     R(i.a) = R(i.b).box().value;
     NEXT;
@@ -351,19 +355,10 @@ opCall : {
     load();
     NEXT;
 }
-opMethod : {
+opMethod:
     save();
-    const Value& object = R(i.b);
-    if (object.isTable()) {
-        const Value* found = object.table().find(constants[i.c].string());
-        Value function = found ? *found : nothing;
-        R(i.a + 1) = object;
-        R(i.a) = std::move(function);
-    } else {
-        method(&R(i.a), object, constants[i.c]);
-    }
+    method(&R(i.a), R(i.b), constants[i.c]);
     NEXT;
-}
 opReturn : {
     const std::size_t count = i.b == manyValues ? static_cast<std::size_t>(top_ - &R(i.a)) : i.b;
     const bool isEntry = frame_->isEntry;
@@ -381,8 +376,8 @@ opReturnOne : {
         load();
         NEXT;
     }
-    *frame.result = std::move(R(i.a));
     Value* const end = base + frame.function->prototype().registers;
+    *frame.result = std::move(R(i.a));  // which may have held the function's last reference
     for (Value* value = base; value < end; ++value) value->reset();
     --frame_;
     load();

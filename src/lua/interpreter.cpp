@@ -337,7 +337,12 @@ void Interpreter::assignIndex(const Value& object, const Value& key, const Value
 }
 
 void Interpreter::method(Value* target, const Value& object, const Value& name) {
-    Value found = indexValue(object, name);
+    Value found;
+    if (object.isTable()) {
+        if (const Value* place = object.table().find(name.string())) found = *place;
+    } else {
+        found = indexValue(object, name);
+    }
     target[1] = object;
     target[0] = std::move(found);
 }
