@@ -11,6 +11,8 @@ namespace kelmora {
 std::span<const BindingRow> metalBindings();
 std::span<const BindingRow> sailfishBindings();
 std::span<const BindingRow> vesperBindings();
+std::span<const BindingRow> rubyBindings();
+std::span<const BindingRow> luaBindings();
 std::span<const BindingRow> audioBindings();
 std::span<const BindingRow> aiBindings();
 std::span<const BindingRow> fontBindings();

@@ -14,7 +14,11 @@ std::int64_t systemMicroseconds() {
 }
 
 Runtime::Runtime(HostServices& host)
-    : engine(host), clockOrigin(systemMicroseconds()), frameClock(clockOrigin) {
+    : engine(host),
+      lua(host, engine.nativeStack()),
+      ruby(host, engine.nativeStack()),
+      clockOrigin(systemMicroseconds()),
+      frameClock(clockOrigin) {
     engine.setHostData(this);
     platform_set_picture_writer(vh_save_png);
     engine.nativeStack().setLowAddress(platform_stack_low_address());

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "bindings/button_list.h"
+#include "lua/lua_vm.h"
+#include "rwby/ruby_vm.h"
 #include "script/binding.h"
 #include "script/vesper_script.h"
 
@@ -25,6 +27,9 @@ struct Runtime {
     void destroyWindow();
 
     VesperScript engine;
+    // The guests share the engine's host and its budget of native stack.
+    vesper::lua::LuaVM lua;
+    vesper::ruby::RubyVM ruby;
     // Directory of the executable with its last separator, forward slashes only.
     std::string path = " ";
     std::vector<buttonVec> buttons;

@@ -1,4 +1,5 @@
 #include <iostream>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -6,6 +7,7 @@
 #include "base/whole_file.h"
 #include "host/bytecode_dump.h"
 #include "host/console_host.h"
+#include "host/guest_tool.h"
 #include "host/startup.h"
 #include "script/source_path.h"
 
@@ -17,7 +19,9 @@ constexpr const char* usage =
     "usage: vesper run FILE [ARGUMENT...]       run a script; arguments are in the global array `arguments`\n"
     "       vesper compile FILE -o IMAGE        compile a script to a bytecode image\n"
     "       vesper dump IMAGE                   show what an image holds\n"
-    "       vesper check FILE...                report whether scripts compile\n";
+    "       vesper check FILE...                report whether scripts compile\n"
+    "Scripts of the guest languages are told by their names (.lua, .rwby), their images by their first "
+    "bytes.\n";
 
 class UsageError : public std::runtime_error {
 public:
@@ -41,20 +45,52 @@ bool isImage(const std::string& content) {
     return content.starts_with("VSBC");
 }
 
-void runFile(Runtime& runtime, const Words& words) {
+// Raises what a guest raises in the form of our reports.
+template <typename Work>
+auto withGuestReports(const GuestTool& guest, const std::string& path, const std::string& source, Work work) {
+    try {
+        return work();
+    } catch (const std::exception& error) {
+        throw std::runtime_error(guestReport(guest, error.what(), path, source));
+    }
+}
+
+int runGuestFile(Runtime& runtime, const GuestTool& guest, const Words& words, const std::string& content,
+                 bool isGuestImage) {
+    registerFunctions(runtime);
+    runtime.engine.nativeStack().markBase();
+    return withGuestReports(guest, words[0], content, [&] {
+        return guest.run(runtime, words[0], std::span(words).subspan(1), isGuestImage);
+    });
+}
+
+std::vector<unsigned char> compileGuest(Runtime& runtime, const GuestTool& guest, const std::string& source,
+                                        const std::string& chunkName) {
+    runtime.engine.nativeStack().markBase();
+    return withGuestReports(guest, chunkName, source,
+                            [&] { return guest.compile(runtime, source, chunkName); });
+}
+
+// The exit code.
+int runFile(Runtime& runtime, const Words& words) {
     if (words.empty()) throw UsageError("run wants a file");
     refuseOptions({words[0]});
+    const std::string content = readSource(words[0]);
+    if (const GuestTool* guest = guestToolForImage(content))
+        return runGuestFile(runtime, *guest, words, content, true);
+    if (const GuestTool* guest = guestToolForSource(words[0]))
+        return runGuestFile(runtime, *guest, words, content, false);
     std::vector<Variable> arguments;
     for (std::size_t i = 1; i < words.size(); ++i) arguments.push_back(Variable::text(words[i]));
     registerFunctions(runtime);
     runtime.engine.pushVariable("arguments", Variable::array(std::move(arguments)));
-    const std::string content = readSource(words[0]);
     if (isImage(content)) {
         const auto* bytes = reinterpret_cast<const unsigned char*>(content.data());
         runtime.engine.runBytecode(VesperScript::deserialiseBytecode({bytes, content.size()}, words[0]));
     } else {
         runtime.engine.runBytecode(runtime.engine.compileToBytecode(content, words[0]));
     }
+    return 0;
 }
 
 // The image names its source by the file's name alone, so that it does not depend on where it was built.
@@ -62,14 +98,25 @@ void compileFile(Runtime& runtime, const Words& words) {
     if (words.size() != 3 || words[1] != "-o") throw UsageError("compile wants FILE -o IMAGE");
     refuseOptions({words[0], words[2]});
     const std::string name = words[0].substr(words[0].find_last_of("/\\") + 1);
+    if (const GuestTool* guest = guestToolForSource(words[0])) {
+        const auto image = compileGuest(runtime, *guest, readSource(words[0]), name);
+        if (!runtime.engine.host().replaceFile(words[2], image))
+            throw std::runtime_error("failed to write file: " + words[2]);
+        return;
+    }
     VesperScript::saveBytecode(runtime.engine.compileToBytecode(readSource(words[0]), name), words[2]);
 }
 
 void dumpImage(const Words& words) {
     if (words.size() != 1) throw UsageError("dump wants one image");
     refuseOptions(words);
+    const std::string content = readSource(words[0]);
+    if (const GuestTool* guest = guestToolForImage(content)) {
+        guest->dump(content, std::cout);
+        return;
+    }
     const BytecodeProgram program = VesperScript::loadBytecode(words[0]);
-    dumpBytecode(program, readSource(words[0]).size(), std::cout);
+    dumpBytecode(program, content.size(), std::cout);
 }
 
 int checkFiles(Runtime& runtime, const Words& words) {
@@ -78,7 +125,12 @@ int checkFiles(Runtime& runtime, const Words& words) {
     int failures = 0;
     for (const std::string& path : words) {
         try {
-            runtime.engine.compileToBytecode(readSource(path), path);
+            const std::string source = readSource(path);
+            if (const GuestTool* guest = guestToolForSource(path)) {
+                compileGuest(runtime, *guest, source, path);
+            } else {
+                runtime.engine.compileToBytecode(source, path);
+            }
         } catch (const std::exception& error) {
             std::cerr << path << ": " << error.what() << '\n';
             ++failures;
@@ -97,7 +149,7 @@ int runTool(int argc, char** argv) {
         const std::string command = words[0];
         words.erase(words.begin());
         if (command == "run") {
-            runFile(runtime, words);
+            return runFile(runtime, words);
         } else if (command == "compile") {
             compileFile(runtime, words);
         } else if (command == "dump") {

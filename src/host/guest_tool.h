@@ -1,0 +1,37 @@
+#pragma once
+
+#include <iosfwd>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "bindings/runtime.h"
+
+namespace kelmora {
+
+// What the authors' tool does with the sources and images of one guest language. What fails is raised as the
+// language words it.
+struct GuestTool {
+    std::string_view language;   // "VesperLua"
+    std::string_view extension;  // of sources, with its dot
+    std::string_view magic;      // of images
+
+    // The exit code. The arguments are in the global array `arguments`.
+    int (*run)(Runtime& runtime, const std::string& path, std::span<const std::string> arguments,
+               bool isImage);
+    std::vector<unsigned char> (*compile)(Runtime& runtime, const std::string& source,
+                                          const std::string& chunkName);
+    void (*dump)(std::string_view image, std::ostream& out);
+};
+
+// The language of a source, by its name, or of an image, by its first bytes; null for scripts.
+const GuestTool* guestToolForSource(const std::string& path);
+const GuestTool* guestToolForImage(std::string_view content);
+
+// A failure's text in the form of script reports: the message, the place, the source's line, and a mark where
+// a column is known. Texts without a place in this source stay as they are.
+std::string guestReport(const GuestTool& tool, const std::string& error, const std::string& path,
+                        std::string_view source);
+
+}  // namespace kelmora

@@ -1,0 +1,160 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <random>
+#include <regex>
+#include <string>
+
+#include "support/guest_run.h"
+
+// Programs made at random print the same whichever way they run: from their text, from an image, and with
+// every local variable in a box that is made anew each time its declaration runs.
+namespace kelmora {
+namespace {
+
+class ProgramMaker {
+public:
+    explicit ProgramMaker(std::uint32_t seed) : generator_(seed) {}
+
+    std::string make() {
+        text_ = "local a, b, c = 1, 'x', {1, 2, k = 3}\ng = 5\n";
+        names_ = {"a", "b", "c", "g"};
+        block(4, 3);
+        text_ += "print(pcall(function() return a, b, g, #c, c[1], c.k end))\n";
+        return text_;
+    }
+
+private:
+    std::size_t draw(std::size_t count) { return generator_() % count; }
+    std::string name() { return names_[draw(names_.size())]; }
+
+    std::string expression(int depth) {
+        static constexpr const char* literals[] = {"1",   "2",    "-3",    "0.5", "'s'",
+                                                   "nil", "true", "false", "{}",  "7"};
+        static constexpr const char* operators[] = {" + ",  " - ", " * ",  " % ",  " / ",   " .. ",
+                                                    " == ", " < ", " >= ", " ~= ", " and ", " or "};
+        if (depth == 0 || draw(4) == 0) return draw(2) == 0 ? name() : literals[draw(std::size(literals))];
+        switch (draw(9)) {
+            case 0:
+                return "(" + expression(depth - 1) + ")";
+            case 1:
+                return "not " + expression(depth - 1);
+            case 2:
+                return "c[" + expression(depth - 1) + "]";
+            case 3:
+                return "c.k";
+            case 4:
+                return "{" + expression(depth - 1) + ", k = " + expression(depth - 1) + "}";
+            case 5:
+                return "(function(p, q) " + name() + " = p return q, " + name() + " end)(" +
+                       expression(depth - 1) + ", " + expression(depth - 1) + ")";
+            case 6:
+                return "type(" + expression(depth - 1) + ")";
+            default:
+                return "(" + expression(depth - 1) + operators[draw(std::size(operators))] +
+                       expression(depth - 1) + ")";
+        }
+    }
+
+    void block(int statements, int depth) {
+        const std::size_t visible = names_.size();
+        for (int i = 0; i < statements; ++i) statement(depth);
+        names_.resize(visible);
+    }
+
+    void statement(int depth) {
+        switch (draw(depth > 0 ? 11 : 6)) {
+            case 0: {
+                const std::string fresh = "v" + std::to_string(++count_);
+                text_ += "local " + fresh + ", w = " + expression(2) + "\n";
+                names_.push_back(fresh);
+                return;
+            }
+            case 1:
+                text_ += "c[" + expression(1) + "] = " + expression(2) + "\n";
+                return;
+            case 2:
+                text_ += name() + ", " + name() + " = " + expression(2) + ", " + expression(2) + "\n";
+                return;
+            case 3: {
+                const std::string target = name();
+                text_ += target + " = " + target + " .. " + expression(1) + "\n";
+                return;
+            }
+            case 4:
+                text_ += "print(type(" + expression(2) + "), tostring(" + name() + "):sub(1, 5))\n";
+                return;
+            case 5:
+                text_ += name() + " = " + expression(3) + "\n";
+                return;
+            case 6:
+                text_ += "if " + expression(2) + " then\n";
+                block(2, depth - 1);
+                text_ += "else\n";
+                block(1, depth - 1);
+                text_ += "end\n";
+                return;
+            case 7:
+                loop("i", " = 1, 3 do\n", depth);
+                return;
+            case 8:
+                loop("k", " in pairs({4, x = 5}) do\n", depth);
+                return;
+            case 9:
+                text_ += "print(pcall(function()\n";
+                block(3, depth - 1);
+                text_ += "return " + name() + ", type(" + expression(2) + ") end) and 'ok')\n";
+                return;
+            default: {
+                const std::string closure = "f" + std::to_string(++count_);
+                text_ += "local " + closure + " = {}\nfor i = 1, 2 do local kept = i " + closure +
+                         "[i] = function(p) kept = kept + 1 " + name() + " = p return kept end end\nprint(" +
+                         closure + "[1](1), " + closure + "[1](2), " + closure + "[2](" + expression(1) +
+                         "))\n";
+            }
+        }
+    }
+    void loop(const std::string& letter, const std::string& range, int depth) {
+        const std::string variable = letter + std::to_string(++count_);
+        text_ += "for " + variable + range;
+        names_.push_back(variable);
+        block(2, depth - 1);
+        if (draw(3) == 0) text_ += "if " + expression(1) + " then break end\n";
+        names_.pop_back();
+        text_ += "end\n";
+    }
+
+    std::mt19937 generator_;
+    std::string text_;
+    std::vector<std::string> names_;
+    int count_ = 0;
+};
+
+// Addresses are not the same twice.
+std::string withoutAddresses(const std::string& text) {
+    return std::regex_replace(text, std::regex("0x[0-9a-f]+"), "0x");
+}
+
+TEST(LuaAgreement, ProgramsRunTheSameInAllWays) {
+    const char* wanted = std::getenv("KELMORA_LUA_SEEDS");
+    const unsigned long seeds = wanted ? std::strtoul(wanted, nullptr, 10) : 600;
+    const GuestLanguage language = luaLanguage();
+    std::size_t completed = 0;
+    for (unsigned long seed = 0; seed < seeds; ++seed) {
+        const std::string source = ProgramMaker(static_cast<std::uint32_t>(seed)).make();
+        const GuestOutcome first = language.ways[0].run(source, "made");
+        completed += first.error.empty() ? 1u : 0u;
+        for (std::size_t way = 1; way < language.ways.size(); ++way) {
+            const GuestOutcome other = language.ways[way].run(source, "made");
+            ASSERT_EQ(withoutAddresses(first.output), withoutAddresses(other.output))
+                << language.ways[way].name << ", seed " << seed << "\n"
+                << source;
+            ASSERT_EQ(first.error, other.error) << language.ways[way].name << ", seed " << seed << "\n"
+                                                << source;
+        }
+    }
+    EXPECT_GT(completed, seeds / 20);
+}
+
+}  // namespace
+}  // namespace kelmora
