@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <cstdlib>
 #include <random>
-#include <regex>
 #include <string>
 
 #include "support/guest_run.h"
@@ -132,7 +132,13 @@ private:
 
 // Addresses are not the same twice.
 std::string withoutAddresses(const std::string& text) {
-    return std::regex_replace(text, std::regex("0x[0-9a-f]+"), "0x");
+    std::string out;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        out += text[at];
+        if (!out.ends_with("0x")) continue;
+        while (at + 1 < text.size() && std::isxdigit(static_cast<unsigned char>(text[at + 1]))) ++at;
+    }
+    return out;
 }
 
 TEST(LuaAgreement, ProgramsRunTheSameInAllWays) {

@@ -69,7 +69,7 @@ TEST_F(RwbyMachine, MissesAnErrorFunctionThatWasRemoved) {
 }
 
 TEST_F(RwbyMachine, EndsRunsAtTheStepLimit) {
-    vm_.setStepLimit(1000);
+    vm_.setStepLimit(150);
     const std::string loops[] = {"while true end", "while true; pcall(len, 1); end",
                                  "def f() return pcall(f) end\nf()", "i = 1\nwhile i < 2 x = 1 end"};
     for (const std::string& loop : loops)

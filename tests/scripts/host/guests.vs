@@ -30,6 +30,7 @@ print(toString(Lua["getVar"]("deep")) == toString(nested(64)))   @@ expect: true
 print(pcall(Lua["setVar"], "deep", nested(65)))                  @@ expect: false\tLua.setVar: value nesting is too deep to bridge into Lua
 print(pcall(lua, "local t = {} t.t = t return t"))               @@ expect: false\tLua.runScript: value nesting is too deep to bridge into VesperScript
 print(pcall(ruby, "a = []\narray_push(a, a)\nreturn a"))         @@ expect: false\tRuby.runScript: value nesting is too deep to bridge into VesperScript
+ruby("array_pop(a)")
 
 @@ Each language reaches the others' globals.
 score = 3
