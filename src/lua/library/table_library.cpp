@@ -18,7 +18,7 @@ void insert(NativeCall& call) {
     // The new last item first: only this one can fail.
     if (position <= length) {
         table.set(length + 1, table.array()[static_cast<std::size_t>(length - 1)]);
-        auto items = table.array().begin();
+        Value* items = table.array().data();
         std::move_backward(items + (position - 1), items + (length - 1), items + length);
     }
     table.set(position, call[2]);
@@ -32,7 +32,7 @@ void remove(NativeCall& call) {
     if (length == 0 && (position == 0 || position == 1)) return call.give({});
     if (position < 1 || position > length + 1) failCall(call, "the position is out of range");
     if (position == length + 1) return call.give({});
-    auto items = table.array().begin();
+    Value* items = table.array().data();
     call.give(std::move(items[position - 1]));
     std::move(items + position, items + length, items + (position - 1));
     table.set(length, {});
