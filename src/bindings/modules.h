@@ -22,5 +22,6 @@ std::span<const BindingRow> imageBindings();
 std::span<const BindingRow> compositingBindings();
 std::span<const BindingRow> shaderBindings();
 std::span<const BindingRow> sceneBindings();
+std::span<const BindingRow> imageProcessingBindings();
 
 }  // namespace kelmora

@@ -17,7 +17,8 @@ namespace kelmora {
 enum class QuadForm { Textured, Bare };
 
 // Raises for a coordinate that is no number.
-[[nodiscard]] bool convertQuadValue(const BindingCall& call, const Variable& value, QuadForm form, Quad& quad);
+[[nodiscard]] bool convertQuadValue(const BindingCall& call, const Variable& value, QuadForm form,
+                                    Quad& quad);
 [[nodiscard]] bool convertQuadTable(const BindingCall& call, const Variable& value, QuadForm form,
                                     std::vector<Quad>& quads);
 

@@ -23,7 +23,8 @@ void registerFunctions(Runtime& runtime) {
     publish("AI", {aiBindings()});
     publish("Font", {fontBindings()});
     publish("Jade", {jadeBindings()});
-    publish("Plush", {imageBindings(), compositingBindings(), shaderBindings(), sceneBindings()});
+    publish("Plush", {imageBindings(), compositingBindings(), shaderBindings(), sceneBindings(),
+                      imageProcessingBindings()});
     registerGlobalHelpers(engine);
     publishEnvironmentGlobals(engine);
     publishInputGlobals(runtime);

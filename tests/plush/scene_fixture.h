@@ -13,7 +13,8 @@ namespace kelmora {
 // A picture that the registry knows, as scenes want their textures.
 class LivePicture {
 public:
-    LivePicture(int width, int height, unsigned char r, unsigned char g, unsigned char b, unsigned char a = 255)
+    LivePicture(int width, int height, unsigned char r, unsigned char g, unsigned char b,
+                unsigned char a = 255)
         : image_(createSolidColourImage(width, height, r, g, b, a)) {}
     LivePicture(const LivePicture&) = delete;
     LivePicture& operator=(const LivePicture&) = delete;
@@ -128,8 +129,8 @@ private:
         scene.player.y = decimal(0, 14) * size;
         if (between(0, 4) == 0) scene.player.x = static_cast<float>(between(0, columns)) * size;
         scene.player.height = decimal(-0.5, 1.5) * size;
-        scene.player.rotation = between(0, 3) == 0 ? static_cast<float>(between(0, 8)) * 0.78539816f
-                                                   : decimal(-7, 7);
+        scene.player.rotation =
+            between(0, 3) == 0 ? static_cast<float>(between(0, 8)) * 0.78539816f : decimal(-7, 7);
         scene.player.tilt = between(0, 1) == 0 ? 0 : decimal(-1.6, 1.6);
     }
     Quad randomQuad(int columns, float size) {

@@ -36,7 +36,8 @@ bool isObstructed(const RenderScene& scene, const Vector& from, const Vector& to
         if (left) {
             if (scene.texture(cell.wall)) return true;
             const double z = from.z + walk.entered() * way.z;
-            if (crossesStep(scene, cell.roof, left->roof, scene.roofHeight(cell), scene.roofHeight(*left), z) ||
+            if (crossesStep(scene, cell.roof, left->roof, scene.roofHeight(cell), scene.roofHeight(*left),
+                            z) ||
                 crossesStep(scene, cell.floor, left->floor, scene.floorHeight(cell), scene.floorHeight(*left),
                             z))
                 return true;

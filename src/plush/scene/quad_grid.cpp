@@ -8,7 +8,6 @@ namespace {
 // What the lists of all tiles may hold together; 64 MiB.
 constexpr std::size_t maximumEntries = std::size_t{1} << 24;
 
-
 std::int32_t cutTile(float coordinate, double tileSize, std::int32_t limit) {
     const double tile = std::floor(static_cast<double>(coordinate) / tileSize);
     return static_cast<std::int32_t>(std::clamp(tile, -1.0, static_cast<double>(limit)));

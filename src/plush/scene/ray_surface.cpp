@@ -67,10 +67,15 @@ RayUnderWay::RayUnderWay(const Ray& ray, double fogMultiplierOfPixel, bool mayRe
 Vector positionOf(const RayUnderWay& ray, const SurfaceHit& hit) {
     Vector position = ray.at(hit.distance);
     switch (hit.kind) {
-        case SurfaceKind::Quad: break;
+        case SurfaceKind::Quad:
+            break;
         case SurfaceKind::RoofUnderside:
-        case SurfaceKind::FloorTop: position.z = hit.plane; break;
-        default: (hit.acrossX ? position.x : position.y) = hit.plane; break;
+        case SurfaceKind::FloorTop:
+            position.z = hit.plane;
+            break;
+        default:
+            (hit.acrossX ? position.x : position.y) = hit.plane;
+            break;
     }
     return position;
 }
@@ -90,7 +95,7 @@ const unsigned char* takeSurface(const RenderScene& scene, const RayUnderWay& ra
 }
 
 Vec3 shadedColour(const RenderScene& scene, const RayUnderWay& ray, const unsigned char* texel,
-                    const Vec3& light, double distance) {
+                  const Vec3& light, double distance) {
     const float fog = fogAmount(scene, ray.fogMultiplier, ray.travelled + distance);
     const Vec3 surface = wholeColour({light.x * texel[0], light.y * texel[1], light.z * texel[2]});
     return scene.fog * fog + surface * (1 - fog);

@@ -89,11 +89,11 @@ const unsigned char* takeSurface(const RenderScene& scene, const RayUnderWay& ra
 
 // A lit texel behind fog. Light is 1 for full.
 Vec3 shadedColour(const RenderScene& scene, const RayUnderWay& ray, const unsigned char* texel,
-                    const Vec3& light, double distance);
+                  const Vec3& light, double distance);
 
 // The layers over what lies behind them.
 Vec3 composeLayers(const RenderScene& scene, double fogMultiplier,
-                     const std::vector<TransparentLayer>& layers, Vec3 colour);
+                   const std::vector<TransparentLayer>& layers, Vec3 colour);
 
 // Truncated, and held to a byte.
 inline unsigned char byteOf(float channel) {

@@ -88,9 +88,10 @@ RenderScene::RenderScene(const Scene& scene, const PlushImage& output)
             // A picture drawn into itself shows what it was.
             if (image == &output) {
                 if (outputCopy_.empty())
-                    outputCopy_.assign(image->pixels, image->pixels + std::size_t{4} *
-                                                                          static_cast<std::size_t>(image->width) *
-                                                                          static_cast<std::size_t>(image->height));
+                    outputCopy_.assign(image->pixels,
+                                       image->pixels + std::size_t{4} *
+                                                           static_cast<std::size_t>(image->width) *
+                                                           static_cast<std::size_t>(image->height));
                 texture.pixels = outputCopy_.data();
             }
         }

@@ -64,8 +64,7 @@ Position Scene::afterMove(double distance, bool forward) const {
     const double cosine = cosineOf(static_cast<double>(player.rotation));
     const double x = static_cast<double>(player.x);
     const double y = static_cast<double>(player.y);
-    if (forward)
-        return {static_cast<float>(x + distance * cosine), static_cast<float>(y + distance * sine)};
+    if (forward) return {static_cast<float>(x + distance * cosine), static_cast<float>(y + distance * sine)};
     return {static_cast<float>(x - distance * sine), static_cast<float>(y + distance * cosine)};
 }
 

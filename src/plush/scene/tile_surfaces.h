@@ -29,9 +29,8 @@ struct TileVisit {
 
 // Position along a tile's boundary that the ray crosses, 0 to 1.
 inline double alongBoundary(const RenderScene& scene, const RayUnderWay& ray, const TileVisit& visit) {
-    return visit.acrossX
-               ? (ray.origin.y + visit.enters * ray.direction.y) * scene.inverseTileSize - visit.y
-               : (ray.origin.x + visit.enters * ray.direction.x) * scene.inverseTileSize - visit.x;
+    return visit.acrossX ? (ray.origin.y + visit.enters * ray.direction.y) * scene.inverseTileSize - visit.y
+                         : (ray.origin.x + visit.enters * ray.direction.x) * scene.inverseTileSize - visit.x;
 }
 
 // The face of a wall tile; it has no end in height, and its texture starts anew at each roof height.
@@ -88,8 +87,9 @@ inline bool stepCandidate(const RenderScene& scene, const RayUnderWay& ray, cons
     if (!visit.left) return false;
     const bool isRoof = kind == SurfaceKind::RoofStep;
     const std::int32_t own = isRoof ? visit.cell.roof : visit.cell.floor;
-    const SceneTexture* texture =
-        scene.texture(own > 0 ? own : isRoof ? visit.left->roof : visit.left->floor);
+    const SceneTexture* texture = scene.texture(own > 0  ? own
+                                                : isRoof ? visit.left->roof
+                                                         : visit.left->floor);
     if (!texture) return false;
     const double one = isRoof ? scene.roofHeight(visit.cell) : scene.floorHeight(visit.cell);
     const double other = isRoof ? scene.roofHeight(*visit.left) : scene.floorHeight(*visit.left);

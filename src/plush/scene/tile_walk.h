@@ -54,8 +54,8 @@ private:
         const double line = static_cast<double>(tile) + (up ? 1 : 0);
         if (direction == 0) return {tile, 0, line, 0, origin, 0, std::numeric_limits<double>::infinity()};
         const double inverse = 1 / direction;
-        return {tile,   up ? 1 : -1, line, up ? 1.0 : -1.0,
-                origin, inverse,     (line * tileSize - origin) * inverse};
+        return {
+            tile, up ? 1 : -1, line, up ? 1.0 : -1.0, origin, inverse, (line * tileSize - origin) * inverse};
     }
 
     Axis x_;

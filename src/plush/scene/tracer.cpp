@@ -62,11 +62,16 @@ public:
 private:
     bool fixedCandidate(int index, SurfaceHit& hit) const {
         switch (index) {
-            case 0: return slabCandidate(scene_, ray_, visit_, SurfaceKind::FloorTop, hit);
-            case 1: return slabCandidate(scene_, ray_, visit_, SurfaceKind::RoofUnderside, hit);
-            case 2: return stepCandidate(scene_, ray_, visit_, SurfaceKind::FloorStep, hit);
-            case 3: return stepCandidate(scene_, ray_, visit_, SurfaceKind::RoofStep, hit);
-            default: return wallCandidate(scene_, ray_, visit_, hit);
+            case 0:
+                return slabCandidate(scene_, ray_, visit_, SurfaceKind::FloorTop, hit);
+            case 1:
+                return slabCandidate(scene_, ray_, visit_, SurfaceKind::RoofUnderside, hit);
+            case 2:
+                return stepCandidate(scene_, ray_, visit_, SurfaceKind::FloorStep, hit);
+            case 3:
+                return stepCandidate(scene_, ray_, visit_, SurfaceKind::RoofStep, hit);
+            default:
+                return wallCandidate(scene_, ray_, visit_, hit);
         }
     }
 
@@ -90,8 +95,8 @@ Vec3 walkToOpaque(const RenderScene& scene, const RayUnderWay& ray, const Ray& s
         if (index == TileMap::outside || !(ray.travelled + walk.entered() < scene.renderDistance))
             return scene.fog;
         const TileCell& cell = scene.map.cell(index);
-        const TileVisit visit{cell,           left,           walk.x(),       walk.y(),       leftX, leftY,
-                              walk.entered(), walk.leaves(), walk.crossedX(), walk.boundary()};
+        const TileVisit visit{cell,  left,           walk.x(),      walk.y(),        leftX,
+                              leftY, walk.entered(), walk.leaves(), walk.crossedX(), walk.boundary()};
         TileCandidates candidates(scene, ray, visit, index, lastQuad);
         for (SurfaceHit hit{}; candidates.next(hit);)
             if (const unsigned char* texel = takeSurface(scene, ray, hit, scratch))
