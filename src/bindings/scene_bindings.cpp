@@ -1,13 +1,22 @@
+#include <algorithm>
+#include <cmath>
+
 #include "base/saturating.h"
 #include "bindings/image_arguments.h"
 #include "bindings/modules.h"
 #include "bindings/runtime.h"
 #include "bindings/scene_arguments.h"
 #include "image/row_workers.h"
+#include "plush/scene/collision.h"
+#include "plush/scene/projection.h"
 #include "plush/scene/raycast.h"
 
 namespace kelmora {
 namespace {
+
+// The frame that `project` takes when it is told none.
+constexpr std::int32_t screenWidth = 960;
+constexpr std::int32_t screenHeight = 544;
 
 Scene& sceneOf(const BindingCall& call) {
     return runtimeOf(call).scene;
@@ -206,6 +215,66 @@ Variable raycast(const BindingCall& call) {
     return {};
 }
 
+Variable projection(const BindingCall& call) {
+    projectScene(sceneOf(call), imageArgument(call, 0, "output"), threadCount);
+    return {};
+}
+
+// Points into pictures
+
+Variable plushProject(const BindingCall& call) {
+    call.require(3);
+    const double x = call.number(0, "x");
+    const double y = call.number(1, "y");
+    const double z = call.number(2, "z");
+    const std::int32_t width = call.count() > 3 ? call.integer(3, "width") : screenWidth;
+    const std::int32_t height = call.count() > 4 ? call.integer(4, "height") : screenHeight;
+    const Camera camera = cameraOf(sceneOf(call), std::max(width, 1), std::max(height, 1));
+    ProjectedPoint point;
+    if (!projectPoint(camera, std::max(width, 1), std::max(height, 1), {x, y, z}, point)) return {};
+    return returnValues({Variable::number(static_cast<float>(point.x)),
+                         Variable::number(static_cast<float>(point.y)),
+                         Variable::number(static_cast<float>(point.depth))});
+}
+
+// Points `[x, y, z]` and quads in one list.
+Vector middleOf(const BindingCall& call, const Variable* element) {
+    constexpr const char* expectation = "argument 1 (vertices) must be a table of points or quads";
+    Quad quad;
+    if (element && convertQuadValue(call, *element, QuadForm::Bare, quad))
+        return quadTableCentre(std::span(&quad, 1));
+    std::vector<const Variable*> coordinates;
+    if (!element || !elementsOf(*element, coordinates) || coordinates.size() < 3) call.fail(expectation);
+    double values[3];
+    for (std::size_t i = 0; i < 3; ++i) {
+        if (!coordinates[i] || !coordinates[i]->isNumeric()) call.fail(expectation);
+        values[i] = numericValue(*coordinates[i], call.function(), "coordinate");
+    }
+    return {values[0], values[1], values[2]};
+}
+
+Variable plushSort(const BindingCall& call) {
+    std::vector<const Variable*> elements;
+    if (!elementsOf(call.at(0), elements))
+        call.fail("argument 1 (vertices) must be a table of points or quads");
+    const Vector eye = cameraOf(sceneOf(call), screenWidth, screenHeight).eye;
+    struct Vertex {
+        double squared;
+        Variable value;
+    };
+    std::vector<Vertex> vertices;
+    for (const Variable* element : elements) {
+        const Vector way = middleOf(call, element) - eye;
+        const double squared = dot(way, way);
+        vertices.push_back({std::isnan(squared) ? 0 : squared, *element});
+    }
+    std::stable_sort(vertices.begin(), vertices.end(),
+                     [](const Vertex& a, const Vertex& b) { return a.squared > b.squared; });
+    std::vector<Variable> sorted;
+    for (Vertex& vertex : vertices) sorted.push_back(std::move(vertex.value));
+    return Variable::array(std::move(sorted));
+}
+
 constexpr BindingRow rows[] = {
     {"setMap", setMap},
     {"setQuads", setQuads},
@@ -233,6 +302,9 @@ constexpr BindingRow rows[] = {
     {"spawnLight", spawnLight},
     {"clearLights", clearLights},
     {"raycast", raycast},
+    {"projection", projection},
+    {"project", plushProject},
+    {"sortVertex", plushSort},
 };
 
 }  // namespace

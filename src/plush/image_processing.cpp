@@ -84,9 +84,9 @@ void ditherImage(PlushImage& image, std::int32_t amount, bool doubleFirst, std::
             unsigned char* pixel = rowOf(image, y);
             for (std::int32_t x = 0; x < image.width; ++x, pixel += 4)
                 for (int channel = 0; channel < 3; ++channel)
-                    pixel[channel] =
-                        dithered(pixel[channel], step,
-                                 thresholds[static_cast<std::size_t>(y % 8)][static_cast<std::size_t>(x % 8)]);
+                    pixel[channel] = dithered(
+                        pixel[channel], step,
+                        thresholds[static_cast<std::size_t>(y % 8)][static_cast<std::size_t>(x % 8)]);
         }
     });
 }

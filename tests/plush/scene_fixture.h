@@ -115,7 +115,7 @@ private:
         const int filled = between(10, 100);
         for (int x = 0; x < columns; ++x) {
             table.emplace_back();
-            for (int rows = between(0, 8) == 0 ? between(0, 14) : 14; rows > 0; --rows) {
+            for (int rows = !opaque_ && between(0, 8) == 0 ? between(0, 14) : 14; rows > 0; --rows) {
                 int entry = offsets ? between(-range, range) : between(-1, 6);
                 if (layer == TileLayer::Walls && between(0, 3) != 0) entry = 0;
                 if (!offsets && layer != TileLayer::Walls && between(0, 100) > filled) entry = 0;
@@ -127,7 +127,7 @@ private:
     void placePlayer(int columns, float size) {
         scene.player.x = decimal(0, columns) * size;
         scene.player.y = decimal(0, 14) * size;
-        if (between(0, 4) == 0) scene.player.x = static_cast<float>(between(0, columns)) * size;
+        if (between(0, 4) == 0 && !opaque_) scene.player.x = static_cast<float>(between(0, columns)) * size;
         scene.player.height = decimal(-0.5, 1.5) * size;
         scene.player.rotation =
             between(0, 3) == 0 ? static_cast<float>(between(0, 8)) * 0.78539816f : decimal(-7, 7);

@@ -165,7 +165,7 @@ public:
 
 private:
     void addGlobal(const std::string& name, const Variable& value) {
-        static constexpr const char* modules[] = {"AI",    "Audio", "Floormap", "Font",  "Jade",     "Lua",
+        static constexpr const char* modules[] = {"AI",    "Audio", "Floormap", "Font",     "Jade",  "Lua",
                                                   "Metal", "Plush", "Ruby",     "Sailfish", "Vesper"};
         if (value.isFunction()) {
             add(name, value.function());

@@ -101,15 +101,20 @@ Vec3 shadedColour(const RenderScene& scene, const RayUnderWay& ray, const unsign
     return scene.fog * fog + surface * (1 - fog);
 }
 
+Vec3 foggedTexel(const RenderScene& scene, double fogMultiplier, const unsigned char* texel,
+                 double distance) {
+    const float fog = fogAmount(scene, fogMultiplier, distance);
+    return wholeColour(colourOf(texel[0], texel[1], texel[2]) * (1 - fog) + scene.fog * fog);
+}
+
 Vec3 composeLayers(const RenderScene& scene, double fogMultiplier,
                    const std::vector<TransparentLayer>& layers, Vec3 colour) {
     for (std::size_t i = layers.size(); i-- > 0;) {
         const TransparentLayer& layer = layers[i];
-        Vec3 own = colourOf(layer.red, layer.green, layer.blue);
-        if (!layer.isFinal) {
-            const float fog = fogAmount(scene, fogMultiplier, static_cast<double>(layer.distance));
-            own = wholeColour(own * (1 - fog) + scene.fog * fog);
-        }
+        const unsigned char texel[] = {layer.red, layer.green, layer.blue};
+        const Vec3 own = layer.isFinal
+                             ? colourOf(layer.red, layer.green, layer.blue)
+                             : foggedTexel(scene, fogMultiplier, texel, static_cast<double>(layer.distance));
         colour = wholeColour(own * layer.weight + colour * (1 - layer.weight));
     }
     return colour;

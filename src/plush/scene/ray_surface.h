@@ -91,6 +91,9 @@ const unsigned char* takeSurface(const RenderScene& scene, const RayUnderWay& ra
 Vec3 shadedColour(const RenderScene& scene, const RayUnderWay& ray, const unsigned char* texel,
                   const Vec3& light, double distance);
 
+// A texel's own colour behind fog, in whole numbers: what a layer shows.
+Vec3 foggedTexel(const RenderScene& scene, double fogMultiplier, const unsigned char* texel, double distance);
+
 // The layers over what lies behind them.
 Vec3 composeLayers(const RenderScene& scene, double fogMultiplier,
                    const std::vector<TransparentLayer>& layers, Vec3 colour);

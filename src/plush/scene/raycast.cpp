@@ -68,7 +68,7 @@ void drawFog(const RenderScene& scene, Blocks& blocks) {
 
 }  // namespace
 
-void renderScene(const Scene& scene, PlushImage& output, std::int32_t workers, TracerKind) {
+void renderScene(const Scene& scene, PlushImage& output, std::int32_t workers) {
     if (output.width < 1 || output.height < 1) return;
     const RenderScene constant(scene, output);
     Blocks blocks(output, constant.accuracy);

@@ -23,7 +23,9 @@ std::size_t wrappedTexel(double coordinate, std::int32_t count) {
     return static_cast<std::size_t>(rest < 0 ? rest + count : rest);
 }
 
-Camera cameraOf(const Scene& scene, const PlushImage& output) {
+}  // namespace
+
+Camera cameraOf(const Scene& scene, std::int32_t width, std::int32_t height) {
     const Player& player = scene.player;
     const double c = cosineOf(static_cast<double>(player.rotation));
     const double s = sineOf(static_cast<double>(player.rotation));
@@ -35,7 +37,7 @@ Camera cameraOf(const Scene& scene, const PlushImage& output) {
     camera.right = {-s, c, 0};
     camera.up = {-c * st, -s * st, -ct};
     camera.halfWidth = scene.settings.fieldOfView;
-    camera.halfHeight = scene.settings.fieldOfView * output.height / output.width;
+    camera.halfHeight = scene.settings.fieldOfView * height / width;
     camera.tileX = tileOf(static_cast<double>(player.x), tileSize);
     camera.tileY = tileOf(static_cast<double>(player.y), tileSize);
     const std::size_t cell = scene.map().find(camera.tileX, camera.tileY);
@@ -45,8 +47,6 @@ Camera cameraOf(const Scene& scene, const PlushImage& output) {
                   tileSize + raised - static_cast<double>(player.height)};
     return camera;
 }
-
-}  // namespace
 
 const unsigned char* texelAt(const unsigned char* pixels, std::int32_t width, std::int32_t height, double u,
                              double v) {
@@ -65,7 +65,7 @@ RenderScene::RenderScene(const Scene& scene, const PlushImage& output)
       tileSize(static_cast<double>(scene.tileSize())),
       inverseTileSize(1 / tileSize),
       renderDistance(static_cast<double>(scene.settings.renderDistance)),
-      camera(cameraOf(scene, output)),
+      camera(cameraOf(scene, output.width, output.height)),
       accuracy(std::max(scene.settings.accuracy, 1)),
       rayDepth(std::clamp(scene.settings.rayDepth, 0, deepestReflection)),
       reflection(static_cast<double>(scene.settings.reflection)),

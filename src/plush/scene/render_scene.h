@@ -41,6 +41,9 @@ struct Camera {
     }
 };
 
+// The player's view in a picture of this size.
+Camera cameraOf(const Scene& scene, std::int32_t width, std::int32_t height);
+
 // Fog thickens towards the corners of the picture: the factor at u and v, 1 in the middle.
 double fogMultiplierAt(double u, double v);
 

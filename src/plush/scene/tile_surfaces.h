@@ -132,31 +132,35 @@ inline bool isOutsideBox(const Quad& quad, const RayUnderWay& ray, double enters
            misses(ray.origin.y, ray.direction.y, quad.minY, quad.maxY);
 }
 
+inline SurfaceHit quadSurface(const RenderScene& scene, const Quad& quad, const QuadHit& met, std::int32_t x,
+                              std::int32_t y) {
+    constexpr double lastTexel = 1 - 1e-9;
+    return {SurfaceKind::Quad,
+            false,
+            met.distance,
+            0,
+            scene.texture(quad.texture),
+            std::clamp(met.u, 0.0, lastTexel),
+            std::clamp(met.v, 0.0, lastTexel),
+            &quad,
+            x,
+            y,
+            x,
+            y};
+}
+
 inline bool quadCandidate(const RenderScene& scene, const RayUnderWay& ray, const TileVisit& visit,
                           std::uint32_t index, const LastQuad& last, SurfaceHit& hit) {
     const Quad& quad = scene.quads[index];
     const double enters = visit.enters - tileMargin;
     const double leaves = visit.leaves + tileMargin;
     if (isOutsideBox(quad, ray, enters, leaves)) return false;
-    const SceneTexture* texture = scene.texture(quad.texture);
-    if (!texture) return false;
+    if (!scene.texture(quad.texture)) return false;
     QuadHit met;
     if (!rayQuadIntersect(ray.origin, ray.direction, quad, last.distance, index > last.index, met) ||
         met.distance < enters || met.distance > leaves)
         return false;
-    constexpr double lastTexel = 1 - 1e-9;
-    hit = {SurfaceKind::Quad,
-           false,
-           met.distance,
-           0,
-           texture,
-           std::clamp(met.u, 0.0, lastTexel),
-           std::clamp(met.v, 0.0, lastTexel),
-           &quad,
-           visit.x,
-           visit.y,
-           visit.x,
-           visit.y};
+    hit = quadSurface(scene, quad, met, visit.x, visit.y);
     return true;
 }
 

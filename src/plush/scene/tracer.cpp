@@ -1,35 +1,13 @@
 #include "plush/scene/tracer.h"
 
-#include <cmath>
-
-#include "plush/scene/obstruction.h"
+#include "plush/scene/lighting.h"
 #include "plush/scene/tile_surfaces.h"
 
 namespace kelmora {
 namespace {
 
-constexpr double lightNudge = 1e-6;
-
-Vec3 lightAt(const RenderScene& scene, const Vector& position, const SurfaceHit& hit) {
-    Vec3 sum{scene.lightMinimum, scene.lightMinimum, scene.lightMinimum};
-    for (const LightSource& light : scene.lights) {
-        const Vector source(static_cast<double>(light.x), static_cast<double>(light.y),
-                            static_cast<double>(light.z));
-        const double radius = static_cast<double>(light.radius);
-        const Vector way = source - position;
-        const double squared = dot(way, way);
-        if (!(squared < radius * radius)) continue;
-        const Vector from = position + normalised(way) * lightNudge;
-        if (isObstructed(scene, from, source, hit.lightX, hit.lightY)) continue;
-        const float weight = 1 - static_cast<float>(std::sqrt(squared)) / light.radius;
-        sum = sum + Vec3{light.r, light.g, light.b} * weight;
-    }
-    return {std::min(sum.x, scene.lightMaximum), std::min(sum.y, scene.lightMaximum),
-            std::min(sum.z, scene.lightMaximum)};
-}
-
-// The candidates of one tile, nearest first. At one distance quads come before slabs and steps, and the wall
-// comes last, so that what hangs on a wall is seen.
+// The candidates of one tile, nearest first. At one distance quads come first, so that what hangs on a wall
+// is seen, and walls before the steps that they hide.
 class TileCandidates {
 public:
     TileCandidates(const RenderScene& scene, const RayUnderWay& ray, const TileVisit& visit,
@@ -67,11 +45,11 @@ private:
             case 1:
                 return slabCandidate(scene_, ray_, visit_, SurfaceKind::RoofUnderside, hit);
             case 2:
-                return stepCandidate(scene_, ray_, visit_, SurfaceKind::FloorStep, hit);
-            case 3:
-                return stepCandidate(scene_, ray_, visit_, SurfaceKind::RoofStep, hit);
-            default:
                 return wallCandidate(scene_, ray_, visit_, hit);
+            case 3:
+                return stepCandidate(scene_, ray_, visit_, SurfaceKind::FloorStep, hit);
+            default:
+                return stepCandidate(scene_, ray_, visit_, SurfaceKind::RoofStep, hit);
         }
     }
 

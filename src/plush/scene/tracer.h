@@ -4,8 +4,7 @@
 
 namespace kelmora {
 
-// Traces rays in the plainest way: every light, every candidate of every tile. What faster ways have to agree
-// with, to the byte.
+// Traces rays in the plainest way: every light, every candidate of every tile.
 class PlainTracer {
 public:
     explicit PlainTracer(const RenderScene& scene) : scene_(scene) {}

@@ -94,3 +94,13 @@ for z = 0, 4, 4
     push(box, {tl = [0, -2, z], tr = [2, 0, z], br = [0, 2, z], bl = [-2, 0, z]})
 end
 print(j["contains"](box, 0, 0, 2), j["contains"](box, 1, 1, 4), j["contains"](box, 1.5, 1.5, 2), j["contains"](box, 0, 0, 5))   @@ expect: true\ttrue\tfalse\tfalse
+
+@@ points into pictures
+p["setPlayerPosition"](24, 24)
+p["setFov"](90)
+print(p["project"](40, 24, 10, 100, 50))    @@ expect: 50.000000\t25.000000\t16.000000
+print(p["project"](0, 24, 10))              @@ expect: not
+print(p["sortVertex"]([[30, 24, 10], [90, 24, 10], ramp, [24, 24, 10]])[1][1])    @@ expect: 90
+print(pcall(p["sortVertex"], [[1, 2]]))     @@ expect: false\tPlush.sortVertex: argument 1 (vertices) must be a table of points or quads
+print(p["projection"](screen))              @@ expect: not
+print(pcall(p["projection"], image))        @@ expect: false\tPlush.projection: output must be a valid image
