@@ -45,7 +45,7 @@ public:
     static constexpr std::size_t outside = SIZE_MAX;
     // Index of a tile, or `outside`.
     std::size_t find(std::int32_t x, std::int32_t y) const {
-        if (static_cast<std::uint32_t>(x) + 1 >= starts_.size() || y < 0) return outside;
+        if (x < 0 || x >= columns() || y < 0) return outside;
         const auto column = static_cast<std::size_t>(x);
         const std::size_t index = starts_[column] + static_cast<std::size_t>(y);
         return index < starts_[column + 1] ? index : outside;
