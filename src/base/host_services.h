@@ -16,6 +16,8 @@ public:
     virtual void print(std::string_view text) = 0;
     virtual void printError(std::string_view text) = 0;
     virtual void flush() = 0;
+    // Whether what is printed goes to a terminal that shows colours of 24 bits.
+    virtual bool showsTrueColour() const { return false; }
 
     // Null when there is no such file, or it is a folder. The mode is the C library's.
     virtual std::FILE* openFile(const std::string& path, const std::string& mode);

@@ -16,9 +16,12 @@ std::span<const BindingRow> luaBindings();
 std::span<const BindingRow> audioBindings();
 std::span<const BindingRow> aiBindings();
 std::span<const BindingRow> fontBindings();
+std::span<const BindingRow> jadeBindings();
 // Together the module Plush.
 std::span<const BindingRow> imageBindings();
 std::span<const BindingRow> compositingBindings();
 std::span<const BindingRow> shaderBindings();
+std::span<const BindingRow> sceneBindings();
+std::span<const BindingRow> imageProcessingBindings();
 
 }  // namespace kelmora

@@ -7,6 +7,7 @@
 
 #include "bindings/button_list.h"
 #include "lua/lua_vm.h"
+#include "plush/scene/scene.h"
 #include "rwby/ruby_vm.h"
 #include "script/binding.h"
 #include "script/vesper_script.h"
@@ -17,7 +18,7 @@ class AIJobs;
 struct WindowsWindow;
 
 // Everything of one running game that native functions share: the interpreter, the base directory, the
-// registered buttons, the clocks and the one window.
+// registered buttons, the scene, the clocks and the one window.
 struct Runtime {
     explicit Runtime(HostServices& host);
     ~Runtime();
@@ -33,6 +34,7 @@ struct Runtime {
     // Directory of the executable with its last separator, forward slashes only.
     std::string path = " ";
     std::vector<buttonVec> buttons;
+    Scene scene;
     std::string windowTitle;
     WindowsWindow* window = nullptr;  // owned
     std::int64_t clockOrigin;         // microseconds of the system clock

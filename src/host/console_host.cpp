@@ -1,5 +1,7 @@
 #include "host/console_host.h"
 
+#include <cstdlib>
+
 #include "shim/shim.h"
 
 namespace kelmora {
@@ -18,6 +20,12 @@ void ConsoleHost::printError(std::string_view text) {
 
 void ConsoleHost::flush() {
     std::fflush(stdout);
+}
+
+bool ConsoleHost::showsTrueColour() const {
+    const char* colours = std::getenv("COLORTERM");
+    if (!flushes_ || colours == nullptr) return false;
+    return std::string_view(colours) == "truecolor" || std::string_view(colours) == "24bit";
 }
 
 std::FILE* ConsoleHost::openProcess(const std::string& command, const std::string& mode) {

@@ -11,6 +11,7 @@ public:
     void print(std::string_view text) override;
     void printError(std::string_view text) override;
     void flush() override;
+    bool showsTrueColour() const override;
     std::FILE* openProcess(const std::string& command, const std::string& mode) override;
     int closeProcess(std::FILE* stream) override;
     [[nodiscard]] bool replaceFile(const std::string& path, std::span<const unsigned char> content) override;

@@ -22,7 +22,9 @@ void registerFunctions(Runtime& runtime) {
     publish("Audio", {audioBindings()});
     publish("AI", {aiBindings()});
     publish("Font", {fontBindings()});
-    publish("Plush", {imageBindings(), compositingBindings(), shaderBindings()});
+    publish("Jade", {jadeBindings()});
+    publish("Plush", {imageBindings(), compositingBindings(), shaderBindings(), sceneBindings(),
+                      imageProcessingBindings()});
     registerGlobalHelpers(engine);
     publishEnvironmentGlobals(engine);
     publishInputGlobals(runtime);

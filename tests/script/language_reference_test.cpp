@@ -165,8 +165,8 @@ public:
 
 private:
     void addGlobal(const std::string& name, const Variable& value) {
-        static constexpr const char* modules[] = {"AI",   "Audio", "Floormap", "Font",     "Lua",
-                                                  "Ruby", "Metal", "Plush",    "Sailfish", "Vesper"};
+        static constexpr const char* modules[] = {"AI",    "Audio", "Floormap", "Font",     "Jade",  "Lua",
+                                                  "Metal", "Plush", "Ruby",     "Sailfish", "Vesper"};
         if (value.isFunction()) {
             add(name, value.function());
         } else if (value.isTable() &&

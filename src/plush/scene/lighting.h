@@ -1,0 +1,11 @@
+#pragma once
+
+#include "plush/scene/ray_surface.h"
+
+namespace kelmora {
+
+// The light that falls on the point of a hit, 1 for full: the least there is, and that of each light that
+// reaches the point unobstructed, up to the most there may be.
+Vec3 lightAt(const RenderScene& scene, const Vector& position, const SurfaceHit& hit);
+
+}  // namespace kelmora

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "plush/scene/render_scene.h"
+
+namespace kelmora {
+
+// Whether a wall, a slab or the step between two slabs stands between the points. The walk starts in the
+// given tile, from which `from` was seen; it need not lie quite inside. Beyond the map nothing stands.
+bool isObstructed(const RenderScene& scene, const Vector& from, const Vector& to, std::int32_t startX,
+                  std::int32_t startY);
+
+}  // namespace kelmora

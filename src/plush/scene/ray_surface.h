@@ -1,0 +1,106 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "plush/scene/render_scene.h"
+
+// What a ray does at the surfaces that it meets, however they were found.
+namespace kelmora {
+
+// A colour in front of what a ray meets behind it.
+struct TransparentLayer {
+    unsigned char red;
+    unsigned char green;
+    unsigned char blue;
+    bool isFinal;  // takes no fog
+    float weight;  // 0 to 1
+    float distance;
+};
+
+// A ray to trace when the one that it comes from is done. The tile is where its walk starts.
+struct Ray {
+    Vector origin;
+    Vector direction;
+    double travelled = 0;
+    std::int32_t tileX = 0;
+    std::int32_t tileY = 0;
+};
+
+struct ReflectionEvent {
+    Ray ray;
+    std::size_t layer;  // which receives the result
+};
+
+// Work space for the rays of one depth; a worker has one for each.
+struct RayScratch {
+    std::vector<TransparentLayer> layers;
+    std::vector<ReflectionEvent> reflections;
+
+    RayScratch() {
+        layers.reserve(8);
+        reflections.reserve(2);
+    }
+    void clear() {
+        layers.clear();
+        reflections.clear();
+    }
+};
+
+enum class SurfaceKind { Wall, RoofUnderside, FloorTop, RoofStep, FloorStep, Quad };
+
+// A surface on a ray's way.
+struct SurfaceHit {
+    SurfaceKind kind;
+    bool acrossX;     // of a wall or a step: its plane is one of constant x
+    double distance;  // in lengths of the direction
+    double plane;     // the exact coordinate: x or y of a wall or a step, z of a slab
+    const SceneTexture* texture;
+    double u;
+    double v;
+    const Quad* quad = nullptr;
+    // Tiles where a reflection and the light's way to the hit start.
+    std::int32_t reflectX = 0;
+    std::int32_t reflectY = 0;
+    std::int32_t lightX = 0;
+    std::int32_t lightY = 0;
+};
+
+// A ray under way. Components of the direction near 0 are a millionth, so that every walk goes on.
+struct RayUnderWay {
+    RayUnderWay(const Ray& ray, double fogMultiplierOfPixel, bool mayReflectFurther);
+
+    Vector at(double distance) const { return origin + direction * distance; }
+
+    Vector origin;
+    Vector direction;
+    double travelled;
+    double fogMultiplier;
+    bool mayReflect;
+};
+
+// The point of a hit, exactly on its plane.
+Vector positionOf(const RayUnderWay& ray, const SurfaceHit& hit);
+
+// Takes a surface: a partly clear one becomes a layer, a mirroring one a reflection as well. Null for
+// surfaces that the ray goes through, else the opaque texel that ends it.
+const unsigned char* takeSurface(const RenderScene& scene, const RayUnderWay& ray, const SurfaceHit& hit,
+                                 RayScratch& scratch);
+
+// A lit texel behind fog. Light is 1 for full.
+Vec3 shadedColour(const RenderScene& scene, const RayUnderWay& ray, const unsigned char* texel,
+                  const Vec3& light, double distance);
+
+// A texel's own colour behind fog, in whole numbers: what a layer shows.
+Vec3 foggedTexel(const RenderScene& scene, double fogMultiplier, const unsigned char* texel, double distance);
+
+// The layers over what lies behind them.
+Vec3 composeLayers(const RenderScene& scene, double fogMultiplier,
+                   const std::vector<TransparentLayer>& layers, Vec3 colour);
+
+// Truncated, and held to a byte.
+inline unsigned char byteOf(float channel) {
+    return channel >= 255 ? 255 : channel > 0 ? static_cast<unsigned char>(channel) : 0;
+}
+
+}  // namespace kelmora
