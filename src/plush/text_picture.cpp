@@ -41,7 +41,7 @@ Colour meanOf(const PlushImage& image, Range across, Range down) {
 char characterFor(const Colour& colour) {
     constexpr std::string_view ramp = " .:-=+*#%@";
     const std::uint64_t brightness = (colour[0] * 54 + colour[1] * 183 + colour[2] * 19) / 256;
-    return ramp[brightness * ramp.size() / 256];
+    return ramp[static_cast<std::size_t>(brightness) * ramp.size() / 256];
 }
 
 void appendColour(std::string& text, const char* ground, const Colour& colour) {
