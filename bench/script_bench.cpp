@@ -4,6 +4,7 @@
 #include <string>
 
 #include "script/line_parser.h"
+#include "script/source_context.h"
 #include "script/vesper_script.h"
 
 // Each benchmark checks its answer before it counts.
@@ -12,6 +13,7 @@ namespace {
 class QuietHost : public kelmora::HostServices {
 public:
     void print(std::string_view) override {}
+    void printError(std::string_view) override {}
     void flush() override {}
     std::FILE* openProcess(const std::string&, const std::string&) override { return nullptr; }
     int closeProcess(std::FILE*) override { return -1; }
