@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "script/interpreter.h"
 #include "script/line_parser.h"
 #include "script/source_context.h"
 #include "script/vesper_script.h"
@@ -69,7 +70,7 @@ void runProgram(benchmark::State& state, const char* source, std::int32_t expect
     QuietHost host;
     kelmora::VesperScript script(host);
     const auto program = std::make_shared<kelmora::BytecodeProgram>(script.compileToBytecode(source));
-    const auto answer = [&] { return script.runBytecodeProgram(program); };
+    const auto answer = [&] { return script.interpreter().runBytecodeProgram(program); };
     if (const kelmora::Variable result = answer(); !result.isInt() || result.intValue() != expected) {
         state.SkipWithError(("wrong answer: " + result.toString()).c_str());
         return;
