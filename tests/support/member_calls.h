@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 #include <span>
 #include <string>
 #include <vector>
@@ -48,6 +49,11 @@ public:
         for (const std::vector<PlushImage*> left(livePlushImages.begin(), livePlushImages.end());
              PlushImage * image : left)
             killPlushImage(image);
+        // Containers that came to hold themselves are not taken back by counting.
+        for (const Variable& container : containers_) {
+            if (container.isTable()) container.table().clear();
+            if (container.isArray()) std::vector<Variable>().swap(container.items());
+        }
         std::filesystem::current_path(previousFolder_);
     }
 
@@ -120,12 +126,14 @@ private:
         pool_.push_back(Variable::pointer(reinterpret_cast<void*>(std::uintptr_t{16})));
         pool_.push_back(Variable::pointer(pool_.data()));
         fixed_ = pool_.size();
+        std::copy_if(pool_.begin(), pool_.end(), std::back_inserter(containers_), isContainer);
         for (const char* maker : {"Plush.createImage", "Plush.compileShader"})
             keep(call(maker, maker == std::string("Plush.createImage")
                                  ? std::vector<Variable>(6, Variable::integer(9))
                                  : std::vector<Variable>{Variable::integer(1)}));
     }
 
+    static bool isContainer(const Variable& value) { return value.isTable() || value.isArray(); }
     Variable argument() {
         // Handles are the rarer and the more telling ones.
         if (!handles_.empty() && pick(3) == 0) return handles_[pick(handles_.size())];
@@ -138,6 +146,7 @@ private:
             handles_.push_back(result);
             runtime_.engine.pushVariable("victim", result);
         } else if (!result.isNot()) {
+            if (isContainer(result)) containers_.push_back(result);
             if (pool_.size() > fixed_ + 64)
                 pool_[fixed_ + pick(64)] = result;
             else
@@ -168,6 +177,7 @@ private:
     std::vector<Variable> functions_;
     std::vector<Variable> pool_;
     std::vector<Variable> handles_;
+    std::vector<Variable> containers_;
     std::size_t fixed_ = 0;
 };
 
