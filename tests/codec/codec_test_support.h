@@ -61,6 +61,7 @@ struct ManifestEntry {
     int width = 0;
     int height = 0;
     std::uint32_t checksum = 0;
+    std::string source;  // of the checksum, as the manifest's head explains
 };
 
 inline std::vector<ManifestEntry> read_manifest(const std::string& folder) {
@@ -71,7 +72,8 @@ inline std::vector<ManifestEntry> read_manifest(const std::string& folder) {
         std::istringstream fields(line);
         ManifestEntry entry;
         std::string verdict;
-        fields >> entry.file >> verdict >> entry.width >> entry.height >> std::hex >> entry.checksum;
+        fields >> entry.file >> verdict >> entry.width >> entry.height >> std::hex >> entry.checksum >>
+            entry.source;
         entry.good = verdict == "OK";
         entries.push_back(entry);
     }

@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "codec/codec_test_support.h"
+#include "support/temporary_folder.h"
 
 namespace vh::png {
 namespace {
@@ -19,10 +20,10 @@ void PrintTo(const Writer& writer, std::ostream* out) {
 }
 
 class PictureWriter : public testing::TestWithParam<Writer> {
-protected:
-    void TearDown() override { std::filesystem::remove(path_); }
+    const kelmora::TemporaryFolder folder_;
 
-    const std::string path_ = testing::TempDir() + "/kelmora_picture_write." + GetParam().extension;
+protected:
+    const std::string path_ = (folder_ / (std::string("picture.") + GetParam().extension)).string();
 };
 
 TEST_P(PictureWriter, WhatIsWrittenReadsBack) {
