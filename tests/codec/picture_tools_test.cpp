@@ -70,7 +70,9 @@ TEST_F(PicturesBesideATool, WrittenOnesOpenThere) {
         for (std::size_t i = 0; i < pixels.size(); i += 4)
             if (pixels[i + 3] == 0) pixels[i] = pixels[i + 1] = pixels[i + 2] = 0;
         for (const auto& [extension, save] :
-             {std::pair<const char*, decltype(&save_png_rgba8_file)>{"png", &save_png_rgba8_file}, {"bmp", &save_bmp_rgba8_file}, {"tga", &save_tga_rgba8_file},
+             {std::pair<const char*, decltype(&save_png_rgba8_file)>{"png", &save_png_rgba8_file},
+              {"bmp", &save_bmp_rgba8_file},
+              {"tga", &save_tga_rgba8_file},
               {"xcf", &save_xcf_rgba8_file}}) {
             const std::string path = (folder_ / (std::string("written.") + extension)).string();
             ASSERT_TRUE(save(path.c_str(), pixels.data(), width, height));

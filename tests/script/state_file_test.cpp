@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "host/console_host.h"
@@ -96,6 +97,20 @@ TEST_F(StateFile, RefusesInItsWords) {
         bytes.push_back(0);
         EXPECT_EQ(failure(bytes),
                   depth == 256 ? "" : "Invalid state file (container nesting too deep): name");
+    }
+}
+
+TEST_F(StateFile, AFunctionBeyondItsProgramIsRefused) {
+    script_.runScript("function f()\nend\n");
+    Bytes bytes = exportState(script_.interpreter());
+    const Bytes name{1, 0, 0, 0, 'f'};
+    const auto found = std::search(bytes.begin(), bytes.end(), name.begin(), name.end());
+    ASSERT_NE(found, bytes.end());
+    const auto chunk = found + 5 + 3;  // behind the tag and two marks
+    EXPECT_EQ(failure(bytes), "");
+    for (const unsigned char index : {std::uint8_t{2}, std::uint8_t{3}, std::uint8_t{255}}) {
+        *chunk = index;
+        EXPECT_EQ(failure(bytes), "Invalid state file (function chunk out of range): name") << int{index};
     }
 }
 

@@ -13,4 +13,12 @@ print(pcall(load("return 'a' * 2")))    @@ expect: false\tUnsupported operation 
 print(pcall(load("return {} ^ 2")))     @@ expect: false\tUnsupported operation '^' between types
 print(pcall(load("return 1.5 % 0")))    @@ expect: false\tDivision by zero
 print(pcall(load("return 10 ^ 400")))   @@ expect: false\tInvalid exponentiation result
+print(2147483647 ^ 1)                    @@ expect: 2147483647
+print(.5, 5., -.5)                      @@ expect: 0.500000\t5.000000\t-0.500000
+for each, text in pairs([".", "1.2.3"])
+    ok, message = pcall(load("return " + text))
+    print(ok, message["find"]("Unknown token: " + text, 1, true) != not)
+end
+@@ expect: false\ttrue
+@@ expect: false\ttrue
 print(-"x")                             @@ error: Unary '-' requires a numeric value

@@ -49,5 +49,26 @@ for i = 2147483646, 2147483647
     out = i
 end
 print(out)                      @@ expect: 2147483647
+done = false
+n = 0
+repeat
+    n += 1
+    done = n == 3
+until done
+repeat
+    n += 1
+    if n == 5
+        break
+    end
+until n == 9
+function leave()
+    repeat
+        n += 1
+        if n == 8
+            return n, "left"
+        end
+    until n == 9
+end
+print(n, leave())               @@ expect: 5\t8\tleft
 for i = 1, 3, 0                 @@ error: for loop step must not be 0
 end

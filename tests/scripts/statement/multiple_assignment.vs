@@ -19,4 +19,12 @@ print(p, q)                 @@ expect: not\tnot
 i = 1
 i, a[i] = i + 1, 20
 print(i, a)                 @@ expect: 2\t{1: [not, deep], 2: 20}
+p = "global"
+function within()
+    local p, q = two()
+    p, r = two()
+    return p, q, r
+end
+print(within())             @@ expect: 1\t2\t2
+print(p, q, r)              @@ expect: global\tnot\t2
 x = 1 2                     @@ error: Unexpected token in assignment expression
