@@ -36,12 +36,18 @@ private:
     kelmora::ByteBuffer& canvas_;
 };
 
+// Pixels of all visible layers together. A small file may list one layer, or share its tiles, without end.
+constexpr std::uint64_t layerPixelLimit = std::uint64_t{1} << 32;
+
 bool lay_layers(ByteSpan file, const XcfImageInfo& image, const std::vector<std::uint64_t>& offsets,
                 kelmora::ByteBuffer& canvas) {
+    std::uint64_t pixels = 0;
     for (auto offset = offsets.rbegin(); offset != offsets.rend(); ++offset) {
         XcfLayerInfo layer;
         if (!xcf_parse_layer(file, image, *offset, layer)) return false;
         if (!layer.visible || layer.opacity == 0) continue;
+        pixels += std::uint64_t{layer.width} * layer.height;
+        if (pixels > layerPixelLimit) return false;
         LayerOnCanvas sink(image, layer, canvas);
         if (!xcf_decode_layer_pixels(file, image, layer, sink)) return false;
     }
