@@ -1,4 +1,4 @@
-# Writes SOURCE, a C++ unit that holds the bytes of IMAGE.
+# Writes SOURCE, a C++ unit whose function NAME of host/boot_image.h gives the bytes of IMAGE.
 file(READ ${IMAGE} hex HEX)
 string(REGEX REPLACE "(..)" "0x\\1," bytes "${hex}")
 string(REGEX REPLACE "(0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,)" "\\1\n" bytes "${bytes}")
@@ -13,7 +13,7 @@ ${bytes}
 
 }  // namespace
 
-std::span<const unsigned char> bootImage() { return imageBytes; }
+std::span<const unsigned char> ${NAME}() { return imageBytes; }
 
 }  // namespace kelmora
 ")

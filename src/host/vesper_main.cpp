@@ -5,23 +5,18 @@
 #include <vector>
 
 #include "base/whole_file.h"
+#include "host/boot_image.h"
 #include "host/bytecode_dump.h"
+#include "host/check_command.h"
 #include "host/console_host.h"
 #include "host/guest_tool.h"
 #include "host/startup.h"
+#include "host/tool_help.h"
 #include "script/source_path.h"
 
 // The authors' tool, and the compiler of the build.
 namespace kelmora {
 namespace {
-
-constexpr const char* usage =
-    "usage: vesper run FILE [ARGUMENT...]       run a script; arguments are in the global array `arguments`\n"
-    "       vesper compile FILE -o IMAGE        compile a script to a bytecode image\n"
-    "       vesper dump IMAGE                   show what an image holds\n"
-    "       vesper check FILE...                report whether scripts compile\n"
-    "Scripts of the guest languages are told by their names (.lua, .rwby), their images by their first "
-    "bytes.\n";
 
 class UsageError : public std::runtime_error {
 public:
@@ -119,24 +114,22 @@ void dumpImage(const Words& words) {
     dumpBytecode(program, content.size(), std::cout);
 }
 
-int checkFiles(Runtime& runtime, const Words& words) {
-    if (words.empty()) throw UsageError("check wants files");
+int checkFiles(Runtime& runtime, Words words) {
+    const bool asJson = !words.empty() && words[0] == "--json";
+    if (asJson) words.erase(words.begin());
+    if (words.empty()) throw UsageError("check wants files or folders");
     refuseOptions(words);
-    int failures = 0;
-    for (const std::string& path : words) {
-        try {
-            const std::string source = readSource(path);
-            if (const GuestTool* guest = guestToolForSource(path)) {
-                compileGuest(runtime, *guest, source, path);
-            } else {
-                runtime.engine.compileToBytecode(source, path);
-            }
-        } catch (const std::exception& error) {
-            std::cerr << path << ": " << error.what() << '\n';
-            ++failures;
-        }
+    const std::span<const unsigned char> boot = bootText();
+    return checkScripts(runtime, std::string(boot.begin(), boot.end()), words, asJson);
+}
+
+int showHelp(const Words& words) {
+    if (words.empty()) {
+        printUsage(std::cout);
+    } else if (!printCommandHelp(words[0], std::cout)) {
+        throw UsageError(unknownCommand(words[0]));
     }
-    return failures == 0 ? 0 : 1;
+    return 0;
 }
 
 int runTool(int argc, char** argv) {
@@ -156,11 +149,15 @@ int runTool(int argc, char** argv) {
             dumpImage(words);
         } else if (command == "check") {
             return checkFiles(runtime, words);
+        } else if (command == "help" || command == "--help" || command == "-h") {
+            return showHelp(words);
+        } else if (command == "--version") {
+            std::cout << "vesper " << KELMORA_VERSION << '\n';
         } else {
-            throw UsageError("unknown command " + command);
+            throw UsageError(unknownCommand(command));
         }
     } catch (const UsageError& error) {
-        std::cerr << "vesper: " << error.what() << '\n' << usage;
+        std::cerr << "vesper: " << error.what() << " (vesper help shows what there is)\n";
         return 2;
     } catch (const std::exception& error) {
         std::cout.flush();

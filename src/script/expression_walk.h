@@ -14,8 +14,11 @@ struct Interpreter;
 // expressions. The index is left on the first token that was not used.
 class ExpressionWalk {
 public:
-    ExpressionWalk(Interpreter& script, const ParsedScriptLine& line, std::uint32_t& index)
-        : script_(script), line_(line), index_(index) {}
+    enum class Mode : std::uint8_t { Evaluate, Check };  // Check raises for faults of form and does nothing
+
+    ExpressionWalk(Interpreter& script, const ParsedScriptLine& line, std::uint32_t& index,
+                   Mode mode = Mode::Evaluate)
+        : script_(script), line_(line), index_(index), live_(mode == Mode::Evaluate) {}
 
     // Gives nil when a soft error ends the evaluation half-way; the index is of no use then.
     Variable evaluate(int minimumPrecedence = 1);
@@ -49,7 +52,7 @@ private:
     const ParsedScriptLine& line_;
     std::uint32_t& index_;
     // Off inside the side of `and` and `or` that does not count: syntax is checked, nothing happens.
-    bool live_ = true;
+    bool live_;
 };
 
 }  // namespace kelmora

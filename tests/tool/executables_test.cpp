@@ -62,6 +62,31 @@ TEST_F(Executables, VesperRunsCompilesDumpsAndChecks) {
     EXPECT_NE(outcome.text.find("Missing 'end' for if block"), std::string::npos);
 }
 
+TEST_F(Executables, VesperChecksGamesAndExplainsItself) {
+    file("Resources/scripts/a.vs", "gold = 1\nshow(gold)\n");
+    file("Resources/scripts/b.vs", "function show(x)\n    prnt(x)\nend\n");
+    file("Resources/scripts/mind.lua", "local x = 1\nprint(x\n");
+    ShellOutcome outcome = vesper("check " + quoted((root_ / "Resources/scripts/a.vs").string()));
+    EXPECT_EQ(outcome.text, "");
+    EXPECT_EQ(outcome.exitCode, 0);
+    outcome = vesper("check " + quoted(root_.path().string()));
+    EXPECT_EQ(outcome.exitCode, 1);
+    for (const char* part :
+         {"b.vs:2:5: warning: prnt is never set\n        prnt(x)\n        ^~~~\n    hint: did you mean",
+          "mind.lua:"})
+        EXPECT_NE(outcome.text.find(part), std::string::npos) << part << "\n" << outcome.text;
+    outcome = vesper("check --json " + quoted((root_ / "Resources/scripts/b.vs").string()));
+    EXPECT_EQ(outcome.exitCode, 0) << "warnings alone are no failure";
+    EXPECT_NE(outcome.text.find("\"line\": 2, \"column\": 5, \"length\": 4, \"severity\": \"warning\""),
+              std::string::npos);
+    EXPECT_EQ(vesper("chekc").text,
+              "vesper: unknown command chekc; did you mean check? (vesper help shows what there is)\n");
+    EXPECT_EQ(vesper("help check").exitCode, 0);
+    EXPECT_EQ(vesper("help nothing").exitCode, 2);
+    EXPECT_NE(vesper("--help").text.find("vesper compile FILE -o IMAGE"), std::string::npos);
+    EXPECT_TRUE(vesper("--version").text.starts_with("vesper 1."));
+}
+
 // Every target's compiler writes the image that the build's own wrote.
 TEST_F(Executables, VesperCompilesTheBootScriptToTheBytesInside) {
     const std::string image = (root_ / "boot.vsbc").string();

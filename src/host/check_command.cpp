@@ -1,0 +1,121 @@
+#include "host/check_command.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <set>
+#include <stdexcept>
+
+#include "base/whole_file.h"
+#include "bindings/modules.h"
+#include "host/guest_tool.h"
+#include "host/registration.h"
+#include "workbench/script_check.h"
+
+namespace kelmora {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool isSource(const fs::path& path) {
+    return path.extension() == ".vs" || guestToolForSource(path.string()) != nullptr;
+}
+
+std::vector<std::string> sourcesBelow(const fs::path& folder) {
+    std::vector<std::string> found;
+    std::error_code ignored;
+    for (const auto& entry : fs::recursive_directory_iterator(folder, ignored))
+        if (entry.is_regular_file() && isSource(entry.path())) found.push_back(entry.path().string());
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+// The folder of the game that a script belongs to: the one around its `Resources`. Empty outside of games.
+fs::path gameOf(const std::string& path) {
+    std::error_code ignored;
+    for (fs::path folder = fs::absolute(path, ignored).parent_path(); folder.has_relative_path();
+         folder = folder.parent_path())
+        if (folder.filename() == "Resources") return folder.parent_path();
+    return {};
+}
+
+std::string readSource(const std::string& path) {
+    auto source = readWholeFile(path);
+    if (!source) throw std::runtime_error("Failed to open script file: " + path);
+    return std::move(*source);
+}
+
+// The place that a guest's report names, as a diagnostic.
+Diagnostic guestDiagnostic(const std::string& path, const std::string& source, const std::string& error) {
+    Diagnostic made;
+    made.path = path;
+    made.message = error.substr(0, error.find('\n'));
+    const std::size_t at = made.message.starts_with(path + ":") ? path.size() + 1 : std::string::npos;
+    const std::size_t end = at == std::string::npos ? at : made.message.find(':', at);
+    if (end == std::string::npos || end == at || end - at > 9) return made;
+    if (made.message.find_first_not_of("0123456789", at) != end) return made;
+    made.line = static_cast<std::uint32_t>(std::stoul(made.message.substr(at, end - at)));
+    made.message.erase(0, std::min(made.message.size(), end + 2));
+    std::size_t start = 0;
+    for (std::uint32_t line = 1; line < made.line && start < source.size(); ++line)
+        start = std::min(source.find('\n', start), source.size()) + 1;
+    if (start < source.size()) made.source = source.substr(start, source.find('\n', start) - start);
+    return made;
+}
+
+void checkGuest(Runtime& runtime, const GuestTool& guest, const std::string& path,
+                std::vector<Diagnostic>& found) {
+    const std::string source = readSource(path);
+    try {
+        guest.compile(runtime, source, path);
+    } catch (const std::exception& error) {
+        found.push_back(guestDiagnostic(path, source, error.what()));
+    }
+}
+
+}  // namespace
+
+int checkScripts(Runtime& runtime, const std::string& bootScript, std::span<const std::string> paths, bool asJson) {
+    registerFunctions(runtime);
+    // A machine without a display plays no games, but checks them.
+    runtime.engine.pushVariable("Metal", makeModule("Metal", {metalBindings()}));
+    runtime.engine.nativeStack().markBase();
+    std::vector<std::string> files;
+    std::set<std::string> companions;
+    for (const std::string& path : paths) {
+        if (fs::is_directory(path)) {
+            const std::vector<std::string> below = sourcesBelow(path);
+            files.insert(files.end(), below.begin(), below.end());
+            continue;
+        }
+        files.push_back(path);
+        if (const fs::path game = gameOf(path); !game.empty())
+            for (const std::string& other : sourcesBelow(game)) companions.insert(other);
+    }
+
+    ScriptCheck check(runtime.engine);
+    check.addHostScript(bootScript);
+    for (const std::string& other : companions)
+        if (fs::path(other).extension() == ".vs") check.addKnown(readSource(other));
+    std::vector<Diagnostic> guests;
+    for (const std::string& path : files) {
+        if (const GuestTool* guest = guestToolForSource(path)) {
+            checkGuest(runtime, *guest, path, guests);
+        } else {
+            check.add(path, readSource(path));
+        }
+    }
+    std::vector<Diagnostic> found = check.run();
+    found.insert(found.end(), guests.begin(), guests.end());
+    if (asJson) {
+        printDiagnosticsAsJson(found, std::cout);
+    } else {
+        printDiagnostics(found, std::cerr);
+    }
+    return std::any_of(found.begin(), found.end(),
+                       [](const Diagnostic& fault) { return fault.severity == Severity::Error; })
+               ? 1
+               : 0;
+}
+
+}  // namespace kelmora

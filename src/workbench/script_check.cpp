@@ -1,0 +1,330 @@
+#include "workbench/script_check.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "script/form_check.h"
+#include "script/interpreter.h"
+#include "script/line_parser.h"
+#include "script/parsed_header.h"
+#include "script/table_object.h"
+#include "script/token_groups.h"
+#include "workbench/block_check.h"
+#include "workbench/name_reads.h"
+#include "workbench/nearest.h"
+
+namespace kelmora {
+namespace {
+
+std::vector<std::string> splitLines(const std::string& text) {
+    std::vector<std::string> lines;
+    for (std::size_t start = 0; start < text.size();) {
+        const std::size_t end = std::min(text.find('\n', start), text.size());
+        lines.push_back(text.substr(start, end - start));
+        start = end + 1;
+    }
+    return lines;
+}
+
+std::size_t indentOf(const std::string& line) {
+    return std::min(line.find_first_not_of(" \t"), line.size());
+}
+
+// Where a statement's token stands: its line from 0, its column from 0.
+struct Place {
+    std::size_t line = 0;
+    std::size_t column = 0;
+};
+
+// Finds the token by walking over those in front of it, on the statement's lines.
+Place placeOf(const std::vector<std::string>& lines, const ParsedScriptLine& statement, std::uint32_t token) {
+    Place place{statement.lineNumber, 0};
+    if (place.line >= lines.size()) return place;
+    place.column = std::min(lines[place.line].find_first_not_of(" \t"), lines[place.line].size());
+    std::size_t from = lines[place.line].find(statement.text.substr(0, statement.text.find('\n')));
+    if (from == std::string::npos) from = 0;
+    std::size_t line = place.line;
+    const std::uint32_t last = std::min<std::uint32_t>(token, static_cast<std::uint32_t>(statement.tokens.size()));
+    for (std::uint32_t i = 0; i < last + 1 && i < statement.tokens.size(); ++i) {
+        std::size_t found = lines[line].find(statement.tokens[i], from);
+        while (found == std::string::npos && line + 1 < lines.size() && line < statement.lineNumber + 200) {
+            found = lines[++line].find(statement.tokens[i]);
+        }
+        if (found == std::string::npos) return place;
+        place = {line, found};
+        from = found + statement.tokens[i].size();
+    }
+    if (token >= statement.tokens.size() && !statement.tokens.empty())
+        place.column += statement.tokens.back().size();
+    return place;
+}
+
+Diagnostic diagnosticAt(const std::string& path, const std::vector<std::string>& lines,
+                        const ParsedScriptLine& statement, std::uint32_t token, std::string message,
+                        Severity severity) {
+    const Place place = placeOf(lines, statement, token);
+    Diagnostic made;
+    made.path = path;
+    made.line = static_cast<std::uint32_t>(place.line) + 1;
+    made.column = static_cast<std::uint32_t>(place.column) + 1;
+    made.severity = severity;
+    made.message = std::move(message);
+    if (place.line < lines.size()) {
+        made.source = lines[place.line];
+        if (!made.source.empty() && made.source.back() == '\r') made.source.pop_back();
+        if (token < statement.tokens.size())
+            made.length = static_cast<std::uint32_t>(std::max<std::size_t>(
+                1, std::min(statement.tokens[token].size(), made.source.size() - std::min(made.source.size(), place.column))));
+    }
+    return made;
+}
+
+const std::vector<std::string>& statementWords() {
+    static const std::vector<std::string> words{"if",  "elseif", "else",     "end",   "while", "repeat", "until",
+                                                "for", "nest",   "function", "return", "break", "local",  "native",
+                                                "decay", "external"};
+    return words;
+}
+
+// What an author of another language may have meant.
+std::string hintFor(const ParsedScriptLine& line, const FormFault& fault) {
+    const std::string token = fault.token < line.tokens.size() ? line.tokens[fault.token] : "";
+    if (token == "then" || token == "do") return "`" + token + "` is not needed here";
+    if (token == "=" && line.kind != ParsedLineKind::Other) return "a comparison is written ==";
+    if (token == "/" && line.text.find("//") != std::string::npos) return "a comment begins with @@";
+    const std::size_t point = token.find('.');
+    if (point != std::string::npos && point > 0 && line.tokens[fault.token].find_first_of("\"'") == std::string::npos)
+        return token.substr(0, point) + "." + token.substr(point + 1) + " is written " + token.substr(0, point) + "[\"" +
+               token.substr(point + 1) + "\"]";
+    if (line.kind == ParsedLineKind::Other && line.tokens.size() > 1 && line.analysis[0].isIdentifier() &&
+        line.analysis[1].isIdentifier()) {
+        const std::string meant = nearestWord(line.tokens[0], statementWords());
+        if (!meant.empty()) return "did you mean `" + meant + "`?";
+    }
+    return {};
+}
+
+std::vector<bool> variadicLines(const std::vector<ParsedScriptLine>& lines) {
+    std::vector<bool> result(lines.size());
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (!lines[i].functionHeader) continue;
+        const std::size_t end = lines[i].endIndex == noLine ? lines.size() : lines[i].endIndex;
+        std::fill(result.begin() + static_cast<std::ptrdiff_t>(i + 1), result.begin() + static_cast<std::ptrdiff_t>(std::max(end, i + 1)),
+                  lines[i].functionHeader->isVariadic);
+    }
+    return result;
+}
+
+std::string joinLines(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const std::string& line : lines) text += line + '\n';
+    return text;
+}
+
+// The innermost bracket that the statement leaves open; the number of tokens when all are closed.
+std::uint32_t openBracket(const ParsedScriptLine& line) {
+    std::vector<std::uint32_t> open;
+    for (std::uint32_t i = 0; i < line.tokens.size(); ++i) {
+        const int step = bracketStep(line.analysis[i].kind);
+        if (step > 0) open.push_back(i);
+        if (step < 0 && !open.empty()) open.pop_back();
+    }
+    return open.empty() ? static_cast<std::uint32_t>(line.tokens.size()) : open.back();
+}
+
+// Empties a statement's first line, and those behind it that are indented deeper or only close brackets.
+void clearStatement(std::vector<std::string>& lines, std::size_t first) {
+    const std::size_t indent = indentOf(lines[first]);
+    lines[first].clear();
+    for (std::size_t i = first + 1; i < lines.size(); ++i) {
+        const bool closes = lines[i].find_first_not_of(" \t)]}\r") == std::string::npos;
+        if (indentOf(lines[i]) <= indent && !closes) return;
+        lines[i].clear();
+    }
+}
+
+// The line that a report of ours names; 1 where it names none.
+std::uint32_t lineOfReport(const std::string& report) {
+    const std::size_t at = report.find("\n  at ");
+    if (at == std::string::npos) return 1;
+    const std::size_t end = report.find_first_of(",\n", at + 6);
+    const std::size_t digits = report.find_last_not_of("0123456789", end - 1) + 1;
+    return digits < end ? static_cast<std::uint32_t>(std::stoul(report.substr(digits, end - digits))) : 1;
+}
+
+}  // namespace
+
+ScriptCheck::ScriptCheck(VesperScript& engine) : engine_(engine) {
+    known_.insert("arguments");  // of a script that the tool runs
+    for (const auto& [name, value] : engine.globals()) {
+        known_.insert(name);
+        if (!value.isTable()) continue;
+        std::set<std::string>& members = members_[name];
+        for (const Ref<StringObject>& key : value.table().sortedKeys()->keys) members.insert(key->text());
+    }
+}
+
+void ScriptCheck::addKnown(const std::string& source) {
+    take({}, source);
+}
+
+void ScriptCheck::addHostScript(const std::string& source) {
+    for (const ParsedScriptLine& line : take({}, source).statements)
+        forEachNameRead(line, [&](std::uint32_t token) { known_.insert(nameText(line.analysis[token].name)); });
+}
+
+void ScriptCheck::add(const std::string& path, const std::string& source) {
+    Source added;
+    added.path = path;
+    added.isChecked = true;
+    take(std::move(added), source);
+}
+
+ScriptCheck::Source& ScriptCheck::take(Source source, const std::string& text) {
+    source.physicalLines = splitLines(text);
+    read(source);
+    source.isVariadic = variadicLines(source.statements);
+    collect(source);
+    sources_.push_back(std::move(source));
+    return sources_.back();
+}
+
+// A bracket that is not closed takes in all that follows: such a statement is left out, and the rest read again.
+void ScriptCheck::read(Source& source) {
+    Interpreter& script = engine_.interpreter();
+    const SourceLineGuard guard(script.context);
+    std::vector<std::string> lines = source.physicalLines;
+    try {
+        for (;;) {
+            source.statements = parseLines(joinLines(lines), script.context);
+            if (source.statements.empty()) return;
+            const ParsedScriptLine& last = source.statements.back();
+            const std::uint32_t opener = openBracket(last);
+            if (opener == last.tokens.size()) return;
+            const auto fault = checkForm(script, last, true);
+            source.faults.push_back(diagnosticAt(source.path, source.physicalLines, last, opener,
+                                               fault ? fault->message : "Expected a closing bracket",
+                                               Severity::Error));
+            clearStatement(lines, last.lineNumber);
+        }
+    } catch (const std::runtime_error& error) {
+        const std::string report = error.what();
+        Diagnostic fault;
+        fault.path = source.path;
+        fault.line = lineOfReport(report);
+        fault.message = reportMessage(report);
+        if (fault.line <= source.physicalLines.size()) fault.source = source.physicalLines[fault.line - 1];
+        source.faults.push_back(std::move(fault));
+        source.statements.clear();
+    }
+}
+
+void ScriptCheck::collect(const Source& source) {
+    for (const ParsedScriptLine& line : source.statements) collectLine(line);
+}
+
+void ScriptCheck::collectLine(const ParsedScriptLine& line) {
+    if (line.hasNestLabel) labels_.insert(line.nestLabel);
+    forEachNameSet(line, [this](NameId name) { known_.insert(nameText(name)); });
+    forEachNameReplaced(line, [this](NameId name) { redefined_.insert(nameText(name)); });
+    forEachMemberSet(line, [this](NameId name, const std::string& member) {
+        if (const auto table = members_.find(nameText(name)); table != members_.end()) table->second.insert(member);
+    });
+    for (const TokenAnalysis& token : line.analysis)
+        if (token.kind == TokenKind::String) texts_.insert(token.literal.text());
+}
+
+std::vector<Diagnostic> ScriptCheck::run() {
+    std::vector<Diagnostic> found;
+    for (const Source& source : sources_) {
+        if (!source.isChecked) continue;
+        const auto first = static_cast<std::ptrdiff_t>(found.size());
+        found.insert(found.end(), source.faults.begin(), source.faults.end());
+        check(source, found);
+        std::stable_sort(found.begin() + first, found.end(), [](const Diagnostic& a, const Diagnostic& b) {
+            return a.line < b.line;
+        });
+    }
+    return found;
+}
+
+void ScriptCheck::check(const Source& source, std::vector<Diagnostic>& found) {
+    std::vector<std::uint32_t> indents;
+    for (const ParsedScriptLine& line : source.statements) {
+        const std::string& text = source.physicalLines[std::min<std::size_t>(line.lineNumber, source.physicalLines.size() - 1)];
+        indents.push_back(static_cast<std::uint32_t>(indentOf(text)));
+    }
+    for (BlockFault& fault : checkBlocks(source.statements, indents))
+        found.push_back(diagnosticAt(source.path, source.physicalLines, source.statements[fault.line], 0,
+                                     std::move(fault.message),
+                                     fault.isError ? Severity::Error : Severity::Warning));
+    std::set<std::string> reportedNames;
+    for (std::size_t i = 0; i < source.statements.size(); ++i) {
+        const ParsedScriptLine& line = source.statements[i];
+        if (const auto fault = checkForm(engine_.interpreter(), line, source.isVariadic[i])) {
+            found.push_back(diagnosticAt(source.path, source.physicalLines, line, fault->token, fault->message,
+                                         Severity::Error));
+            found.back().hint = hintFor(line, *fault);
+            continue;
+        }
+        checkNames(source, line, reportedNames, found);
+        checkMembers(source, line, found);
+        checkLabels(source, line, found);
+    }
+}
+
+// What stands in a string may be run or set by way of it.
+bool ScriptCheck::standsInText(const std::string& word) const {
+    return std::any_of(texts_.begin(), texts_.end(),
+                       [&](const std::string& text) { return text.find(word) != std::string::npos; });
+}
+
+void ScriptCheck::checkNames(const Source& source, const ParsedScriptLine& line,
+                             std::set<std::string>& reported, std::vector<Diagnostic>& found) {
+    forEachNameRead(line, [&](std::uint32_t token) {
+        const std::string& name = nameText(line.analysis[token].name);
+        if (known_.contains(name) || !reported.insert(name).second || standsInText(name)) return;
+        found.push_back(diagnosticAt(source.path, source.physicalLines, line, token, name + " is never set",
+                                     Severity::Warning));
+        const std::vector<std::string> candidates(known_.begin(), known_.end());
+        if (const std::string near = nearestWord(name, candidates); !near.empty())
+            found.back().hint = "did you mean `" + near + "`?";
+    });
+}
+
+void ScriptCheck::checkMembers(const Source& source, const ParsedScriptLine& line,
+                               std::vector<Diagnostic>& found) {
+    for (std::uint32_t i = 0; i + 3 < line.tokens.size(); ++i) {
+        if (!line.analysis[i].isPlainIdentifier() || line.analysis[i + 1].kind != TokenKind::OpenBracket ||
+            line.analysis[i + 2].kind != TokenKind::String || line.analysis[i + 3].kind != TokenKind::CloseBracket)
+            continue;
+        const auto table = members_.find(line.tokens[i]);
+        const std::string member = line.analysis[i + 2].literal.text();
+        if (table == members_.end() || table->second.contains(member) || redefined_.contains(line.tokens[i]))
+            continue;
+        found.push_back(diagnosticAt(source.path, source.physicalLines, line, i + 2,
+                                     line.tokens[i] + " has no member " + line.tokens[i + 2], Severity::Warning));
+        const std::vector<std::string> candidates(table->second.begin(), table->second.end());
+        if (const std::string near = nearestWord(member, candidates); !near.empty())
+            found.back().hint = "did you mean `" + near + "`?";
+    }
+}
+
+void ScriptCheck::checkLabels(const Source& source, const ParsedScriptLine& line,
+                              std::vector<Diagnostic>& found) {
+    for (std::uint32_t i = 0; i + 3 < line.tokens.size(); ++i) {
+        if (line.tokens[i] != "jumpTo" || line.analysis[i + 1].kind != TokenKind::OpenParenthesis ||
+            line.analysis[i + 2].kind != TokenKind::String ||
+            line.analysis[i + 3].kind != TokenKind::CloseParenthesis)
+            continue;
+        const std::string label = line.analysis[i + 2].literal.text();
+        if (labels_.contains(label) || standsInText("nest '" + label) || standsInText("nest \"" + label)) continue;
+        found.push_back(diagnosticAt(source.path, source.physicalLines, line, i + 2,
+                                     "no nest block has the label " + line.tokens[i + 2], Severity::Warning));
+        const std::vector<std::string> candidates(labels_.begin(), labels_.end());
+        if (const std::string near = nearestWord(label, candidates); !near.empty())
+            found.back().hint = "did you mean \"" + near + "\"?";
+    }
+}
+
+}  // namespace kelmora

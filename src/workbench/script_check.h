@@ -1,0 +1,60 @@
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "script/parsed_line.h"
+#include "script/vesper_script.h"
+#include "workbench/diagnostic.h"
+
+namespace kelmora {
+
+// Checks the scripts of one game together: faults of form in every statement, block structure, names that are read
+// and never set, members that a module does not have, labels that do not exist. Nothing is run.
+class ScriptCheck {
+public:
+    // The engine has what the host registers; its names and its modules' members are known.
+    explicit ScriptCheck(VesperScript& engine);
+
+    // A script that is there when the game runs but is not checked itself.
+    void addKnown(const std::string& source);
+    // The same, of the host: what it reads, a game may set or leave alone.
+    void addHostScript(const std::string& source);
+    void add(const std::string& path, const std::string& source);
+    // The faults of all that was added, in that order, line by line.
+    std::vector<Diagnostic> run();
+
+private:
+    struct Source {
+        std::string path;
+        std::vector<std::string> physicalLines;
+        std::vector<ParsedScriptLine> statements;
+        std::vector<bool> isVariadic;  // of the function around each statement
+        std::vector<Diagnostic> faults;  // of what could not be read
+        bool isChecked = false;
+    };
+
+    Source& take(Source source, const std::string& text);
+    void read(Source& source);
+    void collect(const Source& source);
+    void collectLine(const ParsedScriptLine& line);
+    void check(const Source& source, std::vector<Diagnostic>& found);
+    bool standsInText(const std::string& word) const;
+    // Each name once.
+    void checkNames(const Source& source, const ParsedScriptLine& line, std::set<std::string>& reported,
+                    std::vector<Diagnostic>& found);
+    void checkMembers(const Source& source, const ParsedScriptLine& line, std::vector<Diagnostic>& found);
+    void checkLabels(const Source& source, const ParsedScriptLine& line, std::vector<Diagnostic>& found);
+
+    VesperScript& engine_;
+    std::map<std::string, std::set<std::string>> members_;  // of the modules and the library's tables
+    std::set<std::string> known_;                           // names that something sets
+    std::set<std::string> redefined_;                       // those that the sources set themselves
+    std::set<std::string> texts_;                           // every string of the sources
+    std::set<std::string> labels_;
+    std::vector<Source> sources_;
+};
+
+}  // namespace kelmora
