@@ -24,5 +24,12 @@ function marked(m#1, b#0)
     end
 end
 print(marked(1, 2))                 @@ expect: 3\tnot
+for each, fault in pairs([["5()", "Expected function target"], ["(a)", "Expected function target"], ["f a", "Expected '(' after function target"]])
+    ok, message = pcall(load("function " + fault[1] + "\nend"))
+    print(message["find"](fault[2], 1, true) != not)
+end
+@@ expect: true
+@@ expect: true
+@@ expect: true
 function f(a b)                     @@ error: Expected ',' or ')' after function parameter
 end
