@@ -75,7 +75,8 @@ void checkGuest(Runtime& runtime, const GuestTool& guest, const std::string& pat
 
 }  // namespace
 
-int checkScripts(Runtime& runtime, const std::string& bootScript, std::span<const std::string> paths, bool asJson) {
+int checkScripts(Runtime& runtime, const std::string& bootScript, std::span<const std::string> paths,
+                 bool asJson) {
     registerFunctions(runtime);
     // A machine without a display plays no games, but checks them.
     runtime.engine.pushVariable("Metal", makeModule("Metal", {metalBindings()}));

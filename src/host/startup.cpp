@@ -7,6 +7,7 @@
 #include "host/console_host.h"
 #include "script/source_path.h"
 #include "shim/shim.h"
+#include "workbench/failure_report.h"
 
 namespace kelmora {
 
@@ -41,7 +42,8 @@ int runKelmora(std::span<const unsigned char> bootImage, int argc, const char* c
         runEmbeddedStartupScript(runtime, bootImage, startupSourcePath(runtime));
     } catch (const std::exception& error) {
         std::cout.flush();
-        std::cerr << "Kelmora startup error: " << error.what() << std::endl;
+        std::cerr << "Kelmora startup error: " << error.what() << '\n'
+                  << failurePlaces(runtime.engine, error.what(), startupSourcePath(runtime)) << std::flush;
         exitCode = 1;
     }
     runtime.destroyWindow();

@@ -17,12 +17,15 @@ constexpr std::array<ToolCommand, 5> commands{{
     {"compile", "FILE -o IMAGE", "compile a script to a bytecode image",
      "The image names its source by the file's name alone, so that the same source gives the same bytes\n"
      "wherever it stands.\n"},
-    {"dump", "IMAGE", "show what an image holds", "Prints the tables and instructions of an image as text.\n"},
+    {"dump", "IMAGE", "show what an image holds",
+     "Prints the tables and instructions of an image as text.\n"},
     {"check", "[--json] FILE|FOLDER...", "report the faults of scripts, without running them",
      "Reads every statement and goes on after the first fault. Errors: faults of form, blocks that are not\n"
-     "closed, `break` outside loops. Warnings: names that nothing sets, members that a module does not have,\n"
+     "closed, `break` outside loops. Warnings: names that nothing sets, members that a module does not "
+     "have,\n"
      "labels that do not exist, code that is never reached. A folder stands for all scripts in it; a script\n"
-     "of a game is checked with that game's other scripts in view. With --json the report is a JSON array on\n"
+     "of a game is checked with that game's other scripts in view. With --json the report is a JSON array "
+     "on\n"
      "standard output. The exit code is 1 when there are errors, warnings alone leave it 0.\n"},
     {"help", "[COMMAND]", "show this, or more about a command", ""},
 }};
@@ -41,7 +44,8 @@ void printUsage(std::ostream& out) {
         out << head << line << command.summary << '\n';
         head = "       ";
     }
-    out << "Scripts of the guest languages are told by their names (.lua, .rwby), their images by their first "
+    out << "Scripts of the guest languages are told by their names (.lua, .rwby), their images by their "
+           "first "
            "bytes.\n"
            "Exit codes: 0, 1 when a script or a check failed, 2 for wrong use.\n";
 }
@@ -51,7 +55,8 @@ bool printCommandHelp(const std::string& command, std::ostream& out) {
                                      [&](const ToolCommand& each) { return each.name == command; });
     if (found == commands.end()) return false;
     out << "usage: vesper " << found->name << ' ' << found->arguments << "\n\n"
-        << found->summary << "\n" << found->details;
+        << found->summary << "\n"
+        << found->details;
     return true;
 }
 

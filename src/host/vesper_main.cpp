@@ -13,6 +13,7 @@
 #include "host/startup.h"
 #include "host/tool_help.h"
 #include "script/source_path.h"
+#include "workbench/failure_report.h"
 
 // The authors' tool, and the compiler of the build.
 namespace kelmora {
@@ -162,7 +163,7 @@ int runTool(int argc, char** argv) {
     } catch (const std::exception& error) {
         std::cout.flush();
         host.flush();
-        std::cerr << error.what() << std::endl;
+        std::cerr << error.what() << '\n' << failurePlaces(runtime.engine, error.what()) << std::flush;
         return 1;
     }
     return 0;

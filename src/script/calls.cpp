@@ -115,6 +115,15 @@ inline Variable Interpreter::runProgramBody(const ScriptCallable& callable) {
     return finishCall(signal, Variable());
 }
 
+inline Variable Interpreter::runNoted(const ScriptCallable& callable) {
+    try {
+        return runProgramBody(callable);
+    } catch (...) {
+        trail.note(*this);
+        throw;
+    }
+}
+
 // False when a soft error has ended the evaluation.
 inline bool Interpreter::evaluateArguments(const FastExprNode& node, ArgumentList& arguments) {
     const FastExprNode* argument = &node.rightNode();
@@ -136,7 +145,7 @@ Variable Interpreter::callBinding(ScriptCallable& callable, const FastExprNode& 
     const DepthGuard depth(callDepth);
     stack.check();
     frame.enter(callable);
-    return runProgramBody(callable);
+    return runNoted(callable);
 }
 
 Variable Interpreter::callLibrary(LibraryFunction body, const FastExprNode& node) {
@@ -220,7 +229,7 @@ Variable Interpreter::invokeProgram(ScriptCallable& callable, std::span<const Va
         CallFrame frame(*this);
         const VarargsEntry entry(varargs, callable, arguments);
         frame.enter(callable, arguments);
-        result = runProgramBody(callable);
+        result = runNoted(callable);
     }
     if (loaded && chunkDepth == 1) scopes.commitExternals();
     return result;

@@ -17,6 +17,7 @@
 #include "script/bytecode_program.h"
 #include "script/callable.h"
 #include "script/coroutines.h"
+#include "script/error_trail.h"
 #include "script/labels.h"
 #include "script/loops.h"
 #include "script/parsed_header.h"
@@ -99,6 +100,7 @@ struct Interpreter {
     Variable runBinding(const ScriptCallable& callable, std::span<const Variable> arguments);
     Variable invokeProgram(ScriptCallable& callable, std::span<const Variable> arguments);
     [[gnu::always_inline]] inline Variable runProgramBody(const ScriptCallable& callable);
+    inline Variable runNoted(const ScriptCallable& callable);
     [[gnu::always_inline]] inline Variable evaluateGuarded(const PlanBlock& body);
     Variable invokeBody(ScriptCallable& callable, std::span<const Variable> arguments);
     Variable finishCall(BlockSignal& signal, Variable normalValue);
@@ -177,6 +179,7 @@ struct Interpreter {
     HostServices& host;
     NativeStack stack;
     SourceContext context;
+    ErrorTrail trail;
     Scopes scopes;
     SoftError softError;
     Labels labels;

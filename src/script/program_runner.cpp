@@ -44,7 +44,13 @@ Variable Interpreter::runBytecodeProgram(const std::shared_ptr<const BytecodePro
         const SourceLineGuard line(context);
         const SourceFileGuard file(context, program->source);
         const LocalScopeGuard scope(scopes, false);
-        BytecodeExecutor(*this, *program, signal).enterBlock(BytecodeExecutor::blockOf(*this, *program, 0));
+        try {
+            BytecodeExecutor(*this, *program, signal)
+                .enterBlock(BytecodeExecutor::blockOf(*this, *program, 0));
+        } catch (...) {
+            trail.note(*this);
+            throw;
+        }
     }
     if (signal.kind == BlockSignal::Kind::Break) throw std::runtime_error("break used outside a loop");
 

@@ -36,12 +36,14 @@ void forEachMemberSet(const ParsedScriptLine& line, Visit&& visit) {
             visit(line.analysis[name].name, line.analysis[keys[0].first].literal.text());
     };
     if (line.assignment)
-        for (const ParsedAssignmentTarget& target : line.assignment->targets) take(target.tokenIndex, target.keys);
+        for (const ParsedAssignmentTarget& target : line.assignment->targets)
+            take(target.tokenIndex, target.keys);
     if (line.functionHeader && line.functionHeader->fault.message.empty())
         take(line.functionHeader->nameToken, line.functionHeader->keys);
 }
 
-// Calls `visit(token)` for each name that is read between two tokens. The word in front of a colon is a table's key.
+// Calls `visit(token)` for each name that is read between two tokens. The word in front of a colon is a
+// table's key.
 template <typename Visit>
 void forEachNameRead(const ParsedScriptLine& line, const PreparedExpression& range, Visit&& visit) {
     int braces = 0;

@@ -44,7 +44,8 @@ Place placeOf(const std::vector<std::string>& lines, const ParsedScriptLine& sta
     std::size_t from = lines[place.line].find(statement.text.substr(0, statement.text.find('\n')));
     if (from == std::string::npos) from = 0;
     std::size_t line = place.line;
-    const std::uint32_t last = std::min<std::uint32_t>(token, static_cast<std::uint32_t>(statement.tokens.size()));
+    const std::uint32_t last =
+        std::min<std::uint32_t>(token, static_cast<std::uint32_t>(statement.tokens.size()));
     for (std::uint32_t i = 0; i < last + 1 && i < statement.tokens.size(); ++i) {
         std::size_t found = lines[line].find(statement.tokens[i], from);
         while (found == std::string::npos && line + 1 < lines.size() && line < statement.lineNumber + 200) {
@@ -74,15 +75,16 @@ Diagnostic diagnosticAt(const std::string& path, const std::vector<std::string>&
         if (!made.source.empty() && made.source.back() == '\r') made.source.pop_back();
         if (token < statement.tokens.size())
             made.length = static_cast<std::uint32_t>(std::max<std::size_t>(
-                1, std::min(statement.tokens[token].size(), made.source.size() - std::min(made.source.size(), place.column))));
+                1, std::min(statement.tokens[token].size(),
+                            made.source.size() - std::min(made.source.size(), place.column))));
     }
     return made;
 }
 
 const std::vector<std::string>& statementWords() {
-    static const std::vector<std::string> words{"if",  "elseif", "else",     "end",   "while", "repeat", "until",
-                                                "for", "nest",   "function", "return", "break", "local",  "native",
-                                                "decay", "external"};
+    static const std::vector<std::string> words{"if",    "elseif", "else",  "end",      "while",  "repeat",
+                                                "until", "for",    "nest",  "function", "return", "break",
+                                                "local", "native", "decay", "external"};
     return words;
 }
 
@@ -93,9 +95,10 @@ std::string hintFor(const ParsedScriptLine& line, const FormFault& fault) {
     if (token == "=" && line.kind != ParsedLineKind::Other) return "a comparison is written ==";
     if (token == "/" && line.text.find("//") != std::string::npos) return "a comment begins with @@";
     const std::size_t point = token.find('.');
-    if (point != std::string::npos && point > 0 && line.tokens[fault.token].find_first_of("\"'") == std::string::npos)
-        return token.substr(0, point) + "." + token.substr(point + 1) + " is written " + token.substr(0, point) + "[\"" +
-               token.substr(point + 1) + "\"]";
+    if (point != std::string::npos && point > 0 &&
+        line.tokens[fault.token].find_first_of("\"'") == std::string::npos)
+        return token.substr(0, point) + "." + token.substr(point + 1) + " is written " +
+               token.substr(0, point) + "[\"" + token.substr(point + 1) + "\"]";
     if (line.kind == ParsedLineKind::Other && line.tokens.size() > 1 && line.analysis[0].isIdentifier() &&
         line.analysis[1].isIdentifier()) {
         const std::string meant = nearestWord(line.tokens[0], statementWords());
@@ -109,7 +112,8 @@ std::vector<bool> variadicLines(const std::vector<ParsedScriptLine>& lines) {
     for (std::size_t i = 0; i < lines.size(); ++i) {
         if (!lines[i].functionHeader) continue;
         const std::size_t end = lines[i].endIndex == noLine ? lines.size() : lines[i].endIndex;
-        std::fill(result.begin() + static_cast<std::ptrdiff_t>(i + 1), result.begin() + static_cast<std::ptrdiff_t>(std::max(end, i + 1)),
+        std::fill(result.begin() + static_cast<std::ptrdiff_t>(i + 1),
+                  result.begin() + static_cast<std::ptrdiff_t>(std::max(end, i + 1)),
                   lines[i].functionHeader->isVariadic);
     }
     return result;
@@ -170,7 +174,8 @@ void ScriptCheck::addKnown(const std::string& source) {
 
 void ScriptCheck::addHostScript(const std::string& source) {
     for (const ParsedScriptLine& line : take({}, source).statements)
-        forEachNameRead(line, [&](std::uint32_t token) { known_.insert(nameText(line.analysis[token].name)); });
+        forEachNameRead(line,
+                        [&](std::uint32_t token) { known_.insert(nameText(line.analysis[token].name)); });
 }
 
 void ScriptCheck::add(const std::string& path, const std::string& source) {
@@ -189,7 +194,8 @@ ScriptCheck::Source& ScriptCheck::take(Source source, const std::string& text) {
     return sources_.back();
 }
 
-// A bracket that is not closed takes in all that follows: such a statement is left out, and the rest read again.
+// A bracket that is not closed takes in all that follows: such a statement is left out, and the rest read
+// again.
 void ScriptCheck::read(Source& source) {
     Interpreter& script = engine_.interpreter();
     const SourceLineGuard guard(script.context);
@@ -203,8 +209,8 @@ void ScriptCheck::read(Source& source) {
             if (opener == last.tokens.size()) return;
             const auto fault = checkForm(script, last, true);
             source.faults.push_back(diagnosticAt(source.path, source.physicalLines, last, opener,
-                                               fault ? fault->message : "Expected a closing bracket",
-                                               Severity::Error));
+                                                 fault ? fault->message : "Expected a closing bracket",
+                                                 Severity::Error));
             clearStatement(lines, last.lineNumber);
         }
     } catch (const std::runtime_error& error) {
@@ -228,7 +234,8 @@ void ScriptCheck::collectLine(const ParsedScriptLine& line) {
     forEachNameSet(line, [this](NameId name) { known_.insert(nameText(name)); });
     forEachNameReplaced(line, [this](NameId name) { redefined_.insert(nameText(name)); });
     forEachMemberSet(line, [this](NameId name, const std::string& member) {
-        if (const auto table = members_.find(nameText(name)); table != members_.end()) table->second.insert(member);
+        if (const auto table = members_.find(nameText(name)); table != members_.end())
+            table->second.insert(member);
     });
     for (const TokenAnalysis& token : line.analysis)
         if (token.kind == TokenKind::String) texts_.insert(token.literal.text());
@@ -241,9 +248,8 @@ std::vector<Diagnostic> ScriptCheck::run() {
         const auto first = static_cast<std::ptrdiff_t>(found.size());
         found.insert(found.end(), source.faults.begin(), source.faults.end());
         check(source, found);
-        std::stable_sort(found.begin() + first, found.end(), [](const Diagnostic& a, const Diagnostic& b) {
-            return a.line < b.line;
-        });
+        std::stable_sort(found.begin() + first, found.end(),
+                         [](const Diagnostic& a, const Diagnostic& b) { return a.line < b.line; });
     }
     return found;
 }
@@ -251,7 +257,8 @@ std::vector<Diagnostic> ScriptCheck::run() {
 void ScriptCheck::check(const Source& source, std::vector<Diagnostic>& found) {
     std::vector<std::uint32_t> indents;
     for (const ParsedScriptLine& line : source.statements) {
-        const std::string& text = source.physicalLines[std::min<std::size_t>(line.lineNumber, source.physicalLines.size() - 1)];
+        const std::string& text =
+            source.physicalLines[std::min<std::size_t>(line.lineNumber, source.physicalLines.size() - 1)];
         indents.push_back(static_cast<std::uint32_t>(indentOf(text)));
     }
     for (BlockFault& fault : checkBlocks(source.statements, indents))
@@ -262,8 +269,8 @@ void ScriptCheck::check(const Source& source, std::vector<Diagnostic>& found) {
     for (std::size_t i = 0; i < source.statements.size(); ++i) {
         const ParsedScriptLine& line = source.statements[i];
         if (const auto fault = checkForm(engine_.interpreter(), line, source.isVariadic[i])) {
-            found.push_back(diagnosticAt(source.path, source.physicalLines, line, fault->token, fault->message,
-                                         Severity::Error));
+            found.push_back(diagnosticAt(source.path, source.physicalLines, line, fault->token,
+                                         fault->message, Severity::Error));
             found.back().hint = hintFor(line, *fault);
             continue;
         }
@@ -296,14 +303,16 @@ void ScriptCheck::checkMembers(const Source& source, const ParsedScriptLine& lin
                                std::vector<Diagnostic>& found) {
     for (std::uint32_t i = 0; i + 3 < line.tokens.size(); ++i) {
         if (!line.analysis[i].isPlainIdentifier() || line.analysis[i + 1].kind != TokenKind::OpenBracket ||
-            line.analysis[i + 2].kind != TokenKind::String || line.analysis[i + 3].kind != TokenKind::CloseBracket)
+            line.analysis[i + 2].kind != TokenKind::String ||
+            line.analysis[i + 3].kind != TokenKind::CloseBracket)
             continue;
         const auto table = members_.find(line.tokens[i]);
         const std::string member = line.analysis[i + 2].literal.text();
         if (table == members_.end() || table->second.contains(member) || redefined_.contains(line.tokens[i]))
             continue;
         found.push_back(diagnosticAt(source.path, source.physicalLines, line, i + 2,
-                                     line.tokens[i] + " has no member " + line.tokens[i + 2], Severity::Warning));
+                                     line.tokens[i] + " has no member " + line.tokens[i + 2],
+                                     Severity::Warning));
         const std::vector<std::string> candidates(table->second.begin(), table->second.end());
         if (const std::string near = nearestWord(member, candidates); !near.empty())
             found.back().hint = "did you mean `" + near + "`?";
@@ -318,7 +327,8 @@ void ScriptCheck::checkLabels(const Source& source, const ParsedScriptLine& line
             line.analysis[i + 3].kind != TokenKind::CloseParenthesis)
             continue;
         const std::string label = line.analysis[i + 2].literal.text();
-        if (labels_.contains(label) || standsInText("nest '" + label) || standsInText("nest \"" + label)) continue;
+        if (labels_.contains(label) || standsInText("nest '" + label) || standsInText("nest \"" + label))
+            continue;
         found.push_back(diagnosticAt(source.path, source.physicalLines, line, i + 2,
                                      "no nest block has the label " + line.tokens[i + 2], Severity::Warning));
         const std::vector<std::string> candidates(labels_.begin(), labels_.end());

@@ -11,8 +11,8 @@
 
 namespace kelmora {
 
-// Checks the scripts of one game together: faults of form in every statement, block structure, names that are read
-// and never set, members that a module does not have, labels that do not exist. Nothing is run.
+// Checks the scripts of one game together: faults of form in every statement, block structure, names that are
+// read and never set, members that a module does not have, labels that do not exist. Nothing is run.
 class ScriptCheck {
 public:
     // The engine has what the host registers; its names and its modules' members are known.
@@ -31,7 +31,7 @@ private:
         std::string path;
         std::vector<std::string> physicalLines;
         std::vector<ParsedScriptLine> statements;
-        std::vector<bool> isVariadic;  // of the function around each statement
+        std::vector<bool> isVariadic;    // of the function around each statement
         std::vector<Diagnostic> faults;  // of what could not be read
         bool isChecked = false;
     };

@@ -48,7 +48,8 @@ TEST_F(Executables, VesperRunsCompilesDumpsAndChecks) {
     EXPECT_EQ(outcome.text, "ran\tone\n");
     EXPECT_EQ(outcome.exitCode, 0);
     outcome = vesper("run " + script + " one two");
-    EXPECT_EQ(outcome.text, "ran\tone\nDivision by zero\n");
+    EXPECT_EQ(outcome.text.find("ran\tone\nDivision by zero\n  at "), 0u) << outcome.text;
+    EXPECT_TRUE(outcome.text.ends_with("a b.vs:3\n    x = 1 \\ 0\n"));
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_EQ(vesper("compile " + script + " -o " + image).exitCode, 0);
     EXPECT_EQ(vesper("run " + image + " one").text, "ran\tone\n");
@@ -60,6 +61,29 @@ TEST_F(Executables, VesperRunsCompilesDumpsAndChecks) {
     outcome = vesper("check " + script + " " + file("bad.vs", "if x\n"));
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_NE(outcome.text.find("Missing 'end' for if block"), std::string::npos);
+}
+
+TEST_F(Executables, FailuresLeadToTheirPlace) {
+    const std::string script =
+        file("fail.vs",
+             "t = {}\nfunction inner(x)\n    prnt(x)\nend\nfunction outer(x)\n"
+             "    pcall(inner, 1)\n    if x > 1\n        return inner(x)\n    end\n"
+             "    return t[\"go\"](x)\nend\nfunction deep()\n    return deep() + 1\nend\n"
+             "if arguments[1] == \"deep\"\n    deep()\nend\nouter(toNumber(arguments[1]))\n");
+    const auto placesOf = [&](const std::string& argument) {
+        std::string text = vesper("run " + script + " " + argument).text;
+        for (std::size_t at = 0; (at = text.find("at ", at)) != std::string::npos; at += 3)
+            text.erase(at + 3, text.find("fail.vs", at) - at - 3);
+        return text;
+    };
+    EXPECT_EQ(placesOf("2"),
+              "Attempted to call a non-function value of type not\n  at fail.vs:3\n    prnt(x)\n"
+              "  `prnt` is nothing here; did you mean `print`?\n  called at fail.vs:8\n    return inner(x)\n"
+              "  called at fail.vs:18\n    outer(toNumber(arguments[1]))\n");
+    EXPECT_NE(placesOf("1").find("  `t[\"go\"]` is nothing here\n"), std::string::npos);
+    const std::string deep = placesOf("deep");
+    EXPECT_NE(deep.find("fail.vs:13\n    return deep() + 1\n    ("), std::string::npos);
+    EXPECT_LT(deep.size(), 300u);
 }
 
 TEST_F(Executables, VesperChecksGamesAndExplainsItself) {
@@ -123,7 +147,9 @@ TEST_F(Executables, KelmoraReportsAFailureInItsWords) {
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_NE(outcome.text.find("visual-novel.vs"), std::string::npos);
     file("Resources/scripts/visual-novel.vs", "Plush[\"loadPNG\"](\"none.png\")");
-    EXPECT_EQ(kelmora().text, "Kelmora startup error: Plush.loadPNG: failed to load image: none.png\n");
+    const std::string text = kelmora().text;
+    EXPECT_EQ(text.find("Kelmora startup error: Plush.loadPNG: failed to load image: none.png\n  at "), 0u);
+    EXPECT_TRUE(text.ends_with("visual-novel.vs:1\n    Plush[\"loadPNG\"](\"none.png\")\n")) << text;
 }
 
 }  // namespace

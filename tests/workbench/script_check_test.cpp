@@ -101,7 +101,8 @@ TEST_F(ScriptCheckTest, NamesTheBlockThatWasLeftOpen) {
               "1:1 break used outside a loop\n"
               "5:1 warning: never reached: the block was left before\n"
               "8:1 break used outside a loop\n");
-    EXPECT_EQ(told("if 1\n        x = 1\n  elseif 2\n x = 2\n    end\n"), "") << "odd indentation is no fault";
+    EXPECT_EQ(told("if 1\n        x = 1\n  elseif 2\n x = 2\n    end\n"), "")
+        << "odd indentation is no fault";
     EXPECT_EQ(told("x = \"open\n"), "1:1 Unterminated string literal\n");
 }
 
@@ -139,20 +140,27 @@ TEST_F(ScriptCheckTest, RaisesNoFalseAlarm) {
             if (entry.path().extension() == ".vs")
                 check.add(entry.path().string(), readWholeFile(entry.path().string()).value());
     for (const Diagnostic& fault : check.run())
-        if (fault.message != "Metal is never set") ADD_FAILURE() << fault.path << ':' << fault.line << ' ' << fault.message;
+        if (fault.message != "Metal is never set")
+            ADD_FAILURE() << fault.path << ':' << fault.line << ' ' << fault.message;
     for (const auto& entry : fs::recursive_directory_iterator(root / "tests/scripts")) {
         if (entry.path().extension() != ".vs") continue;
         const std::string source = readWholeFile(entry.path().string()).value();
         for (const Diagnostic& fault : checked(source))
-            EXPECT_TRUE(fault.severity == Severity::Warning || fault.source == "    return r +" || source.find(fault.message) != std::string::npos)
+            EXPECT_TRUE(fault.severity == Severity::Warning || fault.source == "    return r +" ||
+                        source.find(fault.message) != std::string::npos)
                 << entry.path() << ':' << fault.line << ' ' << fault.message;
     }
 }
 
 TEST(Nearest, FindsWhatWasMeant) {
     const std::vector<std::string> words{"print", "pairs", "function", "x", "ipairs"};
-    for (const auto& [typed, meant] : {std::pair{"prnt", "print"}, {"pirnt", "print"}, {"funtcion", "function"},
-                                       {"pairz", "pairs"}, {"y", ""}, {"sprint", "print"}, {"whatever", ""}})
+    for (const auto& [typed, meant] : {std::pair{"prnt", "print"},
+                                       {"pirnt", "print"},
+                                       {"funtcion", "function"},
+                                       {"pairz", "pairs"},
+                                       {"y", ""},
+                                       {"sprint", "print"},
+                                       {"whatever", ""}})
         EXPECT_EQ(nearestWord(typed, words), meant) << typed;
 }
 

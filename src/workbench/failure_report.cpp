@@ -1,0 +1,79 @@
+#include "workbench/failure_report.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "script/interpreter.h"
+#include "script/line_parser.h"
+#include "workbench/nearest.h"
+
+namespace kelmora {
+namespace {
+
+std::string nameOfPlace(const ErrorTrail::Place& place) {
+    return (place.path.empty() ? "line " : place.path + ":") + std::to_string(place.line);
+}
+
+std::string firstLine(const std::string& statement) {
+    return statement.substr(0, statement.find('\n'));
+}
+
+// The tokens of `name`, `name["a"]` in front of each call's parenthesis, as they are written.
+std::vector<std::string> calledNames(const std::string& statement) {
+    SourceContext context;
+    std::vector<std::string> names;
+    std::vector<std::string> tokens;
+    try {
+        tokens = tokenise(statement, context);
+    } catch (const std::exception&) {
+        return names;
+    }
+    for (std::size_t i = 0; i + 1 < tokens.size(); ++i) {
+        if (!analyseToken(tokens[i]).isPlainIdentifier()) continue;
+        std::string name = tokens[i];
+        std::size_t next = i + 1;
+        while (next + 2 < tokens.size() && tokens[next] == "[" && tokens[next + 2] == "]") {
+            name += "[" + tokens[next + 1] + "]";
+            next += 3;
+        }
+        if (next < tokens.size() && tokens[next] == "(") names.push_back(name);
+    }
+    return names;
+}
+
+// Which of the called names holds nothing, when it is one alone.
+std::string explainCall(VesperScript& engine, const std::string& statement) {
+    std::vector<std::string> known;
+    for (const auto& [name, value] : engine.globals()) known.push_back(name);
+    const std::vector<std::string> names = calledNames(statement);
+    std::vector<std::string> missing;
+    for (const std::string& name : names)
+        if (names.size() == 1 || std::find(known.begin(), known.end(), name.substr(0, name.find('['))) == known.end())
+            missing.push_back(name);
+    if (missing.size() != 1) return {};
+    const std::string near = missing[0].find('[') == std::string::npos ? nearestWord(missing[0], known) : "";
+    return "  `" + missing[0] + "` is nothing here" +
+           (near.empty() ? "" : "; did you mean `" + near + "`?") + "\n";
+}
+
+}  // namespace
+
+std::string failurePlaces(VesperScript& engine, const std::string& message, const std::string& hiddenPath) {
+    std::string text;
+    const char* lead = "  at ";
+    // Reports of faults of form name their place themselves.
+    bool named = message.find("\n  at ") != std::string::npos;
+    for (const ErrorTrail::Place& place : engine.interpreter().trail.places(message)) {
+        if (!std::exchange(named, false) && (hiddenPath.empty() || place.path != hiddenPath)) {
+            text += lead + nameOfPlace(place) + "\n    " + firstLine(place.statement) + "\n";
+            if (lead[2] == 'a' && message.starts_with("Attempted to call a non-function value of type not"))
+                text += explainCall(engine, place.statement);
+            if (place.times > 1) text += "    (" + std::to_string(place.times) + " times)\n";
+        }
+        lead = "  called at ";
+    }
+    return text;
+}
+
+}  // namespace kelmora
