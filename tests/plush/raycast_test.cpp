@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
 #include "plush/scene_fixture.h"
@@ -32,7 +33,7 @@ protected:
         scene.setTiles(layer, table);
     }
     Quad screenAt(float x, int texture) {
-        return {{x, 16, 16}, {x, 32, 16}, {x, 32, 0}, {x, 16, 0}, texture, {}, 0, 0, 0, 0, 0, 0};
+        return {{x, 16, 16}, {x, 32, 16}, {x, 32, 0}, {x, 16, 0}, texture, {}, {}};
     }
 
     LivePicture wall{4, 4, 200, 0, 0};
@@ -277,6 +278,28 @@ TEST_F(Raycast, KilledTexturesAreNone) {
     scene.setTextures({nullptr, output.get(), output.get(), output.get()});
     draw();
     EXPECT_EQ(output.pixel(4, 4), (Pixel{0, 0, 255, 255})) << "what the output showed before";
+}
+
+void expectPlainBytes(const Scene& scene, int width, int height) {
+    LivePicture plain(width, height, 1, 1, 1), fast(width, height, 9, 9, 9);
+    renderScenePlainly(scene, *plain, 1);
+    renderScene(scene, *fast, 1);
+    ASSERT_EQ(plain.bytes(), fast.bytes());
+}
+
+// KELMORA_SCENE_SEEDS asks for more.
+TEST(RaycastAgreement, TheFastWayGivesTheBytesOfThePlainOne) {
+    const char* asked = std::getenv("KELMORA_SCENE_SEEDS");
+    const unsigned seeds = asked ? static_cast<unsigned>(std::strtoul(asked, nullptr, 10)) : 400;
+    for (unsigned seed = 0; seed < seeds; ++seed) {
+        SCOPED_TRACE(seed);
+        RandomScene random(seed);
+        expectPlainBytes(random.scene, 1 + static_cast<int>(seed * 5 % 60),
+                         1 + static_cast<int>(seed * 7 % 37));
+        random.scene.settings.renderDistance = infinite;
+        random.scene.settings.rayDepth = 6;
+        expectPlainBytes(random.scene, 12, 9);
+    }
 }
 
 TEST(RaycastAgreement, AnyNumberOfWorkersGivesTheSameBytes) {

@@ -52,6 +52,15 @@ inline Vector cross(const Vector& a, const Vector& b) {
 // A vector without length stays as it is.
 Vector normalised(const Vector& vector);
 
+struct QuadBox {
+    float minX = 0;
+    float maxX = 0;
+    float minY = 0;
+    float maxY = 0;
+    float minZ = 0;
+    float maxZ = 0;
+};
+
 // A textured face with four corners: left top, right top, right bottom, left bottom.
 struct Quad {
     Vec3 tl;
@@ -61,12 +70,7 @@ struct Quad {
     std::int32_t texture = 0;
     // What finalizeQuad derives. The normal of a quad without area is 0.
     Vec3 normal;
-    float minX = 0;
-    float maxX = 0;
-    float minY = 0;
-    float maxY = 0;
-    float minZ = 0;
-    float maxZ = 0;
+    QuadBox box;
 
     bool isFinite() const;
 };

@@ -8,4 +8,10 @@ namespace kelmora {
 // reaches the point unobstructed, up to the most there may be.
 Vec3 lightAt(const RenderScene& scene, const Vector& position, const SurfaceHit& hit);
 
+// Where the way to a light starts, off the surface that it shines on.
+constexpr double lightNudge = 1e-6;
+
+// What a light gives at this squared distance, inside its radius.
+Vec3 lightFrom(const LightSource& light, double squaredDistance);
+
 }  // namespace kelmora

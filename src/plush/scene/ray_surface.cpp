@@ -60,6 +60,7 @@ void addReflection(const RayUnderWay& ray, const SurfaceHit& hit, const unsigned
 RayUnderWay::RayUnderWay(const Ray& ray, double fogMultiplierOfPixel, bool mayReflectFurther)
     : origin(ray.origin),
       direction(withoutZero(ray.direction.x), withoutZero(ray.direction.y), withoutZero(ray.direction.z)),
+      inverse(1 / direction.x, 1 / direction.y, 1 / direction.z),
       travelled(ray.travelled),
       fogMultiplier(fogMultiplierOfPixel),
       mayReflect(mayReflectFurther) {}
@@ -81,17 +82,20 @@ Vector positionOf(const RayUnderWay& ray, const SurfaceHit& hit) {
 }
 
 const unsigned char* takeSurface(const RenderScene& scene, const RayUnderWay& ray, const SurfaceHit& hit,
-                                 RayScratch& scratch) {
+                                 RayScratch& scratch, int& mirroredRaysLeft) {
     const SceneTexture& texture = *hit.texture;
     const unsigned char* texel = texelAt(texture.pixels, texture.width, texture.height, hit.u, hit.v);
     if (texel[3] == 0) return nullptr;
     if (texel[3] < 255)
         scratch.layers.push_back({texel[0], texel[1], texel[2], false, static_cast<float>(texel[3]) / 255,
                                   static_cast<float>(ray.travelled + hit.distance)});
-    if (ray.mayReflect)
-        if (const float weight = mirrorWeight(scene, hit); weight > 0)
+    if (ray.mayReflect && mirroredRaysLeft > 0)
+        if (const float weight = mirrorWeight(scene, hit); weight > 0) {
+            --mirroredRaysLeft;
             addReflection(ray, hit, texel, weight, scratch);
-    return texel[3] == 255 ? texel : nullptr;
+            scratch.isCovered = weight == 1;
+        }
+    return texel[3] == 255 || scratch.isCovered ? texel : nullptr;
 }
 
 Vec3 shadedColour(const RenderScene& scene, const RayUnderWay& ray, const unsigned char* texel,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -32,10 +33,11 @@ struct ReflectionEvent {
     std::size_t layer;  // which receives the result
 };
 
-// Work space for the rays of one depth; a worker has one for each.
+// Work space for the rays of one depth.
 struct RayScratch {
     std::vector<TransparentLayer> layers;
     std::vector<ReflectionEvent> reflections;
+    bool isCovered = false;  // by a mirror that shows nothing of what lies behind it
 
     RayScratch() {
         layers.reserve(8);
@@ -44,7 +46,18 @@ struct RayScratch {
     void clear() {
         layers.clear();
         reflections.clear();
+        isCovered = false;
     }
+};
+
+// Rays that one pixel may spend on reflections. Panes that mirror each other would take the sixth power of
+// their number; when the rays are spent, surfaces do not mirror any more.
+constexpr int mirroredRaysOfPixel = 1000;
+
+// Work space of one worker.
+struct TraceWork {
+    std::array<RayScratch, deepestReflection + 1> depths;
+    int mirroredRaysLeft = 0;
 };
 
 enum class SurfaceKind { Wall, RoofUnderside, FloorTop, RoofStep, FloorStep, Quad };
@@ -74,6 +87,7 @@ struct RayUnderWay {
 
     Vector origin;
     Vector direction;
+    Vector inverse;  // 1 / each component of the direction
     double travelled;
     double fogMultiplier;
     bool mayReflect;
@@ -83,9 +97,10 @@ struct RayUnderWay {
 Vector positionOf(const RayUnderWay& ray, const SurfaceHit& hit);
 
 // Takes a surface: a partly clear one becomes a layer, a mirroring one a reflection as well. Null for
-// surfaces that the ray goes through, else the opaque texel that ends it.
+// surfaces that the ray goes through, else the texel that ends it; where the scratch is covered, its colour
+// does not matter.
 const unsigned char* takeSurface(const RenderScene& scene, const RayUnderWay& ray, const SurfaceHit& hit,
-                                 RayScratch& scratch);
+                                 RayScratch& scratch, int& mirroredRaysLeft);
 
 // A lit texel behind fog. Light is 1 for full.
 Vec3 shadedColour(const RenderScene& scene, const RayUnderWay& ray, const unsigned char* texel,

@@ -1,11 +1,11 @@
 #include "plush/scene/raycast.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 
 #include "image/row_workers.h"
-#include "plush/scene/tracer.h"
+#include "plush/scene/fast_tracer.h"
+#include "plush/scene/plain_tracer.h"
 
 namespace kelmora {
 namespace {
@@ -45,7 +45,7 @@ private:
 template <typename Tracer>
 void drawBlocks(const RenderScene& scene, const Tracer& tracer, Blocks& blocks, std::int32_t firstRow,
                 std::int32_t lastRow) {
-    std::array<RayScratch, 7> scratch;
+    TraceWork work;
     Ray ray;
     ray.origin = scene.camera.eye;
     ray.tileX = scene.camera.tileX;
@@ -55,7 +55,7 @@ void drawBlocks(const RenderScene& scene, const Tracer& tracer, Blocks& blocks, 
         for (std::int32_t column = 0; column < blocks.columns(); ++column) {
             const double u = blocks.u(column);
             ray.direction = normalised(scene.camera.directionAt(u, v));
-            blocks.fill(column, row, tracer.trace(ray, 0, fogMultiplierAt(u, v), scratch.data()));
+            blocks.fill(column, row, tracer.trace(ray, 0, fogMultiplierAt(u, v), work));
         }
     }
 }
@@ -66,20 +66,33 @@ void drawFog(const RenderScene& scene, Blocks& blocks) {
             blocks.fill(column, row, scene.fog);
 }
 
-}  // namespace
+template <typename Tracer>
+void drawWith(const RenderScene& scene, Blocks& blocks, std::int32_t workers) {
+    const Tracer tracer(scene);
+    runRows(blocks.rows(), std::min(workers, blocks.rows()),
+            [&](std::int32_t first, std::int32_t last) { drawBlocks(scene, tracer, blocks, first, last); });
+}
 
-void renderScene(const Scene& scene, PlushImage& output, std::int32_t workers) {
+void draw(const Scene& scene, PlushImage& output, std::int32_t workers, bool plainly) {
     if (output.width < 1 || output.height < 1) return;
     const RenderScene constant(scene, output);
     Blocks blocks(output, constant.accuracy);
-    if (constant.isFogOnly()) {
+    if (constant.isFogOnly())
         drawFog(constant, blocks);
-        return;
-    }
-    const PlainTracer tracer(constant);
-    runRows(blocks.rows(), std::min(workers, blocks.rows()), [&](std::int32_t first, std::int32_t last) {
-        drawBlocks(constant, tracer, blocks, first, last);
-    });
+    else if (plainly || !constant.flags.isLaidOut())
+        drawWith<PlainTracer>(constant, blocks, workers);
+    else
+        drawWith<FastTracer>(constant, blocks, workers);
+}
+
+}  // namespace
+
+void renderScene(const Scene& scene, PlushImage& output, std::int32_t workers) {
+    draw(scene, output, workers, false);
+}
+
+void renderScenePlainly(const Scene& scene, PlushImage& output, std::int32_t workers) {
+    draw(scene, output, workers, true);
 }
 
 }  // namespace kelmora

@@ -10,16 +10,14 @@
 namespace kelmora {
 namespace {
 
-constexpr std::int32_t deepestReflection = 6;
-
 float byteOf(std::int32_t channel) {
     return static_cast<float>(std::clamp(channel, 0, 255));
 }
 
 std::size_t wrappedTexel(double coordinate, std::int32_t count) {
-    const double texel = std::floor(coordinate * count);
-    if (texel >= 0 && texel < count) return static_cast<std::size_t>(texel);
-    const std::int64_t rest = saturatingInt64(texel) % count;
+    const double texel = coordinate * count;
+    if (texel >= 0 && texel < count) return static_cast<std::size_t>(static_cast<std::int32_t>(texel));
+    const std::int64_t rest = saturatingInt64(std::floor(texel)) % count;
     return static_cast<std::size_t>(rest < 0 ? rest + count : rest);
 }
 
@@ -60,6 +58,7 @@ double fogMultiplierAt(double u, double v) {
 RenderScene::RenderScene(const Scene& scene, const PlushImage& output)
     : map(scene.map()),
       quadGrid(scene.quadGrid()),
+      flags(scene.tileFlags()),
       quads(scene.quads()),
       lights(scene.lights),
       tileSize(static_cast<double>(scene.tileSize())),

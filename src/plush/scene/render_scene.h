@@ -9,6 +9,9 @@
 
 namespace kelmora {
 
+// Deeper reflections are not followed.
+constexpr int deepestReflection = 6;
+
 // A texture of the scene; no pixels where there is none.
 struct SceneTexture {
     const unsigned char* pixels = nullptr;
@@ -66,6 +69,7 @@ public:
 
     const TileMap& map;
     const QuadGrid& quadGrid;
+    const TileFlags& flags;
     std::span<const Quad> quads;
     std::span<const LightSource> lights;
     double tileSize;
@@ -73,7 +77,7 @@ public:
     double renderDistance;
     Camera camera;
     std::int32_t accuracy;  // at least 1
-    int rayDepth;           // 0 to 6
+    int rayDepth;           // 0 to the deepest
     double reflection;
     float lightMinimum;
     float lightMaximum;

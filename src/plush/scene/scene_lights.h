@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "plush/scene/ray_surface.h"
+
+namespace kelmora {
+
+// The lights of a picture by the tiles that they reach. Gives the light of the plain way to the last bit.
+class SceneLights {
+public:
+    // The scene's flags have to be laid out.
+    explicit SceneLights(const RenderScene& scene);
+
+    // The light at a hit, as `lightAt` has it.
+    Vec3 at(const RayUnderWay& ray, const SurfaceHit& hit) const;
+
+private:
+    // A light that may count, and the tiles that it reaches.
+    struct Source {
+        LightSource light;
+        Vector position;
+        double squaredRadius;
+        std::int32_t firstX;
+        std::int32_t lastX;
+        std::int32_t firstY;
+        std::int32_t lastY;
+    };
+    void choose();
+    void layOut();
+    template <typename Visit>
+    void forEachTile(const Source& source, const Visit& visit) const;
+    std::span<const std::uint32_t> reaching(std::int32_t x, std::int32_t y) const;
+    bool isFull(const Vec3& sum) const;
+    bool isShaded(const Vector& from, const Vector& to, std::int32_t startX, std::int32_t startY) const;
+
+    const RenderScene& scene_;
+    Vec3 least_;               // where no light reaches
+    bool onlyBrightens_ = true;  // no light takes any away
+    std::vector<Source> sources_;
+    // A rectangle of tiles and the numbers of the sources that reach each of them.
+    std::int32_t firstX_ = 0;
+    std::int32_t firstY_ = 0;
+    std::int32_t columns_ = 0;
+    std::int32_t rows_ = 0;
+    std::vector<std::uint32_t> starts_;
+    std::vector<std::uint32_t> numbers_;
+    bool isLaidOut_ = false;  // else all numbers stand for every tile
+};
+
+}  // namespace kelmora
