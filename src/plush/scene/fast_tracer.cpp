@@ -94,20 +94,20 @@ const unsigned char* FastTracer::crossTile(const RayUnderWay& ray, const TileWay
     }
 }
 
-Vec3 FastTracer::walk(const RayUnderWay& ray, const Ray& start, RayScratch& scratch,
-                      int& mirroredRaysLeft) const {
-    FlagWalk walk(scene_.flags, ray.origin, ray.direction, ray.inverse, scene_.tileSize, start.tileX,
-                  start.tileY, tileFlag::quads);
+FastTracer::Sight FastTracer::look(const RayUnderWay& ray, std::int32_t tileX, std::int32_t tileY,
+                                   const Slabs& startSlabs, RayScratch& scratch,
+                                   int& mirroredRaysLeft) const {
+    FlagWalk walk(scene_.flags, ray.origin, ray.direction, ray.inverse, scene_.tileSize, tileX, tileY,
+                  tileFlag::quads);
     const TileMap& map = scene_.map;
-    Slabs slabs = slabsOf(ray, map.cell(map.find(start.tileX, start.tileY)));
+    Slabs slabs = startSlabs;
     double horizon = horizonFrom(ray, slabs, 0);
     LastQuad last;
     for (;; walk.advance()) {
         walk.runTo(horizon);
         const unsigned flags = walk.flags();
         const double entered = walk.entered();
-        if ((flags & tileFlag::outside) || !(ray.travelled + entered < scene_.renderDistance))
-            return scene_.fog;
+        if ((flags & tileFlag::outside) || !(ray.travelled + entered < scene_.renderDistance)) return {};
         const std::int32_t x = walk.x();
         const std::int32_t y = walk.y();
         const std::int32_t leftX = walk.leftX();
@@ -125,8 +125,8 @@ Vec3 FastTracer::walk(const RayUnderWay& ray, const Ray& start, RayScratch& scra
         SurfaceHit hit{};
         if (const unsigned char* texel =
                 crossTile(ray, way, slabs, last, scratch, mirroredRaysLeft, hit)) {
-            if (scratch.isCovered) return scene_.fog;
-            return shadedColour(scene_, ray, texel, lights_.at(ray, hit), hit.distance);
+            if (scratch.isCovered) return {};
+            return {texel, ray.travelled + hit.distance, lights_.at(ray, hit)};
         }
         horizon = horizonFrom(ray, slabs, way.visit.leaves);
     }
@@ -135,19 +135,28 @@ Vec3 FastTracer::walk(const RayUnderWay& ray, const Ray& start, RayScratch& scra
 Vec3 FastTracer::trace(const Ray& ray, int depth, double fogMultiplier, TraceWork& work) const {
     RayScratch& own = work.depths[static_cast<std::size_t>(depth)];
     own.clear();
-    if (depth == 0) work.mirroredRaysLeft = mirroredRaysOfPixel;
     if (!ray.direction.isFinite()) return scene_.fog;
     const RayUnderWay underWay(ray, fogMultiplier, depth < scene_.rayDepth);
-    const Vec3 behind = walk(underWay, ray, own, work.mirroredRaysLeft);
-    if (own.layers.empty()) return behind;
+    const TileCell& cell = scene_.map.cell(scene_.map.find(ray.tileX, ray.tileY));
+    return compose(
+        underWay,
+        look(underWay, ray.tileX, ray.tileY, slabsOf(underWay, cell), own, work.mirroredRaysLeft), depth,
+        work);
+}
+
+Vec3 FastTracer::compose(const RayUnderWay& ray, const Sight& sight, int depth, TraceWork& work) const {
+    RayScratch& own = work.depths[static_cast<std::size_t>(depth)];
+    const Vec3 behind = sight.texel ? shadedColour(scene_, ray.fogMultiplier, sight.texel, sight.light,
+                                                   sight.distance)
+                                    : scene_.fog;
     for (const ReflectionEvent& event : own.reflections) {
-        const Vec3 seen = trace(event.ray, depth + 1, fogMultiplier, work);
+        const Vec3 seen = trace(event.ray, depth + 1, ray.fogMultiplier, work);
         TransparentLayer& layer = own.layers[event.layer];
         layer.red = byteOf(seen.x);
         layer.green = byteOf(seen.y);
         layer.blue = byteOf(seen.z);
     }
-    return composeLayers(scene_, fogMultiplier, own.layers, behind);
+    return composeLayers(scene_, ray.fogMultiplier, own.layers, behind);
 }
 
 }  // namespace kelmora

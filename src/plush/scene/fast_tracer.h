@@ -12,15 +12,25 @@ class FastTracer {
 public:
     explicit FastTracer(const RenderScene& scene) : scene_(scene), lights_(scene) {}
 
-    // The colour that a ray sees, each channel 0 to 255.
-    Vec3 trace(const Ray& ray, int depth, double fogMultiplier, TraceWork& work) const;
-
-private:
     // The slabs of a tile, and of those that follow while the heights stay: their distances.
     struct Slabs {
         double floor = 0;
         double roof = 0;
     };
+    // What ends a ray; without a texel it is fog.
+    struct Sight {
+        const unsigned char* texel = nullptr;
+        double distance = 0;  // travelled in all
+        Vec3 light;
+    };
+
+    // What a ray sees behind the layers that it leaves in the scratch, which is clear.
+    Sight look(const RayUnderWay& ray, std::int32_t tileX, std::int32_t tileY, const Slabs& slabs,
+               RayScratch& scratch, int& mirroredRaysLeft) const;
+    // The colour, each channel 0 to 255, of a ray that left something in the scratch of its depth.
+    Vec3 compose(const RayUnderWay& ray, const Sight& sight, int depth, TraceWork& work) const;
+
+private:
     // A way through one tile.
     struct TileWay {
         TileVisit visit;
@@ -29,9 +39,9 @@ private:
         std::size_t index;
     };
 
+    Vec3 trace(const Ray& ray, int depth, double fogMultiplier, TraceWork& work) const;
     Slabs slabsOf(const RayUnderWay& ray, const TileCell& cell) const;
     double horizonFrom(const RayUnderWay& ray, const Slabs& slabs, double entered) const;
-    Vec3 walk(const RayUnderWay& ray, const Ray& start, RayScratch& scratch, int& mirroredRaysLeft) const;
     const unsigned char* crossTile(const RayUnderWay& ray, const TileWay& way, const Slabs& slabs,
                                    LastQuad& last, RayScratch& scratch, int& mirroredRaysLeft,
                                    SurfaceHit& hit) const;

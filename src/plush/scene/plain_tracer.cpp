@@ -80,8 +80,8 @@ Vec3 walkToOpaque(const RenderScene& scene, const RayUnderWay& ray, const Ray& s
         TileCandidates candidates(scene, ray, visit, index, lastQuad);
         for (SurfaceHit hit{}; candidates.next(hit);)
             if (const unsigned char* texel = takeSurface(scene, ray, hit, scratch, mirroredRaysLeft))
-                return shadedColour(scene, ray, texel, lightAt(scene, positionOf(ray, hit), hit),
-                                    hit.distance);
+                return shadedColour(scene, ray.fogMultiplier, texel,
+                                    lightAt(scene, positionOf(ray, hit), hit), ray.travelled + hit.distance);
         left = &cell;
         leftX = walk.x();
         leftY = walk.y();

@@ -6,7 +6,6 @@
 namespace kelmora {
 namespace {
 
-constexpr double leastComponent = 1e-6;
 // How far a reflected ray starts from its mirror.
 constexpr double reflectionNudge = 0.001;
 
@@ -81,10 +80,8 @@ Vector positionOf(const RayUnderWay& ray, const SurfaceHit& hit) {
     return position;
 }
 
-const unsigned char* takeSurface(const RenderScene& scene, const RayUnderWay& ray, const SurfaceHit& hit,
-                                 RayScratch& scratch, int& mirroredRaysLeft) {
-    const SceneTexture& texture = *hit.texture;
-    const unsigned char* texel = texelAt(texture.pixels, texture.width, texture.height, hit.u, hit.v);
+const unsigned char* takeLayers(const RenderScene& scene, const RayUnderWay& ray, const SurfaceHit& hit,
+                                const unsigned char* texel, RayScratch& scratch, int& mirroredRaysLeft) {
     if (texel[3] == 0) return nullptr;
     if (texel[3] < 255)
         scratch.layers.push_back({texel[0], texel[1], texel[2], false, static_cast<float>(texel[3]) / 255,
@@ -98,9 +95,9 @@ const unsigned char* takeSurface(const RenderScene& scene, const RayUnderWay& ra
     return texel[3] == 255 || scratch.isCovered ? texel : nullptr;
 }
 
-Vec3 shadedColour(const RenderScene& scene, const RayUnderWay& ray, const unsigned char* texel,
+Vec3 shadedColour(const RenderScene& scene, double fogMultiplier, const unsigned char* texel,
                   const Vec3& light, double distance) {
-    const float fog = fogAmount(scene, ray.fogMultiplier, ray.travelled + distance);
+    const float fog = fogAmount(scene, fogMultiplier, distance);
     const Vec3 surface = wholeColour({light.x * texel[0], light.y * texel[1], light.z * texel[2]});
     return scene.fog * fog + surface * (1 - fog);
 }

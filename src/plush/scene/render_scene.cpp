@@ -14,13 +14,6 @@ float byteOf(std::int32_t channel) {
     return static_cast<float>(std::clamp(channel, 0, 255));
 }
 
-std::size_t wrappedTexel(double coordinate, std::int32_t count) {
-    const double texel = coordinate * count;
-    if (texel >= 0 && texel < count) return static_cast<std::size_t>(static_cast<std::int32_t>(texel));
-    const std::int64_t rest = saturatingInt64(std::floor(texel)) % count;
-    return static_cast<std::size_t>(rest < 0 ? rest + count : rest);
-}
-
 }  // namespace
 
 Camera cameraOf(const Scene& scene, std::int32_t width, std::int32_t height) {
@@ -46,13 +39,13 @@ Camera cameraOf(const Scene& scene, std::int32_t width, std::int32_t height) {
     return camera;
 }
 
-const unsigned char* texelAt(const unsigned char* pixels, std::int32_t width, std::int32_t height, double u,
-                             double v) {
-    return pixels + (wrappedTexel(v, height) * static_cast<std::size_t>(width) + wrappedTexel(u, width)) * 4;
+std::size_t wrappedTexel(double texel, std::int32_t count) {
+    const std::int64_t rest = saturatingInt64(std::floor(texel)) % count;
+    return static_cast<std::size_t>(rest < 0 ? rest + count : rest);
 }
 
 double fogMultiplierAt(double u, double v) {
-    return std::sqrt(u * u + v * v) * 0.70710677 * 1.5 + 1;
+    return std::sqrt(u * u + v * v) * fogTowardsCorner * fogOfCorner + 1;
 }
 
 RenderScene::RenderScene(const Scene& scene, const PlushImage& output)

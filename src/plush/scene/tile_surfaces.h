@@ -59,11 +59,6 @@ inline bool wallCandidate(const RenderScene& scene, const RayUnderWay& ray, cons
     return true;
 }
 
-// Where a ray meets a plane of this height; it may lie behind the ray.
-inline double slabDistance(const RayUnderWay& ray, double height) {
-    return (height - ray.origin.z) / ray.direction.z;
-}
-
 inline bool isInTile(const TileVisit& visit, double slab) {
     return slab > 0 && slab >= visit.enters - tileMargin && slab <= visit.leaves + tileMargin;
 }
