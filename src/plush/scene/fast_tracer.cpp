@@ -30,8 +30,8 @@ double FastTracer::horizonFrom(const RayUnderWay& ray, const Slabs& slabs, doubl
     return horizon;
 }
 
-// The first of the surfaces but quads that are not taken yet, 0 if there is none. At one distance they come in
-// the order of their numbers.
+// The first of the surfaces but quads that are not taken yet, 0 if there is none. At one distance they come
+// in the order of their numbers.
 unsigned FastTracer::nearestFixed(const RayUnderWay& ray, const TileWay& way, const Slabs& slabs,
                                   unsigned taken, SurfaceHit& hit) const {
     const TileVisit& visit = way.visit;
@@ -80,8 +80,8 @@ const unsigned char* FastTracer::crossTile(const RayUnderWay& ray, const TileWay
             search.tryList(scene_.quadGrid.everywhereList());
             isQuad = search.hasFound();
             if (isQuad)
-                hit = quadSurface(scene_, scene_.quads[search.index()], search.met(), way.visit.x,
-                                  way.visit.y);
+                hit =
+                    quadSurface(scene_, scene_.quads[search.index()], search.met(), way.visit.x, way.visit.y);
         }
         if (!fixed && !isQuad) return nullptr;
         if (!(ray.travelled + hit.distance < scene_.renderDistance)) return nullptr;
@@ -117,14 +117,13 @@ FastTracer::Sight FastTracer::look(const RayUnderWay& ray, std::int32_t tileX, s
         const bool stepped = walk.stepped();
         if (stepped) slabs = slabsOf(ray, cell);
         const TileCell* left = walk.hasMoved() ? &map.cell(map.find(leftX, leftY)) : nullptr;
-        const TileWay way{{cell, left, x, y, leftX, leftY, entered, walk.leaves(), walk.crossedX(),
-                           walk.boundary()},
-                          flags,
-                          stepped,
-                          index};
+        const TileWay way{
+            {cell, left, x, y, leftX, leftY, entered, walk.leaves(), walk.crossedX(), walk.boundary()},
+            flags,
+            stepped,
+            index};
         SurfaceHit hit{};
-        if (const unsigned char* texel =
-                crossTile(ray, way, slabs, last, scratch, mirroredRaysLeft, hit)) {
+        if (const unsigned char* texel = crossTile(ray, way, slabs, last, scratch, mirroredRaysLeft, hit)) {
             if (scratch.isCovered) return {};
             return {texel, ray.travelled + hit.distance, lights_.at(ray, hit)};
         }
@@ -138,17 +137,16 @@ Vec3 FastTracer::trace(const Ray& ray, int depth, double fogMultiplier, TraceWor
     if (!ray.direction.isFinite()) return scene_.fog;
     const RayUnderWay underWay(ray, fogMultiplier, depth < scene_.rayDepth);
     const TileCell& cell = scene_.map.cell(scene_.map.find(ray.tileX, ray.tileY));
-    return compose(
-        underWay,
-        look(underWay, ray.tileX, ray.tileY, slabsOf(underWay, cell), own, work.mirroredRaysLeft), depth,
-        work);
+    return compose(underWay,
+                   look(underWay, ray.tileX, ray.tileY, slabsOf(underWay, cell), own, work.mirroredRaysLeft),
+                   depth, work);
 }
 
 Vec3 FastTracer::compose(const RayUnderWay& ray, const Sight& sight, int depth, TraceWork& work) const {
     RayScratch& own = work.depths[static_cast<std::size_t>(depth)];
-    const Vec3 behind = sight.texel ? shadedColour(scene_, ray.fogMultiplier, sight.texel, sight.light,
-                                                   sight.distance)
-                                    : scene_.fog;
+    const Vec3 behind =
+        sight.texel ? shadedColour(scene_, ray.fogMultiplier, sight.texel, sight.light, sight.distance)
+                    : scene_.fog;
     for (const ReflectionEvent& event : own.reflections) {
         const Vec3 seen = trace(event.ray, depth + 1, ray.fogMultiplier, work);
         TransparentLayer& layer = own.layers[event.layer];

@@ -10,8 +10,8 @@ namespace kelmora {
 // A tile walk, to the last bit, that passes over tiles in which nothing is to be done.
 class FlagWalk {
 public:
-    // Stops at tiles with one of the flags of `interest`, where a ray comes in at walls and steps as well. The
-    // direction's inverse may be anything on an axis where the direction is 0.
+    // Stops at tiles with one of the flags of `interest`, where a ray comes in at walls and steps as well.
+    // The direction's inverse may be anything on an axis where the direction is 0.
     FlagWalk(const TileFlags& flags, const Vector& origin, const Vector& direction, const Vector& inverse,
              double tileSize, std::int32_t startX, std::int32_t startY, unsigned interest)
         : x_(origin.x, direction.x, inverse.x, tileSize, startX),
@@ -74,7 +74,9 @@ private:
         }
         double lineBefore() const { return line - lineStep; }
         std::int32_t tile() const { return static_cast<std::int32_t>(lineStep > 0 ? line - 1 : line); }
-        std::int32_t tileBefore() const { return static_cast<std::int32_t>(lineStep > 0 ? line - 2 : line + 1); }
+        std::int32_t tileBefore() const {
+            return static_cast<std::int32_t>(lineStep > 0 ? line - 2 : line + 1);
+        }
 
         double line;  // the next boundary, counted in tiles
         double lineStep;

@@ -18,12 +18,6 @@ Vec3 narrowed(const Vector& vector) {
 
 }  // namespace
 
-Vector normalised(const Vector& vector) {
-    const double squared = dot(vector, vector);
-    if (!(squared > 0)) return vector;
-    return vector * (1 / std::sqrt(squared));
-}
-
 bool Quad::isFinite() const {
     return Vector(tl).isFinite() && Vector(tr).isFinite() && Vector(br).isFinite() && Vector(bl).isFinite();
 }

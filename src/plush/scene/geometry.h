@@ -50,7 +50,10 @@ inline Vector cross(const Vector& a, const Vector& b) {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 // A vector without length stays as it is.
-Vector normalised(const Vector& vector);
+inline Vector normalised(const Vector& vector) {
+    const double squared = dot(vector, vector);
+    return squared > 0 ? vector * (1 / std::sqrt(squared)) : vector;
+}
 
 struct QuadBox {
     float minX = 0;

@@ -7,11 +7,6 @@
 
 namespace kelmora {
 
-Vec3 lightFrom(const LightSource& light, double squaredDistance) {
-    const float weight = 1 - static_cast<float>(std::sqrt(squaredDistance)) / light.radius;
-    return Vec3{light.r, light.g, light.b} * weight;
-}
-
 Vec3 lightAt(const RenderScene& scene, const Vector& position, const SurfaceHit& hit) {
     Vec3 sum{scene.lightMinimum, scene.lightMinimum, scene.lightMinimum};
     for (const LightSource& light : scene.lights) {
@@ -23,7 +18,7 @@ Vec3 lightAt(const RenderScene& scene, const Vector& position, const SurfaceHit&
         if (!(squared < radius * radius)) continue;
         const Vector from = position + normalised(way) * lightNudge;
         if (isObstructed(scene, from, source, hit.lightX, hit.lightY)) continue;
-        sum = sum + lightFrom(light, squared);
+        sum = sum + lightFrom(light, std::sqrt(squared));
     }
     return {std::min(sum.x, scene.lightMaximum), std::min(sum.y, scene.lightMaximum),
             std::min(sum.z, scene.lightMaximum)};

@@ -7,9 +7,6 @@
 namespace kelmora {
 namespace {
 
-// Points nearer than this see each other.
-constexpr double shortest = 0.0001;
-
 bool crossesPlane(const Vector& from, double dz, double height, double enters, double leaves) {
     if (dz == 0) return false;
     const double at = (height - from.z) / dz;
@@ -23,10 +20,6 @@ bool crossesStep(const RenderScene& scene, std::int32_t enteredSlab, std::int32_
 }
 
 }  // namespace
-
-bool mayBeObstructed(const Vector& way) {
-    return way.isFinite() && !(dot(way, way) < shortest * shortest);
-}
 
 bool obstructsStep(const RenderScene& scene, const TileCell& cell, const TileCell& left, double z) {
     return crossesStep(scene, cell.roof, left.roof, scene.roofHeight(cell), scene.roofHeight(left), z) ||

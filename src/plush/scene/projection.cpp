@@ -135,7 +135,8 @@ private:
                hit.distance < scene_.renderDistance;
     }
     Vec3 shaded(const RayUnderWay& ray, const SurfaceHit& hit, const unsigned char* texel) const {
-        return shadedColour(scene_, ray.fogMultiplier, texel, lightAt(scene_, positionOf(ray, hit), hit), hit.distance);
+        return shadedColour(scene_, ray.fogMultiplier, texel, lightAt(scene_, positionOf(ray, hit), hit),
+                            hit.distance);
     }
     unsigned char* bytesAt(std::int32_t x, std::int32_t y) const {
         return output_.pixels + (std::int64_t{y} * output_.width + x) * 4;

@@ -1,6 +1,6 @@
 // The loops of a set of ray kernels. Included once by each set's source inside its unnamed namespace, where
-// these are defined: Fours, four doubles, and the operations on them; KELMORA_LANES, what their functions need
-// to be compiled for the set.
+// these are defined: Fours, four doubles, and the operations on them; KELMORA_LANES, what their functions
+// need to be compiled for the set.
 
 // One component of directions: those at the middle of the row, and what a step to the right adds.
 struct Component {
@@ -85,8 +85,9 @@ KELMORA_LANES void shade(const RenderScene& scene, const RayRun& run, unsigned c
             shadedChannel(_mm_srli_epi32(texel, 8), run.green + i, scene.fog.y, amount, rest);
         const __m128i blue =
             shadedChannel(_mm_srli_epi32(texel, 16), run.blue + i, scene.fog.z, amount, rest);
-        const __m128i pixel = _mm_or_si128(_mm_or_si128(red, _mm_slli_epi32(green, 8)),
-                                           _mm_or_si128(_mm_slli_epi32(blue, 16), _mm_set1_epi32(-0x1000000)));
+        const __m128i pixel =
+            _mm_or_si128(_mm_or_si128(red, _mm_slli_epi32(green, 8)),
+                         _mm_or_si128(_mm_slli_epi32(blue, 16), _mm_set1_epi32(-0x1000000)));
         _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels + i * 4), pixel);
     }
 }

@@ -35,8 +35,8 @@ struct RayRun {
 };
 
 struct RayKernels {
-    // Aims the rays through v and the first of `u`, a whole run of them. All that the camera has is finite, and
-    // so are the squares of its directions.
+    // Aims the rays through v and the first of `u`, a whole run of them. All that the camera has is finite,
+    // and so are the squares of its directions.
     void (*aim)(const RenderScene& scene, const double* u, double v, double floorHeight, double roofHeight,
                 RayRun& run);
     // The pixels of a whole run.

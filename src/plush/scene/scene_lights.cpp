@@ -58,8 +58,8 @@ void SceneLights::choose() {
         const Vector way = source.position - scene_.camera.eye;
         const double reach = scene_.renderDistance + radius + size + outsideTile;
         if (!(radius > 0) || !source.position.isFinite() || dot(way, way) > reach * reach) continue;
-        const double slack =
-            radius * 1.001 + outsideTile + 1e-9 * (std::fabs(source.position.x) + std::fabs(source.position.y));
+        const double slack = radius * 1.001 + outsideTile +
+                             1e-9 * (std::fabs(source.position.x) + std::fabs(source.position.y));
         source.firstX = std::max(cutTile(source.position.x - slack, size, columns), 0);
         source.lastX = std::min(cutTile(source.position.x + slack, size, columns), columns - 1);
         source.firstY = std::max(cutTile(source.position.y - slack, size, rows), 0);
@@ -74,8 +74,7 @@ void SceneLights::choose() {
 template <typename Visit>
 void SceneLights::forEachTile(const Source& source, const Visit& visit) const {
     const double size = scene_.tileSize;
-    const double slack =
-        outsideTile + 1e-9 * (std::fabs(source.position.x) + std::fabs(source.position.y));
+    const double slack = outsideTile + 1e-9 * (std::fabs(source.position.x) + std::fabs(source.position.y));
     for (std::int32_t x = source.firstX; x <= source.lastX; ++x) {
         const double acrossX = gap(source.position.x, x, size, slack);
         for (std::int32_t y = source.firstY; y <= source.lastY; ++y) {
@@ -125,8 +124,8 @@ std::span<const std::uint32_t> SceneLights::reaching(std::int32_t x, std::int32_
     const std::int32_t column = x - firstX_;
     const std::int32_t row = y - firstY_;
     if (column < 0 || column >= columns_ || row < 0 || row >= rows_) return {};
-    const std::size_t tile = static_cast<std::size_t>(column) * static_cast<std::size_t>(rows_) +
-                             static_cast<std::size_t>(row);
+    const std::size_t tile =
+        static_cast<std::size_t>(column) * static_cast<std::size_t>(rows_) + static_cast<std::size_t>(row);
     return std::span(numbers_).subspan(starts_[tile], starts_[tile + 1] - starts_[tile]);
 }
 
@@ -146,9 +145,11 @@ Vec3 SceneLights::at(const RayUnderWay& ray, const SurfaceHit& hit) const {
         const double squared = dot(way, way);
         if (!(squared < source.squaredRadius)) continue;
         if (isFull(sum)) break;
-        const Vector from = position + normalised(way) * lightNudge;
+        const double distance = std::sqrt(squared);
+        const Vector unit = squared > 0 ? way * (1 / distance) : way;
+        const Vector from = position + unit * lightNudge;
         if (isShaded(from, source.position, hit.lightX, hit.lightY)) continue;
-        sum = sum + lightFrom(source.light, squared);
+        sum = sum + lightFrom(source.light, distance);
     }
     return {std::min(sum.x, scene_.lightMaximum), std::min(sum.y, scene_.lightMaximum),
             std::min(sum.z, scene_.lightMaximum)};

@@ -37,7 +37,7 @@ private:
     bool isShaded(const Vector& from, const Vector& to, std::int32_t startX, std::int32_t startY) const;
 
     const RenderScene& scene_;
-    Vec3 least_;               // where no light reaches
+    Vec3 least_;                 // where no light reaches
     bool onlyBrightens_ = true;  // no light takes any away
     std::vector<Source> sources_;
     // A rectangle of tiles and the numbers of the sources that reach each of them.
