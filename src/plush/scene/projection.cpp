@@ -7,9 +7,10 @@
 #include <vector>
 
 #include "image/row_workers.h"
-#include "plush/scene/lighting.h"
+#include "plush/scene/ray_kernels.h"
 #include "plush/scene/raycast.h"
 #include "plush/scene/scene_faces.h"
+#include "plush/scene/scene_lights.h"
 
 namespace kelmora {
 namespace {
@@ -58,6 +59,8 @@ public:
     Projection(const RenderScene& scene, std::size_t textures, PlushImage& output)
         : scene_(scene),
           output_(output),
+          lights_(scene),
+          u_(columnsInRuns(output.width, [&](std::int32_t x) { return 2.0 * x / output.width - 1; })),
           pixels_(static_cast<std::size_t>(output.width) * static_cast<std::size_t>(output.height)) {
         forms_.resize(textures, TextureForm::Opaque);
         for (std::size_t i = 0; i < textures; ++i)
@@ -78,17 +81,17 @@ public:
     }
 
     void shadeRows(std::int32_t first, std::int32_t last) {
+        RayRun run{};
+        const RayKernels& kernels = rayKernels();
+        std::array<unsigned char, rayRunLength * 4> colours;
         for (std::int32_t y = first; y < last; ++y)
-            for (std::int32_t x = 0; x < output_.width; ++x) {
-                const Pixel& pixel = pixelAt(x, y);
-                Vec3 colour = scene_.fog;
-                if (pixel.face != noFace) {
-                    const RayUnderWay ray = rayThrough(x, y);
-                    SurfaceHit hit{};
-                    if (meet(ray, faces_[pixel.face], x, y, 1 / pixel.nearness, hit))
-                        colour = shaded(ray, hit, texelOf(hit));
-                }
-                store(x, y, colour);
+            for (std::int32_t x = 0; x < output_.width; x += static_cast<std::int32_t>(rayRunLength)) {
+                const std::int32_t count =
+                    std::min(output_.width - x, static_cast<std::int32_t>(rayRunLength));
+                kernels.aim(scene_, &u_[static_cast<std::size_t>(x)], v(y), 0, 0, run);
+                for (std::int32_t i = 0; i < count; ++i) see(x + i, y, static_cast<std::size_t>(i), run);
+                kernels.shade(scene_, run, colours.data());
+                std::copy_n(colours.data(), count * 4, bytesAt(x, y));
             }
     }
 
@@ -98,7 +101,7 @@ public:
         for (const FarFace& far : translucent_)
             rasterise(far.face, [&](std::int32_t x, std::int32_t y, double nearness) {
                 if (nearness < pixelAt(x, y).nearness) return;
-                mix(far.face, x, y, 1 / nearness);
+                mix(far.face, x, y);
             });
     }
 
@@ -117,7 +120,7 @@ private:
         return pixels_[static_cast<std::size_t>(y) * static_cast<std::size_t>(output_.width) +
                        static_cast<std::size_t>(x)];
     }
-    double u(double x) const { return 2 * x / output_.width - 1; }
+    double u(std::int32_t x) const { return u_[static_cast<std::size_t>(x)]; }
     double v(double y) const { return 2 * y / output_.height - 1; }
     RayUnderWay rayThrough(std::int32_t x, std::int32_t y) const {
         Ray ray;
@@ -128,15 +131,23 @@ private:
     static const unsigned char* texelOf(const SurfaceHit& hit) {
         return texelAt(hit.texture->pixels, hit.texture->width, hit.texture->height, hit.u, hit.v);
     }
-    bool meet(const RayUnderWay& ray, const SceneFace& face, std::int32_t x, std::int32_t y, double ahead,
-              SurfaceHit& hit) const {
-        const Vector direction = scene_.camera.directionAt(u(x), v(y));
-        return meetFace(scene_, ray, face, ahead * std::sqrt(dot(direction, direction)), hit) &&
-               hit.distance < scene_.renderDistance;
+    bool meet(const RayUnderWay& ray, const SceneFace& face, SurfaceHit& hit) const {
+        const double upright = face.acrossX ? (face.boundary - ray.origin.x) * ray.inverse.x
+                                            : (face.boundary - ray.origin.y) * ray.inverse.y;
+        return meetFace(scene_, ray, face, upright, hit) && hit.distance < scene_.renderDistance;
+    }
+    // What the solid faces show at a pixel.
+    void see(std::int32_t x, std::int32_t y, std::size_t i, RayRun& run) {
+        run.setFog(i);
+        const Pixel& pixel = pixelAt(x, y);
+        if (pixel.face == noFace) return;
+        const RayUnderWay ray = run.ray(scene_.camera.eye, i, false);
+        SurfaceHit hit{};
+        if (meet(ray, faces_[pixel.face], hit))
+            run.setHit(i, texelOf(hit), hit.distance, lights_.at(ray, hit));
     }
     Vec3 shaded(const RayUnderWay& ray, const SurfaceHit& hit, const unsigned char* texel) const {
-        return shadedColour(scene_, ray.fogMultiplier, texel, lightAt(scene_, positionOf(ray, hit), hit),
-                            hit.distance);
+        return shadedColour(scene_, ray.fogMultiplier, texel, lights_.at(ray, hit), hit.distance);
     }
     unsigned char* bytesAt(std::int32_t x, std::int32_t y) const {
         return output_.pixels + (std::int64_t{y} * output_.width + x) * 4;
@@ -157,7 +168,7 @@ private:
             if (nearness <= pixel.nearness * sameDepth) return;
             if (hasEdgesToTest) {
                 SurfaceHit hit{};
-                if (!meet(rayThrough(x, y), face, x, y, 1 / nearness, hit) || texelOf(hit)[3] == 0) return;
+                if (!meet(rayThrough(x, y), face, hit) || texelOf(hit)[3] == 0) return;
             }
             if (number == noFace) {
                 number = static_cast<std::uint32_t>(faces_.size());
@@ -167,10 +178,10 @@ private:
         });
     }
 
-    void mix(const SceneFace& face, std::int32_t x, std::int32_t y, double ahead) {
+    void mix(const SceneFace& face, std::int32_t x, std::int32_t y) {
         const RayUnderWay ray = rayThrough(x, y);
         SurfaceHit hit{};
-        if (!meet(ray, face, x, y, ahead, hit)) return;
+        if (!meet(ray, face, hit)) return;
         const unsigned char* texel = texelOf(hit);
         if (texel[3] == 0) return;
         if (texel[3] == 255) {
@@ -266,6 +277,8 @@ private:
 
     const RenderScene& scene_;
     PlushImage& output_;
+    SceneLights lights_;
+    std::vector<double> u_;
     std::vector<TextureForm> forms_;
     std::vector<Pixel> pixels_;
     std::vector<SceneFace> faces_;

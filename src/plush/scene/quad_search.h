@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 
 #include "plush/scene/tile_surfaces.h"
@@ -27,11 +28,24 @@ public:
 
 private:
     void tryQuad(std::uint32_t index) {
-        const Quad& quad = scene_.quads[index];
         QuadHit met;
-        if (!meetsQuad(ray_, span_, quad, index, last_, met) || met.distance > best_.distance) return;
-        if (found_ && met.distance == best_.distance && index > index_) return;
-        if (!scene_.texture(quad.texture)) return;
+        if (meetsQuad(ray_, span_, scene_.quads[index], index, last_, met)) offer(met, index);
+    }
+
+    // Equal quads in one place are met together: the first of them that comes behind the last one.
+    void tryStack(std::span<const std::uint32_t> stack) {
+        QuadHit met;
+        if (!meetsQuad(ray_, span_, scene_.quads[stack.front()], stack.back(), last_, met)) return;
+        const auto first = met.distance == last_.distance
+                               ? std::upper_bound(stack.begin(), stack.end(), last_.index)
+                               : stack.begin();
+        offer(met, *first);
+    }
+
+    void offer(const QuadHit& met, std::uint32_t index) {
+        if (met.distance > best_.distance || (found_ && met.distance == best_.distance && index > index_))
+            return;
+        if (!scene_.texture(scene_.quads[index].texture)) return;
         best_ = met;
         index_ = index;
         found_ = true;
@@ -64,7 +78,11 @@ private:
                 if (!takesLeft && !takesRight) break;
             }
             if (!node->isLeaf()) continue;
-            for (const std::uint32_t index : list.indices.subspan(node->first, node->count)) tryQuad(index);
+            const auto indices = list.indices.subspan(node->first, node->count);
+            if (node->isStack)
+                tryStack(indices);
+            else
+                for (const std::uint32_t index : indices) tryQuad(index);
         }
     }
 

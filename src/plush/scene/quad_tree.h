@@ -15,6 +15,7 @@ struct QuadNode {
     std::uint32_t first;  // in the list
     std::uint32_t count;
     std::uint32_t right;  // number of the right child; 0 in a leaf
+    bool isStack;         // a leaf of equal quads in one place, in their order
 
     bool isLeaf() const { return right == 0; }
 };

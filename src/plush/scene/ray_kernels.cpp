@@ -1,9 +1,6 @@
 #include "plush/scene/ray_kernels.h"
 
-#include <cstring>
-
 #include "base/cpu_features.h"
-#include "plush/scene/ray_surface.h"
 
 namespace kelmora {
 namespace {

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <vector>
 
-#include "plush/scene/render_scene.h"
+#include "plush/scene/ray_surface.h"
 
 // Loops over neighbouring rays of a picture's row. Each set gives the same bits as any other.
 namespace kelmora {
@@ -32,7 +35,34 @@ struct RayRun {
     alignas(32) Each<float> green;
     alignas(32) Each<float> blue;
     alignas(32) Each<std::uint32_t> texel;
+
+    RayUnderWay ray(const Vector& eye, std::size_t i, bool mayReflect) const {
+        RayUnderWay one;
+        one.origin = eye;
+        one.direction = {x[i], y[i], z[i]};
+        one.inverse = {inverseX[i], inverseY[i], inverseZ[i]};
+        one.fogMultiplier = fogMultiplier[i];
+        one.mayReflect = mayReflect;
+        return one;
+    }
+    void setFog(std::size_t i) { distance[i] = HUGE_VAL; }
+    void setHit(std::size_t i, const unsigned char* hitTexel, double hitDistance, const Vec3& light) {
+        std::memcpy(&texel[i], hitTexel, 4);
+        distance[i] = hitDistance;
+        red[i] = light.x;
+        green[i] = light.y;
+        blue[i] = light.z;
+    }
 };
+
+// The places of a picture's columns in whole runs, from the place of each.
+template <typename PlaceOf>
+std::vector<double> columnsInRuns(std::int32_t columns, const PlaceOf& placeOf) {
+    std::vector<double> places;
+    for (std::int32_t column = 0; column < columns; ++column) places.push_back(placeOf(column));
+    places.resize((places.size() + rayRunLength - 1) / rayRunLength * rayRunLength, 0);
+    return places;
+}
 
 struct RayKernels {
     // Aims the rays through v and the first of `u`, a whole run of them. All that the camera has is finite,

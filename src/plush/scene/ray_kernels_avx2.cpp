@@ -3,7 +3,6 @@
 #if defined(KELMORA_X86)
 
 #include "plush/scene/ray_kernels.h"
-#include "plush/scene/ray_surface.h"
 
 namespace kelmora {
 namespace {

@@ -94,8 +94,7 @@ public:
         const TileCell& cell = scene.map.cell(scene.map.find(scene.camera.tileX, scene.camera.tileY));
         floorHeight_ = scene.floorHeight(cell);
         roofHeight_ = scene.roofHeight(cell);
-        for (std::int32_t column = 0; column < blocks.columns(); ++column) u_.push_back(blocks.u(column));
-        u_.resize((u_.size() + rayRunLength - 1) / rayRunLength * rayRunLength, 0);
+        u_ = columnsInRuns(blocks.columns(), [&](std::int32_t column) { return blocks.u(column); });
     }
 
     void draw(std::int32_t row, TraceWork& work) const {
@@ -115,29 +114,20 @@ private:
         std::array<std::size_t, rayRunLength> layered;
         std::array<Vec3, rayRunLength> colours;
         std::size_t layeredCount = 0;
-        RayUnderWay ray;
-        ray.origin = scene_.camera.eye;
-        ray.mayReflect = scene_.rayDepth > 0;
         RayScratch& scratch = work.depths.front();
         for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
-            ray.direction = {run.x[i], run.y[i], run.z[i]};
-            ray.inverse = {run.inverseX[i], run.inverseY[i], run.inverseZ[i]};
-            ray.fogMultiplier = run.fogMultiplier[i];
+            const RayUnderWay ray = run.ray(scene_.camera.eye, i, scene_.rayDepth > 0);
             scratch.clear();
             work.mirroredRaysLeft = mirroredRaysOfPixel;
             const FastTracer::Sight sight =
                 tracer_.look(ray, scene_.camera.tileX, scene_.camera.tileY, {run.floor[i], run.roof[i]},
                              scratch, work.mirroredRaysLeft);
-            run.distance[i] = HUGE_VAL;
+            run.setFog(i);
             if (!scratch.layers.empty()) {
                 layered[layeredCount] = i;
                 colours[layeredCount++] = tracer_.compose(ray, sight, 0, work);
             } else if (sight.texel) {
-                std::memcpy(&run.texel[i], sight.texel, 4);
-                run.distance[i] = sight.distance;
-                run.red[i] = sight.light.x;
-                run.green[i] = sight.light.y;
-                run.blue[i] = sight.light.z;
+                run.setHit(i, sight.texel, sight.distance, sight.light);
             }
         }
         std::array<unsigned char, rayRunLength * 4> pixels;

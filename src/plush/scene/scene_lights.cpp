@@ -160,6 +160,7 @@ bool SceneLights::isShaded(const Vector& from, const Vector& to, std::int32_t st
                            std::int32_t startY) const {
     const Vector way = to - from;
     if (!mayBeObstructed(way)) return false;
+    if (!scene_.flags.isLaidOut()) return isObstructed(scene_, from, to, startX, startY);
     const std::size_t startIndex = scene_.map.find(startX, startY);
     if (startIndex == TileMap::outside) return false;
     FlagWalk walk(scene_.flags, from, way, {1 / way.x, 1 / way.y, 0}, scene_.tileSize, startX, startY, 0);

@@ -11,7 +11,6 @@ namespace kelmora {
 // The lights of a picture by the tiles that they reach. Gives the light of the plain way to the last bit.
 class SceneLights {
 public:
-    // The scene's flags have to be laid out.
     explicit SceneLights(const RenderScene& scene);
 
     // The light at a hit, as `lightAt` has it.
