@@ -91,3 +91,68 @@ KELMORA_LANES void shade(const RenderScene& scene, const RayRun& run, unsigned c
         _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels + i * 4), pixel);
     }
 }
+
+KELMORA_LANES bool cover(double base, double slope, const double* u, std::size_t count, std::uint32_t number,
+                         double* nearness, std::uint32_t* numbers) {
+    const __m128 own = _mm_castsi128_ps(_mm_set1_epi32(static_cast<std::int32_t>(number)));
+    __m128 seen = _mm_setzero_ps();
+    std::size_t i = 0;
+    for (; i + 4 <= count; i += 4) {
+        const Fours near = add(all(base), multiply(all(slope), load(u + i)));
+        const Fours other = load(nearness + i);
+        const Fours wins = less(multiply(other, all(sameDepth)), near);
+        const __m128 narrow = narrowedMask(wins);
+        seen = _mm_or_ps(seen, narrow);
+        storeAnywhere(nearness + i, choose(wins, near, other));
+        const __m128 old = _mm_loadu_ps(reinterpret_cast<const float*>(numbers + i));
+        _mm_storeu_ps(reinterpret_cast<float*>(numbers + i),
+                      _mm_or_ps(_mm_and_ps(narrow, own), _mm_andnot_ps(narrow, old)));
+    }
+    const bool isSeen =
+        plainRayKernels.cover(base, slope, u + i, count - i, number, nearness + i, numbers + i);
+    return isSeen || _mm_movemask_ps(seen) != 0;
+}
+
+// The number of a texel; anything for a coordinate that is out of all bounds.
+KELMORA_LANES inline __m128i texelNumber(Fours coordinate, std::int32_t count) {
+    const Fours part = add(coordinate, negated(whole(coordinate)));
+    const Fours inside = choose(less(part, all(0)), add(part, all(1)), part);
+    const Fours limit = all(count - 1);
+    const Fours texel = multiply(inside, all(count));
+    return integers(choose(less(texel, limit), choose(less(all(0), texel), texel, all(0)), limit));
+}
+
+KELMORA_LANES void map(const Camera& camera, const FaceRow& face, const double* u, const double* nearness,
+                       std::size_t first, std::size_t count, RayRun& run) {
+    const SceneTexture& texture = *face.texture;
+    const double downwards = face.v * camera.halfHeight;
+    const Fours squaredDown = all(1 + downwards * downwards);
+    const Fours squaredV = all(face.v * face.v);
+    const Fours one = all(1);
+    for (std::size_t i = 0; i < count; i += 4) {
+        const Fours across = load(u + i);
+        const Fours ahead = divide(one, load(nearness + i));
+        const Fours along =
+            add(all(face.along.start),
+                multiply(add(all(face.along.middle), multiply(all(face.along.slope), across)), ahead));
+        const Fours down =
+            add(all(face.down.start),
+                multiply(add(all(face.down.middle), multiply(all(face.down.slope), across)), ahead));
+        const Fours aside = multiply(across, all(camera.halfWidth));
+        storeAnywhere(run.distance + first + i,
+                      multiply(ahead, root(add(squaredDown, multiply(aside, aside)))));
+        const Fours corner = root(add(multiply(across, across), squaredV));
+        storeAnywhere(run.fogMultiplier + first + i,
+                      add(multiply(corner, all(fogTowardsCorner * fogOfCorner)), one));
+        alignas(16) std::int32_t columns[4];
+        alignas(16) std::int32_t rows[4];
+        _mm_store_si128(reinterpret_cast<__m128i*>(columns), texelNumber(along, texture.width));
+        _mm_store_si128(reinterpret_cast<__m128i*>(rows), texelNumber(down, texture.height));
+        for (std::size_t lane = 0; lane < 4; ++lane) {
+            const std::size_t texel =
+                static_cast<std::size_t>(rows[lane]) * static_cast<std::size_t>(texture.width) +
+                static_cast<std::size_t>(columns[lane]);
+            std::memcpy(&run.texel[first + i + lane], texture.pixels + texel * 4, 4);
+        }
+    }
+}

@@ -33,9 +33,39 @@ void shade(const RenderScene& scene, const RayRun& run, unsigned char* pixels) {
     }
 }
 
+bool cover(double base, double slope, const double* u, std::size_t count, std::uint32_t number,
+           double* nearness, std::uint32_t* numbers) {
+    bool isSeen = false;
+    for (std::size_t i = 0; i < count; ++i) {
+        const double own = base + slope * u[i];
+        if (!(own > nearness[i] * sameDepth)) continue;
+        nearness[i] = own;
+        numbers[i] = number;
+        isSeen = true;
+    }
+    return isSeen;
+}
+
+void map(const Camera& camera, const FaceRow& face, const double* u, const double* nearness,
+         std::size_t first, std::size_t count, RayRun& run) {
+    const double down = face.v * camera.halfHeight;
+    for (std::size_t i = 0; i < count; ++i) {
+        const double ahead = 1 / nearness[i];
+        const double aside = u[i] * camera.halfWidth;
+        const auto at = [&](const FaceRow::Coordinate& c) {
+            return c.start + (c.middle + c.slope * u[i]) * ahead;
+        };
+        const SceneTexture& texture = *face.texture;
+        std::memcpy(&run.texel[first + i],
+                    texelAt(texture.pixels, texture.width, texture.height, at(face.along), at(face.down)), 4);
+        run.distance[first + i] = ahead * std::sqrt(1 + aside * aside + down * down);
+        run.fogMultiplier[first + i] = fogMultiplierAt(u[i], face.v);
+    }
+}
+
 }  // namespace
 
-const RayKernels plainRayKernels{aim, shade};
+const RayKernels plainRayKernels{aim, shade, cover, map};
 
 const RayKernels& rayKernels() {
 #if defined(KELMORA_X86)

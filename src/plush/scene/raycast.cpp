@@ -100,7 +100,7 @@ public:
     void draw(std::int32_t row, TraceWork& work) const {
         RayRun run{};
         const double v = blocks_.v(row);
-        for (std::size_t first = 0; first < u_.size(); first += rayRunLength) {
+        for (std::size_t first = 0; first + rayRunLength <= u_.size(); first += rayRunLength) {
             kernels_.aim(scene_, &u_[first], v, floorHeight_, roofHeight_, run);
             const std::int32_t column = static_cast<std::int32_t>(first);
             drawRun(run, column, std::min<std::int32_t>(rayRunLength, blocks_.columns() - column), row, work);

@@ -134,12 +134,9 @@ bool SceneLights::isFull(const Vec3& sum) const {
            sum.z >= scene_.lightMaximum;
 }
 
-Vec3 SceneLights::at(const RayUnderWay& ray, const SurfaceHit& hit) const {
-    const std::span<const std::uint32_t> numbers = reaching(hit.lightX, hit.lightY);
-    if (numbers.empty()) return least_;
-    const Vector position = positionOf(ray, hit);
+Vec3 SceneLights::at(const Vector& position, std::int32_t tileX, std::int32_t tileY) const {
     Vec3 sum{scene_.lightMinimum, scene_.lightMinimum, scene_.lightMinimum};
-    for (const std::uint32_t number : numbers) {
+    for (const std::uint32_t number : reaching(tileX, tileY)) {
         const Source& source = sources_[number];
         const Vector way = source.position - position;
         const double squared = dot(way, way);
@@ -148,7 +145,7 @@ Vec3 SceneLights::at(const RayUnderWay& ray, const SurfaceHit& hit) const {
         const double distance = std::sqrt(squared);
         const Vector unit = squared > 0 ? way * (1 / distance) : way;
         const Vector from = position + unit * lightNudge;
-        if (isShaded(from, source.position, hit.lightX, hit.lightY)) continue;
+        if (isShaded(from, source.position, tileX, tileY)) continue;
         sum = sum + lightFrom(source.light, distance);
     }
     return {std::min(sum.x, scene_.lightMaximum), std::min(sum.y, scene_.lightMaximum),

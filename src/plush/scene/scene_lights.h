@@ -14,7 +14,13 @@ public:
     explicit SceneLights(const RenderScene& scene);
 
     // The light at a hit, as `lightAt` has it.
-    Vec3 at(const RayUnderWay& ray, const SurfaceHit& hit) const;
+    Vec3 at(const RayUnderWay& ray, const SurfaceHit& hit) const {
+        return reaches(hit.lightX, hit.lightY) ? at(positionOf(ray, hit), hit.lightX, hit.lightY) : least_;
+    }
+    Vec3 at(const Vector& position, std::int32_t tileX, std::int32_t tileY) const;
+    // Whether any light reaches a tile; where none does there is the least light.
+    bool reaches(std::int32_t x, std::int32_t y) const { return !reaching(x, y).empty(); }
+    const Vec3& least() const { return least_; }
 
 private:
     // A light that may count, and the tiles that it reaches.
