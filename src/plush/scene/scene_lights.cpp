@@ -8,12 +8,18 @@
 #include "plush/scene/flag_walk.h"
 #include "plush/scene/lighting.h"
 #include "plush/scene/obstruction.h"
+#include "plush/scene/open_view.h"
 
 namespace kelmora {
 namespace {
 
 // What the lists of all tiles may hold together, and the tiles that may have one.
 constexpr std::uint64_t maximumEntries = std::uint64_t{1} << 20;
+// A view is looked at for so many entries; that takes about a microsecond each.
+constexpr std::size_t maximumViews = 4096;
+constexpr std::uint32_t isOpen = std::uint32_t{1} << 31;
+// Lights nearer than this are looked at in the plain way.
+constexpr double nearestOpen = 0.001;
 // Hits lie in their tile but for rounding and for the steps off a mirror; this is far more.
 constexpr double outsideTile = 0.02;
 
@@ -52,7 +58,7 @@ void SceneLights::choose() {
     std::int32_t rows = 0;
     for (std::int32_t x = 0; x < columns; ++x) rows = std::max(rows, scene_.map.rows(x));
     for (const LightSource& light : scene_.lights) {
-        Source source{light, Vector(Vec3{light.x, light.y, light.z}), 0, 0, 0, 0, 0};
+        Source source{light, Vector(Vec3{light.x, light.y, light.z}), 0, 0, 0, 0, 0, 0, 0};
         const double radius = std::fabs(static_cast<double>(light.radius));
         source.squaredRadius = radius * radius;
         const Vector way = source.position - scene_.camera.eye;
@@ -80,8 +86,7 @@ void SceneLights::forEachTile(const Source& source, const Visit& visit) const {
         for (std::int32_t y = source.firstY; y <= source.lastY; ++y) {
             const double acrossY = gap(source.position.y, y, size, slack);
             if (acrossX * acrossX + acrossY * acrossY <= source.squaredRadius * 1.001)
-                visit(static_cast<std::size_t>(x - firstX_) * static_cast<std::size_t>(rows_) +
-                      static_cast<std::size_t>(y - firstY_));
+                visit(tileNumber(x - firstX_, y - firstY_));
         }
     }
 }
@@ -117,6 +122,22 @@ void SceneLights::layOut() {
     for (std::size_t i = 0; i < sources_.size(); ++i)
         forEachTile(sources_[i],
                     [&](std::size_t tile) { numbers_[next[tile]++] = static_cast<std::uint32_t>(i); });
+    if (numbers_.size() <= maximumViews) openViews();
+}
+
+void SceneLights::openViews() {
+    std::vector<OpenView> views;
+    for (Source& source : sources_) {
+        views.emplace_back(scene_, source.position);
+        source.floor = views.back().floorHeight();
+        source.roof = views.back().roofHeight();
+    }
+    for (std::int32_t x = 0; x < columns_; ++x)
+        for (std::int32_t y = 0; y < rows_; ++y) {
+            const std::size_t tile = tileNumber(x, y);
+            for (std::uint32_t i = starts_[tile]; i < starts_[tile + 1]; ++i)
+                if (views[numbers_[i]].isOpen(firstX_ + x, firstY_ + y)) numbers_[i] |= isOpen;
+        }
 }
 
 std::span<const std::uint32_t> SceneLights::reaching(std::int32_t x, std::int32_t y) const {
@@ -137,15 +158,18 @@ bool SceneLights::isFull(const Vec3& sum) const {
 Vec3 SceneLights::at(const Vector& position, std::int32_t tileX, std::int32_t tileY) const {
     Vec3 sum{scene_.lightMinimum, scene_.lightMinimum, scene_.lightMinimum};
     for (const std::uint32_t number : reaching(tileX, tileY)) {
-        const Source& source = sources_[number];
+        const Source& source = sources_[number & ~isOpen];
         const Vector way = source.position - position;
         const double squared = dot(way, way);
         if (!(squared < source.squaredRadius)) continue;
         if (isFull(sum)) break;
         const double distance = std::sqrt(squared);
-        const Vector unit = squared > 0 ? way * (1 / distance) : way;
-        const Vector from = position + unit * lightNudge;
-        if (isShaded(from, source.position, tileX, tileY)) continue;
+        const bool isSeen = (number & isOpen) && position.z >= source.floor && position.z <= source.roof &&
+                            distance > nearestOpen;
+        if (!isSeen) {
+            const Vector unit = squared > 0 ? way * (1 / distance) : way;
+            if (isShaded(position + unit * lightNudge, source.position, tileX, tileY)) continue;
+        }
         sum = sum + lightFrom(source.light, distance);
     }
     return {std::min(sum.x, scene_.lightMaximum), std::min(sum.y, scene_.lightMaximum),

@@ -28,6 +28,8 @@ private:
         LightSource light;
         Vector position;
         double squaredRadius;
+        double floor;  // heights of the slabs where the view is open
+        double roof;
         std::int32_t firstX;
         std::int32_t lastX;
         std::int32_t firstY;
@@ -37,6 +39,11 @@ private:
     void layOut();
     template <typename Visit>
     void forEachTile(const Source& source, const Visit& visit) const;
+    void openViews();
+    std::size_t tileNumber(std::int32_t column, std::int32_t row) const {
+        return static_cast<std::size_t>(column) * static_cast<std::size_t>(rows_) +
+               static_cast<std::size_t>(row);
+    }
     std::span<const std::uint32_t> reaching(std::int32_t x, std::int32_t y) const;
     bool isFull(const Vec3& sum) const;
     bool isShaded(const Vector& from, const Vector& to, std::int32_t startX, std::int32_t startY) const;
@@ -45,7 +52,8 @@ private:
     Vec3 least_;                 // where no light reaches
     bool onlyBrightens_ = true;  // no light takes any away
     std::vector<Source> sources_;
-    // A rectangle of tiles and the numbers of the sources that reach each of them.
+    // A rectangle of tiles and the numbers of the sources that reach each of them, with a bit where nothing
+    // can stand in between.
     std::int32_t firstX_ = 0;
     std::int32_t firstY_ = 0;
     std::int32_t columns_ = 0;
