@@ -302,6 +302,39 @@ TEST(RaycastAgreement, TheFastWayGivesTheBytesOfThePlainOne) {
     }
 }
 
+// Pillars and lights between them, where light falls over open ground and through gaps.
+TEST(RaycastAgreement, LightAmongPillarsHasThePlainBytes) {
+    for (unsigned seed = 0; seed < 40; ++seed) {
+        SCOPED_TRACE(seed);
+        std::mt19937 random(seed);
+        const auto decimal = [&](int low, int high) {
+            return static_cast<float>(low) +
+                   static_cast<float>(random() % 1000) / 1000 * static_cast<float>(high - low);
+        };
+        LivePicture wall(1, 1, 200, 100, 0), slab(1, 1, 0, 200, 100);
+        Scene scene;
+        buildRoom(scene, 12, 12);
+        TileTable walls(12, std::vector<std::int32_t>(12, 1)), offsets(12, std::vector<std::int32_t>(12, 0));
+        for (std::size_t x = 1; x < 11; ++x)
+            for (std::size_t y = 1; y < 11; ++y) {
+                walls[x][y] = random() % 5 == 0;
+                offsets[x][y] = seed % 4 == 0 && random() % 12 == 0 ? 3 : 0;
+            }
+        walls[6][6] = 0;
+        scene.setTiles(TileLayer::Walls, walls);
+        scene.setTiles(TileLayer::FloorOffsets, offsets);
+        scene.setTextures({nullptr, wall.get(), slab.get(), slab.get()});
+        for (int i = 0; i < 8; ++i) {
+            const float whole = random() % 4 == 0 ? 16.0f : 0.01f;
+            scene.spawnLight(std::round(decimal(16, 176) / whole) * whole, decimal(16, 176), decimal(-2, 18),
+                             90, 60, 30, decimal(10, 100));
+        }
+        scene.player = {decimal(96, 112), decimal(96, 112), decimal(2, 14), decimal(0, 6), 0};
+        scene.settings.accuracy = 1;
+        expectPlainBytes(scene, 96, 48);
+    }
+}
+
 TEST(RaycastAgreement, AnyNumberOfWorkersGivesTheSameBytes) {
     for (unsigned seed = 0; seed < 150; ++seed) {
         SCOPED_TRACE(seed);

@@ -86,7 +86,8 @@ bool OpenView::isOpen(std::int32_t tileX, std::int32_t tileY) const {
                 }
             }
         if (low > high) continue;
-        if (!isFree(x, std::max(tileOf(low - slack_, size), firstY), std::min(tileOf(high + slack_, size), lastY)))
+        if (!isFree(x, std::max(tileOf(low - slack_, size), firstY),
+                    std::min(tileOf(high + slack_, size), lastY)))
             return false;
     }
     return true;

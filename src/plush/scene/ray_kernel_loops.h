@@ -95,22 +95,21 @@ KELMORA_LANES void shade(const RenderScene& scene, const RayRun& run, unsigned c
 KELMORA_LANES bool cover(double base, double slope, const double* u, std::size_t count, std::uint32_t number,
                          double* nearness, std::uint32_t* numbers) {
     const __m128 own = _mm_castsi128_ps(_mm_set1_epi32(static_cast<std::int32_t>(number)));
-    __m128 seen = _mm_setzero_ps();
+    bool isSeen = false;
     std::size_t i = 0;
     for (; i + 4 <= count; i += 4) {
         const Fours near = add(all(base), multiply(all(slope), load(u + i)));
         const Fours other = load(nearness + i);
         const Fours wins = less(multiply(other, all(sameDepth)), near);
         const __m128 narrow = narrowedMask(wins);
-        seen = _mm_or_ps(seen, narrow);
+        if (_mm_movemask_ps(narrow) == 0) continue;
+        isSeen = true;
         storeAnywhere(nearness + i, choose(wins, near, other));
         const __m128 old = _mm_loadu_ps(reinterpret_cast<const float*>(numbers + i));
         _mm_storeu_ps(reinterpret_cast<float*>(numbers + i),
                       _mm_or_ps(_mm_and_ps(narrow, own), _mm_andnot_ps(narrow, old)));
     }
-    const bool isSeen =
-        plainRayKernels.cover(base, slope, u + i, count - i, number, nearness + i, numbers + i);
-    return isSeen || _mm_movemask_ps(seen) != 0;
+    return plainRayKernels.cover(base, slope, u + i, count - i, number, nearness + i, numbers + i) || isSeen;
 }
 
 // The number of a texel; anything for a coordinate that is out of all bounds.
