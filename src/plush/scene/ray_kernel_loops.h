@@ -112,6 +112,11 @@ KELMORA_LANES bool cover(double base, double slope, const double* u, std::size_t
     return plainRayKernels.cover(base, slope, u + i, count - i, number, nearness + i, numbers + i) || isSeen;
 }
 
+// To the precision that fog shows.
+KELMORA_LANES inline Fours roughRoot(Fours a) {
+    return widened(_mm_sqrt_ps(narrowed(a)));
+}
+
 // The number of a texel; anything for a coordinate that is out of all bounds.
 KELMORA_LANES inline __m128i texelNumber(Fours coordinate, std::int32_t count) {
     const Fours part = add(coordinate, negated(whole(coordinate)));
@@ -139,8 +144,8 @@ KELMORA_LANES void map(const Camera& camera, const FaceRow& face, const double* 
                 multiply(add(all(face.down.middle), multiply(all(face.down.slope), across)), ahead));
         const Fours aside = multiply(across, all(camera.halfWidth));
         storeAnywhere(run.distance + first + i,
-                      multiply(ahead, root(add(squaredDown, multiply(aside, aside)))));
-        const Fours corner = root(add(multiply(across, across), squaredV));
+                      multiply(ahead, roughRoot(add(squaredDown, multiply(aside, aside)))));
+        const Fours corner = roughRoot(add(multiply(across, across), squaredV));
         storeAnywhere(run.fogMultiplier + first + i,
                       add(multiply(corner, all(fogTowardsCorner * fogOfCorner)), one));
         alignas(16) std::int32_t columns[4];

@@ -1,6 +1,9 @@
 #include "plush/scene/ray_kernels.h"
 
+#include <algorithm>
+
 #include "base/cpu_features.h"
+#include "base/saturating.h"
 
 namespace kelmora {
 namespace {
@@ -46,20 +49,33 @@ bool cover(double base, double slope, const double* u, std::size_t count, std::u
     return isSeen;
 }
 
+double roughRoot(double value) {
+    return static_cast<double>(std::sqrt(static_cast<float>(value)));
+}
+
+std::size_t texelNumber(double coordinate, std::int32_t count) {
+    const double part = coordinate - saturatingInt(coordinate);
+    const double texel = (part < 0 ? part + 1 : part) * count;
+    return static_cast<std::size_t>(std::clamp(saturatingInt(texel), 0, count - 1));
+}
+
 void map(const Camera& camera, const FaceRow& face, const double* u, const double* nearness,
          std::size_t first, std::size_t count, RayRun& run) {
-    const double down = face.v * camera.halfHeight;
+    const double downwards = face.v * camera.halfHeight;
+    const SceneTexture& texture = *face.texture;
     for (std::size_t i = 0; i < count; ++i) {
         const double ahead = 1 / nearness[i];
         const double aside = u[i] * camera.halfWidth;
-        const auto at = [&](const FaceRow::Coordinate& c) {
-            return c.start + (c.middle + c.slope * u[i]) * ahead;
+        const auto at = [&](const FaceRow::Coordinate& coordinate) {
+            return coordinate.start + (coordinate.middle + coordinate.slope * u[i]) * ahead;
         };
-        const SceneTexture& texture = *face.texture;
+        const std::size_t column = texelNumber(at(face.along), texture.width);
+        const std::size_t row = texelNumber(at(face.down), texture.height);
         std::memcpy(&run.texel[first + i],
-                    texelAt(texture.pixels, texture.width, texture.height, at(face.along), at(face.down)), 4);
-        run.distance[first + i] = ahead * std::sqrt(1 + aside * aside + down * down);
-        run.fogMultiplier[first + i] = fogMultiplierAt(u[i], face.v);
+                    texture.pixels + (row * static_cast<std::size_t>(texture.width) + column) * 4, 4);
+        run.distance[first + i] = ahead * roughRoot(1 + downwards * downwards + aside * aside);
+        run.fogMultiplier[first + i] =
+            roughRoot(u[i] * u[i] + face.v * face.v) * (fogTowardsCorner * fogOfCorner) + 1;
     }
 }
 

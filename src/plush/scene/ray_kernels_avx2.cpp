@@ -51,6 +51,9 @@ KELMORA_LANES inline Fours choose(Fours mask, Fours a, Fours b) {
 KELMORA_LANES inline __m128 narrowed(Fours a) {
     return _mm256_cvtpd_ps(a);
 }
+KELMORA_LANES inline Fours widened(__m128 a) {
+    return _mm256_cvtps_pd(a);
+}
 KELMORA_LANES inline void storeAnywhere(double* to, Fours value) {
     _mm256_storeu_pd(to, value);
 }

@@ -55,6 +55,9 @@ inline Fours choose(Fours mask, Fours a, Fours b) {
 inline __m128 narrowed(Fours a) {
     return _mm_movelh_ps(_mm_cvtpd_ps(a.low), _mm_cvtpd_ps(a.high));
 }
+inline Fours widened(__m128 a) {
+    return {_mm_cvtps_pd(a), _mm_cvtps_pd(_mm_movehl_ps(a, a))};
+}
 inline void storeAnywhere(double* to, Fours value) {
     _mm_storeu_pd(to, value.low);
     _mm_storeu_pd(to + 2, value.high);
