@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <limits>
 
+#include "plush/scene/projection.h"
 #include "plush/scene_fixture.h"
 
 namespace kelmora {
@@ -14,6 +15,13 @@ namespace {
 using Pixel = std::vector<int>;
 
 constexpr float infinite = std::numeric_limits<float>::infinity();
+
+void expectPlainBytes(const Scene& scene, int width, int height) {
+    LivePicture plain(width, height, 1, 1, 1), fast(width, height, 9, 9, 9);
+    renderScenePlainly(scene, *plain, 1);
+    renderScene(scene, *fast, 1);
+    ASSERT_EQ(plain.bytes(), fast.bytes());
+}
 
 // A room of 8 by 3 tiles of one colour each, seen from its left end along x, with one ray a pixel.
 class Raycast : public testing::Test {
@@ -234,6 +242,49 @@ TEST_F(Raycast, MirrorsShowWhatLiesBeforeThem) {
     EXPECT_EQ(output.pixel(4, 4), (Pixel{90, 90, 90, 255}));
 }
 
+TEST_F(Raycast, PanesThatMirrorEachOtherEnd) {
+    scene.settings.renderDistance = infinite;
+    LivePicture glass(1, 1, 0, 100, 50, 51), mirror(1, 1, 255, 255, 255);
+    insertReflection(*glass, *mirror);
+    scene.setTextures({nullptr, wall.get(), floor.get(), roof.get(), glass.get()});
+    std::vector<Quad> panes;
+    for (int i = 0; i < 12; ++i) panes.push_back(screenAt(static_cast<float>(40 + i), 4));
+    scene.setQuads(panes);
+    scene.settings.rayDepth = 6;
+    // Twelve panes would take millions of rays for each pixel.
+    expectPlainBytes(scene, 2, 2);
+}
+
+TEST_F(Raycast, CrowdsInOnePlaceCostLittle) {
+    LivePicture clear(1, 1, 9, 9, 9, 0);
+    scene.setTextures({nullptr, wall.get(), floor.get(), roof.get(), other.get(), clear.get()});
+    scene.setQuads(std::vector<Quad>(20000, screenAt(60, 4)));
+    scene.settings.renderDistance = infinite;
+    scene.setFieldOfView(0);
+    draw();
+    EXPECT_EQ(output.pixel(4, 4), (Pixel{90, 90, 90, 255}));
+    std::vector<Quad> quads(100, screenAt(60, 5));
+    quads.push_back(screenAt(60, 4));
+    scene.setQuads(quads);
+    draw();
+    EXPECT_EQ(output.pixel(4, 4), (Pixel{90, 90, 90, 255})) << "the last of a stack behind clear ones";
+}
+
+TEST_F(Raycast, RaggedMapsLookThePlainWay) {
+    TileTable walls(2000);
+    walls[0].assign(2000, 1);
+    for (std::size_t x = 1; x < 8; ++x) walls[x] = {1, 0, 1};
+    walls[7][1] = 1;
+    scene.setTiles(TileLayer::Walls, walls);
+    scene.spawnLight(60, 24, 8, 200, 200, 200, 90);
+    EXPECT_FALSE(scene.tileFlags().isLaidOut());
+    expectPlainBytes(scene, 30, 20);
+    draw();
+    const std::vector<unsigned char> traced = output.bytes();
+    projectScene(scene, *output, 1);
+    EXPECT_EQ(output.bytes(), traced);
+}
+
 TEST_F(Raycast, LightsReachAndWallsAndSlabsShade) {
     scene.settings.renderDistance = infinite;
     scene.settings.lightMinimum = 0.25f;
@@ -278,13 +329,6 @@ TEST_F(Raycast, KilledTexturesAreNone) {
     scene.setTextures({nullptr, output.get(), output.get(), output.get()});
     draw();
     EXPECT_EQ(output.pixel(4, 4), (Pixel{0, 0, 255, 255})) << "what the output showed before";
-}
-
-void expectPlainBytes(const Scene& scene, int width, int height) {
-    LivePicture plain(width, height, 1, 1, 1), fast(width, height, 9, 9, 9);
-    renderScenePlainly(scene, *plain, 1);
-    renderScene(scene, *fast, 1);
-    ASSERT_EQ(plain.bytes(), fast.bytes());
 }
 
 // KELMORA_SCENE_SEEDS asks for more.
