@@ -5,8 +5,8 @@
 #include "plush/scene/projection.h"
 #include "plush/scene_fixture.h"
 
-// A scene from a seed, with any bits at all for its numbers, gives a picture both ways, and the same one with
-// workers.
+// A scene from a seed, with any bits at all for its numbers, gives a picture both ways, and the one of the
+// plain tracer with workers.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace kelmora;
     std::uint32_t words[10] = {};
@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (words[9] >> 8 & 1u) scene.setTileSize(tileSize);
     if (words[9] >> 9 & 1u) scene.setFieldOfView(static_cast<double>(tileSize));
     LivePicture one(9, 6, 0, 0, 0), other(9, 6, 0, 0, 0);
-    renderScene(scene, *one, 1);
+    renderScenePlainly(scene, *one, 1);
     renderScene(scene, *other, 3);
     if (one.bytes() != other.bytes()) std::abort();
     projectScene(scene, *other, 1);

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "base/saturating.h"
@@ -24,6 +25,21 @@ Scene& sceneOf(const BindingCall& call) {
 
 float single(const BindingCall& call, std::size_t index, std::string_view name) {
     return static_cast<float>(call.number(index, name));
+}
+
+std::int32_t whole(const BindingCall& call, std::size_t index, std::string_view name) {
+    return call.integer(index, name);
+}
+
+// The first arguments, all of which have to be there.
+template <typename Value, std::size_t count>
+std::array<Value, count> several(const BindingCall& call,
+                                 Value (*read)(const BindingCall&, std::size_t, std::string_view),
+                                 const std::string_view (&names)[count]) {
+    call.require(count);
+    std::array<Value, count> values;
+    for (std::size_t i = 0; i < count; ++i) values[i] = read(call, i, names[i]);
+    return values;
 }
 
 // The map
@@ -73,9 +89,7 @@ Variable setSize(const BindingCall& call) {
 // The player
 
 Variable setPlayerPosition(const BindingCall& call) {
-    call.require(2);
-    const float x = single(call, 0, "x");
-    const float y = single(call, 1, "y");
+    const auto [x, y] = several(call, single, {"x", "y"});
     sceneOf(call).player.x = x;
     sceneOf(call).player.y = y;
     return {};
@@ -173,19 +187,14 @@ Variable setReflection(const BindingCall& call) {
 }
 
 Variable setLightLevel(const BindingCall& call) {
-    call.require(2);
-    const float minimum = single(call, 0, "min");
-    const float maximum = single(call, 1, "max");
+    const auto [minimum, maximum] = several(call, single, {"min", "max"});
     sceneOf(call).settings.lightMinimum = minimum;
     sceneOf(call).settings.lightMaximum = maximum;
     return {};
 }
 
 Variable setFog(const BindingCall& call) {
-    call.require(3);
-    const std::int32_t red = call.integer(0, "r");
-    const std::int32_t green = call.integer(1, "g");
-    const std::int32_t blue = call.integer(2, "b");
+    const auto [red, green, blue] = several(call, whole, {"r", "g", "b"});
     SceneSettings& settings = sceneOf(call).settings;
     settings.fogRed = red;
     settings.fogGreen = green;
@@ -194,14 +203,9 @@ Variable setFog(const BindingCall& call) {
 }
 
 Variable spawnLight(const BindingCall& call) {
-    call.require(7);
-    const float x = single(call, 0, "x");
-    const float y = single(call, 1, "y");
-    const float z = single(call, 2, "z");
-    const float r = single(call, 3, "r");
-    const float g = single(call, 4, "g");
-    const float b = single(call, 5, "b");
-    sceneOf(call).spawnLight(x, y, z, r, g, b, single(call, 6, "intensity"));
+    const auto [x, y, z, r, g, b, radius] =
+        several(call, single, {"x", "y", "z", "r", "g", "b", "intensity"});
+    sceneOf(call).spawnLight(x, y, z, r, g, b, radius);
     return {};
 }
 

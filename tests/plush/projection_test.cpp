@@ -52,7 +52,7 @@ TEST(Projection, MixesGlassAndCutsOutClearTexels) {
     scene.setTextures({nullptr, wall.get(), wall.get(), wall.get(), glass.get(), clear.get()});
     std::vector<Quad> quads;
     for (const auto& [x, texture] : {std::pair{50.0f, 4}, {60.0f, 5}, {40.0f, 5}, {70.0f, 4}}) {
-        Quad quad{{x, 16, 16}, {x, 32, 16}, {x, 32, 0}, {x, 16, 0}, texture, {}, 0, 0, 0, 0, 0, 0};
+        Quad quad{{x, 16, 16}, {x, 32, 16}, {x, 32, 0}, {x, 16, 0}, texture, {}, {}};
         quads.push_back(quad);
     }
     scene.setQuads(quads);

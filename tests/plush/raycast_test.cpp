@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
+#include "plush/scene/projection.h"
 #include "plush/scene_fixture.h"
 
 namespace kelmora {
@@ -13,6 +15,13 @@ namespace {
 using Pixel = std::vector<int>;
 
 constexpr float infinite = std::numeric_limits<float>::infinity();
+
+void expectPlainBytes(const Scene& scene, int width, int height) {
+    LivePicture plain(width, height, 1, 1, 1), fast(width, height, 9, 9, 9);
+    renderScenePlainly(scene, *plain, 1);
+    renderScene(scene, *fast, 1);
+    ASSERT_EQ(plain.bytes(), fast.bytes());
+}
 
 // A room of 8 by 3 tiles of one colour each, seen from its left end along x, with one ray a pixel.
 class Raycast : public testing::Test {
@@ -32,7 +41,7 @@ protected:
         scene.setTiles(layer, table);
     }
     Quad screenAt(float x, int texture) {
-        return {{x, 16, 16}, {x, 32, 16}, {x, 32, 0}, {x, 16, 0}, texture, {}, 0, 0, 0, 0, 0, 0};
+        return {{x, 16, 16}, {x, 32, 16}, {x, 32, 0}, {x, 16, 0}, texture, {}, {}};
     }
 
     LivePicture wall{4, 4, 200, 0, 0};
@@ -233,6 +242,49 @@ TEST_F(Raycast, MirrorsShowWhatLiesBeforeThem) {
     EXPECT_EQ(output.pixel(4, 4), (Pixel{90, 90, 90, 255}));
 }
 
+TEST_F(Raycast, PanesThatMirrorEachOtherEnd) {
+    scene.settings.renderDistance = infinite;
+    LivePicture glass(1, 1, 0, 100, 50, 51), mirror(1, 1, 255, 255, 255);
+    insertReflection(*glass, *mirror);
+    scene.setTextures({nullptr, wall.get(), floor.get(), roof.get(), glass.get()});
+    std::vector<Quad> panes;
+    for (int i = 0; i < 12; ++i) panes.push_back(screenAt(static_cast<float>(40 + i), 4));
+    scene.setQuads(panes);
+    scene.settings.rayDepth = 6;
+    // Twelve panes would take millions of rays for each pixel.
+    expectPlainBytes(scene, 2, 2);
+}
+
+TEST_F(Raycast, CrowdsInOnePlaceCostLittle) {
+    LivePicture clear(1, 1, 9, 9, 9, 0);
+    scene.setTextures({nullptr, wall.get(), floor.get(), roof.get(), other.get(), clear.get()});
+    scene.setQuads(std::vector<Quad>(20000, screenAt(60, 4)));
+    scene.settings.renderDistance = infinite;
+    scene.setFieldOfView(0);
+    draw();
+    EXPECT_EQ(output.pixel(4, 4), (Pixel{90, 90, 90, 255}));
+    std::vector<Quad> quads(100, screenAt(60, 5));
+    quads.push_back(screenAt(60, 4));
+    scene.setQuads(quads);
+    draw();
+    EXPECT_EQ(output.pixel(4, 4), (Pixel{90, 90, 90, 255})) << "the last of a stack behind clear ones";
+}
+
+TEST_F(Raycast, RaggedMapsLookThePlainWay) {
+    TileTable walls(2000);
+    walls[0].assign(2000, 1);
+    for (std::size_t x = 1; x < 8; ++x) walls[x] = {1, 0, 1};
+    walls[7][1] = 1;
+    scene.setTiles(TileLayer::Walls, walls);
+    scene.spawnLight(60, 24, 8, 200, 200, 200, 90);
+    EXPECT_FALSE(scene.tileFlags().isLaidOut());
+    expectPlainBytes(scene, 30, 20);
+    draw();
+    const std::vector<unsigned char> traced = output.bytes();
+    projectScene(scene, *output, 1);
+    EXPECT_EQ(output.bytes(), traced);
+}
+
 TEST_F(Raycast, LightsReachAndWallsAndSlabsShade) {
     scene.settings.renderDistance = infinite;
     scene.settings.lightMinimum = 0.25f;
@@ -277,6 +329,54 @@ TEST_F(Raycast, KilledTexturesAreNone) {
     scene.setTextures({nullptr, output.get(), output.get(), output.get()});
     draw();
     EXPECT_EQ(output.pixel(4, 4), (Pixel{0, 0, 255, 255})) << "what the output showed before";
+}
+
+// KELMORA_SCENE_SEEDS asks for more.
+TEST(RaycastAgreement, TheFastWayGivesTheBytesOfThePlainOne) {
+    const char* asked = std::getenv("KELMORA_SCENE_SEEDS");
+    const unsigned seeds = asked ? static_cast<unsigned>(std::strtoul(asked, nullptr, 10)) : 400;
+    for (unsigned seed = 0; seed < seeds; ++seed) {
+        SCOPED_TRACE(seed);
+        RandomScene random(seed);
+        expectPlainBytes(random.scene, 1 + static_cast<int>(seed * 5 % 60),
+                         1 + static_cast<int>(seed * 7 % 37));
+        random.scene.settings.renderDistance = infinite;
+        random.scene.settings.rayDepth = 6;
+        expectPlainBytes(random.scene, 12, 9);
+    }
+}
+
+// Pillars and lights between them, where light falls over open ground and through gaps.
+TEST(RaycastAgreement, LightAmongPillarsHasThePlainBytes) {
+    for (unsigned seed = 0; seed < 40; ++seed) {
+        SCOPED_TRACE(seed);
+        std::mt19937 random(seed);
+        const auto decimal = [&](int low, int high) {
+            return static_cast<float>(low) +
+                   static_cast<float>(random() % 1000) / 1000 * static_cast<float>(high - low);
+        };
+        LivePicture wall(1, 1, 200, 100, 0), slab(1, 1, 0, 200, 100);
+        Scene scene;
+        buildRoom(scene, 12, 12);
+        TileTable walls(12, std::vector<std::int32_t>(12, 1)), offsets(12, std::vector<std::int32_t>(12, 0));
+        for (std::size_t x = 1; x < 11; ++x)
+            for (std::size_t y = 1; y < 11; ++y) {
+                walls[x][y] = random() % 5 == 0;
+                offsets[x][y] = seed % 4 == 0 && random() % 12 == 0 ? 3 : 0;
+            }
+        walls[6][6] = 0;
+        scene.setTiles(TileLayer::Walls, walls);
+        scene.setTiles(TileLayer::FloorOffsets, offsets);
+        scene.setTextures({nullptr, wall.get(), slab.get(), slab.get()});
+        for (int i = 0; i < 8; ++i) {
+            const float whole = random() % 4 == 0 ? 16.0f : 0.01f;
+            scene.spawnLight(std::round(decimal(16, 176) / whole) * whole, decimal(16, 176), decimal(-2, 18),
+                             90, 60, 30, decimal(10, 100));
+        }
+        scene.player = {decimal(96, 112), decimal(96, 112), decimal(2, 14), decimal(0, 6), 0};
+        scene.settings.accuracy = 1;
+        expectPlainBytes(scene, 96, 48);
+    }
 }
 
 TEST(RaycastAgreement, AnyNumberOfWorkersGivesTheSameBytes) {

@@ -73,6 +73,7 @@ public:
         placePlayer(columns, size);
         std::vector<Quad> quads;
         for (int count = between(0, 12); count > 0; --count) quads.push_back(randomQuad(columns, size));
+        if (between(0, 4) == 0) crowd(quads, columns, size);
         scene.setQuads(quads);
         for (int count = between(0, 6); count > 0; --count)
             scene.spawnLight(decimal(-1, 15) * size, decimal(-1, 15) * size, decimal(-0.5, 1.5) * size,
@@ -146,6 +147,15 @@ private:
         if (between(0, 5) == 0) quad.bl = quad.tr;
         quad.texture = between(-1, 6);
         return quad;
+    }
+    // Enough quads for trees, some of them one behind the other in one place.
+    void crowd(std::vector<Quad>& quads, int columns, float size) {
+        quads.push_back(randomQuad(columns, size));
+        for (int count = between(20, 90); count > 0; --count) {
+            const std::size_t any = static_cast<std::size_t>(between(0, static_cast<int>(quads.size()) - 1));
+            quads.push_back(between(0, 2) == 0 ? randomQuad(columns, size) : Quad(quads[any]));
+            if (between(0, 5) == 0) quads.back().texture = between(1, 5);
+        }
     }
     void settings(float size) {
         scene.settings.renderDistance = decimal(0, 14) * size;

@@ -18,12 +18,6 @@ Vec3 narrowed(const Vector& vector) {
 
 }  // namespace
 
-Vector normalised(const Vector& vector) {
-    const double squared = dot(vector, vector);
-    if (!(squared > 0)) return vector;
-    return vector * (1 / std::sqrt(squared));
-}
-
 bool Quad::isFinite() const {
     return Vector(tl).isFinite() && Vector(tr).isFinite() && Vector(br).isFinite() && Vector(bl).isFinite();
 }
@@ -39,9 +33,9 @@ void finalizeQuad(Quad& quad) {
         high = std::max({a, b, c, d}) + margin;
     };
     quad.normal = narrowed(computeNormal(Vector(quad.tl), Vector(quad.tr), Vector(quad.bl)));
-    widened(quad.tl.x, quad.tr.x, quad.br.x, quad.bl.x, quad.minX, quad.maxX);
-    widened(quad.tl.y, quad.tr.y, quad.br.y, quad.bl.y, quad.minY, quad.maxY);
-    widened(quad.tl.z, quad.tr.z, quad.br.z, quad.bl.z, quad.minZ, quad.maxZ);
+    widened(quad.tl.x, quad.tr.x, quad.br.x, quad.bl.x, quad.box.minX, quad.box.maxX);
+    widened(quad.tl.y, quad.tr.y, quad.br.y, quad.bl.y, quad.box.minY, quad.box.maxY);
+    widened(quad.tl.z, quad.tr.z, quad.br.z, quad.bl.z, quad.box.minZ, quad.box.maxZ);
 }
 
 bool rayTriangleIntersect(const Vector& origin, const Vector& direction, const Vector& a, const Vector& b,

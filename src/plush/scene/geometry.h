@@ -50,7 +50,19 @@ inline Vector cross(const Vector& a, const Vector& b) {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 // A vector without length stays as it is.
-Vector normalised(const Vector& vector);
+inline Vector normalised(const Vector& vector) {
+    const double squared = dot(vector, vector);
+    return squared > 0 ? vector * (1 / std::sqrt(squared)) : vector;
+}
+
+struct QuadBox {
+    float minX = 0;
+    float maxX = 0;
+    float minY = 0;
+    float maxY = 0;
+    float minZ = 0;
+    float maxZ = 0;
+};
 
 // A textured face with four corners: left top, right top, right bottom, left bottom.
 struct Quad {
@@ -61,12 +73,7 @@ struct Quad {
     std::int32_t texture = 0;
     // What finalizeQuad derives. The normal of a quad without area is 0.
     Vec3 normal;
-    float minX = 0;
-    float maxX = 0;
-    float minY = 0;
-    float maxY = 0;
-    float minZ = 0;
-    float maxZ = 0;
+    QuadBox box;
 
     bool isFinite() const;
 };

@@ -6,12 +6,6 @@
 #include "plush/scene/obstruction.h"
 
 namespace kelmora {
-namespace {
-
-// Where the way to a light starts, off the surface that it shines on.
-constexpr double lightNudge = 1e-6;
-
-}  // namespace
 
 Vec3 lightAt(const RenderScene& scene, const Vector& position, const SurfaceHit& hit) {
     Vec3 sum{scene.lightMinimum, scene.lightMinimum, scene.lightMinimum};
@@ -24,8 +18,7 @@ Vec3 lightAt(const RenderScene& scene, const Vector& position, const SurfaceHit&
         if (!(squared < radius * radius)) continue;
         const Vector from = position + normalised(way) * lightNudge;
         if (isObstructed(scene, from, source, hit.lightX, hit.lightY)) continue;
-        const float weight = 1 - static_cast<float>(std::sqrt(squared)) / light.radius;
-        sum = sum + Vec3{light.r, light.g, light.b} * weight;
+        sum = sum + lightFrom(light, std::sqrt(squared));
     }
     return {std::min(sum.x, scene.lightMaximum), std::min(sum.y, scene.lightMaximum),
             std::min(sum.z, scene.lightMaximum)};

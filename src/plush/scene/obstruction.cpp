@@ -7,9 +7,6 @@
 namespace kelmora {
 namespace {
 
-// Points nearer than this see each other.
-constexpr double shortest = 0.0001;
-
 bool crossesPlane(const Vector& from, double dz, double height, double enters, double leaves) {
     if (dz == 0) return false;
     const double at = (height - from.z) / dz;
@@ -24,10 +21,15 @@ bool crossesStep(const RenderScene& scene, std::int32_t enteredSlab, std::int32_
 
 }  // namespace
 
+bool obstructsStep(const RenderScene& scene, const TileCell& cell, const TileCell& left, double z) {
+    return crossesStep(scene, cell.roof, left.roof, scene.roofHeight(cell), scene.roofHeight(left), z) ||
+           crossesStep(scene, cell.floor, left.floor, scene.floorHeight(cell), scene.floorHeight(left), z);
+}
+
 bool isObstructed(const RenderScene& scene, const Vector& from, const Vector& to, std::int32_t startX,
                   std::int32_t startY) {
     const Vector way = to - from;
-    if (!way.isFinite() || dot(way, way) < shortest * shortest) return false;
+    if (!mayBeObstructed(way)) return false;
     TileWalk walk(from, way, scene.tileSize, startX, startY);
     std::size_t index = scene.map.find(walk.x(), walk.y());
     const TileCell* left = nullptr;
@@ -35,12 +37,7 @@ bool isObstructed(const RenderScene& scene, const Vector& from, const Vector& to
         const TileCell& cell = scene.map.cell(index);
         if (left) {
             if (scene.texture(cell.wall)) return true;
-            const double z = from.z + walk.entered() * way.z;
-            if (crossesStep(scene, cell.roof, left->roof, scene.roofHeight(cell), scene.roofHeight(*left),
-                            z) ||
-                crossesStep(scene, cell.floor, left->floor, scene.floorHeight(cell), scene.floorHeight(*left),
-                            z))
-                return true;
+            if (obstructsStep(scene, cell, *left, from.z + walk.entered() * way.z)) return true;
         }
         const double leaves = walk.leaves();
         if ((scene.texture(cell.roof) &&

@@ -9,4 +9,14 @@ namespace kelmora {
 bool isObstructed(const RenderScene& scene, const Vector& from, const Vector& to, std::int32_t startX,
                   std::int32_t startY);
 
+// Points that are too near each other see each other, and so do those that are no places.
+inline bool mayBeObstructed(const Vector& way) {
+    constexpr double shortest = 0.0001;
+    const double squared = dot(way, way);
+    return squared >= shortest * shortest && way.isFinite();
+}
+
+// Whether the steps between two neighbouring tiles stand at this height.
+bool obstructsStep(const RenderScene& scene, const TileCell& cell, const TileCell& left, double z);
+
 }  // namespace kelmora

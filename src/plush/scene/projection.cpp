@@ -7,9 +7,10 @@
 #include <vector>
 
 #include "image/row_workers.h"
-#include "plush/scene/lighting.h"
+#include "plush/scene/ray_kernels.h"
 #include "plush/scene/raycast.h"
 #include "plush/scene/scene_faces.h"
+#include "plush/scene/scene_lights.h"
 
 namespace kelmora {
 namespace {
@@ -18,8 +19,6 @@ namespace {
 constexpr double nearPlane = 1e-6;
 // Lets no gap stand between faces that share an edge, in pixels.
 constexpr double edgeTolerance = 1e-6;
-// Faces this close are in one plane, where the first one drawn is seen.
-constexpr double sameDepth = 1 + 1e-9;
 // Fields of view beyond these have no plane of projection.
 constexpr double narrowest = 1e-6;
 constexpr double widest = 1e6;
@@ -43,11 +42,6 @@ struct ScreenPoint {
     double y;
 };
 
-struct Pixel {
-    double nearness = 0;  // 1 / distance ahead
-    std::uint32_t face = noFace;
-};
-
 struct FarFace {
     double squared;
     SceneFace face;
@@ -58,7 +52,10 @@ public:
     Projection(const RenderScene& scene, std::size_t textures, PlushImage& output)
         : scene_(scene),
           output_(output),
-          pixels_(static_cast<std::size_t>(output.width) * static_cast<std::size_t>(output.height)) {
+          lights_(scene),
+          u_(columnsInRuns(output.width, [&](std::int32_t x) { return 2.0 * x / output.width - 1; })),
+          nearness_(pixelCount(output) + rayRunMargin),
+          numbers_(pixelCount(output), noFace) {
         forms_.resize(textures, TextureForm::Opaque);
         for (std::size_t i = 0; i < textures; ++i)
             if (const SceneTexture* texture = scene.texture(static_cast<std::int32_t>(i)))
@@ -78,17 +75,15 @@ public:
     }
 
     void shadeRows(std::int32_t first, std::int32_t last) {
+        RayRun run{};
+        std::array<unsigned char, rayRunLength * 4> colours;
         for (std::int32_t y = first; y < last; ++y)
-            for (std::int32_t x = 0; x < output_.width; ++x) {
-                const Pixel& pixel = pixelAt(x, y);
-                Vec3 colour = scene_.fog;
-                if (pixel.face != noFace) {
-                    const RayUnderWay ray = rayThrough(x, y);
-                    SurfaceHit hit{};
-                    if (meet(ray, faces_[pixel.face], x, y, 1 / pixel.nearness, hit))
-                        colour = shaded(ray, hit, texelOf(hit));
-                }
-                store(x, y, colour);
+            for (std::int32_t x = 0; x < output_.width; x += static_cast<std::int32_t>(rayRunLength)) {
+                const std::int32_t count =
+                    std::min(output_.width - x, static_cast<std::int32_t>(rayRunLength));
+                see(x, y, static_cast<std::size_t>(count), run);
+                kernels_.shade(scene_, run, colours.data());
+                std::copy_n(colours.data(), count * 4, bytesAt(x, y));
             }
     }
 
@@ -96,13 +91,34 @@ public:
         std::stable_sort(translucent_.begin(), translucent_.end(),
                          [](const FarFace& a, const FarFace& b) { return a.squared > b.squared; });
         for (const FarFace& far : translucent_)
-            rasterise(far.face, [&](std::int32_t x, std::int32_t y, double nearness) {
-                if (nearness < pixelAt(x, y).nearness) return;
-                mix(far.face, x, y, 1 / nearness);
+            rasterise(far.face, [&](const FaceSpan& span) {
+                span.forEachPixel(u_, [&](std::int32_t x, double nearness) {
+                    if (nearness >= nearness_[place(x, span.y)]) mix(far.face, x, span.y);
+                });
             });
     }
 
 private:
+    // Some pixels of a face next to each other; it is as near as base + slope * u.
+    struct FaceSpan {
+        std::int32_t y;
+        std::int32_t first;
+        std::int32_t end;
+        double base;
+        double slope;
+
+        template <typename Visit>
+        void forEachPixel(const std::vector<double>& u, const Visit& visit) const {
+            for (std::int32_t x = first; x < end; ++x) {
+                const double nearness = base + slope * u[static_cast<std::size_t>(x)];
+                if (nearness > 0) visit(x, nearness);
+            }
+        }
+    };
+
+    static std::size_t pixelCount(const PlushImage& output) {
+        return static_cast<std::size_t>(output.width) * static_cast<std::size_t>(output.height);
+    }
     TextureForm formOf(const SceneFace& face) const { return forms_[static_cast<std::size_t>(face.texture)]; }
     bool isSolid(std::int32_t texture) const {
         return scene_.texture(texture) && forms_[static_cast<std::size_t>(texture)] == TextureForm::Opaque;
@@ -113,11 +129,11 @@ private:
         const Vector way = sum * (1.0 / face.cornerCount) - scene_.camera.eye;
         return dot(way, way);
     }
-    Pixel& pixelAt(std::int32_t x, std::int32_t y) {
-        return pixels_[static_cast<std::size_t>(y) * static_cast<std::size_t>(output_.width) +
-                       static_cast<std::size_t>(x)];
+    std::size_t place(std::int32_t x, std::int32_t y) const {
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(output_.width) +
+               static_cast<std::size_t>(x);
     }
-    double u(double x) const { return 2 * x / output_.width - 1; }
+    double u(std::int32_t x) const { return u_[static_cast<std::size_t>(x)]; }
     double v(double y) const { return 2 * y / output_.height - 1; }
     RayUnderWay rayThrough(std::int32_t x, std::int32_t y) const {
         Ray ray;
@@ -128,14 +144,81 @@ private:
     static const unsigned char* texelOf(const SurfaceHit& hit) {
         return texelAt(hit.texture->pixels, hit.texture->width, hit.texture->height, hit.u, hit.v);
     }
-    bool meet(const RayUnderWay& ray, const SceneFace& face, std::int32_t x, std::int32_t y, double ahead,
-              SurfaceHit& hit) const {
-        const Vector direction = scene_.camera.directionAt(u(x), v(y));
-        return meetFace(scene_, ray, face, ahead * std::sqrt(dot(direction, direction)), hit) &&
-               hit.distance < scene_.renderDistance;
+    bool meet(const RayUnderWay& ray, const SceneFace& face, SurfaceHit& hit) const {
+        const double upright = face.acrossX ? (face.boundary - ray.origin.x) * ray.inverse.x
+                                            : (face.boundary - ray.origin.y) * ray.inverse.y;
+        return meetFace(scene_, ray, face, upright, hit) && hit.distance < scene_.renderDistance;
+    }
+    // What the solid faces show from a pixel on.
+    void see(std::int32_t x, std::int32_t y, std::size_t count, RayRun& run) const {
+        const std::uint32_t* numbers = &numbers_[place(x, y)];
+        for (std::size_t i = 0; i < count;) {
+            std::size_t end = i + 1;
+            while (end < count && numbers[end] == numbers[i]) ++end;
+            const std::int32_t column = x + static_cast<std::int32_t>(i);
+            if (numbers[i] == noFace)
+                for (; i < end; ++i) run.setFog(i);
+            else if (const SceneFace& face = faces_[numbers[i]];
+                     face.kind == SurfaceKind::Quad || formOf(face) != TextureForm::Opaque)
+                for (; i < end; ++i) seeExactly(face, x + static_cast<std::int32_t>(i), y, i, run);
+            else
+                seeSpan(face, column, y, i, end - i, run);
+            i = end;
+        }
+    }
+    void seeExactly(const SceneFace& face, std::int32_t x, std::int32_t y, std::size_t i, RayRun& run) const {
+        const RayUnderWay ray = rayThrough(x, y);
+        run.setFog(i);
+        run.fogMultiplier[i] = ray.fogMultiplier;
+        SurfaceHit hit{};
+        if (meet(ray, face, hit)) run.setHit(i, texelOf(hit), hit.distance, lights_.at(ray, hit));
+    }
+    void seeSpan(const SceneFace& face, std::int32_t x, std::int32_t y, std::size_t first, std::size_t count,
+                 RayRun& run) const {
+        const double* nearness = &nearness_[place(x, y)];
+        kernels_.map(scene_.camera, rowOf(face, v(y)), &u_[static_cast<std::size_t>(x)], nearness, first,
+                     count, run);
+        const bool isSlab = face.kind == SurfaceKind::RoofUnderside || face.kind == SurfaceKind::FloorTop;
+        const bool isLit = lights_.reaches(face.leftX, face.leftY);
+        for (std::size_t i = 0; i < count; ++i) {
+            Vec3 light = lights_.least();
+            if (isLit) {
+                const Vector way = scene_.camera.directionAt(u(x + static_cast<std::int32_t>(i)), v(y));
+                Vector position = scene_.camera.eye + way * (1 / nearness[i]);
+                (isSlab         ? position.z
+                 : face.acrossX ? position.x
+                                : position.y) = isSlab ? face.corners[0].z : face.boundary;
+                light = lights_.at(position, face.leftX, face.leftY);
+            }
+            run.red[first + i] = light.x;
+            run.green[first + i] = light.y;
+            run.blue[first + i] = light.z;
+        }
+    }
+    // Slabs, walls and steps lie along axes.
+    FaceRow rowOf(const SceneFace& face, double v) const {
+        const Camera& camera = scene_.camera;
+        const Vector middle = camera.forward + camera.up * (v * camera.halfHeight);
+        const Vector slope = camera.right * camera.halfWidth;
+        const auto coordinate = [&](double Vector::*axis, double from, double scale) {
+            return FaceRow::Coordinate{(camera.eye.*axis - from) * scale, middle.*axis * scale,
+                                       slope.*axis * scale};
+        };
+        const double size = scene_.tileSize;
+        const double perTile = scene_.inverseTileSize;
+        const auto alongX = coordinate(&Vector::x, face.x * size, perTile);
+        const auto alongY = coordinate(&Vector::y, face.y * size, perTile);
+        const SceneTexture* texture = scene_.texture(face.texture);
+        if (face.kind == SurfaceKind::RoofUnderside || face.kind == SurfaceKind::FloorTop)
+            return {alongX, alongY, texture, v};
+        const double top = face.corners[0].z;
+        const double bottom = face.corners[2].z;
+        const auto down = face.kind == SurfaceKind::Wall ? coordinate(&Vector::z, size, -perTile)
+                                                         : coordinate(&Vector::z, top, -1 / (top - bottom));
+        return {face.acrossX ? alongY : alongX, down, texture, v};
     }
     Vec3 shaded(const RayUnderWay& ray, const SurfaceHit& hit, const unsigned char* texel) const {
-        return shadedColour(scene_, ray, texel, lightAt(scene_, positionOf(ray, hit), hit), hit.distance);
+        return shadedColour(scene_, ray.fogMultiplier, texel, lights_.at(ray, hit), hit.distance);
     }
     unsigned char* bytesAt(std::int32_t x, std::int32_t y) const {
         return output_.pixels + (std::int64_t{y} * output_.width + x) * 4;
@@ -146,30 +229,38 @@ private:
     }
 
     void drawSolid(const SceneFace& face) {
-        std::uint32_t number = noFace;
         const bool hasEdgesToTest =
             formOf(face) != TextureForm::Opaque ||
             !(face.kind == SurfaceKind::Wall || face.kind == SurfaceKind::RoofUnderside ||
               face.kind == SurfaceKind::FloorTop);
-        rasterise(face, [&](std::int32_t x, std::int32_t y, double nearness) {
-            Pixel& pixel = pixelAt(x, y);
-            if (nearness <= pixel.nearness * sameDepth) return;
-            if (hasEdgesToTest) {
-                SurfaceHit hit{};
-                if (!meet(rayThrough(x, y), face, x, y, 1 / nearness, hit) || texelOf(hit)[3] == 0) return;
-            }
-            if (number == noFace) {
-                number = static_cast<std::uint32_t>(faces_.size());
-                faces_.push_back(face);
-            }
-            pixel = {nearness, number};
+        const auto number = static_cast<std::uint32_t>(faces_.size());
+        bool isSeen = false;
+        rasterise(face, [&](const FaceSpan& span) {
+            double* nearness = &nearness_[place(0, span.y)];
+            std::uint32_t* numbers = &numbers_[place(0, span.y)];
+            const auto first = static_cast<std::size_t>(span.first);
+            if (!hasEdgesToTest)
+                isSeen |= kernels_.cover(span.base, span.slope, &u_[first],
+                                         static_cast<std::size_t>(span.end) - first, number, nearness + first,
+                                         numbers + first);
+            else
+                span.forEachPixel(u_, [&](std::int32_t x, double near) {
+                    SurfaceHit hit{};
+                    if (near <= nearness[x] * sameDepth || !meet(rayThrough(x, span.y), face, hit) ||
+                        texelOf(hit)[3] == 0)
+                        return;
+                    nearness[x] = near;
+                    numbers[x] = number;
+                    isSeen = true;
+                });
         });
+        if (isSeen) faces_.push_back(face);
     }
 
-    void mix(const SceneFace& face, std::int32_t x, std::int32_t y, double ahead) {
+    void mix(const SceneFace& face, std::int32_t x, std::int32_t y) {
         const RayUnderWay ray = rayThrough(x, y);
         SurfaceHit hit{};
-        if (!meet(ray, face, x, y, ahead, hit)) return;
+        if (!meet(ray, face, hit)) return;
         const unsigned char* texel = texelOf(hit);
         if (texel[3] == 0) return;
         if (texel[3] == 255) {
@@ -207,7 +298,7 @@ private:
         return count;
     }
 
-    // Calls `plot` with each pixel of the face and how near it is there.
+    // Calls `plot` with the span of the face in each row.
     template <typename Plot>
     void rasterise(const SceneFace& face, const Plot& plot) const {
         std::array<ScreenPoint, 5> points;
@@ -236,10 +327,8 @@ private:
             const double base =
                 (dot(normal, camera.forward) + dot(normal, camera.up) * v(y) * camera.halfHeight) / offset;
             const std::int32_t end = pixelFrom(right + 2 * edgeTolerance, output_.width);
-            for (std::int32_t x = pixelFrom(left, output_.width); x < end; ++x) {
-                const double nearness = base + slope * u(x);
-                if (nearness > 0) plot(x, y, nearness);
-            }
+            const std::int32_t start = pixelFrom(left, output_.width);
+            if (start < end) plot(FaceSpan{y, start, end, base, slope});
         }
     }
 
@@ -265,8 +354,12 @@ private:
 
     const RenderScene& scene_;
     PlushImage& output_;
+    const RayKernels& kernels_ = rayKernels();
+    SceneLights lights_;
+    std::vector<double> u_;
     std::vector<TextureForm> forms_;
-    std::vector<Pixel> pixels_;
+    std::vector<double> nearness_;        // of each pixel, 1 / distance ahead; 0 where nothing is
+    std::vector<std::uint32_t> numbers_;  // of its face
     std::vector<SceneFace> faces_;
     std::vector<FarFace> translucent_;
 };

@@ -17,12 +17,12 @@ std::int32_t cutTile(float coordinate, double tileSize, std::int32_t limit) {
 template <typename Visit>
 void forEachTile(const Quad& quad, const TileMap& map, double tileSize, const Visit& visit) {
     const std::int32_t columns = map.columns();
-    const std::int32_t firstX = std::max(cutTile(quad.minX, tileSize, columns), 0);
-    const std::int32_t lastX = std::min(cutTile(quad.maxX, tileSize, columns), columns - 1);
+    const std::int32_t firstX = std::max(cutTile(quad.box.minX, tileSize, columns), 0);
+    const std::int32_t lastX = std::min(cutTile(quad.box.maxX, tileSize, columns), columns - 1);
     for (std::int32_t x = firstX; x <= lastX; ++x) {
         const std::int32_t rows = map.rows(x);
-        const std::int32_t firstY = std::max(cutTile(quad.minY, tileSize, rows), 0);
-        const std::int32_t lastY = std::min(cutTile(quad.maxY, tileSize, rows), rows - 1);
+        const std::int32_t firstY = std::max(cutTile(quad.box.minY, tileSize, rows), 0);
+        const std::int32_t lastY = std::min(cutTile(quad.box.maxY, tileSize, rows), rows - 1);
         if (firstY > lastY) continue;
         visit(map.find(x, firstY), static_cast<std::size_t>(lastY - firstY + 1));
     }
@@ -59,6 +59,23 @@ QuadGrid::QuadGrid(std::span<const Quad> quads, const TileMap& map, double tileS
                 for (std::size_t cell = first; cell < first + count; ++cell)
                     indices_[next[cell]++] = static_cast<std::uint32_t>(i);
             });
+    plantTrees(quads);
+}
+
+void QuadGrid::plantTrees(std::span<const Quad> quads) {
+    if (everywhere_.size() >= shortestQuadTree) appendQuadTree(quads, everywhere_, nodes_);
+    for (std::size_t cell = 0; cell + 1 < starts_.size(); ++cell) {
+        const std::size_t count = starts_[cell + 1] - starts_[cell];
+        if (count < shortestQuadTree) continue;
+        trees_.push_back({cell, nodes_.size()});
+        appendQuadTree(quads, std::span(indices_).subspan(starts_[cell], count), nodes_);
+    }
+}
+
+const QuadNode* QuadGrid::treeAt(std::size_t cell) const {
+    const auto tree = std::lower_bound(trees_.begin(), trees_.end(), cell,
+                                       [](const Tree& one, std::size_t wanted) { return one.cell < wanted; });
+    return nodes_.data() + tree->root;
 }
 
 }  // namespace kelmora

@@ -6,7 +6,6 @@
 namespace kelmora {
 namespace {
 
-constexpr double leastComponent = 1e-6;
 // How far a reflected ray starts from its mirror.
 constexpr double reflectionNudge = 0.001;
 
@@ -60,6 +59,7 @@ void addReflection(const RayUnderWay& ray, const SurfaceHit& hit, const unsigned
 RayUnderWay::RayUnderWay(const Ray& ray, double fogMultiplierOfPixel, bool mayReflectFurther)
     : origin(ray.origin),
       direction(withoutZero(ray.direction.x), withoutZero(ray.direction.y), withoutZero(ray.direction.z)),
+      inverse(1 / direction.x, 1 / direction.y, 1 / direction.z),
       travelled(ray.travelled),
       fogMultiplier(fogMultiplierOfPixel),
       mayReflect(mayReflectFurther) {}
@@ -80,23 +80,24 @@ Vector positionOf(const RayUnderWay& ray, const SurfaceHit& hit) {
     return position;
 }
 
-const unsigned char* takeSurface(const RenderScene& scene, const RayUnderWay& ray, const SurfaceHit& hit,
-                                 RayScratch& scratch) {
-    const SceneTexture& texture = *hit.texture;
-    const unsigned char* texel = texelAt(texture.pixels, texture.width, texture.height, hit.u, hit.v);
+const unsigned char* takeLayers(const RenderScene& scene, const RayUnderWay& ray, const SurfaceHit& hit,
+                                const unsigned char* texel, RayScratch& scratch, int& mirroredRaysLeft) {
     if (texel[3] == 0) return nullptr;
     if (texel[3] < 255)
         scratch.layers.push_back({texel[0], texel[1], texel[2], false, static_cast<float>(texel[3]) / 255,
                                   static_cast<float>(ray.travelled + hit.distance)});
-    if (ray.mayReflect)
-        if (const float weight = mirrorWeight(scene, hit); weight > 0)
+    if (ray.mayReflect && mirroredRaysLeft > 0)
+        if (const float weight = mirrorWeight(scene, hit); weight > 0) {
+            --mirroredRaysLeft;
             addReflection(ray, hit, texel, weight, scratch);
-    return texel[3] == 255 ? texel : nullptr;
+            scratch.isCovered = weight == 1;
+        }
+    return texel[3] == 255 || scratch.isCovered ? texel : nullptr;
 }
 
-Vec3 shadedColour(const RenderScene& scene, const RayUnderWay& ray, const unsigned char* texel,
+Vec3 shadedColour(const RenderScene& scene, double fogMultiplier, const unsigned char* texel,
                   const Vec3& light, double distance) {
-    const float fog = fogAmount(scene, ray.fogMultiplier, ray.travelled + distance);
+    const float fog = fogAmount(scene, fogMultiplier, distance);
     const Vec3 surface = wholeColour({light.x * texel[0], light.y * texel[1], light.z * texel[2]});
     return scene.fog * fog + surface * (1 - fog);
 }

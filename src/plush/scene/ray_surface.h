@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -32,10 +33,11 @@ struct ReflectionEvent {
     std::size_t layer;  // which receives the result
 };
 
-// Work space for the rays of one depth; a worker has one for each.
+// Work space for the rays of one depth.
 struct RayScratch {
     std::vector<TransparentLayer> layers;
     std::vector<ReflectionEvent> reflections;
+    bool isCovered = false;  // by a mirror that shows nothing of what lies behind it
 
     RayScratch() {
         layers.reserve(8);
@@ -44,7 +46,18 @@ struct RayScratch {
     void clear() {
         layers.clear();
         reflections.clear();
+        isCovered = false;
     }
+};
+
+// Rays that one pixel may spend on reflections. Panes that mirror each other would take the sixth power of
+// their number; when the rays are spent, surfaces do not mirror any more.
+constexpr int mirroredRaysOfPixel = 1000;
+
+// Work space of one worker.
+struct TraceWork {
+    std::array<RayScratch, deepestReflection + 1> depths;
+    int mirroredRaysLeft = 0;
 };
 
 enum class SurfaceKind { Wall, RoofUnderside, FloorTop, RoofStep, FloorStep, Quad };
@@ -66,29 +79,49 @@ struct SurfaceHit {
     std::int32_t lightY = 0;
 };
 
+// The least size of a component of a direction.
+constexpr double leastComponent = 1e-6;
+
 // A ray under way. Components of the direction near 0 are a millionth, so that every walk goes on.
 struct RayUnderWay {
+    RayUnderWay() = default;
     RayUnderWay(const Ray& ray, double fogMultiplierOfPixel, bool mayReflectFurther);
 
     Vector at(double distance) const { return origin + direction * distance; }
 
     Vector origin;
     Vector direction;
-    double travelled;
-    double fogMultiplier;
-    bool mayReflect;
+    Vector inverse;  // 1 / each component of the direction
+    double travelled = 0;
+    double fogMultiplier = 1;
+    bool mayReflect = false;
 };
+
+// Where a ray meets a plane of this height; it may lie behind the ray.
+inline double slabDistance(const RayUnderWay& ray, double height) {
+    return (height - ray.origin.z) / ray.direction.z;
+}
 
 // The point of a hit, exactly on its plane.
 Vector positionOf(const RayUnderWay& ray, const SurfaceHit& hit);
 
+// Takes a texel that is partly clear or may mirror; as `takeSurface`.
+const unsigned char* takeLayers(const RenderScene& scene, const RayUnderWay& ray, const SurfaceHit& hit,
+                                const unsigned char* texel, RayScratch& scratch, int& mirroredRaysLeft);
+
 // Takes a surface: a partly clear one becomes a layer, a mirroring one a reflection as well. Null for
-// surfaces that the ray goes through, else the opaque texel that ends it.
-const unsigned char* takeSurface(const RenderScene& scene, const RayUnderWay& ray, const SurfaceHit& hit,
-                                 RayScratch& scratch);
+// surfaces that the ray goes through, else the texel that ends it; where the scratch is covered, its colour
+// does not matter.
+inline const unsigned char* takeSurface(const RenderScene& scene, const RayUnderWay& ray,
+                                        const SurfaceHit& hit, RayScratch& scratch, int& mirroredRaysLeft) {
+    const SceneTexture& texture = *hit.texture;
+    const unsigned char* texel = texelAt(texture.pixels, texture.width, texture.height, hit.u, hit.v);
+    if (texel[3] == 255 && !(ray.mayReflect && texture.reflectPixels)) return texel;
+    return takeLayers(scene, ray, hit, texel, scratch, mirroredRaysLeft);
+}
 
 // A lit texel behind fog. Light is 1 for full.
-Vec3 shadedColour(const RenderScene& scene, const RayUnderWay& ray, const unsigned char* texel,
+Vec3 shadedColour(const RenderScene& scene, double fogMultiplier, const unsigned char* texel,
                   const Vec3& light, double distance);
 
 // A texel's own colour behind fog, in whole numbers: what a layer shows.

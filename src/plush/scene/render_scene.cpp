@@ -10,17 +10,8 @@
 namespace kelmora {
 namespace {
 
-constexpr std::int32_t deepestReflection = 6;
-
 float byteOf(std::int32_t channel) {
     return static_cast<float>(std::clamp(channel, 0, 255));
-}
-
-std::size_t wrappedTexel(double coordinate, std::int32_t count) {
-    const double texel = std::floor(coordinate * count);
-    if (texel >= 0 && texel < count) return static_cast<std::size_t>(texel);
-    const std::int64_t rest = saturatingInt64(texel) % count;
-    return static_cast<std::size_t>(rest < 0 ? rest + count : rest);
 }
 
 }  // namespace
@@ -48,18 +39,19 @@ Camera cameraOf(const Scene& scene, std::int32_t width, std::int32_t height) {
     return camera;
 }
 
-const unsigned char* texelAt(const unsigned char* pixels, std::int32_t width, std::int32_t height, double u,
-                             double v) {
-    return pixels + (wrappedTexel(v, height) * static_cast<std::size_t>(width) + wrappedTexel(u, width)) * 4;
+std::size_t wrappedTexel(double texel, std::int32_t count) {
+    const std::int64_t rest = saturatingInt64(std::floor(texel)) % count;
+    return static_cast<std::size_t>(rest < 0 ? rest + count : rest);
 }
 
 double fogMultiplierAt(double u, double v) {
-    return std::sqrt(u * u + v * v) * 0.70710677 * 1.5 + 1;
+    return std::sqrt(u * u + v * v) * fogTowardsCorner * fogOfCorner + 1;
 }
 
 RenderScene::RenderScene(const Scene& scene, const PlushImage& output)
     : map(scene.map()),
       quadGrid(scene.quadGrid()),
+      flags(scene.tileFlags()),
       quads(scene.quads()),
       lights(scene.lights),
       tileSize(static_cast<double>(scene.tileSize())),

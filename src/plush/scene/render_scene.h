@@ -9,6 +9,9 @@
 
 namespace kelmora {
 
+// Deeper reflections are not followed.
+constexpr int deepestReflection = 6;
+
 // A texture of the scene; no pixels where there is none.
 struct SceneTexture {
     const unsigned char* pixels = nullptr;
@@ -19,9 +22,19 @@ struct SceneTexture {
     std::int32_t reflectHeight = 0;
 };
 
+// The number of a texel outside the texture, wrapped into it.
+std::size_t wrappedTexel(double texel, std::int32_t count);
+
 // The texel at u, v, each 1 for a whole texture; what lies outside wraps.
-const unsigned char* texelAt(const unsigned char* pixels, std::int32_t width, std::int32_t height, double u,
-                             double v);
+inline const unsigned char* texelAt(const unsigned char* pixels, std::int32_t width, std::int32_t height,
+                                    double u, double v) {
+    const auto number = [](double texel, std::int32_t count) {
+        return texel >= 0 && texel < count ? static_cast<std::size_t>(static_cast<std::int32_t>(texel))
+                                           : wrappedTexel(texel, count);
+    };
+    return pixels +
+           (number(v * height, height) * static_cast<std::size_t>(width) + number(u * width, width)) * 4;
+}
 
 // Where a picture is seen from. A ray through u and v, -1 to 1 from the left and the top, goes along
 // forward + right * (u * halfWidth) + up * (v * halfHeight).
@@ -45,6 +58,8 @@ struct Camera {
 Camera cameraOf(const Scene& scene, std::int32_t width, std::int32_t height);
 
 // Fog thickens towards the corners of the picture: the factor at u and v, 1 in the middle.
+constexpr double fogTowardsCorner = 0.70710677;
+constexpr double fogOfCorner = 1.5;
 double fogMultiplierAt(double u, double v);
 
 // A scene as one picture is drawn from it: constant, in doubles, dead images left out. Borrows the scene and
@@ -66,6 +81,7 @@ public:
 
     const TileMap& map;
     const QuadGrid& quadGrid;
+    const TileFlags& flags;
     std::span<const Quad> quads;
     std::span<const LightSource> lights;
     double tileSize;
@@ -73,7 +89,7 @@ public:
     double renderDistance;
     Camera camera;
     std::int32_t accuracy;  // at least 1
-    int rayDepth;           // 0 to 6
+    int rayDepth;           // 0 to the deepest
     double reflection;
     float lightMinimum;
     float lightMaximum;

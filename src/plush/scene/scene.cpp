@@ -14,23 +14,23 @@ constexpr double halfTurn = 3.14159265358979323846;
 
 void Scene::setTiles(TileLayer layer, TileTable table) {
     tiles_[static_cast<std::size_t>(layer)] = std::move(table);
-    mapIsStale_ = gridIsStale_ = true;
+    mapIsStale_ = gridIsStale_ = flagsAreStale_ = true;
 }
 
 void Scene::setTextures(std::vector<PlushImage*> textures) {
     textures_ = std::move(textures);
-    mapIsStale_ = true;
+    mapIsStale_ = flagsAreStale_ = true;
 }
 
 void Scene::setQuads(std::vector<Quad> quads) {
     quads_ = std::move(quads);
     for (Quad& quad : quads_) finalizeQuad(quad);
-    gridIsStale_ = true;
+    gridIsStale_ = flagsAreStale_ = true;
 }
 
 void Scene::setTileSize(float size) {
     tileSize_ = size;
-    gridIsStale_ = true;
+    gridIsStale_ = flagsAreStale_ = true;
 }
 
 const TileMap& Scene::map() const {
@@ -43,6 +43,12 @@ const QuadGrid& Scene::quadGrid() const {
     if (gridIsStale_) quadGrid_ = QuadGrid(quads_, map(), static_cast<double>(tileSize_));
     gridIsStale_ = false;
     return quadGrid_;
+}
+
+const TileFlags& Scene::tileFlags() const {
+    if (flagsAreStale_) flags_ = TileFlags(map(), quadGrid());
+    flagsAreStale_ = false;
+    return flags_;
 }
 
 void Scene::spawnLight(float x, float y, float z, float r, float g, float b, float radius) {

@@ -6,6 +6,7 @@
 #include "image/plush_image.h"
 #include "plush/scene/geometry.h"
 #include "plush/scene/quad_grid.h"
+#include "plush/scene/tile_flags.h"
 #include "plush/scene/tile_map.h"
 
 namespace kelmora {
@@ -60,6 +61,7 @@ public:
     // What follows from the tables; made anew after a change.
     const TileMap& map() const;
     const QuadGrid& quadGrid() const;
+    const TileFlags& tileFlags() const;
 
     // z is counted from the roof downwards.
     void spawnLight(float x, float y, float z, float r, float g, float b, float radius);
@@ -76,8 +78,10 @@ private:
     float tileSize_ = 16;
     mutable bool mapIsStale_ = false;
     mutable bool gridIsStale_ = false;
+    mutable bool flagsAreStale_ = false;
     mutable TileMap map_;
     mutable QuadGrid quadGrid_;
+    mutable TileFlags flags_;
 };
 
 }  // namespace kelmora

@@ -33,26 +33,50 @@ inline double alongBoundary(const RenderScene& scene, const RayUnderWay& ray, co
                          : (ray.origin.x + visit.enters * ray.direction.x) * scene.inverseTileSize - visit.x;
 }
 
+inline SurfaceHit wallHit(const RenderScene& scene, const RayUnderWay& ray, const TileVisit& visit,
+                          const SceneTexture* texture) {
+    const double z = ray.origin.z + visit.enters * ray.direction.z;
+    return {SurfaceKind::Wall,
+            visit.acrossX,
+            visit.enters,
+            visit.boundary,
+            texture,
+            alongBoundary(scene, ray, visit),
+            (scene.tileSize - z) * scene.inverseTileSize,
+            nullptr,
+            visit.leftX,
+            visit.leftY,
+            visit.leftX,
+            visit.leftY};
+}
+
 // The face of a wall tile; it has no end in height, and its texture starts anew at each roof height.
 inline bool wallCandidate(const RenderScene& scene, const RayUnderWay& ray, const TileVisit& visit,
                           SurfaceHit& hit) {
-    if (!visit.left) return false;
-    const SceneTexture* texture = scene.texture(visit.cell.wall);
+    const SceneTexture* texture = visit.left ? scene.texture(visit.cell.wall) : nullptr;
     if (!texture) return false;
-    const double z = ray.origin.z + visit.enters * ray.direction.z;
-    hit = {SurfaceKind::Wall,
-           visit.acrossX,
-           visit.enters,
-           visit.boundary,
-           texture,
-           alongBoundary(scene, ray, visit),
-           (scene.tileSize - z) * scene.inverseTileSize,
-           nullptr,
-           visit.leftX,
-           visit.leftY,
-           visit.leftX,
-           visit.leftY};
+    hit = wallHit(scene, ray, visit, texture);
     return true;
+}
+
+inline bool isInTile(const TileVisit& visit, double slab) {
+    return slab > 0 && slab >= visit.enters - tileMargin && slab <= visit.leaves + tileMargin;
+}
+
+inline SurfaceHit slabHit(const RenderScene& scene, const RayUnderWay& ray, const TileVisit& visit,
+                          SurfaceKind kind, const SceneTexture* texture, double height, double distance) {
+    return {kind,
+            false,
+            distance,
+            height,
+            texture,
+            (ray.origin.x + distance * ray.direction.x) * scene.inverseTileSize - visit.x,
+            (ray.origin.y + distance * ray.direction.y) * scene.inverseTileSize - visit.y,
+            nullptr,
+            visit.x,
+            visit.y,
+            visit.x,
+            visit.y};
 }
 
 // The underside of a roof or the top of a floor.
@@ -62,21 +86,9 @@ inline bool slabCandidate(const RenderScene& scene, const RayUnderWay& ray, cons
     const SceneTexture* texture = scene.texture(isRoof ? visit.cell.roof : visit.cell.floor);
     if (!texture) return false;
     const double height = isRoof ? scene.roofHeight(visit.cell) : scene.floorHeight(visit.cell);
-    const double distance = (height - ray.origin.z) / ray.direction.z;
-    if (!(distance > 0 && distance >= visit.enters - tileMargin && distance <= visit.leaves + tileMargin))
-        return false;
-    hit = {kind,
-           false,
-           distance,
-           height,
-           texture,
-           (ray.origin.x + distance * ray.direction.x) * scene.inverseTileSize - visit.x,
-           (ray.origin.y + distance * ray.direction.y) * scene.inverseTileSize - visit.y,
-           nullptr,
-           visit.x,
-           visit.y,
-           visit.x,
-           visit.y};
+    const double distance = slabDistance(ray, height);
+    if (!isInTile(visit, distance)) return false;
+    hit = slabHit(scene, ray, visit, kind, texture, height, distance);
     return true;
 }
 
@@ -120,16 +132,29 @@ struct LastQuad {
     std::int64_t index = -1;
 };
 
-inline bool isOutsideBox(const Quad& quad, const RayUnderWay& ray, double enters, double leaves) {
-    const auto misses = [&](double origin, double direction, float low, float high) {
-        const double one = origin + enters * direction;
-        const double other = origin + leaves * direction;
-        return std::max(one, other) < static_cast<double>(low) ||
-               std::min(one, other) > static_cast<double>(high);
-    };
-    return misses(ray.origin.z, ray.direction.z, quad.minZ, quad.maxZ) ||
-           misses(ray.origin.x, ray.direction.x, quad.minX, quad.maxX) ||
-           misses(ray.origin.y, ray.direction.y, quad.minY, quad.maxY);
+// The part of a ray from `first` to `last` inside a box; the span is empty where it ends before it begins.
+// That of a box around others contains theirs to the last bit.
+struct RaySpan {
+    double first;
+    double last;
+
+    bool isEmpty() const { return first > last; }
+    bool contains(double distance) const {
+        return distance >= first - tileMargin && distance <= last + tileMargin;
+    }
+    void cut(double origin, double inverse, float low, float high) {
+        const double one = (static_cast<double>(low) - origin) * inverse;
+        const double other = (static_cast<double>(high) - origin) * inverse;
+        first = std::max(first, std::min(one, other));
+        last = std::min(last, std::max(one, other));
+    }
+};
+
+inline RaySpan spanInBox(const RayUnderWay& ray, RaySpan span, const QuadBox& box) {
+    span.cut(ray.origin.z, ray.inverse.z, box.minZ, box.maxZ);
+    span.cut(ray.origin.x, ray.inverse.x, box.minX, box.maxX);
+    span.cut(ray.origin.y, ray.inverse.y, box.minY, box.maxY);
+    return span;
 }
 
 inline SurfaceHit quadSurface(const RenderScene& scene, const Quad& quad, const QuadHit& met, std::int32_t x,
@@ -149,16 +174,25 @@ inline SurfaceHit quadSurface(const RenderScene& scene, const Quad& quad, const 
             y};
 }
 
+// The part of a ray on which quads of the tile are met.
+inline RaySpan quadSpan(const TileVisit& visit) {
+    return {visit.enters - tileMargin, visit.leaves + tileMargin};
+}
+
+// Whether the ray meets a quad inside its box and on the span, behind the last one.
+inline bool meetsQuad(const RayUnderWay& ray, const RaySpan& span, const Quad& quad, std::uint32_t index,
+                      const LastQuad& last, QuadHit& met) {
+    const RaySpan inside = spanInBox(ray, span, quad.box);
+    return !inside.isEmpty() &&
+           rayQuadIntersect(ray.origin, ray.direction, quad, last.distance, index > last.index, met) &&
+           inside.contains(met.distance) && met.distance >= span.first && met.distance <= span.last;
+}
+
 inline bool quadCandidate(const RenderScene& scene, const RayUnderWay& ray, const TileVisit& visit,
                           std::uint32_t index, const LastQuad& last, SurfaceHit& hit) {
     const Quad& quad = scene.quads[index];
-    const double enters = visit.enters - tileMargin;
-    const double leaves = visit.leaves + tileMargin;
-    if (isOutsideBox(quad, ray, enters, leaves)) return false;
-    if (!scene.texture(quad.texture)) return false;
     QuadHit met;
-    if (!rayQuadIntersect(ray.origin, ray.direction, quad, last.distance, index > last.index, met) ||
-        met.distance < enters || met.distance > leaves)
+    if (!scene.texture(quad.texture) || !meetsQuad(ray, quadSpan(visit), quad, index, last, met))
         return false;
     hit = quadSurface(scene, quad, met, visit.x, visit.y);
     return true;

@@ -1,4 +1,4 @@
-#include "plush/scene/tracer.h"
+#include "plush/scene/plain_tracer.h"
 
 #include "plush/scene/lighting.h"
 #include "plush/scene/tile_surfaces.h"
@@ -19,7 +19,8 @@ public:
         std::int64_t quadIndex = -1;
         int fixedIndex = -1;
         const auto offer = [&](bool met, const SurfaceHit& hit, std::int64_t quad, int fixed) {
-            if (!met || (found && hit.distance >= nearest.distance)) return;
+            if (!met || (found && hit.distance > nearest.distance)) return;
+            if (found && hit.distance == nearest.distance && (quad < 0 || quad > quadIndex)) return;
             if (!(ray_.travelled + hit.distance < scene_.renderDistance)) return;
             nearest = hit;
             found = true;
@@ -62,7 +63,8 @@ private:
 };
 
 // Walks to the opaque hit, if there is one, and returns its colour, else that of fog.
-Vec3 walkToOpaque(const RenderScene& scene, const RayUnderWay& ray, const Ray& start, RayScratch& scratch) {
+Vec3 walkToOpaque(const RenderScene& scene, const RayUnderWay& ray, const Ray& start, RayScratch& scratch,
+                  int& mirroredRaysLeft) {
     TileWalk walk(ray.origin, ray.direction, scene.tileSize, start.tileX, start.tileY);
     LastQuad lastQuad;
     const TileCell* left = nullptr;
@@ -77,9 +79,9 @@ Vec3 walkToOpaque(const RenderScene& scene, const RayUnderWay& ray, const Ray& s
                               leftY, walk.entered(), walk.leaves(), walk.crossedX(), walk.boundary()};
         TileCandidates candidates(scene, ray, visit, index, lastQuad);
         for (SurfaceHit hit{}; candidates.next(hit);)
-            if (const unsigned char* texel = takeSurface(scene, ray, hit, scratch))
-                return shadedColour(scene, ray, texel, lightAt(scene, positionOf(ray, hit), hit),
-                                    hit.distance);
+            if (const unsigned char* texel = takeSurface(scene, ray, hit, scratch, mirroredRaysLeft))
+                return shadedColour(scene, ray.fogMultiplier, texel,
+                                    lightAt(scene, positionOf(ray, hit), hit), ray.travelled + hit.distance);
         left = &cell;
         leftX = walk.x();
         leftY = walk.y();
@@ -89,14 +91,15 @@ Vec3 walkToOpaque(const RenderScene& scene, const RayUnderWay& ray, const Ray& s
 
 }  // namespace
 
-Vec3 PlainTracer::trace(const Ray& ray, int depth, double fogMultiplier, RayScratch* scratch) const {
-    RayScratch& own = scratch[depth];
+Vec3 PlainTracer::trace(const Ray& ray, int depth, double fogMultiplier, TraceWork& work) const {
+    RayScratch& own = work.depths[static_cast<std::size_t>(depth)];
     own.clear();
+    if (depth == 0) work.mirroredRaysLeft = mirroredRaysOfPixel;
     if (!ray.direction.isFinite()) return scene_.fog;
     const RayUnderWay underWay(ray, fogMultiplier, depth < scene_.rayDepth);
-    const Vec3 behind = walkToOpaque(scene_, underWay, ray, own);
+    const Vec3 behind = walkToOpaque(scene_, underWay, ray, own, work.mirroredRaysLeft);
     for (const ReflectionEvent& event : own.reflections) {
-        const Vec3 seen = trace(event.ray, depth + 1, fogMultiplier, scratch);
+        const Vec3 seen = trace(event.ray, depth + 1, fogMultiplier, work);
         TransparentLayer& layer = own.layers[event.layer];
         layer.red = byteOf(seen.x);
         layer.green = byteOf(seen.y);
