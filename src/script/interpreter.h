@@ -100,7 +100,7 @@ struct Interpreter {
     Variable runBinding(const ScriptCallable& callable, std::span<const Variable> arguments);
     Variable invokeProgram(ScriptCallable& callable, std::span<const Variable> arguments);
     [[gnu::always_inline]] inline Variable runProgramBody(const ScriptCallable& callable);
-    inline Variable runNoted(const ScriptCallable& callable);
+    [[gnu::always_inline]] inline Variable runNoted(const ScriptCallable& callable);
     [[gnu::always_inline]] inline Variable evaluateGuarded(const PlanBlock& body);
     Variable invokeBody(ScriptCallable& callable, std::span<const Variable> arguments);
     Variable finishCall(BlockSignal& signal, Variable normalValue);
