@@ -78,7 +78,7 @@ std::string Value::toString() const {
         case ValueKind::Float:
             return kelmora::floatText(payload_.number);
         case ValueKind::Boolean:
-            return payload_.boolean ? "true" : "false";
+            return booleanValue() ? "true" : "false";
         case ValueKind::String:
             return std::string(letters());
         default:
