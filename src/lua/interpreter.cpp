@@ -18,6 +18,7 @@ constexpr std::size_t stackSize = std::size_t{1} << 18;
 constexpr std::ptrdiff_t stackStep = 1024;
 // A frame for each value, as each call needs at least the place of what it calls, and the one that is none.
 constexpr std::size_t frameCount = stackSize + 2;
+constexpr std::ptrdiff_t deepestProtected = 1 << 16;
 
 // Zeroed blocks come from the system page by page: only what deep recursion touches costs memory.
 template <typename T>
@@ -296,6 +297,8 @@ bool Interpreter::enterProtected(Value* callee, std::size_t count, std::uint16_t
         callNative(callee, count, wanted);
         return false;
     }
+    // Each pcall around another hands all results on once more.
+    if (frame_ - frames_ >= deepestProtected) failStack();
     pushFrame(callee[1].function(), callee + 2, count - 1, wanted | Frame::guarded);
     return true;
 }

@@ -158,7 +158,7 @@ std::uint32_t seedCount() {
     return wanted ? static_cast<std::uint32_t>(std::atoi(wanted)) : 1000;
 }
 
-void expectSame(const RwbyOutcome& plain, const RwbyOutcome& other, const char* way) {
+void expectSame(const GuestOutcome& plain, const GuestOutcome& other, const char* way) {
     EXPECT_EQ(other.output, plain.output) << way;
     EXPECT_EQ(other.error, plain.error) << way;
 }
@@ -179,7 +179,7 @@ TEST(RwbyAgreement, AllWaysToRunAgree) {
         std::string all;
         for (const std::string& source : sources) all += "-----\n" + source;
         SCOPED_TRACE("seed " + std::to_string(seed) + "\n" + all);
-        const RwbyOutcome plain = runRwby(sources, RwbyForm::Text, ExecutionMode::PlainInstructions, steps);
+        const GuestOutcome plain = runRwby(sources, RwbyForm::Text, ExecutionMode::PlainInstructions, steps);
         runs += sources.size();
         failures += countOf(plain.output, "failed: ");
         expectSame(plain, runRwby(sources, RwbyForm::Text, ExecutionMode::Full, steps), "full");
