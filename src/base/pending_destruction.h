@@ -7,8 +7,8 @@
 
 namespace kelmora {
 
-// Objects that hold values wait here when their last reference went, so that freeing a long chain of them does not
-// recurse. `destroy` deletes one, and may add more. One thread only.
+// Objects that hold values wait here when their last reference went, so that freeing a long chain of them
+// does not recurse. `destroy` deletes one, and may add more. One thread only.
 template <typename Kind, void (*destroy)(Kind kind, RefCounted* object)>
 class PendingDestruction {
 public:

@@ -6,6 +6,7 @@
 #include <new>
 #include <utility>
 
+#include "base/memory_budget.h"
 #include "lua/value.h"
 
 namespace vesper::lua {
@@ -22,6 +23,7 @@ public:
     ItemArray& operator=(ItemArray&&) = delete;
     ~ItemArray() {
         for (Value& item : *this) item.dropReference();
+        kelmora::MemoryBudget::give(capacity_ * sizeof(Value));
         std::free(static_cast<void*>(items_));
     }
 
@@ -49,8 +51,12 @@ public:
     }
     void reserve(std::size_t capacity) {
         if (capacity <= capacity_) return;
+        kelmora::MemoryBudget::take((capacity - capacity_) * sizeof(Value));
         void* grown = std::realloc(static_cast<void*>(items_), capacity * sizeof(Value));
-        if (!grown) throw std::bad_alloc();
+        if (!grown) {
+            kelmora::MemoryBudget::give((capacity - capacity_) * sizeof(Value));
+            throw std::bad_alloc();
+        }
         items_ = static_cast<Value*>(grown);
         capacity_ = static_cast<std::uint32_t>(capacity);
     }

@@ -5,6 +5,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "base/memory_budget.h"
 #include "base/pooled.h"
 #include "text/limits.h"
 
@@ -34,6 +35,7 @@ StringObject* StringObject::makeEmpty(std::size_t capacity) {
     if (capacity <= longerCapacity)
         return new (LongerBlock::operator new(sizeof(LongerBlock))) StringObject(longerCapacity);
     checkTextSize(capacity);
+    kelmora::MemoryBudget::take(sizeof(StringObject) + capacity);
     return new (::operator new(sizeof(StringObject) + capacity)) StringObject(capacity);
 }
 
@@ -58,6 +60,7 @@ void StringObject::destroy(StringObject* object) {
     } else if (capacity == longerCapacity) {
         LongerBlock::operator delete(object);
     } else {
+        kelmora::MemoryBudget::give(sizeof(StringObject) + capacity);
         ::operator delete(object);
     }
 }

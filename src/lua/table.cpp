@@ -168,9 +168,9 @@ void Table::growNodes() {
 }
 
 void Table::rebuildNodes(std::size_t count) {
-    auto old = std::move(nodes_);
+    decltype(nodes_) old(count);
+    old.swap(nodes_);
     const std::uint32_t oldCount = nodeCount_;
-    nodes_ = std::make_unique<Node[]>(count);
     nodeCount_ = static_cast<std::uint32_t>(count);
     usedNodes_ = 0;
     integerKeys_ = 0;
@@ -239,6 +239,7 @@ const Value* Table::findListed(const SortedKeys& listed, std::size_t position) c
 void Table::clear() {
     const auto oldArray = std::move(array_);
     const auto oldNodes = std::move(nodes_);
+    nodes_.clear();
     nodeCount_ = usedNodes_ = integerKeys_ = 0;
     border_ = 0;
     sorted_ = nullptr;

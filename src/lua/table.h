@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <vector>
 
+#include "base/memory_budget.h"
 #include "base/pooled.h"
 #include "lua/item_array.h"
 #include "lua/object_list.h"
@@ -43,7 +43,7 @@ public:
     }
     const Value* find(const StringObject& key) const {
         if (nodeCount_ == 0) return nullptr;
-        const Node* nodes = nodes_.get();
+        const Node* nodes = nodes_.data();
         for (std::uint32_t at = key.hash();; ++at) {
             const Node& node = nodes[at & (nodeCount_ - 1)];
             if (node.key.isString() && node.key.string().equals(key)) return &node.value;
@@ -118,7 +118,7 @@ private:
     void moveEntriesIntoArray(std::size_t from);
 
     ItemArray array_;
-    std::unique_ptr<Node[]> nodes_;
+    std::vector<Node, kelmora::BudgetAllocator<Node>> nodes_;
     std::uint32_t nodeCount_ = 0;  // a power of two, or 0
     std::uint32_t usedNodes_ = 0;  // with a key
     std::uint32_t integerKeys_ = 0;

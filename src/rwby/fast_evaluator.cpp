@@ -135,7 +135,7 @@ private:
     }
 
     static void evaluateArray(FastEvaluator& self, const FastNode& node, RubyValue& result) {
-        std::vector<RubyValue> items(node.arguments.size());
+        RubyItems items(node.arguments.size());
         for (std::size_t i = 0; i < items.size(); ++i) self.evaluateFastNode(node.arguments[i], items[i]);
         result = RubyValue::array(std::move(items));
     }

@@ -182,13 +182,19 @@ void InnerRun::unwind() {
     releaseAbove(entryTop_);
 }
 
-// Goes back to the innermost pcall of this run, which takes the text.
+// Goes back to the innermost pcall of this run, which takes the text. What failed lets go of its values
+// first: its registers begin among the caller's.
 bool InnerRun::recover(std::string_view text) {
     failedLine_ = 0;
+    RubyValue* failed = base();
     while (machine_.frameEnd != entryFrame_) {
         const InnerFrame& frame = popFrame();
-        if (!frame.isProtected) continue;
-        releaseAbove(resume(frame));
+        if (!frame.isProtected) {
+            failed = frame.base;
+            continue;
+        }
+        releaseAbove(failed);
+        machine_.stack.setTop(resume(frame));
         refreshGlobals();
         at(frame.target) = protectedResult(false, RubyValue::text(text));
         return true;
@@ -224,7 +230,7 @@ void InnerRun::index(const InnerInstruction& i) {
     const RubyValue& container = at(i.a);
     const RubyValue& position = at(i.b);
     if (container.isArray() && position.isInteger()) {
-        const std::vector<RubyValue>& items = container.items();
+        const RubyItems& items = container.items();
         const auto place = static_cast<std::uint64_t>(position.integerValue());
         if (place < items.size()) {
             at(i.target) = items[static_cast<std::size_t>(place)];
@@ -354,7 +360,7 @@ void InnerRun::defineFunction(const InnerInstruction& i) {
 }
 
 void InnerRun::makeArray(const InnerInstruction& i) {
-    std::vector<RubyValue> items;
+    RubyItems items;
     items.reserve(static_cast<std::size_t>(i.b));
     for (std::int32_t item = 0; item < i.b; ++item) items.push_back(std::move(base()[i.a + item]));
     at(i.target) = RubyValue::array(std::move(items));

@@ -50,6 +50,8 @@ public:
         }
         if (isLabel_[code_.size()]) enterLabel(code_.size());
         innerAt_[code_.size()] = static_cast<std::int32_t>(out_.instructions.size());
+        // An image may end behind a load, which can fail though nothing uses it.
+        if (reachable_) settleBelow(0);
         emit(InnerOp::ReturnNil, 0);
         if (hasFailed_) return {};
         for (const auto& [at, target] : patches_)

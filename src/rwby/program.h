@@ -40,7 +40,7 @@ struct CompiledFunction {
 // Function 0 is the entry, with all its names global.
 struct Program : kelmora::RefCounted {
     std::vector<CompiledFunction> functions;
-    std::vector<RubyValue> constants;
+    RubyItems constants;
     std::string sourceName = "<string>";
 
     // Null when there is no such constant, or it is no string.

@@ -132,7 +132,7 @@ RubyValue RubyValue::character(char byte) {
     return characters[static_cast<unsigned char>(byte)];
 }
 
-RubyValue RubyValue::array(std::vector<RubyValue> items) {
+RubyValue RubyValue::array(RubyItems items) {
     auto* object = new ArrayObject;
     object->items = std::move(items);
     return counted(RubyValueType::Array, object);
@@ -171,7 +171,7 @@ std::string_view RubyValue::asString() const {
     return stringObject().text();
 }
 
-std::vector<RubyValue>& RubyValue::asArray() const {
+RubyItems& RubyValue::asArray() const {
     if (!isArray()) throw std::runtime_error("value is not an array");
     return items();
 }

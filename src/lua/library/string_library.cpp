@@ -72,10 +72,15 @@ void rep(NativeCall& call) {
     const std::uint64_t size = step * static_cast<std::uint64_t>(count) - separator.size();
     checkTextSize(static_cast<std::size_t>(std::min<std::uint64_t>(size, SIZE_MAX)));
     Value made(StringObject::makeEmpty(static_cast<std::size_t>(size)));
-    for (std::int64_t i = 0; i < count; ++i) {
-        if (i > 0) made.string().append(separator);
-        made.string().append(unit);
-    }
+    StringObject& text = made.string();
+    text.append(unit);
+    if (count > 1) text.append(separator);
+    if (count > 1) text.append(unit);
+    // What stands behind the first separator repeats: ever longer parts of it are copied.
+    while (text.size() < size)
+        text.append(text.view().substr(
+            unit.size(),
+            std::min<std::size_t>(text.size() - unit.size(), static_cast<std::size_t>(size) - text.size())));
     call.give(std::move(made));
 }
 

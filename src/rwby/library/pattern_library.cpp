@@ -23,7 +23,7 @@ RubyValue captureValue(const LuaPattern& pattern, std::string_view subject, cons
 // The match when the pattern has no captures, else what it captured: one value, or an array of several.
 RubyValue matchValue(const LuaPattern& pattern, std::string_view subject, const Captures& captures) {
     if (captures.size() <= 2) return captureValue(pattern, subject, captures, captures.size() - 1);
-    std::vector<RubyValue> values;
+    RubyItems values;
     values.reserve(captures.size() - 1);
     for (std::size_t i = 1; i < captures.size(); ++i)
         values.push_back(captureValue(pattern, subject, captures, i));
@@ -39,7 +39,7 @@ bool searchStart(Arguments arguments, std::size_t& start) {
     return position - 1 <= size;
 }
 
-std::vector<RubyValue> positions(std::size_t first, std::size_t end) {
+RubyItems positions(std::size_t first, std::size_t end) {
     return {RubyValue::integer(static_cast<std::int64_t>(first) + 1),
             RubyValue::integer(static_cast<std::int64_t>(end))};
 }
@@ -89,7 +89,7 @@ RubyValue find(RubyVM&, Arguments arguments) {
     const LuaPattern& pattern = *compiled;
     Captures captures;
     if (!searchPattern(pattern, wanted, subject, start, captures)) return {};
-    std::vector<RubyValue> values = positions(captures[0].begin, captures[0].end);
+    RubyItems values = positions(captures[0].begin, captures[0].end);
     for (std::size_t i = 1; i < captures.size(); ++i)
         values.push_back(captureValue(pattern, subject, captures, i));
     return RubyValue::array(std::move(values));
@@ -111,7 +111,7 @@ RubyValue gmatch(RubyVM&, Arguments arguments) {
     const std::string_view subject = arguments[0].asString();
     const auto pattern = kelmora::cachedLuaPattern(arguments[1].asString());
     LuaMatches matches(*pattern, subject);
-    std::vector<RubyValue> found;
+    RubyItems found;
     while (matches.next()) found.push_back(matchValue(*pattern, subject, matches.captures()));
     return RubyValue::array(std::move(found));
 }
@@ -126,7 +126,7 @@ void appendReplacement(RubyVM& vm, std::string& out, const RubyValue& replacemen
     }
     RubyValue value;
     if (replacement.isFunction()) {
-        std::vector<RubyValue> values;
+        RubyItems values;
         for (std::size_t i = captures.size() > 1 ? 1 : 0; i < captures.size(); ++i)
             values.push_back(captureValue(pattern, subject, captures, i));
         value = vm.call(replacement, values);
