@@ -5,9 +5,9 @@
 
 namespace kelmora {
 
-// What the values of guest languages may take in all, in bytes: texts, tables, arrays and maps. Some systems grant
-// more memory than there is and end the process that uses it, so a runaway program meets this first, as an error
-// like any other. Values live on one thread.
+// What the values of guest languages may take in all, in bytes: texts, tables, arrays and maps. Some systems
+// grant more memory than there is and end the process that uses it, so a runaway program meets this first, as
+// an error like any other. Values live on one thread.
 class MemoryBudget {
 public:
     // Raises std::bad_alloc.
