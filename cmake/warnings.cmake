@@ -1,3 +1,9 @@
+if(WIN32)
+    # A function may have a cold part without any instruction. The table of unwinding then has two entries for one
+    # address, of which the search may find the empty one, and an exception through the other ends the program.
+    add_compile_options(-fno-reorder-blocks-and-partition)
+endif()
+
 # Flags that every target of ours shares. Floating point must give the same bytes on every target:
 # SSE2 arithmetic, no contraction, no reassociation.
 add_library(kelmora_warnings INTERFACE)

@@ -10,6 +10,7 @@ namespace kelmora {
 struct LuaGuest {
     using Machine = vesper::lua::LuaVM;
     using Value = vesper::lua::LuaValue;
+    using Items = std::vector<Value>;
     static constexpr std::string_view name = "Lua";
 
     static Value nil() { return {}; }
@@ -17,7 +18,7 @@ struct LuaGuest {
     static Value number(double value) { return Value(value); }
     static Value boolean(bool value) { return Value(value); }
     static Value text(const std::string& value) { return Value(value); }
-    static Value array(std::vector<Value> items) { return Value::makeArray(std::move(items)); }
+    static Value array(Items items) { return Value::makeArray(std::move(items)); }
     static Value map(std::vector<std::pair<std::string, Value>> entries) {
         return Value::makeMap(std::move(entries));
     }
@@ -33,7 +34,7 @@ struct LuaGuest {
     static double numberOf(const Value& value) { return value.asFloat(); }
     static bool booleanOf(const Value& value) { return value.asBoolean(); }
     static const std::string& textOf(const Value& value) { return value.asString(); }
-    static const std::vector<Value>& itemsOf(const Value& value) { return value.asArray(); }
+    static const Items& itemsOf(const Value& value) { return value.asArray(); }
     template <typename Visit>
     static void forEachEntry(const Value& value, Visit&& visit) {
         for (const auto& [key, held] : value.asMap()) visit(key, held);
@@ -43,6 +44,7 @@ struct LuaGuest {
 struct RubyGuest {
     using Machine = vesper::ruby::RubyVM;
     using Value = vesper::ruby::RubyValue;
+    using Items = vesper::ruby::RubyItems;
     static constexpr std::string_view name = "Ruby";
 
     static Value nil() { return {}; }
@@ -50,7 +52,7 @@ struct RubyGuest {
     static Value number(double value) { return Value::number(value); }
     static Value boolean(bool value) { return Value::boolean(value); }
     static Value text(const std::string& value) { return Value::text(value); }
-    static Value array(std::vector<Value> items) { return Value::array(std::move(items)); }
+    static Value array(Items items) { return Value::array(std::move(items)); }
     static Value map(std::vector<std::pair<std::string, Value>> entries) {
         Value made = Value::makeMap();
         for (auto& [key, value] : entries) made.mapObject().set(key, std::move(value));
@@ -68,7 +70,7 @@ struct RubyGuest {
     static double numberOf(const Value& value) { return value.floatValue(); }
     static bool booleanOf(const Value& value) { return value.booleanValue(); }
     static std::string_view textOf(const Value& value) { return value.asString(); }
-    static const std::vector<Value>& itemsOf(const Value& value) { return value.items(); }
+    static const Items& itemsOf(const Value& value) { return value.items(); }
     template <typename Visit>
     static void forEachEntry(const Value& value, Visit&& visit) {
         for (const auto& entry : value.mapObject().entries()) visit(entry.key->text(), entry.value);

@@ -13,7 +13,7 @@
 #include "script/table_object.h"
 
 // Values between scripts and a guest language, by copy. A guest is described by its traits:
-//     Value               its value outside its machine
+//     Value, Items        its value outside its machine, and the items of an array
 //     name                as messages call it
 //     kindOf, typeName    of a value
 //     nil, integer, number, boolean, text, array, map        make one
@@ -96,7 +96,7 @@ private:
     [[noreturn]] void fail(std::string message) const { bindingError(context_, message.append(Guest::name)); }
 
     Value items(const std::vector<Variable>& values, int depth) {
-        std::vector<Value> converted;
+        typename Guest::Items converted;
         converted.reserve(values.size());
         for (const Variable& value : values) converted.push_back(convert(value, depth + 1));
         return Guest::array(std::move(converted));
@@ -125,7 +125,7 @@ private:
         }
         const std::int32_t largest = numbers.empty() ? 0 : *std::max_element(numbers.begin(), numbers.end());
         if (largest > maximumBridgedArray) fail("table keys are too large to bridge into ");
-        std::vector<Value> values(static_cast<std::size_t>(std::max(largest, 0)), Guest::nil());
+        typename Guest::Items values(static_cast<std::size_t>(std::max(largest, 0)), Guest::nil());
         for (std::size_t i = 0; i < numbers.size(); ++i)
             if (numbers[i] >= 1) values[static_cast<std::size_t>(numbers[i]) - 1] = valueAt(i);
         return Guest::array(std::move(values));

@@ -40,7 +40,7 @@ void dumpLua(std::string_view image, std::ostream& out) {
 }
 
 int runRuby(Runtime& runtime, const std::string& path, std::span<const std::string> arguments, bool isImage) {
-    std::vector<vesper::ruby::RubyValue> values;
+    vesper::ruby::RubyItems values;
     for (const std::string& argument : arguments) values.push_back(vesper::ruby::RubyValue::text(argument));
     runtime.ruby.setGlobal("arguments", vesper::ruby::RubyValue::array(std::move(values)));
     const vesper::ruby::RubyResult result =

@@ -27,19 +27,33 @@ bool isComparison(BinaryOperator operation) {
     return operation >= BinaryOperator::Equal;
 }
 
-Opcode arithmeticOpcode(BinaryOperator operation, bool withConstant) {
+Opcode opcodeBehind(Opcode opcode, std::size_t distance) {
+    return static_cast<Opcode>(static_cast<std::size_t>(opcode) + distance);
+}
+
+// The opcode of an operation in the group that begins with Add, AddConstant or AddInteger.
+Opcode arithmeticOpcode(BinaryOperator operation, Opcode first) {
     switch (operation) {
         case BinaryOperator::Add:
-            return withConstant ? Opcode::AddConstant : Opcode::Add;
+            return first;
         case BinaryOperator::Subtract:
-            return withConstant ? Opcode::SubtractConstant : Opcode::Subtract;
+            return opcodeBehind(first, 1);
         case BinaryOperator::Multiply:
-            return withConstant ? Opcode::MultiplyConstant : Opcode::Multiply;
+            return opcodeBehind(first, 2);
         case BinaryOperator::Divide:
-            return withConstant ? Opcode::DivideConstant : Opcode::Divide;
+            return opcodeBehind(first, 3);
         default:
-            return withConstant ? Opcode::ModuloConstant : Opcode::Modulo;
+            return opcodeBehind(first, 4);
     }
+}
+
+// An integer that fits into an instruction.
+std::optional<std::uint16_t> shortInteger(const Expr& expression) {
+    const auto value = literalValue(expression);
+    if (!value || !value->isInteger() || value->integerValue() < INT16_MIN ||
+        value->integerValue() > INT16_MAX)
+        return {};
+    return static_cast<std::uint16_t>(value->integerValue());
 }
 
 // The operands of a chain of `..`, from left to right.
@@ -338,14 +352,23 @@ void Compiler::arithmeticToRegister(const BinaryExpr& binary, Register target) {
         return value && value->isNumber();
     };
     if (swaps && isNumber(*left) && !isNumber(*right)) std::swap(left, right);
-    std::uint16_t constant = 0;
     const Register first = operandOver(*left, target);
-    if (isNumber(*right) && constantOperand(*right, constant)) {
-        code_->emit(arithmeticOpcode(binary.operation, true), target, first, constant, binary.line);
-        return;
+    const auto integer = shortInteger(*right);
+    const bool isDivision =
+        binary.operation == BinaryOperator::Divide || binary.operation == BinaryOperator::Modulo;
+    std::uint16_t constant = 0;
+    Opcode group = Opcode::Add;
+    std::size_t second = 0;
+    if (integer && (!isDivision || (*integer != 0 && *integer <= INT16_MAX))) {
+        group = Opcode::AddInteger;
+        second = *integer;
+    } else if (isNumber(*right) && constantOperand(*right, constant)) {
+        group = Opcode::AddConstant;
+        second = constant;
+    } else {
+        second = operand(*right);
     }
-    const Register second = operand(*right);
-    code_->emit(arithmeticOpcode(binary.operation, false), target, first, second, binary.line);
+    code_->emit(arithmeticOpcode(binary.operation, group), target, first, second, binary.line);
 }
 
 // Into registers from `start` on, joined whenever there are many; how many are left to join.
@@ -502,47 +525,52 @@ void Compiler::condition(const Expr& expression, bool wanted, JumpList& jumps) {
     code_->releaseTo(top);
 }
 
+// An opcode stands in front of its opposite.
 void Compiler::emitComparison(Opcode opcode, std::size_t a, std::size_t b, bool wanted, JumpList& jumps,
                               std::uint32_t line) {
-    code_->emit(opcode, a, b, wanted ? 1 : 0, line);
+    code_->emit(opcodeBehind(opcode, wanted ? 0 : 1), a, b, 0, line);
     jumps.push_back(code_->emitJump(Opcode::Jump, 0, line));
 }
 
 void Compiler::comparison(const BinaryExpr& binary, bool wanted, JumpList& jumps) {
-    const std::uint32_t line = binary.line;
     const BinaryOperator operation = binary.operation;
-    const auto isConstant = [&](const Expr& expression, std::uint16_t& index) {
-        const auto value = literalValue(expression);
-        const bool isEquality = operation == BinaryOperator::Equal || operation == BinaryOperator::NotEqual;
-        return value && (isEquality || value->isNumber()) && constantOperand(expression, index);
-    };
+    const bool isEquality = operation == BinaryOperator::Equal || operation == BinaryOperator::NotEqual;
     const Expr* left = binary.left;
     const Expr* right = binary.right;
-    std::uint16_t constant = 0;
-    bool turned = false;
-    if (isConstant(*left, constant) && !isConstant(*right, constant)) {
-        std::swap(left, right);
-        turned = true;
-    }
-    const Register first = operand(*left);
-    const bool withConstant = isConstant(*right, constant);
-    const std::size_t second = withConstant ? constant : operand(*right);
-    if (operation == BinaryOperator::Equal || operation == BinaryOperator::NotEqual) {
-        emitComparison(withConstant ? Opcode::EqualConstant : Opcode::Equal, first, second,
-                       wanted == (operation == BinaryOperator::Equal), jumps, line);
+    const auto stays = [isEquality](const Expr& expression) {
+        return isEquality ? literalValue(expression).has_value() : shortInteger(expression).has_value();
+    };
+    const bool turned = stays(*left) && !stays(*right);
+    if (turned) std::swap(left, right);
+    if (isEquality) {
+        equality(*left, *right, wanted == (operation == BinaryOperator::Equal), jumps, binary.line);
         return;
     }
     const bool orEqual = operation == BinaryOperator::LessEqual || operation == BinaryOperator::GreaterEqual;
     const bool isGreater =
         (operation == BinaryOperator::Greater || operation == BinaryOperator::GreaterEqual) != turned;
-    if (withConstant) {
-        const Opcode less = orEqual ? Opcode::LessEqualConstant : Opcode::LessConstant;
-        const Opcode greater = orEqual ? Opcode::GreaterEqualConstant : Opcode::GreaterConstant;
-        emitComparison(isGreater ? greater : less, first, second, wanted, jumps, line);
-    } else if (isGreater) {
-        emitComparison(orEqual ? Opcode::LessEqual : Opcode::Less, second, first, wanted, jumps, line);
+    const Register first = operand(*left);
+    if (const auto integer = shortInteger(*right)) {
+        const Opcode less = orEqual ? Opcode::IfLessEqualInteger : Opcode::IfLessInteger;
+        const Opcode greater = orEqual ? Opcode::IfGreaterEqualInteger : Opcode::IfGreaterInteger;
+        emitComparison(isGreater ? greater : less, first, *integer, wanted, jumps, binary.line);
+        return;
+    }
+    const Register second = operand(*right);
+    emitComparison(orEqual ? Opcode::IfLessEqual : Opcode::IfLess, isGreater ? second : first,
+                   isGreater ? first : second, wanted, jumps, binary.line);
+}
+
+void Compiler::equality(const Expr& left, const Expr& right, bool wanted, JumpList& jumps,
+                        std::uint32_t line) {
+    const Register first = operand(left);
+    std::uint16_t constant = 0;
+    if (const auto integer = shortInteger(right)) {
+        emitComparison(Opcode::IfEqualInteger, first, *integer, wanted, jumps, line);
+    } else if (constantOperand(right, constant)) {
+        emitComparison(Opcode::IfEqualConstant, first, constant, wanted, jumps, line);
     } else {
-        emitComparison(orEqual ? Opcode::LessEqual : Opcode::Less, first, second, wanted, jumps, line);
+        emitComparison(Opcode::IfEqual, first, operand(right), wanted, jumps, line);
     }
 }
 

@@ -67,6 +67,7 @@ private:
     // Emits jumps that are taken when the value's truth is `wanted`.
     void condition(const Expr& expression, bool wanted, JumpList& jumps);
     void comparison(const BinaryExpr& binary, bool wanted, JumpList& jumps);
+    void equality(const Expr& left, const Expr& right, bool wanted, JumpList& jumps, std::uint32_t line);
     void emitComparison(Opcode opcode, std::size_t a, std::size_t b, bool wanted, JumpList& jumps,
                         std::uint32_t line);
     // True when the value is a literal that 16 bits can name.

@@ -16,13 +16,50 @@ void makeBox(Value& target, Value& content) {
     target = Value(new Box(std::move(initial)));
 }
 
-const Value& itemAt(const Table& table, std::int64_t key, const Value& nothing) {
-    const Value* found = table.find(key);
-    return found ? *found : nothing;
+[[gnu::always_inline]] inline void copyFound(Value& target, const Value* found) {
+    if (found) {
+        target = *found;
+    } else {
+        target.reset();
+    }
 }
 
 inline std::uint64_t bits(const Value& value) {
     return static_cast<std::uint64_t>(value.integerValue());
+}
+
+// Division of 32 bits is several times as quick as of 64.
+inline bool areShort(std::uint64_t first, std::uint64_t second) {
+    return ((first | second) >> 32) == 0;
+}
+
+// What is not the quick case of an instruction is done here, so that the loop keeps its state in registers.
+[[gnu::noinline]] void otherArithmetic(Value& target, Arithmetic operation, const Value& a, const Value& b) {
+    target = arithmetic(operation, a, b);
+}
+[[gnu::noinline]] void otherArithmetic(Value& target, Arithmetic operation, const Value& a, std::int16_t b) {
+    target = arithmetic(operation, a, Value::integer(b));
+}
+[[gnu::noinline]] bool otherLess(const Value& a, const Value& b) {
+    return isLess(a, b);
+}
+[[gnu::noinline]] bool otherLessEqual(const Value& a, const Value& b) {
+    return isLessOrEqual(a, b);
+}
+[[gnu::noinline]] bool otherLess(const Value& a, std::int16_t b) {
+    return isLess(a, Value::integer(b));
+}
+[[gnu::noinline]] bool otherLessEqual(const Value& a, std::int16_t b) {
+    return isLessOrEqual(a, Value::integer(b));
+}
+[[gnu::noinline]] bool otherGreater(const Value& a, std::int16_t b) {
+    return isLess(Value::integer(b), a);
+}
+[[gnu::noinline]] bool otherGreaterEqual(const Value& a, std::int16_t b) {
+    return isLessOrEqual(Value::integer(b), a);
+}
+[[gnu::noinline]] bool otherEqual(const Value& a, std::int16_t b) {
+    return valuesEqual(a, Value::integer(b));
 }
 
 }  // namespace
@@ -33,377 +70,417 @@ void Interpreter::execute(const Frame* entry) {
         VESPER_LUA_OPCODES(VESPER_LUA_LABEL)
 #undef VESPER_LUA_LABEL
     };
-    static const Value nothing;
 
+    // The running frame's state, in registers while the loop runs. What may fail saves its place first.
     const Instruction* pc;
     Value* base;
     const Value* constants;
     Instruction i;
-    Value* globals;
 
-    // The running frame's state is kept in these while the loop runs; only inlined can they stay in
-    // registers.
-    const auto load = [&]() __attribute__((always_inline)) {
-        pc = frame_->pc;
-        base = frame_->base;
-        constants = frame_->function->prototype().constants.data();
-        globals = globals_.slots();
-    };
-    // What may fail has to know its place.
-    const auto save = [&]() __attribute__((always_inline)) {
-        frame_->pc = pc;
-    };
-    // Going back begins a round.
-    const auto jump = [&](std::int32_t distance) __attribute__((always_inline)) {
-        if (distance < 0) {
-            save();
-            countStep();
-        }
-        pc += distance;
-    };
-    const auto jumpWhen = [&](bool holds) __attribute__((always_inline)) {
-        const Instruction target = *pc++;
-        if (holds == (i.c != 0)) jump(target.wide());
-    };
-
-#define NEXT                                              \
-    do {                                                  \
-        i = *pc++;                                        \
-        goto* labels[static_cast<std::size_t>(i.opcode)]; \
+#define NEXT                      \
+    do {                          \
+        i = *pc++;                \
+        goto* labels[i.number()]; \
+    } while (false)
+#define LOAD                                                        \
+    do {                                                            \
+        pc = frame_->pc;                                            \
+        base = frame_->base;                                        \
+        constants = frame_->function->prototype().constants.data(); \
+    } while (false)
+#define SAVE (frame_->pc = pc)
+#define COUNT_STEP                       \
+    do {                                 \
+        if (--steps_ < 0) [[unlikely]] { \
+            SAVE;                        \
+            stopAtLimit();               \
+        }                                \
+    } while (false)
+// Going back begins a round.
+#define JUMP(distance)                    \
+    do {                                  \
+        const std::int32_t by = distance; \
+        if (by < 0) COUNT_STEP;           \
+        pc += by;                         \
+    } while (false)
+#define JUMP_WHEN(holds)         \
+    do {                         \
+        if (holds) {             \
+            ++pc;                \
+            JUMP(pc[-1].wide()); \
+        } else {                 \
+            ++pc;                \
+        }                        \
+        NEXT;                    \
     } while (false)
 #define R(index) base[index]
 
-    load();
+    LOAD;
     NEXT;
 
 opMove:
-    R(i.a) = R(i.b);
+    R(i.a()) = R(i.b());
     NEXT;
 opTake:
-    R(i.a) = std::move(R(i.b));
+    R(i.a()) = std::move(R(i.b()));
     NEXT;
 opLoadConstant:
-    R(i.a) = constants[i.wide()];
+    R(i.a()) = constants[i.wide()];
     NEXT;
 opLoadInteger:
-    R(i.a).setInteger(i.wide());
+    R(i.a()).setInteger(i.wide());
     NEXT;
 opLoadNil:
-    for (Value* value = &R(i.a); value != &R(i.a) + i.b; ++value) value->reset();
+    for (Value* value = &R(i.a()); value != &R(i.a()) + i.b(); ++value) value->reset();
     NEXT;
 opLoadBoolean:
-    R(i.a).setBoolean(i.b != 0);
+    R(i.a()).setBoolean(i.b() != 0);
     NEXT;
 opGetGlobal:
-    R(i.a) = globals[i.wide()];
+    R(i.a()) = globals_.slots()[i.wide()];
     NEXT;
 opSetGlobal:
-    globals[i.wide()] = R(i.a);
+    globals_.slots()[i.wide()] = R(i.a());
     NEXT;
 opTakeGlobal:
-    globals[i.wide()] = std::move(R(i.a));
+    globals_.slots()[i.wide()] = std::move(R(i.a()));
     NEXT;
 opGetCapture:
-    R(i.a) = frame_->function->captures()[i.b];
+    R(i.a()) = frame_->function->captures()[i.b()];
     NEXT;
 opGetCaptureBox:
-    R(i.a) = frame_->function->captures()[i.b].box().value;
+    R(i.a()) = frame_->function->captures()[i.b()].box().value;
     NEXT;
 opSetCaptureBox:
-    frame_->function->captures()[i.a].box().value = R(i.b);
+    frame_->function->captures()[i.a()].box().value = R(i.b());
     NEXT;
 opNewBox:
-    makeBox(R(i.a), R(i.b));
+    makeBox(R(i.a()), R(i.b()));
     NEXT;
 opGetBox:
-    R(i.a) = R(i.b).box().value;
+    R(i.a()) = R(i.b()).box().value;
     NEXT;
 opSetBox:
-    R(i.a).box().value = R(i.b);
+    R(i.a()).box().value = R(i.b());
     NEXT;
 opLoadSelf:
-    R(i.a) = Value(frame_->function);
+    R(i.a()) = Value(frame_->function);
     NEXT;
 opClosure:
-    R(i.a) = makeClosure(*frame_, static_cast<std::size_t>(i.wide()));
+    SAVE;
+    makeClosure(R(i.a()), *frame_, static_cast<std::size_t>(i.wide()));
     NEXT;
 opNewTable:
-    R(i.a) = makeTable(i.b, i.c);
+    SAVE;
+    R(i.a()) = makeTable(i.b(), i.c());
     NEXT;
 opSetList:
-    save();
-    storeList(&R(i.a), i.b == manyValues ? static_cast<std::size_t>(top_ - &R(i.a) - 1) : i.b, pc->wide());
+    SAVE;
+    storeList(&R(i.a()), i.b() == manyValues ? static_cast<std::size_t>(top_ - &R(i.a()) - 1) : i.b(),
+              pc->wide());
     ++pc;
     NEXT;
 
 opGetIndex : {
-    const Value& object = R(i.b);
-    const Value& key = R(i.c);
-    if (object.isTable()) {
-        const Table& table = object.table();
-        if (key.isInteger()) {
-            R(i.a) = itemAt(table, key.integerValue(), nothing);
-        } else {
-            const Value* found = table.find(key);
-            R(i.a) = found ? *found : nothing;
-        }
+    const Value& object = R(i.b());
+    const Value& key = R(i.c());
+    if (object.isTable()) [[likely]] {
+        copyFound(R(i.a()),
+                  key.isInteger() ? object.table().find(key.integerValue()) : object.table().find(key));
         NEXT;
     }
-    save();
-    R(i.a) = indexValue(object, key);
+    SAVE;
+    indexOther(R(i.a()), object, key);
     NEXT;
 }
 opGetField : {
-    const Value& object = R(i.b);
-    if (object.isTable()) {
-        const Value* found = object.table().find(constants[i.c].string());
-        R(i.a) = found ? *found : nothing;
+    const Value& object = R(i.b());
+    if (object.isTable()) [[likely]] {
+        copyFound(R(i.a()), object.table().find(constants[i.c()].string()));
         NEXT;
     }
-    save();
-    R(i.a) = indexValue(object, constants[i.c]);
+    SAVE;
+    indexOther(R(i.a()), object, constants[i.c()]);
     NEXT;
 }
 opGetItem : {
-    const Value& object = R(i.b);
-    if (object.isTable()) {
-        R(i.a) = itemAt(object.table(), i.c, nothing);
+    const Value& object = R(i.b());
+    if (object.isTable()) [[likely]] {
+        copyFound(R(i.a()), object.table().find(std::int64_t{i.c()}));
         NEXT;
     }
-    save();
-    R(i.a) = indexValue(object, Value::integer(i.c));
+    SAVE;
+    indexOther(R(i.a()), object, Value::integer(i.c()));
     NEXT;
 }
 opSetIndex : {
-    const Value& object = R(i.a);
-    const Value& key = R(i.b);
-    if (object.isTable() && key.isInteger() && object.table().trySetItem(key.integerValue(), R(i.c))) NEXT;
-    save();
-    assignIndex(object, key, R(i.c));
+    const Value& object = R(i.a());
+    const Value& key = R(i.b());
+    if (object.isTable() && key.isInteger() && object.table().trySetItem(key.integerValue(), R(i.c()))) NEXT;
+    SAVE;
+    assignIndex(object, key, R(i.c()));
     NEXT;
 }
 opSetField : {
-    const Value& object = R(i.a);
-    StringObject& name = constants[i.b].string();
-    if (object.isTable()) {
-        if (object.table().trySetField(name, R(i.c))) NEXT;
-        save();
-        object.table().set(name, R(i.c));
-        NEXT;
-    }
-    save();
-    assignIndex(object, constants[i.b], R(i.c));
+    const Value& object = R(i.a());
+    const Value& name = constants[i.b()];
+    if (object.isTable() && object.table().trySetField(name.string(), R(i.c()))) NEXT;
+    SAVE;
+    assignField(object, name, R(i.c()));
     NEXT;
 }
 opSetItem : {
-    const Value& object = R(i.a);
-    if (object.isTable() && object.table().trySetItem(i.b, R(i.c))) NEXT;
-    save();
-    assignIndex(object, Value::integer(i.b), R(i.c));
+    const Value& object = R(i.a());
+    if (object.isTable() && object.table().trySetItem(i.b(), R(i.c()))) NEXT;
+    SAVE;
+    assignIndex(object, Value::integer(i.b()), R(i.c()));
     NEXT;
 }
 
-#define INTEGER_ARITHMETIC(name, right, sign)                                            \
-    {                                                                                    \
-        const Value& first = R(i.b);                                                     \
-        const Value& second = right;                                                     \
-        if (first.isInteger() && second.isInteger()) {                                   \
-            R(i.a).setInteger(static_cast<std::int64_t>(bits(first) sign bits(second))); \
-            NEXT;                                                                        \
-        }                                                                                \
-        save();                                                                          \
-        R(i.a) = arithmetic(Arithmetic::name, first, second);                            \
-        NEXT;                                                                            \
+#define ARITHMETIC(name, sign)                                                             \
+    op##name : {                                                                           \
+        const Value& first = R(i.b());                                                     \
+        const Value& second = R(i.c());                                                    \
+        if (first.isInteger() && second.isInteger()) [[likely]] {                          \
+            R(i.a()).setInteger(static_cast<std::int64_t>(bits(first) sign bits(second))); \
+            NEXT;                                                                          \
+        }                                                                                  \
+        SAVE;                                                                              \
+        otherArithmetic(R(i.a()), Arithmetic::name, first, second);                        \
+        NEXT;                                                                              \
+    }                                                                                      \
+    op##name##Constant : {                                                                 \
+        const Value& first = R(i.b());                                                     \
+        const Value& second = constants[i.c()];                                            \
+        if (first.isInteger() && second.isInteger()) [[likely]] {                          \
+            R(i.a()).setInteger(static_cast<std::int64_t>(bits(first) sign bits(second))); \
+            NEXT;                                                                          \
+        }                                                                                  \
+        SAVE;                                                                              \
+        otherArithmetic(R(i.a()), Arithmetic::name, first, second);                        \
+        NEXT;                                                                              \
+    }                                                                                      \
+    op##name##Integer : {                                                                  \
+        const Value& first = R(i.b());                                                     \
+        if (first.isInteger()) [[likely]] {                                                \
+            R(i.a()).setInteger(static_cast<std::int64_t>(                                 \
+                bits(first) sign static_cast<std::uint64_t>(std::int64_t{i.signedC()})));  \
+            NEXT;                                                                          \
+        }                                                                                  \
+        SAVE;                                                                              \
+        otherArithmetic(R(i.a()), Arithmetic::name, first, i.signedC());                   \
+        NEXT;                                                                              \
     }
-opAdd:
-    INTEGER_ARITHMETIC(Add, R(i.c), +)
-opAddConstant:
-    INTEGER_ARITHMETIC(Add, constants[i.c], +)
-opSubtract:
-    INTEGER_ARITHMETIC(Subtract, R(i.c), -)
-opSubtractConstant:
-    INTEGER_ARITHMETIC(Subtract, constants[i.c], -)
-opMultiply:
-    INTEGER_ARITHMETIC(Multiply, R(i.c), *)
-opMultiplyConstant:
-    INTEGER_ARITHMETIC(Multiply, constants[i.c], *)
-#undef INTEGER_ARITHMETIC
+    ARITHMETIC(Add, +)
+    ARITHMETIC(Subtract, -)
+    ARITHMETIC(Multiply, *)
+#undef ARITHMETIC
 opDivide:
-    save();
-    R(i.a) = arithmetic(Arithmetic::Divide, R(i.b), R(i.c));
+    SAVE;
+    otherArithmetic(R(i.a()), Arithmetic::Divide, R(i.b()), R(i.c()));
     NEXT;
 opDivideConstant:
-    save();
-    R(i.a) = arithmetic(Arithmetic::Divide, R(i.b), constants[i.c]);
+    SAVE;
+    otherArithmetic(R(i.a()), Arithmetic::Divide, R(i.b()), constants[i.c()]);
+    NEXT;
+opDivideInteger:
+    SAVE;
+    otherArithmetic(R(i.a()), Arithmetic::Divide, R(i.b()), i.signedC());
     NEXT;
 
-// Division of 32 bits is several times as quick as of 64.
-#define MODULO(right)                                                                               \
-    {                                                                                               \
-        const Value& first = R(i.b);                                                                \
-        const Value& second = right;                                                                \
-        if (first.isInteger() && second.isInteger() && ((bits(first) | bits(second)) >> 32) == 0 && \
-            bits(second) != 0) {                                                                    \
-            R(i.a).setInteger(static_cast<std::uint32_t>(bits(first)) %                             \
-                              static_cast<std::uint32_t>(bits(second)));                            \
-            NEXT;                                                                                   \
-        }                                                                                           \
-        save();                                                                                     \
-        R(i.a) = arithmetic(Arithmetic::Modulo, first, second);                                     \
-        NEXT;                                                                                       \
+#define MODULO(right)                                                                         \
+    {                                                                                         \
+        const Value& first = R(i.b());                                                        \
+        const Value& second = right;                                                          \
+        if (first.isInteger() && second.isInteger() && areShort(bits(first), bits(second)) && \
+            bits(second) != 0) [[likely]] {                                                   \
+            R(i.a()).setInteger(static_cast<std::uint32_t>(bits(first)) %                     \
+                                static_cast<std::uint32_t>(bits(second)));                    \
+            NEXT;                                                                             \
+        }                                                                                     \
+        SAVE;                                                                                 \
+        otherArithmetic(R(i.a()), Arithmetic::Modulo, first, second);                         \
+        NEXT;                                                                                 \
     }
 opModulo:
-    MODULO(R(i.c))
+    MODULO(R(i.c()))
 opModuloConstant:
-    MODULO(constants[i.c])
+    MODULO(constants[i.c()])
 #undef MODULO
+opModuloInteger : {
+    const Value& first = R(i.b());
+    if (first.isInteger() && areShort(bits(first), 0)) [[likely]] {
+        R(i.a()).setInteger(static_cast<std::uint32_t>(bits(first)) % std::uint32_t{i.c()});
+        NEXT;
+    }
+    SAVE;
+    otherArithmetic(R(i.a()), Arithmetic::Modulo, first, i.signedC());
+    NEXT;
+}
 
 opNegate:
-    save();
-    R(i.a) = negated(R(i.b));
+    SAVE;
+    R(i.a()) = negated(R(i.b()));
     NEXT;
 opNot:
-    R(i.a).setBoolean(!R(i.b).isTruthy());
+    R(i.a()).setBoolean(!R(i.b()).isTruthy());
     NEXT;
 opLength:
-    save();
-    R(i.a).setInteger(lengthOf(R(i.b)));
+    SAVE;
+    R(i.a()).setInteger(lengthOf(R(i.b())));
     NEXT;
 opConcat:
-    save();
-    R(i.a) = concatenated(&R(i.b), i.c);
+    SAVE;
+    R(i.a()) = concatenated(&R(i.b()), i.c());
     NEXT;
 opAppend:
-    save();
-    appendTo(R(i.a), &R(i.b), i.c);
+    SAVE;
+    appendTo(R(i.a()), &R(i.b()), i.c());
     NEXT;
 opAppendGlobal:
-    save();
-    appendTo(globals[pc->wide()], &R(i.b), i.c);
+    SAVE;
+    appendTo(globals_.slots()[pc->wide()], &R(i.b()), i.c());
     ++pc;
     NEXT;
 
 opJump:
-    jump(i.wide());
+    JUMP(i.wide());
     NEXT;
 opJumpIf:
-    if (R(i.a).isTruthy()) jump(i.wide());
+    if (R(i.a()).isTruthy()) JUMP(i.wide());
     NEXT;
 opJumpIfNot:
-    if (!R(i.a).isTruthy()) jump(i.wide());
+    if (!R(i.a()).isTruthy()) JUMP(i.wide());
     NEXT;
 
-opEqual:
-    jumpWhen(valuesEqual(R(i.a), R(i.b)));
-    NEXT;
-opEqualConstant : {
-    const Value& first = R(i.a);
-    const Value& second = constants[i.b];
-    if (first.isInteger() && second.isInteger()) {
-        jumpWhen(first.integerValue() == second.integerValue());
-    } else {
-        jumpWhen(valuesEqual(first, second));
-    }
-    NEXT;
-}
+opIfEqual:
+    JUMP_WHEN(valuesEqual(R(i.a()), R(i.b())));
+opUnlessEqual:
+    JUMP_WHEN(!valuesEqual(R(i.a()), R(i.b())));
+opIfEqualConstant:
+    JUMP_WHEN(valuesEqual(R(i.a()), constants[i.b()]));
+opUnlessEqualConstant:
+    JUMP_WHEN(!valuesEqual(R(i.a()), constants[i.b()]));
 
-#define COMPARISON(left, right, sign, otherwise)                       \
-    {                                                                  \
-        const Value& first = left;                                     \
-        const Value& second = right;                                   \
-        if (first.isInteger() && second.isInteger()) {                 \
-            jumpWhen(first.integerValue() sign second.integerValue()); \
-            NEXT;                                                      \
-        }                                                              \
-        save();                                                        \
-        jumpWhen(otherwise);                                           \
-        NEXT;                                                          \
+#define COMPARE(name, sign, otherwise)                                     \
+    opIf##name : {                                                         \
+        const Value& first = R(i.a());                                     \
+        const Value& second = R(i.b());                                    \
+        if (first.isInteger() && second.isInteger()) [[likely]]            \
+            JUMP_WHEN(first.integerValue() sign second.integerValue());    \
+        SAVE;                                                              \
+        JUMP_WHEN(otherwise(first, second));                               \
+    }                                                                      \
+    opUnless##name : {                                                     \
+        const Value& first = R(i.a());                                     \
+        const Value& second = R(i.b());                                    \
+        if (first.isInteger() && second.isInteger()) [[likely]]            \
+            JUMP_WHEN(!(first.integerValue() sign second.integerValue())); \
+        SAVE;                                                              \
+        JUMP_WHEN(!otherwise(first, second));                              \
     }
-opLess:
-    COMPARISON(R(i.a), R(i.b), <, isLess(first, second))
-opLessEqual:
-    COMPARISON(R(i.a), R(i.b), <=, isLessOrEqual(first, second))
-opLessConstant:
-    COMPARISON(R(i.a), constants[i.b], <, isLess(first, second))
-opLessEqualConstant:
-    COMPARISON(R(i.a), constants[i.b], <=, isLessOrEqual(first, second))
-opGreaterConstant:
-    COMPARISON(R(i.a), constants[i.b], >, isLess(second, first))
-opGreaterEqualConstant:
-    COMPARISON(R(i.a), constants[i.b], >=, isLessOrEqual(second, first))
-#undef COMPARISON
+#define COMPARE_INTEGER(name, sign, otherwise)                   \
+    opIf##name##Integer : {                                      \
+        const Value& first = R(i.a());                           \
+        if (first.isInteger()) [[likely]]                        \
+            JUMP_WHEN(first.integerValue() sign i.signedB());    \
+        SAVE;                                                    \
+        JUMP_WHEN(otherwise(first, i.signedB()));                \
+    }                                                            \
+    opUnless##name##Integer : {                                  \
+        const Value& first = R(i.a());                           \
+        if (first.isInteger()) [[likely]]                        \
+            JUMP_WHEN(!(first.integerValue() sign i.signedB())); \
+        SAVE;                                                    \
+        JUMP_WHEN(!otherwise(first, i.signedB()));               \
+    }
+    COMPARE(Less, <, otherLess)
+    COMPARE(LessEqual, <=, otherLessEqual)
+    COMPARE_INTEGER(Equal, ==, otherEqual)
+    COMPARE_INTEGER(Less, <, otherLess)
+    COMPARE_INTEGER(LessEqual, <=, otherLessEqual)
+    COMPARE_INTEGER(Greater, >, otherGreater)
+    COMPARE_INTEGER(GreaterEqual, >=, otherGreaterEqual)
+#undef COMPARE
+#undef COMPARE_INTEGER
 
 opCall : {
-    Value* callee = &R(i.a);
-    const std::size_t count = i.b == manyValues ? static_cast<std::size_t>(top_ - callee - 1) : i.b;
-    save();
-    countStep();
-    if (callee->isFunction()) {
+    Value* const callee = &R(i.a());
+    SAVE;
+    COUNT_STEP;
+    if (callee->isFunction()) [[likely]] {
         FunctionObject& function = callee->function();
-        if (function.kind() == FunctionObject::Kind::Script) {
-            pushFrame(function, callee + 1, count, callee, i.c);
-            load();
-            NEXT;
-        }
-        if (function.kind() == FunctionObject::Kind::Raise && guardAbove(entry)) {
-            raiseToGuard(entry, errorValue({callee + 1, count}));
-            load();
-            NEXT;
+        if (i.b() == function.plainArguments()) [[likely]] {
+            const Prototype& prototype = function.prototype();
+            if (callee + 1 + prototype.registers <= softEnd_) [[likely]] {
+                pc = prototype.code.data();
+                base = callee + 1;
+                constants = prototype.constants.data();
+                *++frame_ = Frame{&function, pc, base, i.c()};
+                NEXT;
+            }
         }
     }
-    callSlow(callee, count, i.c);
-    load();
+    const std::size_t count = i.b() == manyValues ? static_cast<std::size_t>(top_ - callee - 1) : i.b();
+    if (callOther(entry, callee, count, i.c())) LOAD;
     NEXT;
 }
-opMethod:
-    save();
-    method(&R(i.a), R(i.b), constants[i.c]);
+opMethod : {
+    Value* const target = &R(i.a());
+    const Value& object = R(i.b());
+    if (object.isTable()) [[likely]] {
+        target[1] = object;
+        copyFound(target[0], target[1].table().find(constants[i.c()].string()));
+        NEXT;
+    }
+    SAVE;
+    method(target, object, constants[i.c()]);
     NEXT;
+}
 opReturn : {
-    const std::size_t count = i.b == manyValues ? static_cast<std::size_t>(top_ - &R(i.a)) : i.b;
-    const bool isEntry = frame_->isEntry;
-    leaveFrame(&R(i.a), count);
+    const std::size_t count = i.b() == manyValues ? static_cast<std::size_t>(top_ - &R(i.a())) : i.b();
+    const bool isEntry = frame_->isEntry();
+    leaveFrame(&R(i.a()), count);
     if (isEntry) return;
-    load();
+    LOAD;
     NEXT;
 }
 opReturnOne : {
     const Frame& frame = *frame_;
-    if (frame.wanted != 1 || frame.isProtected) {
-        const bool isEntry = frame.isEntry;
-        leaveFrame(&R(i.a), 1);
+    if (!frame.wantsOne()) [[unlikely]] {
+        const bool isEntry = frame.isEntry();
+        leaveFrame(&R(i.a()), 1);
         if (isEntry) return;
-        load();
+        LOAD;
         NEXT;
     }
     Value* const end = base + frame.function->prototype().registers;
-    *frame.result = std::move(R(i.a));  // which may have held the function's last reference
-    for (Value* value = base; value < end; ++value) value->reset();
+    base[-1] = std::move(R(i.a()));  // which may have held the function's last reference
+    for (Value* value = base; value < end; ++value) value->dropReference();
     --frame_;
-    load();
+    LOAD;
     NEXT;
 }
 opReturnNone : {
-    const bool isEntry = frame_->isEntry;
+    const bool isEntry = frame_->isEntry();
     leaveFrame(base, 0);
     if (isEntry) return;
-    load();
+    LOAD;
     NEXT;
 }
 
 opForPrepare:
-    save();
-    if (!prepareLoop(&R(i.a))) pc += i.wide();
+    SAVE;
+    if (!prepareLoop(&R(i.a()))) pc += i.wide();
     NEXT;
 opForLoop : {
-    Value* loop = &R(i.a);
-    save();
-    countStep();
-    if (loop[0].isInteger()) {
+    Value* const loop = &R(i.a());
+    COUNT_STEP;
+    if (loop[0].isInteger()) [[likely]] {
         if (loop[1].integerValue() != 0) {
             const auto next = static_cast<std::int64_t>(bits(loop[0]) + bits(loop[2]));
-            loop[1].setInteger(static_cast<std::int64_t>(bits(loop[1]) - 1));
-            loop[0].setInteger(next);
+            loop[1].changeInteger(static_cast<std::int64_t>(bits(loop[1]) - 1));
+            loop[0].changeInteger(next);
             loop[3].setInteger(next);
             pc += i.wide();
         }
@@ -413,24 +490,21 @@ opForLoop : {
     NEXT;
 }
 opIteratorPrepare:
-    if (R(i.a).kind() != ValueKind::Iterator && !R(i.a).isFunction()) {
-        save();
-        throw std::runtime_error("generic for loop expects an iterator");
-    }
+    SAVE;
+    checkIterator(R(i.a()));
     NEXT;
 opIteratorNext : {
-    Value* iterator = &R(i.a);
-    save();
-    countStep();
+    Value* const iterator = &R(i.a());
+    SAVE;
+    COUNT_STEP;
     if (iterator->isFunction()) {
         iterator[1] = *iterator;
         ++pc;  // behind the jump stands the check
-        save();
-        callSlow(iterator + 1, 0, i.b);
-        load();
+        SAVE;
+        if (callOther(entry, iterator + 1, 0, i.b())) LOAD;
         NEXT;
     }
-    if (nextIteration(iterator, i.b)) {
+    if (nextIteration(iterator, i.b())) {
         pc += 2;
     } else {
         pc += pc->wide() + 1;
@@ -438,9 +512,14 @@ opIteratorNext : {
     NEXT;
 }
 opIteratorCheck:
-    if (R(i.a).isNil()) pc += i.wide();
+    if (R(i.a()).isNil()) pc += i.wide();
     NEXT;
 #undef NEXT
+#undef LOAD
+#undef SAVE
+#undef COUNT_STEP
+#undef JUMP
+#undef JUMP_WHEN
 #undef R
 }
 

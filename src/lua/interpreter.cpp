@@ -16,8 +16,9 @@ namespace {
 
 constexpr std::size_t stackSize = std::size_t{1} << 18;
 constexpr std::ptrdiff_t stackStep = 1024;
-constexpr std::size_t frameCount = std::size_t{1} << 16;
-constexpr std::size_t frameReserve = 2;
+// A frame for each value, as each call needs at least the place of what it calls, and the one that is none.
+constexpr std::size_t frameCount = stackSize + 2;
+constexpr std::ptrdiff_t deepestProtected = 1 << 16;
 
 // Zeroed blocks come from the system page by page: only what deep recursion touches costs memory.
 template <typename T>
@@ -46,8 +47,7 @@ Interpreter::Interpreter(kelmora::HostServices& host, kelmora::NativeStack& stac
       softEnd_(stack_ + stackStep),
       top_(stack_),
       frames_(allocateZeroed<Frame>(frameCount)),
-      frame_(frames_),
-      frameEnd_(frames_ + frameCount - frameReserve) {
+      frame_(frames_) {
     frame_->base = stack_;
 }
 
@@ -81,43 +81,36 @@ void Interpreter::ensureStack(const Value* end) {
     softEnd_ = stack_ + std::min<std::ptrdiff_t>(used + stackStep, stackEnd_ - stack_);
 }
 
-void Interpreter::pushFrame(FunctionObject& function, Value* base, std::size_t count, Value* result,
-                            std::uint16_t wanted) {
+void Interpreter::pushFrame(FunctionObject& function, Value* base, std::size_t count, std::uint32_t mode) {
     const Prototype& prototype = function.prototype();
     Value* end = base + std::max<std::size_t>(prototype.registers, count);
     if (end > softEnd_) ensureStack(end);
-    if (frame_ >= frameEnd_) failStack();
     for (std::size_t i = count; i < prototype.parameters; ++i) base[i].reset();
-    ++frame_;
-    frame_->function = &function;
-    frame_->pc = prototype.code.data();
-    frame_->base = base;
-    frame_->result = result;
-    frame_->wanted = wanted;
-    frame_->isEntry = false;
-    frame_->isProtected = false;
+    for (std::size_t i = prototype.registers; i < count; ++i) base[i].reset();
+    *++frame_ = Frame{&function, prototype.code.data(), base, mode};
 }
 
 // Hands the results to the caller and lets go of everything in the frame's registers.
 void Interpreter::leaveFrame(Value* first, std::size_t count) {
     const Frame& frame = *frame_;
-    Value* target = frame.result;
+    Value* target = frame.result();
+    const std::uint16_t wanted = frame.wanted();
     Value* const end = frame.base + frame.function->prototype().registers;
     std::size_t given = count;
     std::size_t skipped = 0;
-    if (frame.isProtected && frame.wanted != 0) {
+    if (frame.isProtected() && wanted != 0) {
         target->setBoolean(true);
         skipped = 1;
     }
-    if (frame.wanted != manyValues) given = std::min<std::size_t>(count, frame.wanted - skipped);
+    if (wanted != manyValues) given = std::min<std::size_t>(count, wanted - skipped);
     for (std::size_t i = 0; i < given; ++i) target[skipped + i] = std::move(first[i]);
     Value* after = target + skipped + given;
-    if (frame.wanted == manyValues) {
+    if (wanted == manyValues) {
         top_ = after;
     } else {
-        for (; after < target + frame.wanted; ++after) after->reset();
+        for (; after < target + wanted; ++after) after->reset();
     }
-    for (Value* value = std::max(frame.base, after); value < end; ++value) value->reset();
+    for (Value* value = std::max(frame.base, after); value < end; ++value) value->dropReference();
     --frame_;
 }
 
@@ -148,7 +141,7 @@ void Interpreter::dropFrames(const Frame* entry) {
 // The innermost frame that pcall called; null when there is none above the entry.
 const Interpreter::Frame* Interpreter::guardAbove(const Frame* entry) const {
     const Frame* guard = frame_;
-    while (guard > entry && !guard->isProtected) --guard;
+    while (guard > entry && !guard->isProtected()) --guard;
     return guard == entry ? nullptr : guard;
 }
 
@@ -156,8 +149,8 @@ const Interpreter::Frame* Interpreter::guardAbove(const Frame* entry) const {
 bool Interpreter::raiseToGuard(const Frame* entry, Value error) {
     const Frame* guard = guardAbove(entry);
     if (!guard) return false;
-    Value* target = guard->result;
-    const std::uint16_t wanted = guard->wanted;
+    Value* target = guard->result();
+    const std::uint16_t wanted = guard->wanted();
     dropFrames(guard);
     MultiValue results;
     results.push(Value::boolean(false));
@@ -245,8 +238,7 @@ MultiValue Interpreter::callValue(const Value& callee, std::span<const Value> ar
     FunctionObject& function = start->function();
     if (function.kind() == FunctionObject::Kind::Script) {
         countStep();
-        pushFrame(function, start + 1, arguments.size(), start, manyValues);
-        frame_->isEntry = true;
+        pushFrame(function, start + 1, arguments.size(), manyValues | Frame::entry);
         top_ = start;
         runUntilReturn(frame_);
         for (Value* value = start; value < top_; ++value) results.push(std::move(*value));
@@ -277,21 +269,25 @@ void Interpreter::callProtected(NativeCall& call) {
     }
 }
 
-// For all that is no script function. True when a new frame is to run.
-bool Interpreter::callSlow(Value* callee, std::size_t count, std::uint16_t wanted) {
+// True when another frame is to go on.
+bool Interpreter::callOther(const Frame* entry, Value* callee, std::size_t count, std::uint16_t wanted) {
     if (!callee->isFunction())
         throw std::runtime_error("attempt to call a " + std::string(describeValueType(*callee)) + " value");
     FunctionObject& function = callee->function();
     switch (function.kind()) {
         case FunctionObject::Kind::Script:
-            pushFrame(function, callee + 1, count, callee, wanted);
+            pushFrame(function, callee + 1, count, wanted);
             return true;
         case FunctionObject::Kind::ProtectedCall:
             return enterProtected(callee, count, wanted);
+        case FunctionObject::Kind::Raise:
+            if (guardAbove(entry)) return raiseToGuard(entry, errorValue({callee + 1, count}));
+            break;
         default:
-            callNative(callee, count, wanted);
-            return false;
+            break;
     }
+    callNative(callee, count, wanted);
+    return false;
 }
 
 bool Interpreter::enterProtected(Value* callee, std::size_t count, std::uint16_t wanted) {
@@ -301,8 +297,9 @@ bool Interpreter::enterProtected(Value* callee, std::size_t count, std::uint16_t
         callNative(callee, count, wanted);
         return false;
     }
-    pushFrame(callee[1].function(), callee + 2, count - 1, callee, wanted);
-    frame_->isProtected = true;
+    // Each pcall around another hands all results on once more.
+    if (frame_ - frames_ >= deepestProtected) failStack();
+    pushFrame(callee[1].function(), callee + 2, count - 1, wanted | Frame::guarded);
     return true;
 }
 
@@ -329,22 +326,29 @@ Value Interpreter::indexValue(const Value& object, const Value& key) {
     throw std::runtime_error("attempt to index a " + std::string(describeValueType(object)) + " value");
 }
 
+void Interpreter::failAssignment(const Value& object) {
+    throw std::runtime_error("attempt to assign into a " + std::string(describeValueType(object)) + " value");
+}
+
 void Interpreter::assignIndex(const Value& object, const Value& key, const Value& value) {
-    if (!object.isTable())
-        throw std::runtime_error("attempt to assign into a " + std::string(describeValueType(object)) +
-                                 " value");
+    if (!object.isTable()) failAssignment(object);
     tableSetByKey(object.table(), key, value);
 }
 
+void Interpreter::assignField(const Value& object, const Value& name, const Value& value) {
+    if (!object.isTable()) failAssignment(object);
+    object.table().setKey(name, value);
+}
+
+// Of what is no table.
 void Interpreter::method(Value* target, const Value& object, const Value& name) {
-    Value found;
-    if (object.isTable()) {
-        if (const Value* place = object.table().find(name.string())) found = *place;
-    } else {
-        found = indexValue(object, name);
-    }
+    Value found = indexValue(object, name);
     target[1] = object;
     target[0] = std::move(found);
+}
+
+void Interpreter::indexOther(Value& target, const Value& object, const Value& key) {
+    target = indexValue(object, key);
 }
 
 void Interpreter::storeList(Value* table, std::size_t count, std::int64_t stored) {
@@ -352,7 +356,7 @@ void Interpreter::storeList(Value* table, std::size_t count, std::int64_t stored
         table->table().set(stored + static_cast<std::int64_t>(i), std::move(table[i]));
 }
 
-Value Interpreter::makeClosure(const Frame& frame, std::size_t child) {
+void Interpreter::makeClosure(Value& target, const Frame& frame, std::size_t child) {
     Value made = makeFunction(frame.function->prototype().children[child]);
     Value* captures = made.function().captures();
     for (const CaptureSource& source : made.function().prototype().captures) {
@@ -367,7 +371,7 @@ Value Interpreter::makeClosure(const Frame& frame, std::size_t child) {
                 *captures++ = Value(frame.function);
         }
     }
-    return made;
+    target = std::move(made);
 }
 
 // --- Loops ---
@@ -399,6 +403,11 @@ bool floatLoopGoesOn(double value, double limit, double step) {
 }
 
 }  // namespace
+
+void Interpreter::checkIterator(const Value& value) {
+    if (value.kind() != ValueKind::Iterator && !value.isFunction())
+        throw std::runtime_error("generic for loop expects an iterator");
+}
 
 // A loop over integers knows its rounds beforehand; they take the limit's place. False when there is none.
 bool Interpreter::prepareLoop(Value* loop) {
@@ -433,14 +442,26 @@ bool Interpreter::advanceFloatLoop(Value* loop) {
 // Of an iterator state, never a function. False at its end.
 bool Interpreter::nextIteration(Value* iterator, std::size_t count) {
     IteratorState& state = iterator->iterator();
-    if (count == 2 && state.givesPairs()) return state.nextPair(iterator[1], iterator[2]);
+    if (state.givesPairs()) {
+        if (count == 2) return state.nextPair(iterator[1], iterator[2]);
+        if (count == 1) return nextKey(state, iterator[1]);
+    }
+    return nextValues(state, iterator + 1, count);
+}
+
+bool Interpreter::nextKey(IteratorState& state, Value& key) {
+    Value value;
+    return state.nextPair(key, value);
+}
+
+bool Interpreter::nextValues(IteratorState& state, Value* target, std::size_t count) {
     MultiValue values;
     if (!nextIteratorItem(state, values) || values.first().isNil()) return false;
     for (std::size_t i = 0; i < count; ++i) {
         if (i < values.size()) {
-            iterator[i + 1] = std::move(values[i]);
+            target[i] = std::move(values[i]);
         } else {
-            iterator[i + 1].reset();
+            target[i].reset();
         }
     }
     return true;

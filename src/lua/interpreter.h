@@ -39,9 +39,12 @@ public:
     Value makeFunction(kelmora::Ref<const Prototype> prototype) {
         return Value(new FunctionObject(objects_, std::move(prototype)));
     }
-    Value makeNative(std::string name, std::function<void(NativeCall&)> native,
+    Value makeNative(std::string name, NativeFunction native,
                      FunctionObject::Kind kind = FunctionObject::Kind::Native) {
-        return Value(new FunctionObject(objects_, std::move(name), std::move(native), kind));
+        return Value(new FunctionObject(objects_, std::move(name), native, kind));
+    }
+    Value makeBound(std::string name, std::function<void(NativeCall&)> bound) {
+        return Value(new FunctionObject(objects_, std::move(name), std::move(bound)));
     }
     // The members that texts and files have when they are indexed.
     void setStringLibrary(Value table) { stringLibrary_ = std::move(table); }
@@ -57,6 +60,8 @@ public:
 
     Value indexValue(const Value& object, const Value& key);
     void assignIndex(const Value& object, const Value& key, const Value& value);
+    // The same for a key that is a text.
+    void assignField(const Value& object, const Value& name, const Value& value);
 
     // Calls and rounds until the run ends with "Step limit reached".
     void setStepLimit(std::int64_t steps) { steps_ = steps; }
@@ -68,10 +73,17 @@ private:
         FunctionObject* function;
         const Instruction* pc;  // behind the call, or behind what failed
         Value* base;            // its registers
-        Value* result;          // where the caller wants the results
-        std::uint16_t wanted;
-        bool isEntry;      // ends the run of the native code that called
-        bool isProtected;  // called by pcall: true goes in front of the results
+        std::uint32_t mode;     // how many results the caller wants, and the flags
+
+        static constexpr std::uint32_t entry = 1u << 16;  // ends the run of the native code that called
+        static constexpr std::uint32_t guarded = 2u
+                                                 << 16;  // called by pcall: true goes in front of the results
+        std::uint16_t wanted() const { return static_cast<std::uint16_t>(mode); }
+        bool isEntry() const { return (mode & entry) != 0; }
+        bool isProtected() const { return (mode & guarded) != 0; }
+        bool wantsOne() const { return mode == 1; }
+        // Where the caller wants the results: in place of what it called.
+        Value* result() const { return isProtected() ? base - 2 : base - 1; }
     };
 
     void execute(const Frame* entry);
@@ -79,10 +91,9 @@ private:
     bool raiseToGuard(const Frame* entry, Value error);
     const Frame* guardAbove(const Frame* entry) const;
     void dropFrames(const Frame* entry);
-    void pushFrame(FunctionObject& function, Value* base, std::size_t count, Value* result,
-                   std::uint16_t wanted);
+    void pushFrame(FunctionObject& function, Value* base, std::size_t count, std::uint32_t mode);
     void leaveFrame(Value* first, std::size_t count);
-    bool callSlow(Value* callee, std::size_t count, std::uint16_t wanted);
+    bool callOther(const Frame* entry, Value* callee, std::size_t count, std::uint16_t wanted);
     bool enterProtected(Value* callee, std::size_t count, std::uint16_t wanted);
     void callNative(Value* callee, std::size_t count, std::uint16_t wanted);
     void deliver(MultiValue& results, Value* target, std::uint16_t wanted);
@@ -91,15 +102,20 @@ private:
     Value currentError();
     void ensureStack(const Value* end);
     [[noreturn]] void failStack() const;
+    [[noreturn]] static void failAssignment(const Value& object);
     [[noreturn]] void stopAtLimit();
     void countStep() {
         if (--steps_ < 0) stopAtLimit();
     }
 
-    Value makeClosure(const Frame& frame, std::size_t child);
+    void makeClosure(Value& target, const Frame& frame, std::size_t child);
+    void indexOther(Value& target, const Value& object, const Value& key);
     void storeList(Value* table, std::size_t count, std::int64_t stored);
     bool prepareLoop(Value* loop);
     bool nextIteration(Value* iterator, std::size_t count);
+    static bool nextKey(IteratorState& state, Value& key);
+    static bool nextValues(IteratorState& state, Value* target, std::size_t count);
+    static void checkIterator(const Value& value);
     static bool advanceFloatLoop(Value* loop);
     void method(Value* target, const Value& object, const Value& name);
 
@@ -118,7 +134,6 @@ private:
     Value* top_;      // end of the values of the last open call
     Frame* frames_;
     Frame* frame_;  // the running one; frames_ itself is none
-    Frame* frameEnd_;
     std::int64_t steps_ = std::numeric_limits<std::int64_t>::max();
     bool alwaysBoxed_ = false;
 };

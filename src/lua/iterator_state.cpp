@@ -16,7 +16,7 @@ bool EntryIterator::nextListed(std::size_t end, Value& key, Value& value) {
 
 bool EntryIterator::nextPair(Value& key, Value& value) {
     if (item_ == 0 && nextListed(listed_->belowOne, key, value)) return true;
-    const std::vector<Value>& array = table_.table().array();
+    const ItemArray& array = table_.table().array();
     while (item_ < items_ && item_ < array.size()) {
         const Value& item = array[item_++];
         if (item.isNil()) continue;

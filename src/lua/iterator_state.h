@@ -9,12 +9,16 @@ namespace vesper::lua {
 // The cursor behind a generic `for`.
 class IteratorState : public kelmora::RefCounted {
 public:
+    explicit IteratorState(bool givesPairs = false) : givesPairs_(givesPairs) {}
     virtual ~IteratorState() = default;
     // False at the end; else the values of one round.
     virtual bool next(MultiValue& values) = 0;
     // For those that only ever give two values; the interpreter asks them itself.
-    virtual bool givesPairs() const { return false; }
+    bool givesPairs() const { return givesPairs_; }
     virtual bool nextPair(Value&, Value&) { return false; }
+
+private:
+    bool givesPairs_;
 };
 
 inline bool nextIteratorItem(IteratorState& state, MultiValue& values) {
@@ -23,7 +27,7 @@ inline bool nextIteratorItem(IteratorState& state, MultiValue& values) {
 
 class PairIterator : public IteratorState {
 public:
-    bool givesPairs() const final { return true; }
+    PairIterator() : IteratorState(true) {}
     bool next(MultiValue& values) final {
         Value first;
         Value second;
@@ -67,7 +71,7 @@ private:
 
 inline Value::Value(IteratorState* object) : Value(ValueKind::Iterator, object) {}
 inline IteratorState& Value::iterator() const {
-    return *static_cast<IteratorState*>(payload_.object);
+    return static_cast<IteratorState&>(*payload_.object);
 }
 
 }  // namespace vesper::lua

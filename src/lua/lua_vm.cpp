@@ -166,7 +166,7 @@ void LuaVM::bindNativeGlobal(std::string_view name, LuaNative native) {
         for (const Value& argument : call.arguments()) arguments.push_back(valueToPublic(argument));
         call.give(publicToValue(call.machine(), native(arguments)));
     };
-    impl_->machine.globals().set(name, impl_->machine.makeNative(std::string(name), adapt));
+    impl_->machine.globals().set(name, impl_->machine.makeBound(std::string(name), adapt));
 }
 
 void LuaVM::setStepLimit(std::int64_t steps) {

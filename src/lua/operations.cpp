@@ -77,16 +77,32 @@ private:
     std::string other_;
 };
 
-std::size_t joinedSize(const Value* values, std::size_t count) {
-    TextOf textOf;
-    std::size_t size = 0;
-    for (std::size_t i = 0; i < count; ++i) size += textOf(values[i]).size();
-    return size;
+// Room that the texts of these values need at most, but for absurdly long ones.
+std::size_t roomFor(const Value* values, std::size_t count) {
+    constexpr std::size_t otherText = 32;
+    std::size_t room = 0;
+    for (std::size_t i = 0; i < count; ++i)
+        room += values[i].isString() ? values[i].string().size() : otherText;
+    return room;
 }
 
-void appendAll(StringObject& text, const Value* values, std::size_t count) {
+// Goes on in a longer text where the room of this one ends.
+void appendText(Value& target, std::string_view text) {
+    const std::size_t needed = target.string().size() + text.size();
+    if (needed > target.string().capacity()) {
+        checkTextSize(needed);
+        Value grown(StringObject::makeEmpty(std::min(needed * 2, kelmora::maximumTextSize)));
+        grown.string().append(target.letters());
+        grown.string().append(text);
+        target = std::move(grown);
+        return;
+    }
+    target.string().append(text);
+}
+
+void appendAll(Value& target, const Value* values, std::size_t count) {
     TextOf textOf;
-    for (std::size_t i = 0; i < count; ++i) text.append(textOf(values[i]));
+    for (std::size_t i = 0; i < count; ++i) appendText(target, textOf(values[i]));
 }
 
 }  // namespace
@@ -154,25 +170,21 @@ std::int64_t lengthOf(const Value& value) {
 }
 
 Value concatenated(const Value* values, std::size_t count) {
-    Value made(StringObject::makeEmpty(joinedSize(values, count)));
-    appendAll(made.string(), values, count);
+    Value made(StringObject::makeEmpty(std::min(roomFor(values, count), kelmora::maximumTextSize)));
+    appendAll(made, values, count);
     return made;
 }
 
 void appendTo(Value& target, const Value* values, std::size_t count) {
-    const std::size_t added = joinedSize(values, count);
-    TextOf textOf;
-    const std::string_view before = textOf(target);
-    const std::size_t needed = before.size() + added;
-    checkTextSize(needed);
-    const bool isOwn = target.isString() && !target.string().isShared();
-    if (!isOwn || target.string().capacity() < needed) {
-        Value grown(StringObject::makeEmpty(
-            std::min(std::max<std::size_t>(needed * 2, 48), kelmora::maximumTextSize)));
-        grown.string().append(before);
-        target = std::move(grown);
+    if (!target.isString() || target.string().isShared()) {
+        TextOf textOf;
+        const std::string_view before = textOf(target);
+        const std::size_t room = before.size() + roomFor(values, count);
+        Value own(StringObject::makeEmpty(std::min(room * 2, kelmora::maximumTextSize)));
+        own.string().append(before);
+        target = std::move(own);
     }
-    appendAll(target.string(), values, count);
+    appendAll(target, values, count);
 }
 
 bool toWholeNumber(const Value& value, std::int64_t& whole) {

@@ -9,7 +9,8 @@
 namespace vesper::lua {
 
 // R: register, K: constant, G: global. `wide` is the 32 bits of b and c together; a jump counts from the
-// instruction behind its own. Comparisons jump by the word behind them when they come out as c says.
+// instruction behind its own. Comparisons jump by the word behind them; each has its opposite right behind
+// it, which jumps when the comparison does not hold. What ends in Integer has 16 signed bits for an operand.
 #define VESPER_LUA_OPCODES(X)                                                     \
     X(Move)          /* R[a] = R[b] */                                            \
     X(Take)          /* R[a] = R[b], which is nil then */                         \
@@ -46,23 +47,38 @@ namespace vesper::lua {
     X(MultiplyConstant)                                                           \
     X(DivideConstant)                                                             \
     X(ModuloConstant)                                                             \
-    X(Negate)       /* R[a] = -R[b] */                                            \
-    X(Not)          /* R[a] = not R[b] */                                         \
-    X(Length)       /* R[a] = #R[b] */                                            \
-    X(Concat)       /* R[a] = R[b] .. and so on, c of them */                     \
-    X(Append)       /* R[a] = R[a] .. R[b] .. and so on, c of them */             \
-    X(AppendGlobal) /* the same of G[next word] */                                \
+    X(AddInteger) /* R[a] = R[b] + c, and so on */                                \
+    X(SubtractInteger)                                                            \
+    X(MultiplyInteger)                                                            \
+    X(DivideInteger)                                                              \
+    X(ModuloInteger) /* c is above 0 */                                           \
+    X(Negate)        /* R[a] = -R[b] */                                           \
+    X(Not)           /* R[a] = not R[b] */                                        \
+    X(Length)        /* R[a] = #R[b] */                                           \
+    X(Concat)        /* R[a] = R[b] .. and so on, c of them */                    \
+    X(Append)        /* R[a] = R[a] .. R[b] .. and so on, c of them */            \
+    X(AppendGlobal)  /* the same of G[next word] */                               \
     X(Jump)                                                                       \
     X(JumpIf)                                                                     \
     X(JumpIfNot)                                                                  \
-    X(Equal)         /* R[a] == R[b] */                                           \
-    X(EqualConstant) /* R[a] == K[b] */                                           \
-    X(Less)          /* R[a] < R[b] */                                            \
-    X(LessEqual)                                                                  \
-    X(LessConstant) /* R[a] < K[b], numbers */                                    \
-    X(LessEqualConstant)                                                          \
-    X(GreaterConstant)                                                            \
-    X(GreaterEqualConstant)                                                       \
+    X(IfEqual) /* R[a] == R[b] */                                                 \
+    X(UnlessEqual)                                                                \
+    X(IfEqualConstant) /* R[a] == K[b] */                                         \
+    X(UnlessEqualConstant)                                                        \
+    X(IfEqualInteger) /* R[a] == b */                                             \
+    X(UnlessEqualInteger)                                                         \
+    X(IfLess) /* R[a] < R[b] */                                                   \
+    X(UnlessLess)                                                                 \
+    X(IfLessEqual)                                                                \
+    X(UnlessLessEqual)                                                            \
+    X(IfLessInteger) /* R[a] < b */                                               \
+    X(UnlessLessInteger)                                                          \
+    X(IfLessEqualInteger)                                                         \
+    X(UnlessLessEqualInteger)                                                     \
+    X(IfGreaterInteger)                                                           \
+    X(UnlessGreaterInteger)                                                       \
+    X(IfGreaterEqualInteger)                                                      \
+    X(UnlessGreaterEqualInteger)                                                  \
     X(Call)      /* R[a](b values behind it), c results */                        \
     X(Method)    /* R[a + 1] = R[b], R[a] = R[b][K[c]] */                         \
     X(Return)    /* b values from R[a] on */                                      \
@@ -80,20 +96,30 @@ enum class Opcode : std::uint16_t {
 #undef VESPER_LUA_OPCODE
 };
 
-// As a count of values: as many as there are.
+// As a count of values: as many as there are. Counts that are known are far below.
 constexpr std::uint16_t manyValues = 0xFFFF;
 
-struct Instruction {
-    Opcode opcode;
-    std::uint16_t a = 0;
-    std::uint16_t b = 0;
-    std::uint16_t c = 0;
+// One word, so that the loop needs one register for it: opcode, a, b and c from the lowest bits on.
+class Instruction {
+public:
+    Instruction() = default;
+    Instruction(Opcode opcode, std::uint16_t a, std::uint16_t b, std::uint16_t c)
+        : word_(static_cast<std::uint64_t>(opcode) | std::uint64_t{a} << 16 | std::uint64_t{b} << 32 |
+                std::uint64_t{c} << 48) {}
 
-    std::int32_t wide() const { return static_cast<std::int32_t>(b | std::uint32_t{c} << 16); }
+    std::size_t number() const { return static_cast<std::uint16_t>(word_); }
+    std::uint16_t a() const { return static_cast<std::uint16_t>(word_ >> 16); }
+    std::uint16_t b() const { return static_cast<std::uint16_t>(word_ >> 32); }
+    std::uint16_t c() const { return static_cast<std::uint16_t>(word_ >> 48); }
+    std::int16_t signedB() const { return static_cast<std::int16_t>(b()); }
+    std::int16_t signedC() const { return static_cast<std::int16_t>(c()); }
+    std::int32_t wide() const { return static_cast<std::int32_t>(word_ >> 32); }
     void setWide(std::int32_t value) {
-        b = static_cast<std::uint16_t>(value);
-        c = static_cast<std::uint16_t>(static_cast<std::uint32_t>(value) >> 16);
+        word_ = (word_ & 0xFFFFFFFFu) | std::uint64_t{static_cast<std::uint32_t>(value)} << 32;
     }
+
+private:
+    std::uint64_t word_ = 0;
 };
 static_assert(sizeof(Instruction) == 8);
 

@@ -1,19 +1,41 @@
 #include "lua/string_object.h"
 
+#include <cstddef>
 #include <cstring>
 #include <new>
 #include <stdexcept>
 
+#include "base/memory_budget.h"
+#include "base/pooled.h"
 #include "text/limits.h"
 
 namespace vesper::lua {
+namespace {
+
+// The memory of short texts, object and bytes together, is handed out again.
+template <std::size_t size>
+struct Block : kelmora::Pooled<Block<size>> {
+    alignas(StringObject) std::byte bytes[size];
+};
+using ShortBlock = Block<32>;
+using LongerBlock = Block<64>;
+
+constexpr std::size_t shortCapacity = sizeof(ShortBlock) - sizeof(StringObject);
+constexpr std::size_t longerCapacity = sizeof(LongerBlock) - sizeof(StringObject);
+
+}  // namespace
 
 void checkTextSize(std::size_t size) {
     if (size > kelmora::maximumTextSize) throw std::runtime_error("the text is too large");
 }
 
 StringObject* StringObject::makeEmpty(std::size_t capacity) {
+    if (capacity <= shortCapacity)
+        return new (ShortBlock::operator new(sizeof(ShortBlock))) StringObject(shortCapacity);
+    if (capacity <= longerCapacity)
+        return new (LongerBlock::operator new(sizeof(LongerBlock))) StringObject(longerCapacity);
     checkTextSize(capacity);
+    kelmora::MemoryBudget::take(sizeof(StringObject) + capacity);
     return new (::operator new(sizeof(StringObject) + capacity)) StringObject(capacity);
 }
 
@@ -31,8 +53,16 @@ StringObject* StringObject::makeJoined(std::string_view first, std::string_view 
 }
 
 void StringObject::destroy(StringObject* object) {
+    const std::size_t capacity = object->capacity_;
     object->~StringObject();
-    ::operator delete(object);
+    if (capacity == shortCapacity) {
+        ShortBlock::operator delete(object);
+    } else if (capacity == longerCapacity) {
+        LongerBlock::operator delete(object);
+    } else {
+        kelmora::MemoryBudget::give(sizeof(StringObject) + capacity);
+        ::operator delete(object);
+    }
 }
 
 void StringObject::append(std::string_view letters) {

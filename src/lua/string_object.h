@@ -14,7 +14,7 @@ public:
     // At most kelmora::maximumTextSize bytes; longer ones raise.
     static StringObject* make(std::string_view letters);
     static StringObject* makeJoined(std::string_view first, std::string_view second);
-    // Room for `capacity` bytes, none of them in use.
+    // Room for `capacity` bytes or a few more, none of them in use.
     static StringObject* makeEmpty(std::size_t capacity);
     static void destroy(StringObject* object);
 

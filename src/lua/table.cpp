@@ -76,7 +76,7 @@ Table::Table(ObjectList& list, std::size_t items, std::size_t fields) {
 }
 
 void Table::reserve(std::size_t items, std::size_t fields) {
-    array_.reserve(items);
+    array_.reserve(std::min(items, maximumTableSize));
     if (nodesFor(fields) > nodeCount_) rebuildNodes(nodesFor(fields));
 }
 
@@ -168,9 +168,9 @@ void Table::growNodes() {
 }
 
 void Table::rebuildNodes(std::size_t count) {
-    auto old = std::move(nodes_);
+    decltype(nodes_) old(count);
+    old.swap(nodes_);
     const std::uint32_t oldCount = nodeCount_;
-    nodes_ = std::make_unique<Node[]>(count);
     nodeCount_ = static_cast<std::uint32_t>(count);
     usedNodes_ = 0;
     integerKeys_ = 0;
@@ -187,7 +187,7 @@ void Table::rebuildNodes(std::size_t count) {
 
 void Table::extendArray(std::size_t size) {
     if (size > maximumTableSize) throw std::runtime_error("table has too many elements");
-    array_.resize(size);
+    array_.extend(size);
 }
 
 // What lay among the entries under keys that the array part now holds, or that follow it directly.
@@ -198,7 +198,10 @@ void Table::moveEntriesIntoArray(std::size_t from) {
     };
     for (std::size_t i = from; i < array_.size(); ++i)
         if (Value* place = entry(i)) array_[i] = std::exchange(*place, Value());
-    while (Value* place = entry(array_.size())) array_.push_back(std::exchange(*place, Value()));
+    while (Value* place = entry(array_.size())) {
+        extendArray(array_.size() + 1);
+        array_[array_.size() - 1] = std::exchange(*place, Value());
+    }
 }
 
 std::size_t Table::length() const {
@@ -236,7 +239,7 @@ const Value* Table::findListed(const SortedKeys& listed, std::size_t position) c
 void Table::clear() {
     const auto oldArray = std::move(array_);
     const auto oldNodes = std::move(nodes_);
-    array_.clear();
+    nodes_.clear();
     nodeCount_ = usedNodes_ = integerKeys_ = 0;
     border_ = 0;
     sorted_ = nullptr;

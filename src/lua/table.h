@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <vector>
 
+#include "base/memory_budget.h"
 #include "base/pooled.h"
+#include "lua/item_array.h"
 #include "lua/object_list.h"
 #include "lua/value.h"
 
@@ -42,7 +43,7 @@ public:
     }
     const Value* find(const StringObject& key) const {
         if (nodeCount_ == 0) return nullptr;
-        const Node* nodes = nodes_.get();
+        const Node* nodes = nodes_.data();
         for (std::uint32_t at = key.hash();; ++at) {
             const Node& node = nodes[at & (nodeCount_ - 1)];
             if (node.key.isString() && node.key.string().equals(key)) return &node.value;
@@ -56,11 +57,15 @@ public:
         return found ? *found : Value();
     }
 
-    // True when the key lies in the array part, whose item then changed.
+    // True when the key lies in the array part, whose item then changed, or lengthened it by one.
     template <typename AnyValue>
     bool trySetItem(std::int64_t key, AnyValue&& value) {
         const std::uint64_t index = static_cast<std::uint64_t>(key) - 1;
-        if (index >= array_.size()) return false;
+        if (index >= array_.size()) {
+            if (index != array_.size() || array_.isFull() || integerKeys_ != 0 || value.isNil()) return false;
+            array_.pushWithRoom(std::forward<AnyValue>(value));
+            return true;
+        }
         if (value.isNil() && index < border_) border_ = static_cast<std::size_t>(index);
         array_[static_cast<std::size_t>(index)] = std::forward<AnyValue>(value);
         return true;
@@ -82,8 +87,8 @@ public:
 
     // The border reached by counting from 1.
     std::size_t length() const;
-    std::vector<Value>& array() { return array_; }
-    const std::vector<Value>& array() const { return array_; }
+    ItemArray& array() { return array_; }
+    const ItemArray& array() const { return array_; }
     // For those who changed items of the array part in place.
     void forgetLength() { border_ = 0; }
 
@@ -112,8 +117,8 @@ private:
     void extendArray(std::size_t size);
     void moveEntriesIntoArray(std::size_t from);
 
-    std::vector<Value> array_;
-    std::unique_ptr<Node[]> nodes_;
+    ItemArray array_;
+    std::vector<Node, kelmora::BudgetAllocator<Node>> nodes_;
     std::uint32_t nodeCount_ = 0;  // a power of two, or 0
     std::uint32_t usedNodes_ = 0;  // with a key
     std::uint32_t integerKeys_ = 0;
@@ -121,9 +126,9 @@ private:
     mutable kelmora::Ref<SortedKeys> sorted_;
 };
 
-inline Value::Value(Table* object) : Value(ValueKind::Table, object) {}
+inline Value::Value(Table* object) : Value(ValueKind::Table, &static_cast<kelmora::RefCounted&>(*object)) {}
 inline Table& Value::table() const {
-    return *static_cast<Table*>(payload_.object);
+    return static_cast<Table&>(*payload_.object);
 }
 
 // Stores as assignment does. Raises for keys of a wrong kind.

@@ -2,8 +2,8 @@
 
 #include <array>
 #include <cstdio>
-#include <vector>
 
+#include "base/pending_destruction.h"
 #include "lua/function_object.h"
 #include "lua/iterator_state.h"
 #include "lua/table.h"
@@ -11,18 +11,6 @@
 
 namespace vesper::lua {
 namespace {
-
-// Objects that hold values wait here when their last reference went, so that freeing a long chain does not
-// recurse.
-struct Graveyard {
-    std::vector<std::pair<ValueKind, kelmora::RefCounted*>> waiting;
-    bool draining = false;
-};
-
-Graveyard& graveyard() {
-    static Graveyard& yard = *new Graveyard;  // outlives every file-scope value
-    return yard;
-}
 
 void deleteObject(ValueKind kind, kelmora::RefCounted* object) {
     switch (kind) {
@@ -57,16 +45,7 @@ void Value::destroyObject(ValueKind kind, kelmora::RefCounted* object) {
         StringObject::destroy(static_cast<StringObject*>(object));
         return;
     }
-    Graveyard& yard = graveyard();
-    yard.waiting.emplace_back(kind, object);
-    if (yard.draining) return;
-    yard.draining = true;
-    while (!yard.waiting.empty()) {
-        const auto [doomedKind, doomed] = yard.waiting.back();
-        yard.waiting.pop_back();
-        deleteObject(doomedKind, doomed);
-    }
-    yard.draining = false;
+    kelmora::PendingDestruction<ValueKind, deleteObject>::add(kind, object);
 }
 
 std::string Value::toString() const {
@@ -78,7 +57,7 @@ std::string Value::toString() const {
         case ValueKind::Float:
             return kelmora::floatText(payload_.number);
         case ValueKind::Boolean:
-            return payload_.boolean ? "true" : "false";
+            return booleanValue() ? "true" : "false";
         case ValueKind::String:
             return std::string(letters());
         default:

@@ -41,16 +41,13 @@ public:
     }
     Value& operator=(const Value& other) {
         other.retain();
-        const Value old = adopt(*this);
-        kind_ = other.kind_;
-        payload_ = other.payload_;
+        replace(other.kind_, other.payload_);
         return *this;
     }
     Value& operator=(Value&& other) noexcept {
-        const Value old = adopt(*this);
-        kind_ = other.kind_;
-        payload_ = other.payload_;
+        const ValueKind kind = other.kind_;
         other.kind_ = ValueKind::Nil;
+        replace(kind, other.payload_);
         return *this;
     }
     ~Value() { release(); }
@@ -67,7 +64,7 @@ public:
     }
     static Value boolean(bool value) {
         Value made(ValueKind::Boolean);
-        made.payload_.boolean = value;
+        made.payload_.integer = value ? 1 : 0;
         return made;
     }
     static Value text(std::string_view letters) { return Value(StringObject::make(letters)); }
@@ -89,13 +86,13 @@ public:
     bool isFunction() const { return kind_ == ValueKind::Function; }
     bool isCounted() const { return kind_ >= ValueKind::String; }
     // Only nil and false are false.
-    bool isTruthy() const { return !isNil() && !(isBoolean() && !payload_.boolean); }
+    bool isTruthy() const { return !isNil() && !(isBoolean() && payload_.integer == 0); }
 
     // Each wants the kind it names.
     std::int64_t integerValue() const { return payload_.integer; }
     double floatValue() const { return payload_.number; }
-    bool booleanValue() const { return payload_.boolean; }
-    StringObject& string() const { return *static_cast<StringObject*>(payload_.object); }
+    bool booleanValue() const { return payload_.integer != 0; }
+    StringObject& string() const { return static_cast<StringObject&>(*payload_.object); }
     std::string_view letters() const { return string().view(); }
     Table& table() const;
     FunctionObject& function() const;
@@ -107,56 +104,66 @@ public:
     const kelmora::RefCounted* identity() const { return payload_.object; }
 
     void setInteger(std::int64_t value) {
-        release();
-        kind_ = ValueKind::Integer;
-        payload_.integer = value;
+        Payload payload;
+        payload.integer = value;
+        replace(ValueKind::Integer, payload);
     }
     void setNumber(double value) {
-        release();
-        kind_ = ValueKind::Float;
-        payload_.number = value;
+        Payload payload;
+        payload.number = value;
+        replace(ValueKind::Float, payload);
     }
     void setBoolean(bool value) {
-        release();
-        kind_ = ValueKind::Boolean;
-        payload_.boolean = value;
+        Payload payload;
+        payload.integer = value ? 1 : 0;
+        replace(ValueKind::Boolean, payload);
     }
-    void reset() {
-        release();
-        kind_ = ValueKind::Nil;
+    void reset() { replace(ValueKind::Nil, payload_); }
+    // Of a value that is an integer already.
+    void changeInteger(std::int64_t value) { payload_.integer = value; }
+    // Nil in place of a reference; what needs no count may stay as it is.
+    void dropReference() {
+        if (isCounted()) reset();
     }
 
     // Floats with 14 digits; tables, functions and the like as a word and their address.
     std::string toString() const;
 
 private:
+    union Payload {
+        std::int64_t integer;
+        double number;
+        kelmora::RefCounted* object;
+    };
+
     explicit Value(ValueKind kind) : kind_(kind) {}
     Value(ValueKind kind, kelmora::RefCounted* object) : kind_(kind) {
         payload_.object = object;
         object->retain();
-    }
-    // Takes the reference over; what is left behind is to be overwritten.
-    static Value adopt(const Value& other) {
-        Value made(other.kind_);
-        made.payload_ = other.payload_;
-        return made;
     }
 
     void retain() const {
         if (isCounted()) payload_.object->retain();
     }
     void release() {
-        if (isCounted() && payload_.object->release()) destroyObject(kind_, payload_.object);
+        if (isCounted()) releaseObject(kind_, payload_.object);
+    }
+    // The old value goes when the new one stands: its destruction may look at this very place.
+    void replace(ValueKind kind, Payload payload) {
+        const ValueKind oldKind = kind_;
+        const Payload old = payload_;
+        kind_ = kind;
+        payload_ = payload;
+        if (oldKind >= ValueKind::String) [[unlikely]]
+            releaseObject(oldKind, old.object);
+    }
+    static void releaseObject(ValueKind kind, kelmora::RefCounted* object) {
+        if (object->release()) destroyObject(kind, object);
     }
     [[gnu::noinline]] static void destroyObject(ValueKind kind, kelmora::RefCounted* object);
 
     ValueKind kind_;
-    union Payload {
-        std::int64_t integer;
-        double number;
-        bool boolean;
-        kelmora::RefCounted* object;
-    } payload_;
+    Payload payload_;
 };
 static_assert(sizeof(Value) == 16);
 
@@ -188,10 +195,10 @@ private:
 inline Value::Value(NativeObject* object) : Value(ValueKind::Native, object) {}
 inline Value::Value(Box* object) : Value(ValueKind::Box, object) {}
 inline NativeObject& Value::native() const {
-    return *static_cast<NativeObject*>(payload_.object);
+    return static_cast<NativeObject&>(*payload_.object);
 }
 inline Box& Value::box() const {
-    return *static_cast<Box*>(payload_.object);
+    return static_cast<Box&>(*payload_.object);
 }
 
 }  // namespace vesper::lua

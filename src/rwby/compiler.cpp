@@ -12,7 +12,7 @@ namespace {
 // The constants of a program, each held once.
 class ConstantTable {
 public:
-    explicit ConstantTable(std::vector<RubyValue>& constants) : constants_(constants) {}
+    explicit ConstantTable(RubyItems& constants) : constants_(constants) {}
 
     std::int32_t text(const std::string& text) {
         return add(texts_, text, [&] { return RubyValue::text(text); });
@@ -36,7 +36,7 @@ private:
         return place->second;
     }
 
-    std::vector<RubyValue>& constants_;
+    RubyItems& constants_;
     std::unordered_map<std::string, std::int32_t> texts_;
     std::unordered_map<std::int64_t, std::int32_t> integers_;
     std::unordered_map<std::uint64_t, std::int32_t> floats_;

@@ -2,45 +2,24 @@
 #include "rwby/operations.h"
 
 namespace vesper::ruby {
-namespace {
 
 // Evaluates the nodes of one call. A failure has the line of the node that was last at work.
 class FastEvaluator {
 public:
     FastEvaluator(RubyVM::Impl& machine, const Program& program, const FastForm& form,
                   const RubyValue* locals)
-        : machine_(machine), program_(program), form_(form), locals_(locals) {}
+        : nodes_(form.nodes.data()),
+          locals_(locals),
+          constants_(program.constants.data()),
+          machine_(machine),
+          program_(program),
+          form_(form) {}
 
     std::uint32_t line() const { return line_; }
 
     void evaluateFastNode(std::int32_t index, RubyValue& result) {
-        const FastNode& node = nodeAt(index);
-        switch (node.kind) {
-            case FastNode::Kind::Constant:
-                result = program_.constants[static_cast<std::size_t>(node.value)];
-                break;
-            case FastNode::Kind::Local:
-                result = locals_[node.value];
-                break;
-            case FastNode::Kind::Global:
-                result = global(node.globalSlot, node.line);
-                break;
-            case FastNode::Kind::Unary:
-                unary(node, result);
-                break;
-            case FastNode::Kind::Binary:
-                binary(node, result);
-                break;
-            case FastNode::Kind::Index:
-                element(node, result);
-                break;
-            case FastNode::Kind::Call:
-                call(node, result);
-                break;
-            case FastNode::Kind::Array:
-                array(node, result);
-                break;
-        }
+        const FastNode& node = nodes_[index];
+        node.evaluate(*this, node, result);
     }
 
     bool isGuardTrue() {
@@ -51,22 +30,18 @@ public:
     void raiseGuardError() {
         const RubyValue callee = global(form_.errorSlot, form_.errorNameLine);
         line_ = form_.errorCallLine;
-        machine_.callValue(callee, {&program_.constants[static_cast<std::size_t>(form_.errorText)], 1},
-                           {&program_, line_});
+        machine_.callValue(callee, {&constants_[form_.errorText], 1}, {&program_, line_});
     }
+
+    static FastEvaluation evaluationOf(const FastNode& node, const std::vector<FastNode>& nodes);
 
 private:
-    const FastNode& nodeAt(std::int32_t index) const { return form_.nodes[static_cast<std::size_t>(index)]; }
-
-    // Values that stand still; a global does not, since a call further on may change it.
-    const RubyValue* leaf(const FastNode& node) const {
-        if (node.kind == FastNode::Kind::Local) return &locals_[node.value];
-        if (node.kind == FastNode::Kind::Constant)
-            return &program_.constants[static_cast<std::size_t>(node.value)];
-        return nullptr;
+    const RubyValue& leaf(std::int32_t index) const {
+        const FastNode& node = nodes_[index];
+        return node.kind == FastNode::Kind::Local ? locals_[node.value] : constants_[node.value];
     }
     const RubyValue& operand(std::int32_t index, RubyValue& store) {
-        if (const RubyValue* value = leaf(nodeAt(index))) return *value;
+        if (nodes_[index].isLeaf()) return leaf(index);
         evaluateFastNode(index, store);
         return store;
     }
@@ -78,39 +53,53 @@ private:
         throw std::runtime_error("undefined variable or function '" + machine_.globals.name(slot) + "'");
     }
 
-    [[gnu::noinline]] void unary(const FastNode& node, RubyValue& result) {
+    static void evaluateConstant(FastEvaluator& self, const FastNode& node, RubyValue& result) {
+        result = self.constants_[node.value];
+    }
+    static void evaluateLocal(FastEvaluator& self, const FastNode& node, RubyValue& result) {
+        result = self.locals_[node.value];
+    }
+    static void evaluateGlobal(FastEvaluator& self, const FastNode& node, RubyValue& result) {
+        result = self.global(node.globalSlot, node.line);
+    }
+    static void evaluateUnary(FastEvaluator& self, const FastNode& node, RubyValue& result) {
         RubyValue store;
-        const RubyValue& value = operand(node.left, store);
-        line_ = node.line;
+        const RubyValue& value = self.operand(node.left, store);
+        self.line_ = node.line;
         result = node.subKind == OpCode::Not ? RubyValue::boolean(!value.isTruthy()) : negate(value);
     }
 
     // An operand that is no leaf is worked out where the result will stand.
-    void binary(const FastNode& node, RubyValue& result) {
-        const RubyValue* a = leaf(nodeAt(node.left));
-        const RubyValue* b = leaf(nodeAt(node.right));
-        if (a && b) {
-            combine(node, *a, *b, result);
-        } else if (b) {
-            evaluateFastNode(node.left, result);
-            combine(node, result, *b, result);
-        } else if (a) {
-            evaluateFastNode(node.right, result);
-            combine(node, *a, result, result);
+    template <OpCode op, bool isLeftLeaf, bool isRightLeaf>
+    static void evaluateBinary(FastEvaluator& self, const FastNode& node, RubyValue& result) {
+        if constexpr (isLeftLeaf && isRightLeaf) {
+            self.combine<op>(node, self.leaf(node.left), self.leaf(node.right), result);
+        } else if constexpr (isRightLeaf) {
+            self.evaluateFastNode(node.left, result);
+            self.combine<op>(node, result, self.leaf(node.right), result);
+        } else if constexpr (isLeftLeaf) {
+            self.evaluateFastNode(node.right, result);
+            self.combine<op>(node, self.leaf(node.left), result, result);
         } else {
-            nestedBinary(node, result);
+            RubyValue right;
+            self.evaluateFastNode(node.left, result);
+            self.evaluateFastNode(node.right, right);
+            self.combine<op>(node, result, right, result);
         }
     }
-    [[gnu::noinline]] void nestedBinary(const FastNode& node, RubyValue& result) {
-        RubyValue right;
-        evaluateFastNode(node.left, result);
-        evaluateFastNode(node.right, right);
-        combine(node, result, right, result);
-    }
+    // Integers at once. An operator without a quick case goes the way of OpCode::Divide.
+    template <OpCode op>
     void combine(const FastNode& node, const RubyValue& a, const RubyValue& b, RubyValue& result) {
-        if (a.isInteger() && b.isInteger() &&
-            integers(node.subKind, a.integerValue(), b.integerValue(), result))
-            return;
+        if (a.isInteger() && b.isInteger()) [[likely]] {
+            const std::int64_t left = a.integerValue();
+            const std::int64_t right = b.integerValue();
+            if constexpr (op == OpCode::Add) return result.setInteger(wrappedAdd(left, right));
+            if constexpr (op == OpCode::Subtract) return result.setInteger(wrappedSubtract(left, right));
+            if constexpr (op == OpCode::Multiply) return result.setInteger(wrappedMultiply(left, right));
+            if constexpr (op == OpCode::Equal) return result.setBoolean(left == right);
+            if constexpr (op == OpCode::Less) return result.setBoolean(left < right);
+            if constexpr (op == OpCode::Greater) return result.setBoolean(left > right);
+        }
         otherBinary(node, a, b, result);
     }
     [[gnu::noinline]] void otherBinary(const FastNode& node, const RubyValue& a, const RubyValue& b,
@@ -118,67 +107,93 @@ private:
         line_ = node.line;
         result = applyBinary(node.subKind, a, b);
     }
-    // False for an operator whose result may be no integer.
-    static bool integers(OpCode op, std::int64_t a, std::int64_t b, RubyValue& result) {
-        switch (op) {
-            case OpCode::Add:
-                result.setInteger(wrappedAdd(a, b));
-                return true;
-            case OpCode::Subtract:
-                result.setInteger(wrappedSubtract(a, b));
-                return true;
-            case OpCode::Multiply:
-                result.setInteger(wrappedMultiply(a, b));
-                return true;
-            case OpCode::Equal:
-                result.setBoolean(a == b);
-                return true;
-            case OpCode::Less:
-                result.setBoolean(a < b);
-                return true;
-            case OpCode::Greater:
-                result.setBoolean(a > b);
-                return true;
-            default:
-                return false;
-        }
+    template <OpCode op>
+    static FastEvaluation binaryOf(bool isLeftLeaf, bool isRightLeaf) {
+        if (isLeftLeaf) return isRightLeaf ? evaluateBinary<op, true, true> : evaluateBinary<op, true, false>;
+        return isRightLeaf ? evaluateBinary<op, false, true> : evaluateBinary<op, false, false>;
     }
 
-    [[gnu::noinline]] void element(const FastNode& node, RubyValue& result) {
+    static void evaluateElement(FastEvaluator& self, const FastNode& node, RubyValue& result) {
         RubyValue containerStore;
         RubyValue indexStore;
-        const RubyValue& container = operand(node.left, containerStore);
-        const RubyValue& position = operand(node.right, indexStore);
-        line_ = node.line;
+        const RubyValue& container = self.operand(node.left, containerStore);
+        const RubyValue& position = self.operand(node.right, indexStore);
+        self.line_ = node.line;
         result = indexValue(container, position);
     }
 
-    [[gnu::noinline]] void call(const FastNode& node, RubyValue& result) {
+    static void evaluateCall(FastEvaluator& self, const FastNode& node, RubyValue& result) {
         const std::size_t count = node.arguments.size();
-        const StackWindow window(machine_.stack, count + 1);
+        const StackWindow window(self.machine_.stack, count + 1);
         RubyValue* values = window.values();
-        if (node.callTarget < 0 || static_cast<std::size_t>(node.callTarget) >= form_.nodes.size())
+        if (node.callTarget < 0 || static_cast<std::size_t>(node.callTarget) >= self.form_.nodes.size())
             throw std::runtime_error("fast callable node is out of range");
-        evaluateFastNode(node.callTarget, values[0]);
-        for (std::size_t i = 0; i < count; ++i) evaluateFastNode(node.arguments[i], values[i + 1]);
-        line_ = node.line;
-        result = machine_.callValue(values[0], {values + 1, count}, {&program_, node.line});
+        self.evaluateFastNode(node.callTarget, values[0]);
+        for (std::size_t i = 0; i < count; ++i) self.evaluateFastNode(node.arguments[i], values[i + 1]);
+        self.line_ = node.line;
+        result = self.machine_.callValue(values[0], {values + 1, count}, {&self.program_, node.line});
     }
 
-    [[gnu::noinline]] void array(const FastNode& node, RubyValue& result) {
-        std::vector<RubyValue> items(node.arguments.size());
-        for (std::size_t i = 0; i < items.size(); ++i) evaluateFastNode(node.arguments[i], items[i]);
+    static void evaluateArray(FastEvaluator& self, const FastNode& node, RubyValue& result) {
+        RubyItems items(node.arguments.size());
+        for (std::size_t i = 0; i < items.size(); ++i) self.evaluateFastNode(node.arguments[i], items[i]);
         result = RubyValue::array(std::move(items));
     }
 
+    const FastNode* nodes_;
+    const RubyValue* locals_;
+    const RubyValue* constants_;
+    std::uint32_t line_ = 0;
     RubyVM::Impl& machine_;
     const Program& program_;
     const FastForm& form_;
-    const RubyValue* locals_;
-    std::uint32_t line_ = 0;
 };
 
-}  // namespace
+FastEvaluation FastEvaluator::evaluationOf(const FastNode& node, const std::vector<FastNode>& nodes) {
+    const auto isLeaf = [&nodes](std::int32_t index) {
+        return nodes[static_cast<std::size_t>(index)].isLeaf();
+    };
+    switch (node.kind) {
+        case FastNode::Kind::Constant:
+            return evaluateConstant;
+        case FastNode::Kind::Local:
+            return evaluateLocal;
+        case FastNode::Kind::Global:
+            return evaluateGlobal;
+        case FastNode::Kind::Unary:
+            return evaluateUnary;
+        case FastNode::Kind::Index:
+            return evaluateElement;
+        case FastNode::Kind::Call:
+            return evaluateCall;
+        case FastNode::Kind::Array:
+            return evaluateArray;
+        case FastNode::Kind::Binary:
+            break;
+    }
+    const bool left = isLeaf(node.left);
+    const bool right = isLeaf(node.right);
+    switch (node.subKind) {
+        case OpCode::Add:
+            return binaryOf<OpCode::Add>(left, right);
+        case OpCode::Subtract:
+            return binaryOf<OpCode::Subtract>(left, right);
+        case OpCode::Multiply:
+            return binaryOf<OpCode::Multiply>(left, right);
+        case OpCode::Equal:
+            return binaryOf<OpCode::Equal>(left, right);
+        case OpCode::Less:
+            return binaryOf<OpCode::Less>(left, right);
+        case OpCode::Greater:
+            return binaryOf<OpCode::Greater>(left, right);
+        default:
+            return binaryOf<OpCode::Divide>(left, right);
+    }
+}
+
+void chooseEvaluations(FastForm& form) {
+    for (FastNode& node : form.nodes) node.evaluate = FastEvaluator::evaluationOf(node, form.nodes);
+}
 
 RubyValue RubyVM::Impl::executeFastFunction(const Program& program, const CompiledFunction& function,
                                             Arguments arguments) {

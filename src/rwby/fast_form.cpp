@@ -155,6 +155,7 @@ FastForm buildFastForm(const Program& program, const CompiledFunction& function)
     const auto root = buildFastExpressionRange(program, function, start, code.size() - 1, form.nodes);
     if (!root) return {};
     form.root = *root;
+    chooseEvaluations(form);
     return form;
 }
 

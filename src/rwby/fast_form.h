@@ -11,6 +11,11 @@ namespace vesper::ruby {
 struct CompiledFunction;
 struct Program;
 
+class FastEvaluator;
+class RubyValue;
+struct FastNode;
+using FastEvaluation = void (*)(FastEvaluator& evaluator, const FastNode& node, RubyValue& result);
+
 // A node of a function that is one expression. Children are indexes of nodes, -1 for none.
 struct FastNode {
     enum class Kind : std::uint8_t { Constant, Local, Global, Unary, Binary, Index, Call, Array };
@@ -24,6 +29,11 @@ struct FastNode {
     std::uint32_t line = 0;
     std::int32_t callTarget = -1;
     std::int32_t globalSlot = -1;
+    // What evaluates it, chosen for its operator and its children.
+    FastEvaluation evaluate = nullptr;
+
+    // Values that stand still; a global does not, since a call further on may change it.
+    bool isLeaf() const { return kind == Kind::Constant || kind == Kind::Local; }
 };
 
 enum class FastKind : std::uint8_t { None = 0, Expression = 1, GuardedExpression = 2 };
@@ -51,6 +61,8 @@ std::optional<std::int32_t> buildFastExpressionRange(const Program& program, con
 // Whether an `error("text")` with its jump over the rest of an if stands at `first`; fills in what is said.
 bool extractFastErrorCall(const Program& program, const CompiledFunction& function, std::size_t first,
                           FastForm& form);
+// Gives all nodes their evaluation.
+void chooseEvaluations(FastForm& form);
 // Wants the function's slots to be there.
 FastForm buildFastForm(const Program& program, const CompiledFunction& function);
 

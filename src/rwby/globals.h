@@ -31,7 +31,7 @@ private:
     };
     std::unordered_map<std::string, std::int32_t, Hash, std::equal_to<>> slots_;
     std::vector<const std::string*> names_;  // the map's keys
-    std::vector<RubyValue> values_;
+    RubyItems values_;
 };
 
 }  // namespace vesper::ruby

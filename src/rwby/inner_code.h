@@ -5,55 +5,60 @@
 
 namespace vesper::ruby {
 
+struct Program;
+
 // What runs: the instructions of a function with operands instead of a stack. The binary operators stand in
 // the order of the instructions', in each of the three groups.
+#define VESPER_RWBY_INNER_OPS(X)                                                  \
+    X(Move)                                                                       \
+    X(Add)                                                                        \
+    X(Subtract)                                                                   \
+    X(Multiply)                                                                   \
+    X(Divide)                                                                     \
+    X(Modulo)                                                                     \
+    X(Equal)                                                                      \
+    X(NotEqual)                                                                   \
+    X(Less)                                                                       \
+    X(LessEqual)                                                                  \
+    X(Greater)                                                                    \
+    X(GreaterEqual)                                                               \
+    X(And)                                                                        \
+    X(Or)                                                                         \
+    X(UnlessEqual) /* jumps when the comparison is false */                       \
+    X(UnlessNotEqual)                                                             \
+    X(UnlessLess)                                                                 \
+    X(UnlessLessEqual)                                                            \
+    X(UnlessGreater)                                                              \
+    X(UnlessGreaterEqual)                                                         \
+    X(UnlessAnd)                                                                  \
+    X(UnlessOr)                                                                   \
+    X(LoopEqual) /* the end of a loop: jumps back while the comparison is true */ \
+    X(LoopNotEqual)                                                               \
+    X(LoopLess)                                                                   \
+    X(LoopLessEqual)                                                              \
+    X(LoopGreater)                                                                \
+    X(LoopGreaterEqual)                                                           \
+    X(LoopAnd)                                                                    \
+    X(LoopOr)                                                                     \
+    X(Negate)                                                                     \
+    X(Not)                                                                        \
+    X(JumpIfFalse)                                                                \
+    X(JumpIfTrue)                                                                 \
+    X(Jump)                                                                       \
+    X(Loop)           /* jumps back */                                            \
+    X(Call)           /* callee in register `a`, `b` arguments behind it */       \
+    X(DefineFunction) /* function `a` */                                          \
+    X(Return)                                                                     \
+    X(ReturnNil)                                                                  \
+    X(MakeArray) /* `b` items from register `a` on */                             \
+    X(Index)                                                                      \
+    X(SetIndex)      /* container `a`, index `b`, value `target` */               \
+    X(SetNamedIndex) /* the same; the next instruction's target takes a changed string */
+
 enum class InnerOp : std::uint8_t {
-    Move,
-    Add,
-    Subtract,
-    Multiply,
-    Divide,
-    Modulo,
-    Equal,
-    NotEqual,
-    Less,
-    LessEqual,
-    Greater,
-    GreaterEqual,
-    And,
-    Or,
-    // Jumps to `target` when the comparison is false.
-    UnlessEqual,
-    UnlessNotEqual,
-    UnlessLess,
-    UnlessLessEqual,
-    UnlessGreater,
-    UnlessGreaterEqual,
-    UnlessAnd,
-    UnlessOr,
-    // The end of a loop: jumps back to `target` while the comparison is true.
-    LoopEqual,
-    LoopNotEqual,
-    LoopLess,
-    LoopLessEqual,
-    LoopGreater,
-    LoopGreaterEqual,
-    LoopAnd,
-    LoopOr,
-    Negate,
-    Not,
-    JumpIfFalse,
-    JumpIfTrue,
-    Jump,
-    Loop,            // jumps back
-    Call,            // callee in register `a`, `b` arguments behind it
-    DefineFunction,  // function `a`
-    Return,
-    ReturnNil,
-    MakeArray,  // `b` items from register `a` on
-    Index,
-    SetIndex,       // container `a`, index `b`, value `target`
-    SetNamedIndex,  // the same; the next instruction's target takes a changed string
+#define VESPER_RWBY_INNER_OP(name) name,
+    VESPER_RWBY_INNER_OPS(VESPER_RWBY_INNER_OP)
+#undef VESPER_RWBY_INNER_OP
 };
 
 // An operand is the distance of a value, in bytes, and in its two low bits from where.
@@ -74,7 +79,7 @@ constexpr std::int32_t operandIndex(std::int32_t operand) {
 
 struct InnerInstruction {
     InnerOp op = InnerOp::ReturnNil;
-    std::int32_t target = 0;  // operand that takes the result, or where to jump
+    std::int32_t target = 0;  // operand that takes the result, or how far to jump from behind this one
     std::int32_t a = 0;
     std::int32_t b = 0;
 };
@@ -92,6 +97,7 @@ struct InnerCode {
     std::vector<InnerLines> lines;
     std::vector<std::int32_t> localGlobals;  // for each local the global that an unassigned one reads
     std::int32_t frameSize = 0;
+    const Program* program = nullptr;
 
     bool exists() const { return !instructions.empty(); }
 };

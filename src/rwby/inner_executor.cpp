@@ -4,6 +4,9 @@
 #include "rwby/map_object.h"
 #include "rwby/operations.h"
 
+// Labels as values: each instruction ends in a jump of its own, which the processor predicts by itself.
+#pragma GCC diagnostic ignored "-Wpedantic"
+
 namespace vesper::ruby {
 namespace {
 
@@ -17,18 +20,14 @@ bool compareIntegers(std::int64_t a, std::int64_t b) {
     if constexpr (op == OpCode::GreaterEqual) return a >= b;
 }
 
-// The opcode of an instruction's inner form, by its distance from the first of its group.
-OpCode operatorAt(InnerOp op, InnerOp first, OpCode firstCode) {
-    return static_cast<OpCode>(static_cast<int>(op) - static_cast<int>(first) + static_cast<int>(firstCode));
-}
-
 // Inner code from the call of one function to its return. Calls of other functions with inner code stay in
 // the same loop; their registers begin where the caller put the arguments.
 class InnerRun {
 public:
     InnerRun(RubyVM::Impl& machine, const Program& program, const CompiledFunction& function, RubyValue* base)
-        : machine_(machine), entryFrames_(machine.frames.size()) {
-        enter(&program, &function, base, function.parameters.size());
+        : machine_(machine), entryFrame_(machine.frameEnd) {
+        program_ = &program;
+        enter(&function, base, function.parameters.size());
         entryTop_ = machine.stack.top();
     }
 
@@ -59,10 +58,11 @@ private:
         return *reinterpret_cast<RubyValue*>(spaces_[operand & 3] + static_cast<std::uintptr_t>(operand));
     }
     // Addresses less the bits that the operands have for them.
-    void setSpaces() {
-        spaces_[0] = reinterpret_cast<std::uintptr_t>(base_);
+    void setBase(RubyValue* base) { spaces_[0] = reinterpret_cast<std::uintptr_t>(base); }
+    RubyValue* base() const { return reinterpret_cast<RubyValue*>(spaces_[0]); }
+    void setProgram(const Program* program) {
+        program_ = program;
         spaces_[1] = reinterpret_cast<std::uintptr_t>(program_->constants.data()) - 1;
-        refreshGlobals();
     }
     void refreshGlobals() { spaces_[2] = reinterpret_cast<std::uintptr_t>(machine_.globals.values()) - 2; }
     // The operand's value, which may be of a global that has the name of an unassigned local.
@@ -73,10 +73,11 @@ private:
     const RubyValue& fetchUndefined(std::int32_t operand, std::uint32_t line);
     std::uint32_t lineOfThird() const { return function_->inner.lines[position() + 1].op; }
 
-    void enter(const Program* program, const CompiledFunction* function, RubyValue* base, std::size_t count);
-    InnerFrame popFrame();
+    void enter(const CompiledFunction* function, RubyValue* base, std::size_t count);
+    const InnerFrame& popFrame();
     RubyValue* resume(const InnerFrame& frame);
-    void leave(RubyValue result);
+    bool leave(RubyValue result);
+    bool leaveWith(const InnerInstruction& i);
     void releaseAbove(RubyValue* top);
     void unwind();
     bool recover(std::string_view text);
@@ -109,28 +110,25 @@ private:
     void makeArray(const InnerInstruction& i);
 
     RubyVM::Impl& machine_;
-    std::size_t entryFrames_;
+    InnerFrame* entryFrame_;
     const Program* program_ = nullptr;
     const CompiledFunction* function_ = nullptr;
     const InnerInstruction* pc_ = nullptr;
-    RubyValue* base_ = nullptr;
     std::uintptr_t spaces_[4] = {};  // by OperandSpace
     RubyValue* entryTop_ = nullptr;
     std::uint32_t failedLine_ = 0;  // where it is not the instruction's own
     RubyValue result_;
-    bool isDone_ = false;
 };
 
-void InnerRun::enter(const Program* program, const CompiledFunction* function, RubyValue* base,
-                     std::size_t count) {
+void InnerRun::enter(const CompiledFunction* function, RubyValue* base, std::size_t count) {
     machine_.stack.reserve(base, static_cast<std::size_t>(function->inner.frameSize));
     const std::size_t locals = function->localNames.size();
     for (std::size_t i = count; i < locals; ++i) base[i].setUndefined();
-    program_ = program;
     function_ = function;
-    base_ = base;
     pc_ = function->inner.instructions.data();
-    setSpaces();
+    setBase(base);
+    setProgram(function->inner.program);
+    refreshGlobals();
 }
 
 void InnerRun::releaseAbove(RubyValue* top) {
@@ -138,48 +136,66 @@ void InnerRun::releaseAbove(RubyValue* top) {
     machine_.stack.setTop(top);
 }
 
-InnerFrame InnerRun::popFrame() {
-    const InnerFrame frame = machine_.frames.back();
-    machine_.frames.pop_back();
+const InnerFrame& InnerRun::popFrame() {
     --machine_.depth;
-    return frame;
+    return *--machine_.frameEnd;
 }
 
 // Goes on in a caller: the end of its registers.
 RubyValue* InnerRun::resume(const InnerFrame& frame) {
-    program_ = frame.program;
     function_ = frame.function;
     pc_ = frame.next;
-    base_ = frame.base;
-    setSpaces();
-    return base_ + function_->inner.frameSize;
+    setBase(frame.base);
+    if (function_->inner.program != program_) setProgram(function_->inner.program);
+    return frame.base + function_->inner.frameSize;
 }
 
-void InnerRun::leave(RubyValue result) {
-    if (machine_.frames.size() == entryFrames_) {
+// False when it was the run's outermost function that ended.
+bool InnerRun::leave(RubyValue result) {
+    if (machine_.frameEnd == entryFrame_) {
         result_ = std::move(result);
-        isDone_ = true;
-        return;
+        return false;
     }
-    for (RubyValue* value = machine_.stack.top(); value > base_;) (--value)->dropReference();
-    const InnerFrame frame = popFrame();
+    for (RubyValue* value = machine_.stack.top(); value > base();) (--value)->dropReference();
+    const InnerFrame& frame = popFrame();
     machine_.stack.setTop(resume(frame));
     at(frame.target) = frame.isProtected ? protectedResult(true, std::move(result)) : std::move(result);
+    return true;
+}
+
+// A register goes with its frame; the result may be made where the caller wants it.
+bool InnerRun::leaveWith(const InnerInstruction& i) {
+    const RubyValue& value = fetch(i.a, lines().a);
+    const bool isOwn = operandSpace(i.a) == OperandSpace::Register && &value == &at(i.a);
+    if (machine_.frameEnd == entryFrame_ || machine_.frameEnd[-1].isProtected) return leave(RubyValue(value));
+    RubyValue result = isOwn ? std::move(at(i.a)) : value;
+    for (RubyValue *place = base(), *end = machine_.stack.top(); place < end; ++place) place->dropReference();
+    const InnerFrame& frame = popFrame();
+    machine_.stack.setTop(resume(frame));
+    at(frame.target) = std::move(result);
+    return true;
 }
 
 void InnerRun::unwind() {
-    machine_.depth -= static_cast<std::uint32_t>(machine_.frames.size() - entryFrames_);
-    machine_.frames.resize(entryFrames_);
+    machine_.depth -= static_cast<std::uint32_t>(machine_.frameEnd - entryFrame_);
+    machine_.frameEnd = entryFrame_;
     releaseAbove(entryTop_);
 }
 
-// Goes back to the innermost pcall of this run, which takes the text.
+// Goes back to the innermost pcall of this run, which takes the text. What failed lets go of its values
+// first: its registers begin among the caller's.
 bool InnerRun::recover(std::string_view text) {
     failedLine_ = 0;
-    while (machine_.frames.size() > entryFrames_) {
-        const InnerFrame frame = popFrame();
-        if (!frame.isProtected) continue;
-        releaseAbove(resume(frame));
+    RubyValue* failed = base();
+    while (machine_.frameEnd != entryFrame_) {
+        const InnerFrame& frame = popFrame();
+        if (!frame.isProtected) {
+            failed = frame.base;
+            continue;
+        }
+        releaseAbove(failed);
+        machine_.stack.setTop(resume(frame));
+        refreshGlobals();
         at(frame.target) = protectedResult(false, RubyValue::text(text));
         return true;
     }
@@ -214,7 +230,7 @@ void InnerRun::index(const InnerInstruction& i) {
     const RubyValue& container = at(i.a);
     const RubyValue& position = at(i.b);
     if (container.isArray() && position.isInteger()) {
-        const std::vector<RubyValue>& items = container.items();
+        const RubyItems& items = container.items();
         const auto place = static_cast<std::uint64_t>(position.integerValue());
         if (place < items.size()) {
             at(i.target) = items[static_cast<std::size_t>(place)];
@@ -260,12 +276,12 @@ void InnerRun::slowSetIndex(const InnerInstruction& i) {
 
 void InnerRun::pushFrame(std::int32_t target, bool isProtected) {
     if (machine_.depth >= maximumCallDepth) throw std::runtime_error(stackOverflow);
-    machine_.frames.push_back({program_, function_, pc_, base_, target, isProtected});
+    *machine_.frameEnd++ = {function_, pc_, base(), target, isProtected};
     ++machine_.depth;
 }
 
 void InnerRun::call(const InnerInstruction& i) {
-    RubyValue* callee = base_ + i.a;
+    RubyValue* callee = base() + i.a;
     if (!callee->isFunction()) throw std::runtime_error("attempted to call a non-function value");
     const FunctionObject& function = callee->functionObject();
     const auto count = static_cast<std::size_t>(i.b);
@@ -293,7 +309,7 @@ void InnerRun::call(const InnerInstruction& i) {
 void InnerRun::callScript(const InnerInstruction& i, const FunctionObject& function, std::size_t count) {
     const Program& program = *function.program;
     const CompiledFunction& called = *function.target;
-    RubyValue* arguments = base_ + i.a + 1;
+    RubyValue* arguments = base() + i.a + 1;
     if (called.parameters.size() != count) {
         checkArgumentCount(called, count);
     } else if (machine_.usesFastForm(called)) {
@@ -302,9 +318,9 @@ void InnerRun::callScript(const InnerInstruction& i, const FunctionObject& funct
     } else if (machine_.usesInnerCode(called)) {
         machine_.countStep();
         pushFrame(i.target, false);
-        enter(&program, &called, arguments, count);
+        enter(&called, arguments, count);
     } else {
-        RubyValue result = machine_.callValue(base_[i.a], {arguments, count}, {program_, lines().op});
+        RubyValue result = machine_.callValue(base()[i.a], {arguments, count}, {program_, lines().op});
         refreshGlobals();
         at(i.target) = std::move(result);
     }
@@ -312,7 +328,7 @@ void InnerRun::callScript(const InnerInstruction& i, const FunctionObject& funct
 
 // A function with inner code that is called through pcall runs in this loop like any other.
 void InnerRun::callProtected(const InnerInstruction& i) {
-    RubyValue* callee = base_ + i.a + 1;
+    RubyValue* callee = base() + i.a + 1;
     const auto count = static_cast<std::size_t>(i.b);
     if (count > 0 && callee->isFunction() && callee->functionObject().kind == FunctionKind::Script) {
         const FunctionObject& function = callee->functionObject();
@@ -321,7 +337,7 @@ void InnerRun::callProtected(const InnerInstruction& i) {
         if (machine_.usesInnerCode(called) && called.parameters.size() == count - 1) {
             machine_.countStep();
             pushFrame(i.target, true);
-            enter(function.program.get(), &called, callee + 1, count - 1);
+            enter(&called, callee + 1, count - 1);
             return;
         }
     }
@@ -332,7 +348,7 @@ void InnerRun::callProtected(const InnerInstruction& i) {
 
 void InnerRun::raise(const InnerInstruction& i) {
     // Up to a zero byte, as in an exception.
-    const std::string text = locatedText(*program_, lines().op, base_[i.a + 1].toString()).c_str();
+    const std::string text = locatedText(*program_, lines().op, base()[i.a + 1].toString()).c_str();
     if (!recover(text)) throw kelmora::guest::GuestError(text);
 }
 
@@ -344,182 +360,182 @@ void InnerRun::defineFunction(const InnerInstruction& i) {
 }
 
 void InnerRun::makeArray(const InnerInstruction& i) {
-    std::vector<RubyValue> items;
+    RubyItems items;
     items.reserve(static_cast<std::size_t>(i.b));
-    for (std::int32_t item = 0; item < i.b; ++item) items.push_back(std::move(base_[i.a + item]));
+    for (std::int32_t item = 0; item < i.b; ++item) items.push_back(std::move(base()[i.a + item]));
     at(i.target) = RubyValue::array(std::move(items));
 }
 
 RubyValue InnerRun::dispatch() {
+    static const void* const labels[] = {
+#define VESPER_RWBY_LABEL(name) &&op##name,
+        VESPER_RWBY_INNER_OPS(VESPER_RWBY_LABEL)
+#undef VESPER_RWBY_LABEL
+    };
     const InnerInstruction* pc = pc_;
-    const InnerInstruction* code = function_->inner.instructions.data();
-    for (;;) {
-        const InnerInstruction& i = *pc++;
-        pc_ = pc;
-        switch (i.op) {
-            case InnerOp::Move: {
-                const RubyValue& value = at(i.a);
-                at(i.target) = value.isUndefined() ? fetchUndefined(i.a, lines().a) : value;
-                break;
+    RubyVM::Impl& machine = machine_;
+
+// The instruction at work.
+#define I pc[-1]
+#define NEXT                                          \
+    do {                                              \
+        ++pc;                                         \
+        goto* labels[static_cast<std::size_t>(I.op)]; \
+    } while (false)
+// What may fail or call has to know its place.
+#define SAVE (pc_ = pc)
+#define COUNT_STEP           \
+    do {                     \
+        SAVE;                \
+        machine.countStep(); \
+    } while (false)
+
+    NEXT;
+
+opMove : {
+    const RubyValue& value = at(I.a);
+    if (value.isUndefined()) [[unlikely]] {
+        SAVE;
+        at(I.target) = fetchUndefined(I.a, lines().a);
+    } else {
+        at(I.target) = value;
+    }
+    NEXT;
+}
+
+#define ARITHMETIC(name, wrapped)                                                 \
+    op##name : {                                                                  \
+        const RubyValue& a = at(I.a);                                             \
+        const RubyValue& b = at(I.b);                                             \
+        if (a.isInteger() && b.isInteger()) [[likely]] {                          \
+            at(I.target).setInteger(wrapped(a.integerValue(), b.integerValue())); \
+            NEXT;                                                                 \
+        }                                                                         \
+        SAVE;                                                                     \
+        slowBinary(I, OpCode::name);                                              \
+        NEXT;                                                                     \
+    }
+    ARITHMETIC(Add, wrappedAdd)
+    ARITHMETIC(Subtract, wrappedSubtract)
+    ARITHMETIC(Multiply, wrappedMultiply)
+#undef ARITHMETIC
+opModulo : {
+    const RubyValue& a = at(I.a);
+    const RubyValue& b = at(I.b);
+    if (a.isInteger() && b.isInteger() && b.integerValue() != 0) [[likely]] {
+        at(I.target).setInteger(integerModulo(a.integerValue(), b.integerValue()));
+        NEXT;
+    }
+    SAVE;
+    slowBinary(I, OpCode::Modulo);
+    NEXT;
+}
+opDivide:
+    SAVE;
+    slowBinary(I, OpCode::Divide);
+    NEXT;
+
+#define COMPARISON(name)                            \
+    op##name : SAVE;                                \
+    at(I.target).setBoolean(test<OpCode::name>(I)); \
+    NEXT;                                           \
+    opUnless##name : SAVE;                          \
+    if (!test<OpCode::name>(I)) pc += I.target;     \
+    NEXT;                                           \
+    opLoop##name : COUNT_STEP;                      \
+    if (test<OpCode::name>(I)) pc += I.target;      \
+    NEXT;
+    COMPARISON(Equal)
+    COMPARISON(NotEqual)
+    COMPARISON(Less)
+    COMPARISON(LessEqual)
+    COMPARISON(Greater)
+    COMPARISON(GreaterEqual)
+    COMPARISON(And)
+    COMPARISON(Or)
+#undef COMPARISON
+
+opNegate:
+    SAVE;
+    at(I.target) = negate(fetch(I.a, lines().a));
+    NEXT;
+opNot:
+    SAVE;
+    at(I.target).setBoolean(!fetch(I.a, lines().a).isTruthy());
+    NEXT;
+opJumpIfFalse:
+    SAVE;
+    if (!fetch(I.a, lines().a).isTruthy()) pc += I.target;
+    NEXT;
+opJumpIfTrue:
+    SAVE;
+    if (fetch(I.a, lines().a).isTruthy()) pc += I.target;
+    NEXT;
+opJump:
+    pc += I.target;
+    NEXT;
+opLoop:
+    COUNT_STEP;
+    pc += I.target;
+    NEXT;
+
+opCall : {
+    RubyValue* const callee = base() + I.a;
+    SAVE;
+    if (callee->isFunction()) [[likely]] {
+        const FunctionObject& function = callee->functionObject();
+        if (function.kind == FunctionKind::Script && function.target->innerArguments == I.b) {
+            const CompiledFunction& called = *function.target;
+            if (called.inner.program == program_ && machine.depth < maximumCallDepth &&
+                machine.stack.tryReserve(callee + 1, called.inner.frameSize)) [[likely]] {
+                machine.countStep();
+                *machine.frameEnd++ = {function_, pc, base(), I.target, false};
+                ++machine.depth;
+                const std::size_t locals = called.localNames.size();
+                for (std::size_t i = static_cast<std::size_t>(I.b); i < locals; ++i)
+                    callee[1 + i].setUndefined();
+                function_ = &called;
+                setBase(callee + 1);
+                pc = called.inner.instructions.data();
+                NEXT;
             }
-            case InnerOp::Add:
-                if (const RubyValue& a = at(i.a), &b = at(i.b); a.isInteger() && b.isInteger()) {
-                    at(i.target).setInteger(wrappedAdd(a.integerValue(), b.integerValue()));
-                } else {
-                    slowBinary(i, OpCode::Add);
-                }
-                break;
-            case InnerOp::Subtract:
-                if (const RubyValue& a = at(i.a), &b = at(i.b); a.isInteger() && b.isInteger()) {
-                    at(i.target).setInteger(wrappedSubtract(a.integerValue(), b.integerValue()));
-                } else {
-                    slowBinary(i, OpCode::Subtract);
-                }
-                break;
-            case InnerOp::Multiply:
-                if (const RubyValue& a = at(i.a), &b = at(i.b); a.isInteger() && b.isInteger()) {
-                    at(i.target).setInteger(wrappedMultiply(a.integerValue(), b.integerValue()));
-                } else {
-                    slowBinary(i, OpCode::Multiply);
-                }
-                break;
-            case InnerOp::Modulo:
-                if (const RubyValue& a = at(i.a), &b = at(i.b);
-                    a.isInteger() && b.isInteger() && b.integerValue() != 0) {
-                    at(i.target).setInteger(integerModulo(a.integerValue(), b.integerValue()));
-                } else {
-                    slowBinary(i, OpCode::Modulo);
-                }
-                break;
-            case InnerOp::Divide:
-                slowBinary(i, OpCode::Divide);
-                break;
-            case InnerOp::Equal:
-                at(i.target).setBoolean(test<OpCode::Equal>(i));
-                break;
-            case InnerOp::NotEqual:
-                at(i.target).setBoolean(test<OpCode::NotEqual>(i));
-                break;
-            case InnerOp::Less:
-            case InnerOp::LessEqual:
-            case InnerOp::Greater:
-            case InnerOp::GreaterEqual:
-                slowBinary(i, operatorAt(i.op, InnerOp::Less, OpCode::Less));
-                break;
-            case InnerOp::And:
-                at(i.target).setBoolean(test<OpCode::And>(i));
-                break;
-            case InnerOp::Or:
-                at(i.target).setBoolean(test<OpCode::Or>(i));
-                break;
-            case InnerOp::UnlessEqual:
-                if (!test<OpCode::Equal>(i)) pc = code + i.target;
-                break;
-            case InnerOp::UnlessNotEqual:
-                if (!test<OpCode::NotEqual>(i)) pc = code + i.target;
-                break;
-            case InnerOp::UnlessLess:
-                if (!test<OpCode::Less>(i)) pc = code + i.target;
-                break;
-            case InnerOp::UnlessLessEqual:
-                if (!test<OpCode::LessEqual>(i)) pc = code + i.target;
-                break;
-            case InnerOp::UnlessGreater:
-                if (!test<OpCode::Greater>(i)) pc = code + i.target;
-                break;
-            case InnerOp::UnlessGreaterEqual:
-                if (!test<OpCode::GreaterEqual>(i)) pc = code + i.target;
-                break;
-            case InnerOp::UnlessAnd:
-                if (!test<OpCode::And>(i)) pc = code + i.target;
-                break;
-            case InnerOp::UnlessOr:
-                if (!test<OpCode::Or>(i)) pc = code + i.target;
-                break;
-            case InnerOp::LoopEqual:
-                machine_.countStep();
-                if (test<OpCode::Equal>(i)) pc = code + i.target;
-                break;
-            case InnerOp::LoopNotEqual:
-                machine_.countStep();
-                if (test<OpCode::NotEqual>(i)) pc = code + i.target;
-                break;
-            case InnerOp::LoopLess:
-                machine_.countStep();
-                if (test<OpCode::Less>(i)) pc = code + i.target;
-                break;
-            case InnerOp::LoopLessEqual:
-                machine_.countStep();
-                if (test<OpCode::LessEqual>(i)) pc = code + i.target;
-                break;
-            case InnerOp::LoopGreater:
-                machine_.countStep();
-                if (test<OpCode::Greater>(i)) pc = code + i.target;
-                break;
-            case InnerOp::LoopGreaterEqual:
-                machine_.countStep();
-                if (test<OpCode::GreaterEqual>(i)) pc = code + i.target;
-                break;
-            case InnerOp::LoopAnd:
-                machine_.countStep();
-                if (test<OpCode::And>(i)) pc = code + i.target;
-                break;
-            case InnerOp::LoopOr:
-                machine_.countStep();
-                if (test<OpCode::Or>(i)) pc = code + i.target;
-                break;
-            case InnerOp::Negate:
-                at(i.target) = negate(fetch(i.a, lines().a));
-                break;
-            case InnerOp::Not:
-                at(i.target) = RubyValue::boolean(!fetch(i.a, lines().a).isTruthy());
-                break;
-            case InnerOp::JumpIfFalse:
-                if (!fetch(i.a, lines().a).isTruthy()) pc = code + i.target;
-                break;
-            case InnerOp::JumpIfTrue:
-                if (fetch(i.a, lines().a).isTruthy()) pc = code + i.target;
-                break;
-            case InnerOp::Jump:
-                pc = code + i.target;
-                break;
-            case InnerOp::Loop:
-                machine_.countStep();
-                pc = code + i.target;
-                break;
-            case InnerOp::Call:
-                call(i);
-                pc = pc_;
-                code = function_->inner.instructions.data();
-                break;
-            case InnerOp::DefineFunction:
-                defineFunction(i);
-                break;
-            case InnerOp::Return:
-                leave(RubyValue(fetch(i.a, lines().a)));
-                if (isDone_) return std::move(result_);
-                pc = pc_;
-                code = function_->inner.instructions.data();
-                break;
-            case InnerOp::ReturnNil:
-                leave(RubyValue());
-                if (isDone_) return std::move(result_);
-                pc = pc_;
-                code = function_->inner.instructions.data();
-                break;
-            case InnerOp::MakeArray:
-                makeArray(i);
-                break;
-            case InnerOp::Index:
-                index(i);
-                break;
-            case InnerOp::SetIndex:
-            case InnerOp::SetNamedIndex:
-                setIndex(i);
-                ++pc;
-                break;
         }
     }
+    call(I);
+    pc = pc_;
+    NEXT;
+}
+opDefineFunction:
+    SAVE;
+    defineFunction(I);
+    NEXT;
+opReturn:
+    SAVE;
+    if (!leaveWith(I)) return std::move(result_);
+    pc = pc_;
+    NEXT;
+opReturnNil:
+    if (!leave(RubyValue())) return std::move(result_);
+    pc = pc_;
+    NEXT;
+opMakeArray:
+    SAVE;
+    makeArray(I);
+    NEXT;
+opIndex:
+    SAVE;
+    index(I);
+    NEXT;
+opSetIndex:
+opSetNamedIndex:
+    SAVE;
+    setIndex(I);
+    ++pc;
+    NEXT;
+#undef I
+#undef NEXT
+#undef SAVE
+#undef COUNT_STEP
 }
 
 }  // namespace

@@ -50,10 +50,13 @@ public:
         }
         if (isLabel_[code_.size()]) enterLabel(code_.size());
         innerAt_[code_.size()] = static_cast<std::int32_t>(out_.instructions.size());
+        // An image may end behind a load, which can fail though nothing uses it.
+        if (reachable_) settleBelow(0);
         emit(InnerOp::ReturnNil, 0);
         if (hasFailed_) return {};
         for (const auto& [at, target] : patches_)
-            out_.instructions[static_cast<std::size_t>(at)].target = innerAt_[target];
+            out_.instructions[static_cast<std::size_t>(at)].target = innerAt_[target] - at - 1;
+        out_.program = &program_;
         out_.frameSize = localCount_ + static_cast<std::int32_t>(maximumDepth_);
         return std::move(out_);
     }
@@ -395,13 +398,15 @@ bool Lowering::lowerJump(std::size_t at) {
         return true;
     }
     const auto head = static_cast<std::size_t>(innerAt_[target]);
+    const std::int32_t back =
+        static_cast<std::int32_t>(head) - static_cast<std::int32_t>(out_.instructions.size()) - 1;
     if (isTestOfLoop(head, at + 1)) {
         const InnerInstruction test = out_.instructions[head];
         const InnerLines lines = out_.lines[head];
-        emit(movedGroup(test.op, InnerOp::UnlessEqual, InnerOp::LoopEqual), lines.op,
-             static_cast<std::int32_t>(head) + 1, {test.a, lines.a}, {test.b, lines.b});
+        emit(movedGroup(test.op, InnerOp::UnlessEqual, InnerOp::LoopEqual), lines.op, back + 1,
+             {test.a, lines.a}, {test.b, lines.b});
     } else {
-        emit(InnerOp::Loop, instruction.line, static_cast<std::int32_t>(head));
+        emit(InnerOp::Loop, instruction.line, back);
     }
     return true;
 }

@@ -53,7 +53,7 @@ void runtimeError(const Program& program, std::uint32_t line, std::string_view m
 }
 
 RubyValue protectedResult(bool succeeded, RubyValue value) {
-    std::vector<RubyValue> items(2);
+    RubyItems items(2);
     items[0].setBoolean(succeeded);
     items[1] = std::move(value);
     return RubyValue::array(std::move(items));

@@ -20,6 +20,10 @@ public:
     const char* what() const noexcept override { return "Step limit reached"; }
 };
 
+// Calls within each other before "Stack overflow"; the native stack may end earlier.
+constexpr std::uint32_t maximumCallDepth = 100'000;
+inline constexpr const char* stackOverflow = "Stack overflow: calls or expressions are nested too deeply";
+
 // The place of a call, where one is known.
 struct CallSite {
     const Program* program = nullptr;
@@ -43,6 +47,12 @@ public:
 
     RubyValue* top() const { return top_; }
     void setTop(RubyValue* top) { top_ = top; }
+    // The same as reserve, where no value is to be made; false when there is one.
+    [[nodiscard]] bool tryReserve(RubyValue* base, std::int32_t count) {
+        if (base + count > used_) return false;
+        top_ = base + count;
+        return true;
+    }
     // Makes so many values from `base` on usable and ends behind them; raises when the memory ends.
     void reserve(RubyValue* base, std::size_t count) {
         if (count > static_cast<std::size_t>(end_ - base)) fail();
@@ -78,7 +88,6 @@ private:
 
 // Where a caller goes on when its callee returns.
 struct InnerFrame {
-    const Program* program;
     const CompiledFunction* function;
     const InnerInstruction* next;
     RubyValue* base;
@@ -125,17 +134,16 @@ public:
     kelmora::NativeStack& nativeStack;
     Globals globals;
     ValueStack stack;
-    std::vector<InnerFrame> frames;  // of inner code, over all runs within each other
+    // Of inner code, over all runs within each other, and the end of those in use. A frame is a call of
+    // `depth`.
+    std::unique_ptr<InnerFrame[]> frames = std::make_unique_for_overwrite<InnerFrame[]>(maximumCallDepth);
+    InnerFrame* frameEnd = frames.get();
     RandomSource random;
     std::uint64_t stepLimit = 0;
     std::uint64_t stepsLeft = UINT64_MAX;
     std::uint32_t depth = 0;  // of calls within each other, whatever runs them
     ExecutionMode mode = ExecutionMode::Full;
 };
-
-// Calls within each other before "Stack overflow"; the native stack may end earlier.
-constexpr std::uint32_t maximumCallDepth = 100'000;
-inline constexpr const char* stackOverflow = "Stack overflow: calls or expressions are nested too deeply";
 
 // Raises for a count that is not the function's.
 void checkArgumentCount(const CompiledFunction& function, std::size_t received);

@@ -99,7 +99,7 @@ void MapObject::rebuildIndex(std::size_t slots) {
 void MapObject::clear() {
     index_.clear();
     sortedIsValid_ = false;
-    const std::vector<Entry> gone = std::exchange(entries_, {});
+    const Entries gone = std::exchange(entries_, {});
 }
 
 const std::vector<std::uint32_t>& MapObject::sortedOrder() const {

@@ -16,6 +16,7 @@ public:
         kelmora::Ref<StringObject> key;
         RubyValue value;
     };
+    using Entries = std::vector<Entry, kelmora::BudgetAllocator<Entry>>;
 
     std::size_t size() const { return entries_.size(); }
     const RubyValue* find(const StringObject& key) const {
@@ -50,8 +51,9 @@ private:
     void emptySlotAt(std::uint32_t slot);
     void rebuildIndex(std::size_t slots);
 
-    std::vector<Entry> entries_;
-    std::vector<std::uint32_t> index_;  // power of two, at most half full
+    Entries entries_;
+    std::vector<std::uint32_t, kelmora::BudgetAllocator<std::uint32_t>>
+        index_;  // power of two, at most half full
     mutable std::vector<std::uint32_t> sorted_;
     mutable bool sortedIsValid_ = false;
 };

@@ -40,9 +40,9 @@ RubyValue joinText(const RubyValue& a, const RubyValue& b) {
     return RubyValue::string(StringObject::concatenate(a.stringObject(), b.toString()));
 }
 
-RubyValue joinArrays(const std::vector<RubyValue>& a, const std::vector<RubyValue>& b) {
+RubyValue joinArrays(const RubyItems& a, const RubyItems& b) {
     if (static_cast<std::int64_t>(a.size() + b.size()) > maximumArraySize) fail("the array is too large");
-    std::vector<RubyValue> joined;
+    RubyItems joined;
     joined.reserve(a.size() + b.size());
     joined.insert(joined.end(), a.begin(), a.end());
     joined.insert(joined.end(), b.begin(), b.end());
@@ -178,7 +178,7 @@ RubyValue applyBinary(OpCode op, const RubyValue& a, const RubyValue& b) {
 RubyValue indexValue(const RubyValue& container, const RubyValue& index) {
     switch (container.type()) {
         case RubyValueType::Array: {
-            const std::vector<RubyValue>& items = container.items();
+            const RubyItems& items = container.items();
             const auto place = static_cast<std::uint64_t>(elementIndex(index, true));
             return place < items.size() ? items[static_cast<std::size_t>(place)] : RubyValue();
         }
@@ -195,7 +195,7 @@ RubyValue indexValue(const RubyValue& container, const RubyValue& index) {
     }
 }
 
-RubyValue& arrayElement(std::vector<RubyValue>& items, std::int64_t index) {
+RubyValue& arrayElement(RubyItems& items, std::int64_t index) {
     if (index >= maximumArraySize) fail("the array is too large");
     const auto place = static_cast<std::size_t>(index);
     if (place >= items.size()) {

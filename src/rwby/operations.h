@@ -33,7 +33,7 @@ RubyValue indexValue(const RubyValue& container, const RubyValue& index);
 RubyValue setIndexValue(const RubyValue& container, const RubyValue& index, const RubyValue& value);
 
 // The element's place, for one that is to be written: the array grows with nil up to it.
-RubyValue& arrayElement(std::vector<RubyValue>& items, std::int64_t index);
+RubyValue& arrayElement(RubyItems& items, std::int64_t index);
 
 inline std::int64_t wrappedAdd(std::int64_t a, std::int64_t b) {
     return static_cast<std::int64_t>(static_cast<std::uint64_t>(a) + static_cast<std::uint64_t>(b));

@@ -166,7 +166,7 @@ private:
     void makeArray(std::int32_t count) {
         if (count < 0) fail("array element count is invalid");
         if (static_cast<std::size_t>(count) > stack_.size()) fail("array literal is missing values");
-        std::vector<RubyValue> items(stack_.end() - count, stack_.end());
+        RubyItems items(stack_.end() - count, stack_.end());
         stack_.resize(stack_.size() - items.size());
         stack_.push_back(RubyValue::array(std::move(items)));
     }
@@ -187,8 +187,8 @@ private:
     const kelmora::Ref<Program>& programRef_;
     const Program& program_;
     const CompiledFunction& function_;
-    std::vector<RubyValue> locals_;
-    std::vector<RubyValue> stack_;
+    RubyItems locals_;
+    RubyItems stack_;
     std::size_t pc_ = 0;
     std::uint32_t line_ = 0;
     RubyValue result_;

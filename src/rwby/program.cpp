@@ -83,6 +83,8 @@ void finaliseProgramMetadata(Program& program, Globals& globals) {
         if (hasRepeatedParameter(function)) continue;
         if (i > 0) function.fast = buildFastForm(program, function);
         function.inner = lowerFunction(program, function, globals);
+        if (function.fast.kind == FastKind::None && function.inner.exists())
+            function.innerArguments = static_cast<std::int32_t>(function.parameters.size());
     }
 }
 

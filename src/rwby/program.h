@@ -31,6 +31,8 @@ struct CompiledFunction {
     std::vector<std::int32_t> globalSlots;
     FastForm fast;
     InnerCode inner;
+    // The count of arguments with which inner code may begin at once, as there is no quicker form; else -1.
+    std::int32_t innerArguments = -1;
 
     std::int32_t ensureLocalSlot(const std::string& name);
 };
@@ -38,7 +40,7 @@ struct CompiledFunction {
 // Function 0 is the entry, with all its names global.
 struct Program : kelmora::RefCounted {
     std::vector<CompiledFunction> functions;
-    std::vector<RubyValue> constants;
+    RubyItems constants;
     std::string sourceName = "<string>";
 
     // Null when there is no such constant, or it is no string.

@@ -4,6 +4,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "base/memory_budget.h"
 #include "text/limits.h"
 
 namespace vesper::ruby {
@@ -26,9 +27,14 @@ std::size_t spareFor(std::size_t size) {
 }  // namespace
 
 kelmora::Ref<TextBlock> TextBlock::make(std::size_t capacity) {
+    kelmora::MemoryBudget::take(sizeof(TextBlock) + capacity);
     auto* block = new (::operator new(sizeof(TextBlock) + capacity)) TextBlock;
     block->capacity = capacity;
     return kelmora::Ref<TextBlock>(block);
+}
+
+TextBlock::~TextBlock() {
+    kelmora::MemoryBudget::give(sizeof(TextBlock) + capacity);
 }
 
 StringObject::StringObject(std::size_t size, std::size_t spare) : size_(static_cast<std::uint32_t>(size)) {

@@ -14,6 +14,7 @@ namespace vesper::ruby {
 class TextBlock : public kelmora::RefCounted {
 public:
     static kelmora::Ref<TextBlock> make(std::size_t capacity);
+    ~TextBlock();
     static void operator delete(void* memory) { ::operator delete(memory); }
 
     char* bytes() { return reinterpret_cast<char*>(this + 1); }

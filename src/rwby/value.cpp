@@ -5,6 +5,7 @@
 #include <functional>
 #include <stdexcept>
 
+#include "base/pending_destruction.h"
 #include "base/saturating.h"
 #include "rwby/map_object.h"
 #include "rwby/program.h"
@@ -90,17 +91,6 @@ private:
     std::vector<const void*> path_;
 };
 
-// Objects whose last reference went wait here, so that freeing a deep structure does not recurse.
-struct Graveyard {
-    std::vector<std::pair<RubyValueType, kelmora::RefCounted*>> waiting;
-    bool draining = false;
-};
-
-Graveyard& graveyard() {
-    static Graveyard& yard = *new Graveyard;  // outlives every file-scope value
-    return yard;
-}
-
 void deleteObject(RubyValueType type, kelmora::RefCounted* object) {
     if (type == RubyValueType::Array) {
         delete static_cast<ArrayObject*>(object);
@@ -123,20 +113,11 @@ void RubyValue::destroyObject(RubyValueType type, kelmora::RefCounted* object) {
         delete static_cast<StringObject*>(object);
         return;
     }
-    Graveyard& yard = graveyard();
-    if (!yard.draining && type == RubyValueType::Array && static_cast<ArrayObject*>(object)->items.empty()) {
+    if (type == RubyValueType::Array && static_cast<ArrayObject*>(object)->items.empty()) {
         deleteObject(type, object);
         return;
     }
-    yard.waiting.emplace_back(type, object);
-    if (yard.draining) return;
-    yard.draining = true;
-    while (!yard.waiting.empty()) {
-        const auto [doomedType, doomed] = yard.waiting.back();
-        yard.waiting.pop_back();
-        deleteObject(doomedType, doomed);
-    }
-    yard.draining = false;
+    kelmora::PendingDestruction<RubyValueType, deleteObject>::add(type, object);
 }
 
 RubyValue RubyValue::character(char byte) {
@@ -151,7 +132,7 @@ RubyValue RubyValue::character(char byte) {
     return characters[static_cast<unsigned char>(byte)];
 }
 
-RubyValue RubyValue::array(std::vector<RubyValue> items) {
+RubyValue RubyValue::array(RubyItems items) {
     auto* object = new ArrayObject;
     object->items = std::move(items);
     return counted(RubyValueType::Array, object);
@@ -190,7 +171,7 @@ std::string_view RubyValue::asString() const {
     return stringObject().text();
 }
 
-std::vector<RubyValue>& RubyValue::asArray() const {
+RubyItems& RubyValue::asArray() const {
     if (!isArray()) throw std::runtime_error("value is not an array");
     return items();
 }

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/memory_budget.h"
 #include "base/pooled.h"
 #include "base/ref.h"
 #include "rwby/string_object.h"
@@ -32,6 +33,9 @@ std::string_view rubyValueTypeName(RubyValueType type);
 class MapObject;
 struct ArrayObject;
 struct FunctionObject;
+class RubyValue;
+
+using RubyItems = std::vector<RubyValue, kelmora::BudgetAllocator<RubyValue>>;
 
 // The value of a Rwby program, for the machine, its library and whoever embeds it. Numbers and booleans are
 // held in place, the others are counted references: strings cannot change, arrays, maps and functions are
@@ -72,7 +76,7 @@ public:
     static RubyValue string(StringObject* object) noexcept { return counted(RubyValueType::String, object); }
     // One-byte strings come from a fixed set, so that walking a string does not allocate.
     static RubyValue character(char byte);
-    static RubyValue array(std::vector<RubyValue> items);
+    static RubyValue array(RubyItems items);
     static RubyValue map(MapObject* object) noexcept;
     static RubyValue makeMap();
     static RubyValue function(FunctionObject* object) noexcept;
@@ -109,7 +113,7 @@ public:
         assert(isString());
         return static_cast<StringObject&>(*object());
     }
-    std::vector<RubyValue>& items() const;
+    RubyItems& items() const;
     inline MapObject& mapObject() const;            // in map_object.h
     inline FunctionObject& functionObject() const;  // in program.h
     double numericValue() const { return isInteger() ? static_cast<double>(integerValue()) : floatValue(); }
@@ -120,7 +124,7 @@ public:
     double asFloat() const;
     bool asBoolean() const;
     std::string_view asString() const;
-    std::vector<RubyValue>& asArray() const;
+    RubyItems& asArray() const;
     MapObject& asMap() const;
 
     // Address of the shared object, for comparison by identity.
@@ -180,10 +184,10 @@ static_assert(sizeof(RubyValue) == 16);
 constexpr std::int64_t maximumArraySize = std::int64_t{1} << 26;
 
 struct ArrayObject : kelmora::RefCounted, kelmora::Pooled<ArrayObject> {
-    std::vector<RubyValue> items;
+    RubyItems items;
 };
 
-inline std::vector<RubyValue>& RubyValue::items() const {
+inline RubyItems& RubyValue::items() const {
     assert(isArray());
     return static_cast<ArrayObject&>(*object()).items;
 }

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/pending_destruction.h"
 #include "script/callable.h"
 #include "script/table_object.h"
 
@@ -108,17 +109,6 @@ private:
     std::vector<const void*> path_;
 };
 
-// Containers whose last reference went wait here, so that freeing a deep structure does not recurse.
-struct Graveyard {
-    std::vector<std::pair<VarType, RefCounted*>> waiting;
-    bool draining = false;
-};
-
-Graveyard& graveyard() {
-    static Graveyard& yard = *new Graveyard;  // outlives every file-scope value
-    return yard;
-}
-
 void deleteContainer(VarType type, RefCounted* object) {
     switch (type) {
         case VarType::Array:
@@ -154,16 +144,7 @@ void Variable::destroyObject(VarType type, RefCounted* object) {
         default:
             break;
     }
-    Graveyard& yard = graveyard();
-    yard.waiting.emplace_back(type, object);
-    if (yard.draining) return;
-    yard.draining = true;
-    while (!yard.waiting.empty()) {
-        const auto [doomedType, doomed] = yard.waiting.back();
-        yard.waiting.pop_back();
-        deleteContainer(doomedType, doomed);
-    }
-    yard.draining = false;
+    PendingDestruction<VarType, deleteContainer>::add(type, object);
 }
 
 Variable Variable::character(char byte) {

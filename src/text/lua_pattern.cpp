@@ -1,7 +1,12 @@
 #include "text/lua_pattern.h"
 
+#include <algorithm>
 #include <bitset>
+#include <functional>
 #include <stdexcept>
+#include <unordered_map>
+
+#include "text/pattern.h"
 
 namespace kelmora {
 namespace {
@@ -56,11 +61,12 @@ ByteSet escapedSet(char letter) {
 
 class Translator {
 public:
-    explicit Translator(std::string_view pattern) : pattern_(pattern) {}
+    Translator(std::string_view pattern, std::vector<bool>& positions)
+        : pattern_(pattern), positions_(positions) {}
 
     std::string run() {
         while (at_ < pattern_.size()) translateItem();
-        if (openGroups_ > 0) throw std::runtime_error("malformed pattern (unfinished capture)");
+        if (!open_.empty()) throw std::runtime_error("malformed pattern (unfinished capture)");
         return std::move(out_);
     }
 
@@ -70,22 +76,39 @@ private:
     void translateItem() {
         const char c = take();
         if (c == '(') {
-            if (at_ < pattern_.size() && pattern_[at_] == ')')
-                throw std::runtime_error("position captures are not supported in patterns");
-            ++openGroups_;
-            out_ += '(';
+            beginCapture();
         } else if (c == ')') {
-            if (openGroups_-- == 0) throw std::runtime_error("invalid pattern capture");
+            if (open_.empty()) throw std::runtime_error("invalid pattern capture");
+            open_.pop_back();
             out_ += ')';
         } else if (c == '$' && at_ == pattern_.size()) {
             out_ += "(?![\\s\\S])";
-        } else if (c == '%' && at_ < pattern_.size() && isBetween(pattern_[at_], '1', '9')) {
-            out_ += '\\';
-            out_ += take();
+        } else if (c == '%' && at_ < pattern_.size() && isBetween(pattern_[at_], '0', '9')) {
+            translateBackReference();
         } else {
             appendSet(readSet(c));
             translateCount();
         }
+    }
+    void beginCapture() {
+        const bool isPosition = at_ < pattern_.size() && pattern_[at_] == ')';
+        positions_.push_back(isPosition);
+        out_ += '(';
+        if (isPosition) {
+            out_ += take();
+        } else {
+            open_.push_back(positions_.size());
+        }
+    }
+    // To a capture that is closed.
+    void translateBackReference() {
+        const char digit = take();
+        const auto number = static_cast<std::size_t>(digit - '0');
+        const bool isOpen = std::find(open_.begin(), open_.end(), number) != open_.end();
+        if (number == 0 || number > positions_.size() || isOpen)
+            throw std::runtime_error(std::string("malformed pattern (invalid capture index %") + digit + ")");
+        out_ += '\\';
+        out_ += digit;
     }
     void translateCount() {
         if (at_ == pattern_.size()) return;
@@ -101,9 +124,12 @@ private:
         if (c == '[') return readBrackets();
         return ByteSet().set(static_cast<unsigned char>(c));
     }
-    ByteSet readEscape() {
+    char readEscaped() {
         if (at_ == pattern_.size()) throw std::runtime_error("malformed pattern (ends with '%')");
-        const char letter = take();
+        return take();
+    }
+    ByteSet readEscape() {
+        const char letter = readEscaped();
         if (letter == 'b' || letter == 'f')
             throw std::runtime_error(std::string("%") + letter + " is not supported in patterns");
         return escapedSet(letter);
@@ -117,7 +143,7 @@ private:
             const char c = take();
             if (c == ']' && !isFirst) break;
             if (c == '%') {
-                set |= readEscape();
+                set |= escapedSet(readEscaped());
             } else if (at_ + 1 < pattern_.size() && pattern_[at_] == '-' && pattern_[at_ + 1] != ']') {
                 ++at_;
                 const auto last = static_cast<unsigned char>(take());
@@ -161,12 +187,13 @@ private:
 
     std::string_view pattern_;
     std::size_t at_ = 0;
-    std::size_t openGroups_ = 0;
+    std::vector<bool>& positions_;
+    std::vector<std::size_t> open_;  // captures by number
     std::string out_;
 };
 
-regex::Pattern compileLua(std::string_view text, bool isAnchored) {
-    const std::string expression = Translator(text.substr(isAnchored ? 1 : 0)).run();
+regex::Pattern compileLua(std::string_view text, bool isAnchored, std::vector<bool>& positions) {
+    const std::string expression = Translator(text.substr(isAnchored ? 1 : 0), positions).run();
     try {
         return regex::Pattern::compile(expression);
     } catch (const regex::SyntaxError& error) {
@@ -177,33 +204,49 @@ regex::Pattern compileLua(std::string_view text, bool isAnchored) {
 }  // namespace
 
 LuaPattern::LuaPattern(std::string_view text)
-    : isAnchored_(text.starts_with('^')), expression_(compileLua(text, isAnchored_)) {}
+    : isAnchored_(text.starts_with('^')), expression_(compileLua(text, isAnchored_, positions_)) {}
 
-bool LuaPattern::search(std::string_view subject, std::size_t from, regex::Captures& captures,
-                        regex::Scratch& scratch) const {
-    return expression_.search(subject, from, captures, scratch,
+bool LuaPattern::search(std::string_view subject, std::size_t from, regex::Captures& captures) const {
+    return expression_.search(subject, from, captures, patternScratch(),
                               isAnchored_ ? regex::MatchFlags::continuous : regex::MatchFlags::none);
 }
 
+std::shared_ptr<const LuaPattern> cachedLuaPattern(std::string_view text) {
+    constexpr std::size_t mostPatterns = 1000;
+    struct Hash : std::hash<std::string_view> {
+        using is_transparent = void;
+    };
+    using Cache = std::unordered_map<std::string, std::shared_ptr<const LuaPattern>, Hash, std::equal_to<>>;
+    static Cache& cache = *new Cache;  // outlives every file-scope value
+    if (const auto found = cache.find(text); found != cache.end()) return found->second;
+    auto made = std::make_shared<const LuaPattern>(text);
+    if (cache.size() >= mostPatterns) cache.clear();
+    cache.emplace(std::string(text), made);
+    return made;
+}
+
+bool isPlainPattern(std::string_view pattern) {
+    return pattern.find_first_of("^$*+?.([%-") == std::string_view::npos;
+}
+
 bool LuaMatches::next() {
-    const std::size_t end = hasMatched_ ? captures_[0].end : 0;
-    if (hasMatched_ && pattern_.isAnchored()) return false;
-    for (; from_ <= subject_.size(); ++from_) {
-        if (!pattern_.search(subject_, from_, captures_, scratch_)) return false;
-        const regex::Capture& match = captures_[0];
-        if (hasMatched_ && match.length() == 0 && match.begin == end) {
-            if (match.begin > from_) from_ = match.begin;
+    while (!isDone_ && from_ <= subject_.size()) {
+        if (!pattern_.search(subject_, from_, captures_)) break;
+        isDone_ = pattern_.isAnchored();
+        const regex::Capture& whole = captures_[0];
+        if (whole.length() == 0 && whole.end == lastEnd_) {
+            from_ = whole.end + 1;
             continue;
         }
-        hasMatched_ = true;
-        from_ = match.end;
+        from_ = lastEnd_ = whole.end;
         return true;
     }
+    isDone_ = true;
     return false;
 }
 
-void appendLuaReplacement(std::string& out, std::string_view replacement, std::string_view subject,
-                          const regex::Captures& captures) {
+void appendLuaReplacement(std::string& out, std::string_view replacement, const LuaPattern& pattern,
+                          std::string_view subject, const regex::Captures& captures) {
     for (std::size_t i = 0; i < replacement.size(); ++i) {
         if (replacement[i] != '%') {
             out += replacement[i];
@@ -220,7 +263,11 @@ void appendLuaReplacement(std::string& out, std::string_view replacement, std::s
         if (group >= captures.size())
             throw std::runtime_error(std::string("invalid capture index %") + form +
                                      " in replacement string");
-        if (captures[group].tookPart) out += captures[group].in(subject);
+        if (group > 0 && pattern.isPosition(group - 1)) {
+            out += std::to_string(captures[group].begin + 1);
+        } else if (captures[group].tookPart) {
+            out += captures[group].in(subject);
+        }
     }
 }
 

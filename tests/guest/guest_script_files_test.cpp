@@ -37,7 +37,7 @@ std::string testName(const fs::path& path, const fs::path& root) {
 
 const bool registered = [] {
     const fs::path root = fs::path(KELMORA_SOURCE_DIR) / "tests/scripts";
-    for (const GuestLanguage& language : {luaLanguage()}) {
+    for (const GuestLanguage& language : {luaLanguage(), rwbyLanguage()}) {
         std::vector<fs::path> files;
         for (const auto& entry : fs::recursive_directory_iterator(root))
             if (entry.path().extension() == language.extension) files.push_back(entry.path());

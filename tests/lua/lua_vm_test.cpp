@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "base/whole_file.h"
 #include "guest/location_error.h"
 #include "support/capture_host.h"
@@ -288,6 +290,25 @@ TEST_F(LuaMachine, DamagedImagesAreRefused) {
     changed = image;
     changed.push_back(0xFF);
     EXPECT_EQ(machine_.runBytecode(changed).values, List{LuaValue(std::int64_t{5})});
+}
+
+// Whatever stands in a file: it is refused, does not compile, or runs.
+TEST_F(LuaMachine, EveryChangedImageIsRefusedOrRuns) {
+    const LuaBytecode image = machine_.compileScript("local t = {1, k = 'x'} return #t .. t.k", "n");
+    for (std::size_t at = 0; at < image.size(); ++at) {
+        for (const int change : {0x00, 0xFF, 0x80, 0x01}) {
+            LuaBytecode changed = image;
+            changed[at] = static_cast<std::uint8_t>(change);
+            const LuaResult result = machine_.runBytecode(changed);
+            EXPECT_EQ(result.success, result.error.empty()) << at;
+        }
+    }
+    // Magic, version and both lengths.
+    for (const std::ptrdiff_t field : {0, 4, 8, 13}) {
+        LuaBytecode changed = image;
+        std::fill_n(changed.begin() + field, 4, std::uint8_t{0xFF});
+        EXPECT_TRUE(machine_.runBytecode(changed).error.starts_with("<lua-bytecode>: ")) << field;
+    }
 }
 
 TEST_F(LuaMachine, FilesAreReadAndWritten) {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "base/byte_writer.h"
 #include "base/whole_file.h"
 #include "support/capture_host.h"
@@ -116,6 +118,41 @@ TEST_F(RwbyImage, RefusesEveryShorterFile) {
         const std::string error =
             errorOf(RubyBytecode(image.begin(), image.begin() + static_cast<long>(size)));
         EXPECT_TRUE(error == "bytecode is truncated" || error == "bytecode string exceeds file size") << size;
+    }
+}
+
+// Whatever stands in a file: it is refused, or it runs to an end or an error, the same in all modes.
+TEST_F(RwbyImage, RunsOrRefusesEveryChangedFile) {
+    using vesper::ruby::ExecutionMode;
+    const auto compiled = vm_.compileScript(
+        "def f(a, b)\nif a > b then error(\"big\") end\nreturn a + b * [1, 2][1]\nend\n"
+        "i = 0\nwhile i < 3\ni = i + f(1, 2)\ns = \"abc\"\ns[1] = \"x\"\nend\nreturn pcall(f, 2, 1)",
+        "n");
+    ASSERT_TRUE(compiled.success);
+    const auto outcomeOf = [](const RubyBytecode& image, ExecutionMode mode) {
+        CaptureHost host;
+        NativeStack stack;
+        RubyVM vm(host, stack);
+        vm.setExecutionMode(mode);
+        vm.setStepLimit(500);
+        const auto result = vm.runBytecode(image);
+        return result.success ? result.value.toString() : "failed: " + result.error;
+    };
+    const auto expectAgreement = [&](const RubyBytecode& image, std::size_t at) {
+        const std::string plain = outcomeOf(image, ExecutionMode::PlainInstructions);
+        EXPECT_EQ(outcomeOf(image, ExecutionMode::WithoutFastForms), plain) << at;
+        EXPECT_EQ(outcomeOf(image, ExecutionMode::Full), plain) << at;
+    };
+    for (std::size_t at = 8; at < compiled.bytecode.size(); ++at) {
+        for (const int change : {0x00, 0xFF, 0x01, 0x7F}) {
+            RubyBytecode image = compiled.bytecode;
+            image[at] = static_cast<std::uint8_t>(change);
+            expectAgreement(image, at);
+        }
+        if (at + 4 > compiled.bytecode.size()) continue;
+        RubyBytecode image = compiled.bytecode;
+        std::fill_n(image.begin() + static_cast<std::ptrdiff_t>(at), 4, std::uint8_t{0xFF});
+        expectAgreement(image, at);
     }
 }
 

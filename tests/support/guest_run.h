@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -10,16 +9,9 @@
 //     print(1 + 1)   -- expect: 2
 //     x = 1 / 0      -- error: division by zero
 // Output lines are compared with the `expect` comments in the order of the source; `\t` in a comment is a
-// tab. An `error` comment says how the run ends, and on which line.
+// tab. An `error` comment says how the run ends, and on which line. A file may hold several programs, each
+// behind a line that begins with the comment mark and ` ---`.
 namespace kelmora {
-
-struct GuestExpectation {
-    std::vector<std::string> output;
-    std::string error;
-    std::size_t errorLine = 0;  // from 1
-
-    bool isEmpty() const { return output.empty() && error.empty(); }
-};
 
 struct GuestOutcome {
     std::string output;
@@ -39,9 +31,9 @@ struct GuestLanguage {
 };
 
 GuestLanguage luaLanguage();
+GuestLanguage rwbyLanguage();
 
-GuestExpectation readGuestExpectation(const std::string& source, const std::string& comment);
-// Runs the source in all ways and compares.
+// Runs each program of the source in all ways and compares.
 void expectGuestRuns(const GuestLanguage& language, const std::string& source, const std::string& chunkName);
 
 }  // namespace kelmora

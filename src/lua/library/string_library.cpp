@@ -5,9 +5,9 @@
 #include "lua/iterator_state.h"
 #include "lua/library/arguments.h"
 #include "lua/library/library.h"
-#include "lua/library/lua_pattern.h"
 #include "text/byte_range.h"
 #include "text/letter_case.h"
+#include "text/lua_pattern.h"
 #include "text/printf_format.h"
 
 namespace vesper::lua {
@@ -72,10 +72,15 @@ void rep(NativeCall& call) {
     const std::uint64_t size = step * static_cast<std::uint64_t>(count) - separator.size();
     checkTextSize(static_cast<std::size_t>(std::min<std::uint64_t>(size, SIZE_MAX)));
     Value made(StringObject::makeEmpty(static_cast<std::size_t>(size)));
-    for (std::int64_t i = 0; i < count; ++i) {
-        if (i > 0) made.string().append(separator);
-        made.string().append(unit);
-    }
+    StringObject& text = made.string();
+    text.append(unit);
+    if (count > 1) text.append(separator);
+    if (count > 1) text.append(unit);
+    // What stands behind the first separator repeats: ever longer parts of it are copied.
+    while (text.size() < size)
+        text.append(text.view().substr(
+            unit.size(),
+            std::min<std::size_t>(text.size() - unit.size(), static_cast<std::size_t>(size) - text.size())));
     call.give(std::move(made));
 }
 
@@ -147,6 +152,18 @@ void split(NativeCall& call) {
     call.give(std::move(parts));
 }
 
+using kelmora::LuaMatches;
+using kelmora::LuaPattern;
+
+std::shared_ptr<const LuaPattern> requirePattern(const NativeCall& call, std::size_t position) {
+    const std::string_view text = requireString(call, position);
+    try {
+        return kelmora::cachedLuaPattern(text);
+    } catch (const std::runtime_error&) {
+        throw std::runtime_error("gsub: invalid regex pattern '" + std::string(text) + "'");
+    }
+}
+
 Value captureValue(const LuaPattern& pattern, std::string_view subject,
                    const kelmora::regex::Captures& captures, std::size_t index) {
     const kelmora::regex::Capture& capture = captures[index];
@@ -182,12 +199,12 @@ void find(NativeCall& call) {
     const std::string_view pattern = requireString(call, 1);
     std::size_t start = 0;
     if (!searchStart(call, subject.size(), start)) return call.give({});
-    if (call[3].isTruthy() || isPlainPattern(pattern)) {
+    if (call[3].isTruthy() || kelmora::isPlainPattern(pattern)) {
         const std::size_t at = subject.find(pattern, start);
         if (at == std::string_view::npos) return call.give({});
         return givePlace(call, at, at + pattern.size());
     }
-    const auto compiled = cachedPattern(pattern);
+    const auto compiled = requirePattern(call, 1);
     kelmora::regex::Captures captures;
     if (!compiled->search(subject, start, captures)) return call.give({});
     givePlace(call, captures[0].begin, captures[0].end);
@@ -198,7 +215,7 @@ void find(NativeCall& call) {
 void match(NativeCall& call) {
     requireArgumentCount(call, 2, 3);
     const std::string_view subject = requireString(call, 0);
-    const auto pattern = cachedPattern(requireString(call, 1));
+    const auto pattern = requirePattern(call, 1);
     std::size_t start = 0;
     kelmora::regex::Captures captures;
     if (!searchStart(call, subject.size(), start) || !pattern->search(subject, start, captures))
@@ -222,13 +239,13 @@ public:
 private:
     Value subject_;
     std::shared_ptr<const LuaPattern> pattern_;
-    PatternMatches matches_;
+    LuaMatches matches_;
 };
 
 void gmatch(NativeCall& call) {
     requireArgumentCount(call, 2, 2);
     requireString(call, 0);
-    call.give(Value(new MatchState(call[0], cachedPattern(requireString(call, 1)))));
+    call.give(Value(new MatchState(call[0], requirePattern(call, 1))));
 }
 
 // What one match is replaced by: a text with %0 to %9, a table's entry or a function's result.
@@ -266,22 +283,10 @@ public:
 private:
     void appendText(std::string& out, const LuaPattern& pattern, std::string_view subject,
                     const kelmora::regex::Captures& captures) const {
-        const std::string_view text = replacement_.letters();
-        for (std::size_t i = 0; i < text.size(); ++i) {
-            if (text[i] != '%') {
-                out += text[i];
-                continue;
-            }
-            const char letter = ++i < text.size() ? text[i] : '\0';
-            if (letter == '%') {
-                out += '%';
-                continue;
-            }
-            std::size_t index = static_cast<std::size_t>(letter - '0');
-            if (index == 1 && captures.size() == 1) index = 0;  // %1 without captures is the whole match
-            if (letter < '0' || letter > '9' || index >= captures.size())
-                failCall(call_, "invalid use of '%' in the replacement");
-            out += captureValue(pattern, subject, captures, index).toString();
+        try {
+            kelmora::appendLuaReplacement(out, replacement_.letters(), pattern, subject, captures);
+        } catch (const std::runtime_error& error) {
+            failCall(call_, error.what());
         }
     }
 
@@ -292,10 +297,10 @@ private:
 void gsub(NativeCall& call) {
     requireArgumentCount(call, 3, 4);
     const std::string_view subject = requireString(call, 0);
-    const auto pattern = cachedPattern(requireString(call, 1));
+    const auto pattern = requirePattern(call, 1);
     Replacement replacement(call);
     const std::int64_t most = optionalInteger(call, 3, INT64_MAX);
-    PatternMatches matches(*pattern, subject);
+    LuaMatches matches(*pattern, subject);
     std::string out;
     std::size_t copied = 0;
     std::int64_t count = 0;

@@ -85,8 +85,8 @@ void sort(NativeCall& call) {
     requireArgumentCount(call, 1, 2);
     Table& table = requireTable(call, 0);
     const std::size_t length = table.length();
-    const auto begin = table.array().begin();
-    std::vector<Value> items(begin, begin + static_cast<std::ptrdiff_t>(length));
+    const Value* begin = table.array().begin();
+    std::vector<Value> items(begin, begin + length);
     if (call[1].isNil()) {
         mergeSort(items, isLess);
     } else {

@@ -30,7 +30,7 @@ RubyValue range(RubyVM&, Arguments arguments) {
         step > 0 ? static_cast<std::uint64_t>(step) : 0 - static_cast<std::uint64_t>(step);
     require(span / stride < static_cast<std::uint64_t>(maximumArraySize), "the array is too large");
     const auto count = static_cast<std::size_t>(span / stride + 1);
-    std::vector<RubyValue> items(count);
+    RubyItems items(count);
     auto value = static_cast<std::uint64_t>(first);
     for (RubyValue& item : items) {
         item.setInteger(static_cast<std::int64_t>(value));
@@ -43,12 +43,12 @@ RubyValue arrayNew(RubyVM&, Arguments arguments) {
     const std::int64_t size = arguments.empty() ? 0 : arguments[0].asInteger();
     require(size >= 0, "array_new size must be non-negative");
     require(size <= maximumArraySize, "the array is too large");
-    return RubyValue::array(std::vector<RubyValue>(static_cast<std::size_t>(size),
-                                                   arguments.size() > 1 ? arguments[1] : RubyValue()));
+    return RubyValue::array(
+        RubyItems(static_cast<std::size_t>(size), arguments.size() > 1 ? arguments[1] : RubyValue()));
 }
 
 RubyValue arrayPush(RubyVM&, Arguments arguments) {
-    std::vector<RubyValue>& items = arguments[0].asArray();
+    RubyItems& items = arguments[0].asArray();
     requireRoom(items.size(), arguments.size());
     for (const RubyValue& value : arguments.subspan(1)) items.push_back(value);
     return arguments[0];
@@ -56,13 +56,13 @@ RubyValue arrayPush(RubyVM&, Arguments arguments) {
 
 // One element, or an array of them when a count is given, from either end.
 RubyValue takeItems(Arguments arguments, bool atEnd, const char* message) {
-    std::vector<RubyValue>& items = arguments[0].asArray();
+    RubyItems& items = arguments[0].asArray();
     const bool isSingle = arguments.size() == 1;
     const std::size_t count =
         isSingle ? std::min<std::size_t>(items.size(), 1) : heldCount(arguments[1], items.size(), message);
     const auto first = atEnd ? items.end() - static_cast<std::ptrdiff_t>(count) : items.begin();
     const auto last = first + static_cast<std::ptrdiff_t>(count);
-    std::vector<RubyValue> taken(std::make_move_iterator(first), std::make_move_iterator(last));
+    RubyItems taken(std::make_move_iterator(first), std::make_move_iterator(last));
     items.erase(first, last);
     if (!isSingle) return RubyValue::array(std::move(taken));
     return taken.empty() ? RubyValue() : std::move(taken[0]);
@@ -77,7 +77,7 @@ RubyValue arrayShift(RubyVM&, Arguments arguments) {
 }
 
 RubyValue arrayUnshift(RubyVM&, Arguments arguments) {
-    std::vector<RubyValue>& items = arguments[0].asArray();
+    RubyItems& items = arguments[0].asArray();
     requireRoom(items.size(), arguments.size());
     items.insert(items.begin(), arguments.begin() + 1, arguments.end());
     return arguments[0];
@@ -85,7 +85,7 @@ RubyValue arrayUnshift(RubyVM&, Arguments arguments) {
 
 // From a start, which counts from the end when it is negative, a count of elements or all that follow.
 RubyValue arraySlice(RubyVM&, Arguments arguments) {
-    const std::vector<RubyValue>& items = arguments[0].asArray();
+    const RubyItems& items = arguments[0].asArray();
     const auto size = static_cast<std::int64_t>(items.size());
     std::int64_t first = arguments[1].asInteger();
     if (first < 0) first = std::max<std::int64_t>(first + size, 0);
@@ -99,7 +99,7 @@ RubyValue arraySlice(RubyVM&, Arguments arguments) {
 }
 
 RubyValue arrayReverse(RubyVM&, Arguments arguments) {
-    const std::vector<RubyValue>& items = arguments[0].asArray();
+    const RubyItems& items = arguments[0].asArray();
     return RubyValue::array({items.rbegin(), items.rend()});
 }
 

@@ -1,39 +1,32 @@
 #include <algorithm>
-#include <unordered_map>
 
 #include "rwby/library/library.h"
 #include "rwby/operations.h"
 #include "text/limits.h"
 #include "text/lua_pattern.h"
-#include "text/pattern.h"
 
 namespace vesper::ruby {
 namespace {
 
-// Compiled patterns by their text. Programs use few; one that makes them up starts the cache anew.
-const kelmora::LuaPattern& cachedPattern(const RubyValue& value) {
-    constexpr std::size_t maximumPatterns = 500;
-    struct Hash : std::hash<std::string_view> {
-        using is_transparent = void;
-    };
-    static auto& cache = *new std::unordered_map<std::string, kelmora::LuaPattern, Hash, std::equal_to<>>;
-    const std::string_view text = value.asString();
-    if (const auto found = cache.find(text); found != cache.end()) return found->second;
-    kelmora::LuaPattern pattern(text);
-    if (cache.size() >= maximumPatterns) cache.clear();
-    return cache.emplace(std::string(text), std::move(pattern)).first->second;
-}
+using kelmora::LuaMatches;
+using kelmora::LuaPattern;
+using kelmora::regex::Captures;
 
-RubyValue captureValue(std::string_view subject, const kelmora::regex::Capture& capture) {
+RubyValue captureValue(const LuaPattern& pattern, std::string_view subject, const Captures& captures,
+                       std::size_t index) {
+    const kelmora::regex::Capture& capture = captures[index];
+    if (index > 0 && pattern.isPosition(index - 1))
+        return RubyValue::integer(static_cast<std::int64_t>(capture.begin) + 1);
     return capture.tookPart ? RubyValue::text(capture.in(subject)) : RubyValue();
 }
 
 // The match when the pattern has no captures, else what it captured: one value, or an array of several.
-RubyValue matchValue(std::string_view subject, const kelmora::regex::Captures& captures) {
-    if (captures.size() <= 2) return captureValue(subject, captures.back());
-    std::vector<RubyValue> values;
+RubyValue matchValue(const LuaPattern& pattern, std::string_view subject, const Captures& captures) {
+    if (captures.size() <= 2) return captureValue(pattern, subject, captures, captures.size() - 1);
+    RubyItems values;
     values.reserve(captures.size() - 1);
-    for (std::size_t i = 1; i < captures.size(); ++i) values.push_back(captureValue(subject, captures[i]));
+    for (std::size_t i = 1; i < captures.size(); ++i)
+        values.push_back(captureValue(pattern, subject, captures, i));
     return RubyValue::array(std::move(values));
 }
 
@@ -46,7 +39,7 @@ bool searchStart(Arguments arguments, std::size_t& start) {
     return position - 1 <= size;
 }
 
-std::vector<RubyValue> positions(std::size_t first, std::size_t end) {
+RubyItems positions(std::size_t first, std::size_t end) {
     return {RubyValue::integer(static_cast<std::int64_t>(first) + 1),
             RubyValue::integer(static_cast<std::int64_t>(end))};
 }
@@ -60,8 +53,7 @@ bool isAsciiLetter(char c) {
 
 // Letters, a hyphen and digits, the search for names like "room-12": by hand, since programs do it often. The
 // captures are those of the pattern.
-bool findAlphaDashDigitsMatch(std::string_view subject, std::size_t from,
-                              kelmora::regex::Captures& captures) {
+bool findAlphaDashDigitsMatch(std::string_view subject, std::size_t from, Captures& captures) {
     for (std::size_t dash = subject.find('-', from); dash != std::string_view::npos;
          dash = subject.find('-', dash + 1)) {
         std::size_t first = dash;
@@ -76,10 +68,10 @@ bool findAlphaDashDigitsMatch(std::string_view subject, std::size_t from,
     return false;
 }
 
-bool searchPattern(const RubyValue& pattern, std::string_view subject, std::size_t from,
-                   kelmora::regex::Captures& captures) {
-    if (pattern.asString() == "(%a+)%-(%d+)") return findAlphaDashDigitsMatch(subject, from, captures);
-    return cachedPattern(pattern).search(subject, from, captures, kelmora::patternScratch());
+bool searchPattern(const LuaPattern& pattern, std::string_view text, std::string_view subject,
+                   std::size_t from, Captures& captures) {
+    if (text == "(%a+)%-(%d+)") return findAlphaDashDigitsMatch(subject, from, captures);
+    return pattern.search(subject, from, captures);
 }
 
 // [start, end, captures...], or nil.
@@ -93,46 +85,53 @@ RubyValue find(RubyVM&, Arguments arguments) {
         if (found == std::string_view::npos) return {};
         return RubyValue::array(positions(found, found + wanted.size()));
     }
-    kelmora::regex::Captures captures;
-    if (!searchPattern(arguments[1], subject, start, captures)) return {};
-    std::vector<RubyValue> values = positions(captures[0].begin, captures[0].end);
-    for (std::size_t i = 1; i < captures.size(); ++i) values.push_back(captureValue(subject, captures[i]));
+    const auto compiled = kelmora::cachedLuaPattern(wanted);
+    const LuaPattern& pattern = *compiled;
+    Captures captures;
+    if (!searchPattern(pattern, wanted, subject, start, captures)) return {};
+    RubyItems values = positions(captures[0].begin, captures[0].end);
+    for (std::size_t i = 1; i < captures.size(); ++i)
+        values.push_back(captureValue(pattern, subject, captures, i));
     return RubyValue::array(std::move(values));
 }
 
 RubyValue match(RubyVM&, Arguments arguments) {
     const std::string_view subject = arguments[0].asString();
+    const std::string_view wanted = arguments[1].asString();
+    const auto compiled = kelmora::cachedLuaPattern(wanted);
     std::size_t start = 0;
-    kelmora::regex::Captures captures;
-    if (!searchStart(arguments, start) || !searchPattern(arguments[1], subject, start, captures)) return {};
-    return matchValue(subject, captures);
+    Captures captures;
+    if (!searchStart(arguments, start) || !searchPattern(*compiled, wanted, subject, start, captures))
+        return {};
+    return matchValue(*compiled, subject, captures);
 }
 
 // An array of all matches.
 RubyValue gmatch(RubyVM&, Arguments arguments) {
     const std::string_view subject = arguments[0].asString();
-    kelmora::LuaMatches matches(cachedPattern(arguments[1]), subject, kelmora::patternScratch());
-    std::vector<RubyValue> found;
-    while (matches.next()) found.push_back(matchValue(subject, matches.captures()));
+    const auto pattern = kelmora::cachedLuaPattern(arguments[1].asString());
+    LuaMatches matches(*pattern, subject);
+    RubyItems found;
+    while (matches.next()) found.push_back(matchValue(*pattern, subject, matches.captures()));
     return RubyValue::array(std::move(found));
 }
 
 // What stands for a match: a map's value for it, what a function makes of its captures, or a text with
 // percent forms. Nil and false leave the match as it is.
-void appendReplacement(RubyVM& vm, std::string& out, const RubyValue& replacement, std::string_view subject,
-                       const kelmora::regex::Captures& captures) {
+void appendReplacement(RubyVM& vm, std::string& out, const RubyValue& replacement, const LuaPattern& pattern,
+                       std::string_view subject, const Captures& captures) {
     if (replacement.isString()) {
-        kelmora::appendLuaReplacement(out, replacement.asString(), subject, captures);
+        kelmora::appendLuaReplacement(out, replacement.asString(), pattern, subject, captures);
         return;
     }
     RubyValue value;
     if (replacement.isFunction()) {
-        std::vector<RubyValue> values;
+        RubyItems values;
         for (std::size_t i = captures.size() > 1 ? 1 : 0; i < captures.size(); ++i)
-            values.push_back(captureValue(subject, captures[i]));
+            values.push_back(captureValue(pattern, subject, captures, i));
         value = vm.call(replacement, values);
-    } else if (const RubyValue* known =
-                   findInMap(replacement, captureValue(subject, captures[captures.size() > 1 ? 1 : 0]))) {
+    } else if (const RubyValue* known = findInMap(
+                   replacement, captureValue(pattern, subject, captures, captures.size() > 1 ? 1 : 0))) {
         value = *known;
     }
     out += value.isTruthy() ? value.toString() : std::string(captures[0].in(subject));
@@ -145,16 +144,14 @@ RubyValue gsub(RubyVM& vm, Arguments arguments) {
     require(replacement.isString() || replacement.isMap() || replacement.isFunction(),
             "string_gsub replacement must be a string, map, or function");
     std::int64_t left = arguments.size() > 3 ? arguments[3].asInteger() : INT64_MAX;
-    // A replacing function may search by itself: pattern and memory are this call's own.
-    const kelmora::LuaPattern pattern = cachedPattern(arguments[1]);
-    kelmora::regex::Scratch own;
-    kelmora::LuaMatches matches(pattern, subject, replacement.isFunction() ? own : kelmora::patternScratch());
+    const auto pattern = kelmora::cachedLuaPattern(arguments[1].asString());
+    LuaMatches matches(*pattern, subject);
     std::string out;
     std::size_t copied = 0;
     for (; left > 0 && matches.next(); --left) {
         const kelmora::regex::Capture& whole = matches.captures()[0];
         out.append(subject.substr(copied, whole.begin - copied));
-        appendReplacement(vm, out, replacement, subject, matches.captures());
+        appendReplacement(vm, out, replacement, *pattern, subject, matches.captures());
         copied = whole.end;
         require(out.size() <= kelmora::maximumTextSize, "the text is too large");
     }

@@ -34,7 +34,7 @@ RubyValue byte(RubyVM&, Arguments arguments) {
     const std::int64_t first = arguments.size() > 1 ? arguments[1].asInteger() : 1;
     const auto range =
         kelmora::byteRange(text.size(), first, arguments.size() > 2 ? arguments[2].asInteger() : first);
-    std::vector<RubyValue> bytes;
+    RubyItems bytes;
     for (std::size_t i = range.first; i < range.last; ++i)
         bytes.push_back(RubyValue::integer(static_cast<unsigned char>(text[i])));
     if (arguments.size() > 2) return RubyValue::array(std::move(bytes));
@@ -109,7 +109,7 @@ RubyValue rep(RubyVM&, Arguments arguments) {
 // Between separators; without one between runs of blanks.
 RubyValue split(RubyVM&, Arguments arguments) {
     const std::string_view text = arguments[0].asString();
-    std::vector<RubyValue> parts;
+    RubyItems parts;
     const auto add = [&](std::size_t first, std::size_t end) {
         parts.push_back(RubyValue::text(text.substr(first, end - first)));
     };

@@ -52,7 +52,7 @@ RubyValue tableClone(RubyVM&, Arguments arguments) {
 RubyValue tableClear(RubyVM&, Arguments arguments) {
     requireTable(arguments[0], "table_clear expects an array or map");
     if (arguments[0].isArray()) {
-        const std::vector<RubyValue> gone = std::exchange(arguments[0].items(), {});
+        const RubyItems gone = std::exchange(arguments[0].items(), {});
     } else {
         arguments[0].mapObject().clear();
     }
@@ -61,7 +61,7 @@ RubyValue tableClear(RubyVM&, Arguments arguments) {
 
 RubyValue keys(RubyVM&, Arguments arguments) {
     requireTable(arguments[0], "keys expects an array or map");
-    std::vector<RubyValue> found;
+    RubyItems found;
     if (arguments[0].isArray()) {
         for (std::size_t i = 0; i < arguments[0].items().size(); ++i)
             found.push_back(RubyValue::integer(static_cast<std::int64_t>(i)));
@@ -78,7 +78,7 @@ RubyValue keys(RubyVM&, Arguments arguments) {
 RubyValue values(RubyVM&, Arguments arguments) {
     requireTable(arguments[0], "values expects an array or map");
     if (arguments[0].isArray()) return RubyValue::array(arguments[0].items());
-    std::vector<RubyValue> found;
+    RubyItems found;
     const MapObject& map = arguments[0].mapObject();
     found.reserve(map.size());
     for (const std::uint32_t place : map.sortedOrder()) found.push_back(map.entries()[place].value);
@@ -90,7 +90,7 @@ const RubyValue* findInTable(const RubyValue& table, const RubyValue& key) {
     if (table.isMap()) return findInMap(table, key);
     if (!key.isNumeric()) return nullptr;
     const std::int64_t place = key.asInteger();
-    const std::vector<RubyValue>& items = table.items();
+    const RubyItems& items = table.items();
     return place >= 0 && static_cast<std::uint64_t>(place) < items.size()
                ? &items[static_cast<std::size_t>(place)]
                : nullptr;
@@ -123,7 +123,7 @@ RubyValue tableSet(RubyVM&, Arguments arguments) {
 // At the end, or before the element at an index.
 RubyValue tableInsert(RubyVM&, Arguments arguments) {
     require(arguments[0].isArray(), "table_insert expects an array");
-    std::vector<RubyValue>& items = arguments[0].items();
+    RubyItems& items = arguments[0].items();
     const auto size = static_cast<std::int64_t>(items.size());
     require(size < maximumArraySize, "the array is too large");
     const std::int64_t place = arguments.size() > 2 ? arguments[1].asInteger() : size;
@@ -135,7 +135,7 @@ RubyValue tableInsert(RubyVM&, Arguments arguments) {
 // The last element, or the one at an index.
 RubyValue tableRemove(RubyVM&, Arguments arguments) {
     require(arguments[0].isArray(), "table_remove expects an array");
-    std::vector<RubyValue>& items = arguments[0].items();
+    RubyItems& items = arguments[0].items();
     if (items.empty() && arguments.size() == 1) return {};
     const auto size = static_cast<std::int64_t>(items.size());
     const std::int64_t place = arguments.size() > 1 ? arguments[1].asInteger() : size - 1;
@@ -151,8 +151,8 @@ class Sorter {
 public:
     Sorter(RubyVM& vm, const RubyValue* comparator) : vm_(vm), comparator_(comparator) {}
 
-    void sort(std::vector<RubyValue>& items) {
-        std::vector<RubyValue> other(items.size());
+    void sort(RubyItems& items) {
+        RubyItems other(items.size());
         for (std::size_t width = 1; width < items.size(); width *= 2) {
             for (std::size_t first = 0; first < items.size(); first += 2 * width)
                 merge(items, other, first, std::min(first + width, items.size()),
@@ -168,8 +168,7 @@ private:
         const RubyValue answer = vm_.call(*comparator_, arguments);
         return answer.isNumeric() ? answer.numericValue() < 0 : answer.isTruthy();
     }
-    void merge(const std::vector<RubyValue>& from, std::vector<RubyValue>& to, std::size_t left,
-               std::size_t middle, std::size_t end) {
+    void merge(const RubyItems& from, RubyItems& to, std::size_t left, std::size_t middle, std::size_t end) {
         std::size_t right = middle;
         for (std::size_t at = left, out = left; out < end; ++out) {
             const bool takesRight = at >= middle || (right < end && comesBefore(from[right], from[at]));
@@ -185,7 +184,7 @@ private:
 // it was; what it does to it is lost.
 RubyValue tableSort(RubyVM& vm, Arguments arguments) {
     require(arguments[0].isArray(), "table_sort expects an array");
-    std::vector<RubyValue> sorted = arguments[0].items();
+    RubyItems sorted = arguments[0].items();
     Sorter(vm, arguments.size() > 1 && !arguments[1].isNil() ? &arguments[1] : nullptr).sort(sorted);
     arguments[0].items() = std::move(sorted);
     return arguments[0];
@@ -194,7 +193,7 @@ RubyValue tableSort(RubyVM& vm, Arguments arguments) {
 // The elements from an index to another, or to the end.
 RubyValue tableConcat(RubyVM&, Arguments arguments) {
     require(arguments[0].isArray(), "table_concat expects an array");
-    const std::vector<RubyValue>& items = arguments[0].items();
+    const RubyItems& items = arguments[0].items();
     const auto last = static_cast<std::int64_t>(items.size()) - 1;
     const std::int64_t from = arguments.size() > 2 ? std::max<std::int64_t>(arguments[2].asInteger(), 0) : 0;
     const std::int64_t to = arguments.size() > 3 ? std::min(arguments[3].asInteger(), last) : last;

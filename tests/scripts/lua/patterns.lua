@@ -40,7 +40,7 @@ end
 -- expect: gsub: invalid regex pattern ')'
 -- expect: gsub: invalid regex pattern '%b()'
 -- expect: gsub: invalid regex pattern '%1'
--- expect: string.gsub: invalid use of '%' in the replacement
+-- expect: string.gsub: invalid capture index %2 in replacement string
 -- expect: string.gsub: the replacement is a table value
 -- expect: string.gsub expects a string, table or function as argument 3
 -- expect: the pattern is too complex for this subject: too many steps
