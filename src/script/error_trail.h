@@ -22,9 +22,9 @@ public:
     // To be called while an exception passes through a call, before the call's frame is gone.
     void note(const Interpreter& script);
 
-    // The statement that raised the exception in the handler that asks, then those that led there by calls, the
-    // innermost first; at most 16. Nothing for one that was not noted. Where script caught an exception and raised
-    // its message again, the way of the first.
+    // The statement that raised the exception in the handler that asks, then those that led there by calls,
+    // the innermost first; at most 16. Nothing for one that was not noted. Where script caught an exception
+    // and raised its message again, the way of the first.
     const std::vector<Place>& places(const std::string& message) const;
 
 private:

@@ -49,12 +49,13 @@ std::string explainCall(VesperScript& engine, const std::string& statement) {
     const std::vector<std::string> names = calledNames(statement);
     std::vector<std::string> missing;
     for (const std::string& name : names)
-        if (names.size() == 1 || std::find(known.begin(), known.end(), name.substr(0, name.find('['))) == known.end())
+        if (names.size() == 1 ||
+            std::find(known.begin(), known.end(), name.substr(0, name.find('['))) == known.end())
             missing.push_back(name);
     if (missing.size() != 1) return {};
     const std::string near = missing[0].find('[') == std::string::npos ? nearestWord(missing[0], known) : "";
-    return "  `" + missing[0] + "` is nothing here" +
-           (near.empty() ? "" : "; did you mean `" + near + "`?") + "\n";
+    return "  `" + missing[0] + "` is nothing here" + (near.empty() ? "" : "; did you mean `" + near + "`?") +
+           "\n";
 }
 
 }  // namespace
