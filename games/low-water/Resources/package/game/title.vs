@@ -1,0 +1,77 @@
+@@ The title: the lake by night, with the tower standing out of it.
+
+LAKE = 44
+TITLE_SPOT = [205, 372, -2.02]
+
+function openTitle()
+    mode = VESPER_MENU_MAIN
+    hideItems()
+    hideHud()
+    forgetTold()
+    dropEntries("title")
+    darkenHomes()
+    night = {home = [], told = {}}
+    lampsSeen = []
+    lampStates = []
+    creaturesSeen = []
+    showPlace("village")
+    lakeTexture = "still"
+    setTide(LAKE)
+    lanternLit = false
+    playAmbience("lake")
+    viewFade = 0.0
+    addText("title", "Low Water", titleFont, paper, 64, 62, not)
+    addText("title", "one night in Nether Alder", tellFont, dimPaper, 70, 164, not)
+    addText("title", "Arrows or W A S D, Enter and Space. P pauses, H helps.", smallFont, dimPaper, 70, 500, not)
+    showItems([{say = "Begin", act = beginNight}, {say = "Go on", act = goOn}, {say = "How to walk", act = openHelp}, {say = "Leave", act = leaveGame}], 66, 230, 250)
+end
+
+function closeTitle()
+    hideItems()
+    dropEntries("title")
+end
+
+@@ Over the water, looking at the tower; it drifts a little.
+function stepTitle()
+    playerX = TITLE_SPOT[1] + math["sin"](frame * 0.006) * 6
+    playerY = TITLE_SPOT[2]
+    playerTurn = TITLE_SPOT[3] + math["sin"](frame * 0.005) * 0.03
+    playerTilt = 0.02
+    eyeHeight = LAKE + 9 + math["sin"](frame * 0.03) * 0.5
+    viewFade = math["min"](1.0, viewFade + 0.05)
+    stepItems()
+end
+
+@@ The night's own numbers come from when it was begun.
+function beginNight(item)
+    closeTitle()
+    newNight(frame * 7919 % 100000 + 17)
+    beginEbb()
+end
+
+function goOn(item)
+    local state = stateOfSave()
+    if state == "empty"
+        tellOnce("No night has been kept here yet.")
+        return not
+    elseif state == "damaged"
+        tellOnce("The night was changed after it was kept, so it stays closed.")
+        return not
+    end
+    finishLearning()
+    setTide(BED)
+    if not loadNight()
+        openTitle()
+        tell("This night belongs to another telling.")
+        return not
+    end
+    closeTitle()
+    forgetTold()
+    mode = VESPER_GAME_TARGET
+    viewFade = 1.0
+    tell(tally(litCount()))
+end
+
+function leaveGame(item)
+    playing = false
+end

@@ -1,0 +1,63 @@
+@@ The vaults under the mill, dug anew for each night: half of the rooms stand under water.
+
+VAULTS_WIDE = 23
+BRICK = 1
+MOSSY = 2
+ARCH = 3
+@@ Around a wall: 0 wants floor, 1 wall. A wall between two ways is an arch; one that looks into a room may be mossy.
+VAULT_RULES = [
+    [not, 1, not, 1, MOSSY, 1, not, 0, not],
+    [not, 0, not, 1, MOSSY, 1, not, 1, not],
+    [not, 0, not, 1, ARCH, 1, not, 0, not],
+    [not, 1, not, 0, ARCH, 0, not, 1, not]
+]
+
+function makeVaults(seed)
+    local before = place
+    math["randomseed"](seed)
+    local map = Floormap["genFloor"](VAULTS_WIDE, VAULTS_WIDE, 7, 2, not, 3, 3, VAULTS_WIDE - 2, VAULTS_WIDE - 2, true)
+    Floormap["applyWallRules"](map, VAULT_RULES)
+    places["vaults"] = newPlace("vaults", VAULTS_WIDE, VAULTS_WIDE)
+    local faces = [texture("brick"), texture("moss-brick"), texture("arch")]
+    fillTiles("roofs", 0, 0, VAULTS_WIDE, VAULTS_WIDE, texture("vault-roof"))
+    fillTiles("floors", 0, 0, VAULTS_WIDE, VAULTS_WIDE, texture("flags"))
+    for y = 1, VAULTS_WIDE
+        for x = 1, VAULTS_WIDE
+            if map[y][x] != 0
+                setTile("walls", x - 1, y - 1, faces[map[y][x]])
+            end
+        end
+    end
+    floodRooms()
+    addQuad(facingStart())
+    addDoor("village", 2 * 16 + 8, 2 * 16 + 8, "climb out")
+    vaultEnd = [(VAULTS_WIDE - 3) * 16 + 8, (VAULTS_WIDE - 3) * 16 + 8]
+    place["fog"] = [[4, 6, 9], [4, 6, 9]]
+    place["sight"] = 150
+    place["least"] = 0.26
+    place["sound"] = "drip"
+    place["indoors"] = true
+    place["start"] = [2 * 16 + 8, 2 * 16 + 8, 0.7854]
+    place = before
+end
+
+function floodRooms()
+    for i, room in ipairs(roombounds)
+        if i % 2 == 0
+            for x = room[1], room[3]
+                for y = room[2], room[4]
+                    if tileAt("walls", x - 1, y - 1) == 0
+                        setTile("floors", x - 1, y - 1, texture("black-water"))
+                        setTile("floorsOff", x - 1, y - 1, -1.4)
+                    end
+                end
+            end
+        end
+    end
+end
+
+@@ The light of the way out, over its steps.
+function facingStart()
+    addLight(2 * 16 + 8, 2 * 16 + 8, 15, [70, 90, 130], 44)
+    return flat(2 * 16 + 3, 2 * 16 + 3, 2 * 16 + 13, 2 * 16 + 13, 15.8, texture("pane-blue"))
+end
