@@ -2,7 +2,6 @@
 @@ `games/low-water/record` runs it as the game's start script.
 
 fastForward = true
-FAST_EVERY = 1000000
 HELD_KEYS = ["UP", "DOWN", "LEFT", "RIGHT", "A", "D", "RETURN", "SPACE", "L", "P"]
 held = {}
 wanted = {}
@@ -178,13 +177,9 @@ function anyHeld()
     return button
 end
 
-@@ A picture at the next frame that fast forward draws.
 function shoot(name)
-    if dueShot == "" and frame % 100 == 0
-        dueShot = name
-        return true
-    end
-    return false
+    dueShot = name
+    return true
 end
 
 @@ Jobs give true when they are done.
@@ -265,19 +260,19 @@ end
 jobs = [
     ["waitFor", 30], ["shoot", "01-title.png"], ["byMouse", 3], ["waitFor", 4], ["shoot", "02-help.png"], ["press", "RETURN"],
     ["waitFor", 20], ["byMouse", 1], ["waitFor", 140], ["shoot", "03-ebb.png"], ["press", "RETURN"],
-    ["waitFor", 40], ["shoot", "04-road.png"], ["ringFor", "gold", 30], ["goTo", 280, 500, 12], ["faceAndShoot", 240, 504, "05-first-lamp.png"], ["callHome", "oar"],
+    ["waitFor", 40], ["shoot", "04-road.png"], ["ringFor", "gold", 30], ["waitFor", 170], ["goTo", 280, 500, 12], ["faceAndShoot", 240, 504, "05-first-lamp.png"], ["callHome", "oar"],
     ["waitFor", 6], ["goTo", 248, 520, 10], ["faceAndShoot", 218, 500, "06-first-window.png"],
-    ["goTo", 136, 500, 14], ["chase", "rose"], ["callWrong", "hive"], ["faceAndShoot", 60, 380, "07-wrong-door.png"],
+    ["goTo", 136, 500, 14], ["chase", "rose"], ["callWrong", "hive"], ["goTo", 176, 424, 10], ["faceAndShoot", 120, 404, "07-wrong-door.png"],
     ["goTo", 392, 320, 10], ["faceAndShoot", 440, 290, "08-pond.png"], ["coax", "green"], ["callHome", "hive"], ["goTo", 216, 424, 10], ["faceAndShoot", 130, 330, "09-square.png"],
     ["press", "P"], ["waitFor", 4], ["shoot", "10-pause.png"], ["press", "P"],
     ["goTo", 288, 256, 10], ["faceAndShoot", 160, 170, "11-bridge.png"], ["callHome", "bell"], ["goTo", 400, 120, 12], ["faceAndShoot", 436, 70, "12-founder.png"],
     ["goTo", 318, 140, 10], ["faceAndShoot", 290, 70, "13-graves.png"],
     ["enterAt", "church", 160, 198, "church"], ["waitFor", 6], ["faceAndShoot", 72, 0, "14-nave.png"], ["goTo", 96, 58, 8], ["press", "L"], ["waitFor", 20], ["ringFor", "blue", 40], ["faceAndShoot", 72, 40, "15-altar.png"], ["press", "L"],
     ["enterAt", "village", 72, 216, "village"], ["callHome", "shuttle"],
-    ["enterAt", "vaults", 344, 184, "vaults"], ["waitFor", 6], ["goTo", 104, 40, 14], ["shoot", "16-vaults.png"], ["toSleeper", 34], ["faceSleeper", "17-sleeper.png"], ["ringFor", "violet", 24], ["enterAt", "village", 40, 40, "village"], ["callHome", "wheel"],
+    ["enterAt", "vaults", 344, 184, "vaults"], ["waitFor", 6], ["toSleeper", 170], ["waitFor", 8], ["shoot", "16-vaults.png"], ["toSleeper", 22], ["faceSleeper", "17-sleeper.png"], ["ringFor", "violet", 24], ["enterAt", "village", 40, 40, "village"], ["callHome", "wheel"],
     ["goTo", 310, 236, 8], ["faceAndShoot", 390, 190, "18-mill.png"],
     ["goTo", 288, 340, 10], ["faceAndShoot", 190, 400, "19-all-lit.png"],
-    ["enterAt", "church", 160, 198, "church"], ["waitFor", 6], ["pullTheRope"], ["waitFor", 160], ["shoot", "20-flood.png"], ["waitFor", 150], ["shoot", "21-rising.png"], ["waitFor", 180], ["shoot", "22-high-water.png"], ["press", "RETURN"],
+    ["enterAt", "church", 160, 198, "church"], ["waitFor", 6], ["pullTheRope"], ["waitFor", 160], ["shoot", "20-flood.png"], ["waitFor", 150], ["shoot", "21-rising.png"], ["waitFor", 230], ["shoot", "22-high-water.png"], ["press", "RETURN"],
     ["waitFor", 20], ["press", "DOWN"], ["press", "RETURN"], ["waitFor", 20], ["shoot", "23-kept.png"], ["press", "P"], ["byMouse", 6], ["waitFor", 10], ["byMouse", 4], ["waitFor", 5]
 ]
 

@@ -93,12 +93,12 @@ end
 @@ The lake over the village, from above: thin enough to see lights under it.
 function lakePixel(px, py)
     local r, g, b = waterPixel(px, py)
-    return r * 0.9, g * 0.9, b, 118
+    return r * 0.7, g * 0.8, b * 0.9, 66
 end
 
 function lakeWet(px, py)
     local r, g, b, a = waterWet(px, py)
-    return r, g, b, 60 + a * 0.3
+    return r, g, b, 40 + a * 0.22
 end
 
 @@ The same where nothing shines under it: a mirror.

@@ -294,11 +294,15 @@ end
 
 function mothPixel(px, py)
     local across = math["abs"](px + 0.5 - 8)
-    local wing = inEllipse(8 + across, py, 11.5, 7, 3.6, 4.2)
-    if wing < 0.5
+    local wing = most(inEllipse(across, py, 3.6, 5.4, 3.6, 3.4), inEllipse(across, py, 2.8, 9.6, 2.6, 2.6))
+    local body = across < 1 and py > 2 and py < 13
+    if wing < 0.5 and not body
         return 0, 0, 0, 0
     end
-    return 226, 214, 186, 225
+    if body
+        return 92, 78, 62, 255
+    end
+    return 186 - across * 8, 168 - across * 9, 138 - across * 9, 255
 end
 
 @@ The wheel of the mill, stopped.

@@ -47,7 +47,7 @@ function showCreatures()
         elseif kind == "heron"
             push(sprites, facing(one["x"], one["y"], one["z"], 8, 12, texture("heron")))
         elseif kind == "moth"
-            push(sprites, facing(one["x"], one["y"], one["z"], 1.4, 1.4, texture("moth")))
+            push(sprites, facing(one["x"], one["y"], one["z"], 0.9, 0.9, texture("moth")))
         else
             push(sprites, lyingEel(one))
         end

@@ -1,8 +1,6 @@
 @@ The frame loop. Everything goes by frames, so the same keys give the same pictures.
 
 FRAME_MS = 33
-@@ In fast forward, which tests and recorders ask for, only every so many frames are drawn.
-DRAWN_EVERY = FAST_EVERY or 100
 frame = 0
 playing = true
 lampStates = []
@@ -18,7 +16,9 @@ function stepNight()
     stepLamps()
     stepCreatures()
     lookAround()
-    if pressed["back"] or pressed["menu"]
+    if mode != VESPER_GAME_TARGET
+        return not
+    elseif pressed["back"] or pressed["menu"]
         openPause()
     elseif pressed["help"]
         openHelp()
@@ -69,6 +69,11 @@ function drawFrame()
     Metal["renderImage"](VESPER_FRAMEBUFFER)
 end
 
+@@ In fast forward, which tests and recorders ask for, only the frames that they name are drawn.
+function isDrawn()
+    return not fastForward or framesToDraw != not and contains(framesToDraw, frame)
+end
+
 function waitForFrame()
     if not fastForward
         local spent = Vesper["getClock"]()
@@ -90,7 +95,7 @@ function playGame()
         Metal["updateInput"]()
         readKeys()
         stepMode()
-        if not fastForward or frame % DRAWN_EVERY == 0
+        if isDrawn()
             drawFrame()
         end
         Metal["forceUpdate"]()

@@ -99,7 +99,7 @@ function showLamps()
     for name, home in pairs(homes)
         local light = home["light"]
         if light != not and place["name"] == "village"
-            shineAt(light["x"], light["y"], 8, inkOf(light["ink"]), 74)
+            shineAt(light["x"], light["y"], 8, dimmed(inkOf(light["ink"]), 0.7), 84)
             for pane in home["panes"]
                 glowPane(pane, light["ink"])
             end
@@ -109,15 +109,27 @@ function showLamps()
         shineAt(light[1], light[2], light[3], light[4], light[5])
     end
     if lanternLit
-        shineAt(playerX + math["cos"](playerTurn) * 3, playerY + math["sin"](playerTurn) * 3, eyeHeight - 2, [196, 160, 112], 74)
+        shineAt(playerX + math["cos"](playerTurn) * 3, playerY + math["sin"](playerTurn) * 3, eyeHeight - 2, lanternInk(), 74)
     end
+end
+
+@@ Brick drinks light: under roofs the lantern is turned up.
+function lanternInk()
+    if place["indoors"]
+        return [205, 166, 116]
+    end
+    return [150, 122, 88]
+end
+
+function dimmed(ink, share)
+    return [ink[1] * share, ink[2] * share, ink[3] * share]
 end
 
 @@ From the middle of its upper left glass.
 function glowPane(pane, ink)
     local x = pane["tl"][1] * 0.72 + pane["br"][1] * 0.28
     local y = pane["tl"][2] * 0.72 + pane["br"][2] * 0.28
-    glowAt(x, y, pane["tl"][3] * 0.72 + pane["br"][3] * 0.28, inkOf(ink), 11, 0.6)
+    glowAt(x, y, pane["tl"][3] * 0.72 + pane["br"][3] * 0.28, inkOf(ink), 11 + tideGlow(), 0.5 + tideGlow() * 0.05)
 end
 
 @@ A lamp that follows is asked at a door.

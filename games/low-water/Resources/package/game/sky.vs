@@ -25,7 +25,7 @@ function skySource()
         "r = mix(fogR, topR, low)",
         "g = mix(fogG, topG, low)",
         "b = mix(fogB, topB, low)",
-        "local glow = exp(-rise * 5) * dawn",
+        "local glow = exp(-rise * 4.5) * smoothstep(0, 0.1, rise) * dawn * 1.5",
         "r = r + glow * 0.46",
         "g = g + glow * 0.2",
         "b = b + glow * 0.08",
@@ -59,9 +59,13 @@ function skySource()
         "r = mix(r, fogR * 1.5 + 0.02 + dawn * 0.2, veil)",
         "g = mix(g, fogG * 1.5 + 0.02 + dawn * 0.1, veil)",
         "b = mix(b, fogB * 1.5 + 0.03, veil)",
-        "r = r * dim",
-        "g = g * dim",
-        "b = b * dim",
+        "local near = dim",
+        "if dim < 1 then near = 0.8 * smoothstep(0.015, 0.1, rise) end",
+        "local kept = 1 - smoothstep(0.015, 0.1, rise)",
+        "if dim == 1 then kept = 0 end",
+        "r = r * near + fogR * kept",
+        "g = g * near + fogG * kept",
+        "b = b * near + fogB * kept",
         "end"
     ]
     return table["concat"](lines, "\n")

@@ -34,6 +34,7 @@ end
 function beginEbb()
     mode = VESPER_GAME_NEW
     tideAge = 0
+    lampsSeen = []
     tideFrom = [playerX, playerY, playerTurn, eyeHeight]
     forgetTold()
     playAmbience("lake")
@@ -84,8 +85,8 @@ function beginEbbEnd()
     passage = not
 end
 
-FLOOD_FROM = [290, 520, -1.75]
-FLOOD_TO = [250, 470, -1.95]
+FLOOD_FROM = [290, 566, -2.1]
+FLOOD_TO = [314, 536, -2.46]
 
 function stepFlood()
     tideAge += 1
@@ -113,8 +114,8 @@ function stepFlood()
     playerX = between(FLOOD_FROM[1], FLOOD_TO[1], share)
     playerY = between(FLOOD_FROM[2], FLOOD_TO[2], share)
     playerTurn = between(FLOOD_FROM[3], FLOOD_TO[3], share)
-    playerTilt = between(0.05, 0.3, share)
-    eyeHeight = between(22, LAKE + 22, share)
+    playerTilt = between(0.04, 0.25, share)
+    eyeHeight = between(20, LAKE + 22, share)
     if tideAge == FLOOD_FRAMES + 60
         showClosing()
     elseif tideAge > FLOOD_FRAMES + 90 and (pressed["act"] or pressed["bell"] or pressed["click"])
@@ -122,6 +123,14 @@ function stepFlood()
         endingSeen = true
         openTitle()
     end
+end
+
+@@ Under water lights spread further.
+function tideGlow()
+    if tideNow > 0
+        return 9
+    end
+    return 0
 end
 
 function showClosing()
@@ -133,5 +142,5 @@ end
 
 @@ It is nearly day when the water comes.
 function floodDawn()
-    return between(0.35, 0.8, math["min"](1, tideAge / FLOOD_FRAMES))
+    return between(0.3, 0.36, math["min"](1, tideAge / FLOOD_FRAMES))
 end

@@ -31,7 +31,7 @@ function closeTitle()
     dropEntries("title")
 end
 
-@@ Over the water, looking at the tower; it drifts a little.
+@@ Over the water, looking at the tower, where a small light goes about; all drifts a little.
 function stepTitle()
     playerX = TITLE_SPOT[1] + math["sin"](frame * 0.006) * 6
     playerY = TITLE_SPOT[2]
@@ -39,6 +39,8 @@ function stepTitle()
     playerTilt = 0.02
     eyeHeight = LAKE + 9 + math["sin"](frame * 0.03) * 0.5
     viewFade = math["min"](1.0, viewFade + 0.05)
+    local c = math["sin"](frame * 0.004)
+    lampsSeen = [{name = "gold", ink = "gold", place = "village", far = 999, x = 138 + c * 14, y = 212 + c * 8, z = LAKE + 6 + math["sin"](frame * 0.05) * 0.7}]
     stepItems()
 end
 

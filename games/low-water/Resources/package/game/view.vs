@@ -47,19 +47,18 @@ VIEW_SHADER = table["concat"]([
 ], "\n")
 viewShader = Plush["compileShader"](VIEW_SHADER)
 
-@@ Halos of what shines, laid over the traced picture where its middle is seen.
-MOST_GLOWS = 6
+@@ Halos of what shines, laid over the traced picture where no tile hides its middle.
+MOST_GLOWS = 9
 
 function glowSource()
     local lines = []
     for i = 1, MOST_GLOWS
         local g = "g" + i
         push(lines, "if " + g + "s > 0 then")
-        push(lines, "local seen = smoothstep(" + g + "t * 0.8, " + g + "t, max(sampleR(" + g + "x, " + g + "y), max(sampleG(" + g + "x, " + g + "y), sampleB(" + g + "x, " + g + "y))))")
         push(lines, "local across = x - " + g + "x")
         push(lines, "local down = y - " + g + "y")
         push(lines, "local far = sqrt(across * across + down * down) / " + g + "s")
-        push(lines, "local halo = seen * " + g + "p * (exp(-far * far * 9) * 0.55 + exp(-far * 3.4) * 0.34)")
+        push(lines, "local halo = " + g + "p * (exp(-far * far * 9) * 0.55 + exp(-far * 3.4) * 0.34)")
         push(lines, "r = r + halo * " + g + "r")
         push(lines, "g = g + halo * " + g + "g")
         push(lines, "b = b + halo * " + g + "b")
@@ -75,6 +74,28 @@ function glowAt(x, y, z, ink, size, strength)
     push(glows, {far = squaredTo(x, y), x = x, y = y, z = z, ink = ink, size = size, strength = strength})
 end
 
+@@ By steps of half a tile along the line from the eye, to a little before its end.
+function isSeen(glow)
+    local long = math["sqrt"](glow["far"])
+    local steps = math["floor"]((long - 3) / 7)
+    for i = 1, steps
+        local share = i * 7 / long
+        local x = math["floor"](between(playerX, glow["x"], share) / 16)
+        local y = math["floor"](between(playerY, glow["y"], share) / 16)
+        local wall = tileAt("walls", x, y)
+        if wall != not
+            local top = tileAt("floorsOff", x, y)
+            if top > 16
+                top += 7
+            end
+            if wall > 0 or top > between(eyeHeight, glow["z"], share)
+                return false
+            end
+        end
+    end
+    return true
+end
+
 function drawGlows(sight)
     local w, h = Plush["imageSize"](view)
     local uniforms = {}
@@ -82,11 +103,11 @@ function drawGlows(sight)
     table["sort"](glows, nearer)
     for glow in glows
         local px, py, depth = Plush["project"](glow["x"], glow["y"], glow["z"], w, h)
-        if px != not and count < MOST_GLOWS and depth > 2 and depth < sight and px >= 0 and py >= 0 and px < w and py < h
+        if px != not and count < MOST_GLOWS and depth > 2 and isSeen(glow) and depth < sight and px >= 0 and py >= 0 and px < w and py < h
             count += 1
             local clear = math["max"](0, 1 - depth / sight * 1.2)
             local ink = glow["ink"]
-            for name, value in pairs({x = math["floor"](px), y = math["floor"](py), s = glow["size"] * w / 2 / VIEW_WIDE / depth, t = 0.7 * clear + 0.12, p = glow["strength"] * clear, r = ink[1] / 255, g = ink[2] / 255, b = ink[3] / 255})
+            for name, value in pairs({x = math["floor"](px), y = math["floor"](py), s = glow["size"] * w / 2 / VIEW_WIDE / depth, p = glow["strength"] * clear * math["min"](1, 0.3 + depth / 70), r = ink[1] / 255, g = ink[2] / 255, b = ink[3] / 255})
                 uniforms["g" + count + name] = value
             end
         end
@@ -95,7 +116,7 @@ function drawGlows(sight)
         return not
     end
     for i = count + 1, MOST_GLOWS
-        for name in ["x", "y", "s", "t", "p", "r", "g", "b"]
+        for name in ["x", "y", "s", "p", "r", "g", "b"]
             uniforms["g" + i + name] = 0
         end
     end
@@ -184,10 +205,10 @@ function drawPlace(dawn)
     Plush["fog"](fogNow[1], fogNow[2], fogNow[3])
     local sight = place["sight"]
     if tideNow > 0 and not place["indoors"]
-        sight = 560
+        sight = 760
     end
     Plush["setRenderDistance"](sight)
-    Plush["setLightLevel"](place["least"] + dawn * 0.2, 1.6)
+    Plush["setLightLevel"](place["least"] + dawn * 0.2, 1.3)
     setEye()
     setLights()
     Plush["setQuads"](allQuads())

@@ -40,8 +40,8 @@ function makeChurch()
     for y = 3, 11, 2
         addQuad(onWall("east", 0, y, 8, 9, 11, 22, texture("glass")))
         addQuad(onWall("west", 8, y, 8, 9, 11, 22, texture("glass")))
-        addLight(26, y * 16 + 8, 16, [70, 104, 190], 60)
-        addLight(118, y * 16 + 8, 16, [70, 104, 190], 60)
+        addLight(26, y * 16 + 8, 16, [86, 120, 200], 70)
+        addLight(118, y * 16 + 8, 16, [86, 120, 200], 70)
     end
     for x = 2, 6, 2
         addQuad(onWall("south", x, 0, 8, 10, 11, 24, texture("glass")))
@@ -55,7 +55,7 @@ function makeChurch()
     addDoor("rope", 40, 204, "pull the rope")
     place["fog"] = [[6, 10, 18], [14, 18, 28]]
     place["sight"] = 260
-    place["least"] = 0.4
+    place["least"] = 0.5
     place["sound"] = "drip"
     place["indoors"] = true
     place["start"] = [72, 212, -1.5708]

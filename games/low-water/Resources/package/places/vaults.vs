@@ -33,8 +33,8 @@ function makeVaults(seed)
     addDoor("village", 2 * 16 + 8, 2 * 16 + 8, "climb out")
     vaultEnd = [(VAULTS_WIDE - 3) * 16 + 8, (VAULTS_WIDE - 3) * 16 + 8]
     place["fog"] = [[4, 6, 9], [4, 6, 9]]
-    place["sight"] = 150
-    place["least"] = 0.26
+    place["sight"] = 190
+    place["least"] = 0.34
     place["sound"] = "drip"
     place["indoors"] = true
     place["start"] = [2 * 16 + 8, 2 * 16 + 8, 0.7854]

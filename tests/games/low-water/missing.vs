@@ -1,0 +1,14 @@
+@@ Tells what the game found missing, then walks a little without it.
+
+function testNight()
+    playSound("handbell")
+    playPeal()
+    playAmbience("lake")
+    for text in missing
+        print(text)
+    end
+    drawFrame()
+    print(Plush["checkImage"](view))
+end
+
+runFile("night.vs")
