@@ -68,7 +68,7 @@ function loadNight()
     end
     night = {seed = record["seed"], families = record["families"], years = record["years"], picks = record["picks"], told = record["told"], rung = false}
     night["home"] = string["gmatch"](record["home"], "%a+")
-    night["stones"] = string["gmatch"](record["stones"], "[^|]+")
+    night["stones"] = string["gmatch"](record["stones"], "re:[^|]+")
     prepareNight()
     for name, text in pairs(record["seen"])
         restoreSeen(name, text)

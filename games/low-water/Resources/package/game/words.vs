@@ -2,7 +2,8 @@
 @@ model by its own numbers until one way leads on from each state, so the same night always has the same words.
 
 FAMILY_ORDER = 3
-STONE_ORDER = 5
+@@ Long enough that lines meet only where they have words in common.
+STONE_ORDER = 9
 families = not
 stones = not
 GIVEN = ["Agnes", "Amos", "Barnaby", "Clemency", "Dorcas", "Edmund", "Esther", "Giles", "Hester", "Isaac", "Jonas", "Kezia", "Luke", "Mercy", "Nathan", "Oriel", "Prudence", "Reuben", "Susannah", "Tobit", "Ursula", "Walter"]
@@ -80,15 +81,22 @@ function drawLine(model, order, least, most, taken)
     return not
 end
 
+function listedLines(name)
+    local path = append + "/words/" + name + ".txt"
+    if isThere(path)
+        return string["gmatch"](Vesper["contents"](path), "re:[^\n]+")
+    end
+    return []
+end
+
+PLAIN_FAMILIES = ["Alder", "Rowan", "Sallow", "Hazel", "Thorn"]
+
 @@ Five families, none of them as it stands in the list.
 function drawFamilies()
-    local taken = string["gmatch"](Vesper["contents"](append + "/words/families.txt"), "%a+")
+    local taken = listedLines("families")
     local drawn = []
     for i = 1, 5
-        local name = drawLine(families, FAMILY_ORDER, 5, 11, taken)
-        if name == not
-            name = taken[i * 7]
-        end
+        local name = drawLine(families, FAMILY_ORDER, 5, 11, taken) or PLAIN_FAMILIES[i]
         push(taken, name)
         push(drawn, name)
     end
@@ -97,8 +105,10 @@ end
 
 function drawStones(count)
     local drawn = []
+    local taken = listedLines("stones")
     for i = 1, count
-        local line = drawLine(stones, STONE_ORDER, 18, 76, drawn) or "whose name the water has"
+        local line = drawLine(stones, STONE_ORDER, 18, 84, taken) or "whose name the water has"
+        push(taken, line)
         local family = drawLine(families, FAMILY_ORDER, 5, 11, []) or "Alder"
         push(drawn, GIVEN[random(#GIVEN)] + " " + family + ", " + line + ".")
     end
