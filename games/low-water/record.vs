@@ -49,15 +49,17 @@ function tileOf(value)
     return math["floor"](value / 16)
 end
 
-@@ Whether one can stand in the middle of a tile, by the height that one comes from.
-function opens(x, y, from)
+@@ Whether one can stand in the middle of a tile and come to it from another, whose height is `from`.
+function opens(x, y, fromX, fromY, from)
     local ground = groundAt(x * 16 + 8, y * 16 + 8)
     if ground == not or math["abs"](ground - from) > 4
         return false
     end
     for solid in place["solids"]
-        if nearSegment(x * 16 + 8, y * 16 + 8, solid) < 4.6
-            return false
+        for share = 0, 3
+            if nearSegment(x * 16 + 8 + (fromX - x) * share * 4, y * 16 + 8 + (fromY - y) * share * 4, solid) < 4.2
+                return false
+            end
         end
     end
     return true
@@ -78,7 +80,7 @@ function findWay(goalX, goalY)
         local height = groundAt(cell % w * 16 + 8, cell \ w * 16 + 8) or 0
         for step in [1, -1, w, -w]
             local beside = cell + step
-            if from[beside] == not and (beside == start or opens(beside % w, beside \ w, height))
+            if from[beside] == not and (beside == start or opens(beside % w, beside \ w, cell % w, cell \ w, height))
                 from[beside] = cell
                 push(queue, beside)
             end
@@ -267,8 +269,8 @@ jobs = [
     ["press", "P"], ["waitFor", 4], ["shoot", "10-pause.png"], ["press", "P"],
     ["goTo", 288, 256, 10], ["faceAndShoot", 160, 170, "11-bridge.png"], ["callHome", "bell"], ["goTo", 400, 120, 12], ["faceAndShoot", 436, 70, "12-founder.png"],
     ["goTo", 318, 140, 10], ["faceAndShoot", 290, 70, "13-graves.png"],
-    ["enterAt", "church", 160, 198, "church"], ["waitFor", 6], ["faceAndShoot", 72, 0, "14-nave.png"], ["goTo", 96, 58, 8], ["press", "L"], ["waitFor", 20], ["ringFor", "blue", 40], ["faceAndShoot", 72, 40, "15-altar.png"], ["press", "L"],
-    ["enterAt", "village", 72, 216, "village"], ["callHome", "shuttle"],
+    ["enterAt", "church", 160, 198, "church"], ["waitFor", 6], ["faceAndShoot", 88, 0, "14-nave.png"], ["goTo", 110, 66, 8], ["press", "L"], ["waitFor", 20], ["ringFor", "blue", 40], ["waitFor", 170], ["goTo", 70, 176, 8], ["faceAndShoot", 110, 30, "15-altar.png"], ["press", "L"],
+    ["enterAt", "village", 88, 216, "village"], ["callHome", "shuttle"],
     ["enterAt", "vaults", 344, 184, "vaults"], ["waitFor", 6], ["toSleeper", 170], ["waitFor", 8], ["shoot", "16-vaults.png"], ["toSleeper", 22], ["faceSleeper", "17-sleeper.png"], ["ringFor", "violet", 24], ["enterAt", "village", 40, 40, "village"], ["callHome", "wheel"],
     ["goTo", 310, 236, 8], ["faceAndShoot", 390, 190, "18-mill.png"],
     ["goTo", 288, 340, 10], ["faceAndShoot", 190, 400, "19-all-lit.png"],
@@ -316,8 +318,8 @@ function pullTheRope()
     if mode == VESPER_CREDIT
         return true
     end
-    if goTo(40, 198, 8)
-        turnTo(40, 204)
+    if goTo(40, 200, 8)
+        turnTo(40, 206)
         tap("RETURN")
     end
     return false

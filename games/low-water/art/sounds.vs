@@ -100,7 +100,7 @@ AMBIENT = 11025
 
 function makeSounds()
     local rung = silence(SOUND, 3.4)
-    bell(rung, SOUND, 0, 262, 3.3, 0.26)
+    bell(rung, SOUND, 0, 262, 3.3, 0.19)
     breath(rung, SOUND, 0, 0.05, 0.7, 0.3, fading)
     saveSound("bell", SOUND, rung)
     local step = silence(SOUND, 0.16)

@@ -121,7 +121,7 @@ function glassPixel(px, py)
     r = mixOf(mixOf(r, 190, halo), 150, robe)
     g = mixOf(mixOf(g, 160, halo), 62, robe)
     b = mixOf(mixOf(b, 80, halo), 60, robe)
-    return r * light, g * light, b * light, SHINING
+    return r * light * 1.35 + 10, g * light * 1.35 + 12, b * light * 1.35 + 20, SHINING
 end
 
 @@ A bare tree; the branches fork at angles from the lattice.
@@ -361,6 +361,19 @@ function ropePixel(px, py)
     return 176 * (0.5 + 0.5 * twist), 150 * (0.5 + 0.5 * twist), 108 * (0.5 + 0.5 * twist), 255
 end
 
+@@ Threads that glow-worms let down, beaded with light.
+function wormPixel(px, py)
+    local column = floorOf(px / 6)
+    local across = px - column * 6 - 2 - 2 * latticeAt(column, 3, 64, 31)
+    local long = 20 + 40 * latticeAt(column, 5, 64, 33)
+    if math["abs"](across) > 0.9 or py > long
+        return 0, 0, 0, 0
+    end
+    local bead = smooth(0.3, 0.9, sin(py * (0.9 + 0.3 * latticeAt(column, 7, 64, 35)) + column * 2))
+    local fade = 1 - py / long * 0.5
+    return mixOf(30, 180, bead) * fade, mixOf(70, 255, bead) * fade, mixOf(66, 226, bead) * fade, 120 + 130 * bead
+end
+
 function railPixel(px, py)
     local post = px % 21 < 4
     local bar = py > 6 and py < 11 or py > 24 and py < 28
@@ -402,5 +415,6 @@ function paintThings()
     keep("wheel", painted(64, 64, wheelPixel))
     keep("lectern", painted(48, 64, lecternPixel))
     keep("rope", painted(8, 128, ropePixel))
+    keep("worms", painted(32, 64, wormPixel))
     keep("rail", painted(64, 32, railPixel))
 end

@@ -47,7 +47,7 @@ function testNight()
     end
     print("violet", states[1], states[2], states[3])
     arriveAt("church", not)
-    stand(72, 60)
+    stand(88, 60)
     ring("blue", 10)
     local lit = state("blue")
     lanternLit = false

@@ -11,6 +11,13 @@ HINTS = {
     violet = "A lamp lies at the end of the vaults, nearly out. It is asleep. One stroke of the bell will hardly do.",
     blue = "A blue light by the altar. It has gone up under the beams, away from the lantern in your hand. (L shades it.)"
 }
+@@ What one hears of those who are still out, when another has come home.
+RUMOURS = {
+    rose = "Behind the houses to the west, among the dead apple trees, something rose-coloured is moving.",
+    green = "Over the pond, east of the square, a green light keeps company with the herons.",
+    blue = "In the windows of the church there is a light that is not the moon.",
+    violet = "Nothing was ever thrown away at the mill, they say. What burnt low was put down in the vaults."
+}
 DEEDS = {
     hops = "Off it goes, to the next tree. It is a game, then.",
     startled = "It is gone over the water. Not so fast: ring, and then stand as still as a heron.",
@@ -24,7 +31,7 @@ function wakeLamps(states)
         rose = {place = "village", x = 100, y = 500, temper = "playful", perches = [[100, 484], [72, 520], [132, 452], [168, 472]]},
         green = {place = "village", x = 440, y = 292, temper = "shy", perches = [[440, 292], [476, 276], [470, 322]]},
         violet = {place = "vaults", x = vaultEnd[1], y = vaultEnd[2], temper = "asleep"},
-        blue = {place = "church", x = 72, y = 46, temper = "humble"}
+        blue = {place = "church", x = 88, y = 42, temper = "humble"}
     }
     local list = []
     for i, name in ipairs(LAMPS)
@@ -108,6 +115,9 @@ function showLamps()
     for light in place["lights"]
         shineAt(light[1], light[2], light[3], light[4], light[5])
     end
+    for pane in place["panes"]
+        glowAt(pane[1], pane[2], pane[3], pane[4], pane[5], 0.55)
+    end
     if lanternLit
         shineAt(playerX + math["cos"](playerTurn) * 3, playerY + math["sin"](playerTurn) * 3, eyeHeight - 2, lanternInk(), 74)
     end
@@ -155,6 +165,16 @@ function callAtDoor(sign)
     tellOnce(words)
 end
 
+@@ The first of the lamps that nobody has rung for yet.
+function firstOut()
+    for lamp in lampStates
+        if lamp["state"] == "waits" and RUMOURS[lamp["name"]] != not
+            return lamp["name"]
+        end
+    end
+    return not
+end
+
 function doorWords(sign)
     return "A board over the door" + signWords(sign) + "Below it, cut small: " + string["upper"](night["families"][sign]) + ". Nobody is in. Not yet."
 end
@@ -173,5 +193,9 @@ function bringHome(name, sign)
     playBell(#night["home"])
     tell(words)
     tell(tally(litCount()))
+    local out = firstOut()
+    if out != not
+        tell(RUMOURS[out])
+    end
     keepNight()
 end

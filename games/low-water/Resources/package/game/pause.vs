@@ -65,7 +65,9 @@ function switchPicture(item)
     focusOn(5)
 end
 
+@@ The night is kept on the way out.
 function pauseToTitle(item)
+    keepNight()
     dropPause()
     openTitle()
 end

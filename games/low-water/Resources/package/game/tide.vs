@@ -69,7 +69,6 @@ function endEbb()
     lanternLit = true
     wakeLamps({})
     arriveAt("village", not)
-    keepSettings()
     stepLamps()
     keepNight()
     tell("The road to Nether Alder is open until morning.")
@@ -86,7 +85,7 @@ function beginEbbEnd()
 end
 
 FLOOD_FROM = [290, 566, -2.1]
-FLOOD_TO = [314, 536, -2.46]
+FLOOD_TO = [312, 534, -2.5]
 
 function stepFlood()
     tideAge += 1
@@ -114,7 +113,7 @@ function stepFlood()
     playerX = between(FLOOD_FROM[1], FLOOD_TO[1], share)
     playerY = between(FLOOD_FROM[2], FLOOD_TO[2], share)
     playerTurn = between(FLOOD_FROM[3], FLOOD_TO[3], share)
-    playerTilt = between(0.04, 0.25, share)
+    playerTilt = between(0.04, 0.29, share)
     eyeHeight = between(20, LAKE + 22, share)
     if tideAge == FLOOD_FRAMES + 60
         showClosing()
@@ -135,9 +134,9 @@ end
 
 function showClosing()
     forgetTold()
-    addText("closing", "High Water", headFont, paper, 0, 52, VESPER_SCREEN_X)
-    addText("closing", "If you go out on the lake on a still night, look down.", tellFont, lampGold, 0, 448, VESPER_SCREEN_X)
-    addText("closing", "Words, pictures and sounds were made by this game’s own scripts.   Enter", smallFont, dimPaper, 0, 492, VESPER_SCREEN_X)
+    addText("closing", "High Water", headFont, paper, 0, 46, VESPER_SCREEN_X)
+    addText("closing", "If you go out on the lake on a still night, look down.", tellFont, lampGold, 0, 104, VESPER_SCREEN_X)
+    addText("closing", "Words, pictures and sounds were made by this game’s own scripts.   Enter", smallFont, dimPaper, 0, 506, VESPER_SCREEN_X)
 end
 
 @@ It is nearly day when the water comes.

@@ -205,7 +205,7 @@ function drawPlace(dawn)
     Plush["fog"](fogNow[1], fogNow[2], fogNow[3])
     local sight = place["sight"]
     if tideNow > 0 and not place["indoors"]
-        sight = 760
+        sight = 1000
     end
     Plush["setRenderDistance"](sight)
     Plush["setLightLevel"](place["least"] + dawn * 0.2, 1.3)

@@ -3,7 +3,7 @@
 places = {}
 
 function newPlace(name, wide, high)
-    place = {name = name, wide = wide, high = high, quads = [], solids = [], trees = [], doors = [], lights = [], bridges = []}
+    place = {name = name, wide = wide, high = high, quads = [], solids = [], trees = [], doors = [], lights = [], panes = [], bridges = []}
     for i, layer in ipairs(["walls", "roofs", "floors", "roofsOff", "floorsOff", "deep", "ground"])
         place[layer] = []
         for x = 1, wide

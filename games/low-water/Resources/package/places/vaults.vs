@@ -29,6 +29,7 @@ function makeVaults(seed)
         end
     end
     floodRooms()
+    hangWorms(seed)
     addQuad(facingStart())
     addDoor("village", 2 * 16 + 8, 2 * 16 + 8, "climb out")
     vaultEnd = [(VAULTS_WIDE - 3) * 16 + 8, (VAULTS_WIDE - 3) * 16 + 8]
@@ -51,6 +52,25 @@ function floodRooms()
                         setTile("floorsOff", x - 1, y - 1, -1.4)
                     end
                 end
+            end
+        end
+    end
+end
+
+@@ Glow-worms hang in some corners and bends, so that there is always one to go to.
+WORM_INK = [74, 168, 142]
+
+function hangWorms(seed)
+    for y = 2, VAULTS_WIDE - 3
+        for x = 2, VAULTS_WIDE - 3
+            local pick = (x * 73 + y * 151 + x * y * 7 + seed) % 11
+            if tileAt("walls", x, y) == 0 and pick == 0
+                local atX = x * 16 + 4 + pick % 3 * 4
+                local atY = y * 16 + 8
+                push(place["trees"], [atX, atY, 9.6, 5, 6.4, texture("worms")])
+                push(place["trees"], [atX + 4, atY + 3, 11, 4, 5, texture("worms")])
+                addLight(atX, atY, 11, WORM_INK, 64)
+                push(place["panes"], [atX, atY, 13, WORM_INK, 9])
             end
         end
     end

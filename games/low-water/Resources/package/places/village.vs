@@ -151,7 +151,7 @@ function buildChurch()
 end
 
 @@ A house that waits for its lamp: its window is the pane that will be lit.
-function addHome(name, ink, wall, x, y, wide, deep, tall, ridge, side, doorX, doorY, swap)
+function addHome(name, ink, wall, x, y, wide, deep, tall, ridge, side, doorX, doorY, swap, bare)
     addHouse(x, y, wide, deep, tall, wall, ridge)
     local doorAlong = 4.5
     local paneAlong = 12
@@ -161,7 +161,7 @@ function addHome(name, ink, wall, x, y, wide, deep, tall, ridge, side, doorX, do
     end
     addQuad(onWall(side, doorX, doorY, doorAlong, 0, 7, 11.5, texture("door-" + ink)))
     local pane = addQuad(onWall(side, doorX, doorY, paneAlong, 4.4, 5, 6.4, texture("pane-dark")))
-    local more = homePanes(x, y, wide, deep, side, doorX, doorY)
+    local more = homePanes(x, y, wide, deep, side, doorX, doorY, bare)
     push(more, pane)
     addQuad(onWall(side, doorX, doorY, doorAlong, 12.2, 6.4, 4, texture("sign-" + name)))
     local stepX, stepY = beforeWall(side, doorX, doorY, doorAlong, 5)
@@ -171,12 +171,12 @@ function addHome(name, ink, wall, x, y, wide, deep, tall, ridge, side, doorX, do
     homes[name] = {name = name, panes = more, lightX = lightX, lightY = lightY, doorX = stepX, doorY = stepY}
 end
 
-@@ The windows of the same side, two tiles off, and one round a corner.
-function homePanes(x, y, wide, deep, side, doorX, doorY)
+@@ The other windows of the same side, but for a tile that is bare, and one round a corner.
+function homePanes(x, y, wide, deep, side, doorX, doorY, bare)
     local panes = []
     if side == "east" or side == "west"
         for tileY = y, y + deep - 1
-            if tileY != doorY
+            if tileY != doorY and tileY != bare
                 push(panes, addQuad(onWall(side, doorX, tileY, 8, 4.4, 5, 6.4, texture("pane-dark"))))
             end
         end
@@ -196,7 +196,7 @@ function buildHomes()
     addHome("hive", "ochre", "lime", 6, 24, 3, 3, 17, "y", "east", 8, 25, false)
     addHome("shuttle", "plum", "timber", 6, 18, 3, 4, 18, "y", "east", 8, 20, true)
     addHome("bell", "red", "church", 26, 3, 4, 2, 18, "x", "south", 27, 4, false)
-    addHome("wheel", "blue", "timber", 22, 10, 4, 5, 21, "y", "west", 22, 13, false)
+    addHome("wheel", "blue", "timber", 22, 10, 4, 5, 21, "y", "west", 22, 13, false, 11)
     addQuad(onWall("west", 22, 11, 8, -0.2, 9, 12, texture("hatch")))
     addDoor("vaults", 22 * 16 - 5, 11 * 16 + 8, "go down")
     addQuad(upright(22.6 * 16, 15 * 16 + 5, 25.4 * 16, 15 * 16 + 5, -8, 26, texture("wheel")))
@@ -210,6 +210,47 @@ function buildHomes()
     addQuad(onWall("west", 25, 23, 8, 4.4, 5, 6.4, texture("pane-dark")))
     addQuad(onWall("west", 25, 25, 8, 4.4, 5, 6.4, texture("pane-dark")))
     addWell(WELL[1], WELL[2])
+    addBench(296, 396)
+    addBench(262, 372)
+    addBoat(322, 500, 0.5)
+    addBoat(226, 292, 2.9)
+    for x = 3, 14
+        addFence(x * 16, 14.8 * 16, x * 16 + 16, 14.8 * 16)
+    end
+    for x = 4, 12
+        addFence(x * 16, 17.2 * 16, x * 16 + 16, 17.2 * 16)
+    end
+    for y = 29, 33
+        addFence(10.6 * 16 - (y - 29) * 3, y * 16, 10.6 * 16 - (y - 28) * 3, y * 16 + 16)
+    end
+end
+
+function addFence(ax, ay, bx, by)
+    addSolidQuad(upright(ax, ay, bx, by, 0, 6.4, texture("rail")))
+end
+
+function addBench(x, y)
+    addQuad(flat(x - 7, y - 2, x + 7, y + 2, 4, texture("planks")))
+    addQuad(upright(x - 6, y + 1.4, x + 6, y + 1.4, 0, 4, texture("planks")))
+    addSolid(x - 6, y, x + 6, y, 1.6)
+end
+
+@@ A ferry's rowing boat on the mud, a little on its side.
+function addBoat(x, y, turn)
+    local c = math["cos"](turn)
+    local s = math["sin"](turn)
+    local rim = []
+    local keel = []
+    for at in [[-12, -3.4, 5.4], [-12, 3.4, 4.4], [3, 4.6, 4], [13, 0, 6.8], [3, -4.6, 5.4]]
+        push(rim, [x + at[1] * c - at[2] * s, y + at[1] * s + at[2] * c, at[3]])
+        push(keel, [x + at[1] * 0.84 * c - at[2] * 0.5 * s, y + at[1] * 0.84 * s + at[2] * 0.5 * c, 0])
+    end
+    for i = 1, 5
+        local next = i % 5 + 1
+        addQuad(quad(rim[i], rim[next], keel[next], keel[i], texture("planks")))
+    end
+    addQuad(quad([rim[1][1], rim[1][2], 2.4], [rim[2][1], rim[2][2], 2], [rim[3][1], rim[3][2], 2], [rim[5][1], rim[5][2], 2.4], texture("planks")))
+    addSolid(x - 9 * c, y - 9 * s, x + 10 * c, y + 10 * s, 4)
 end
 
 @@ A ring of eight faces, a beam on two posts, and the water in it.
