@@ -12,7 +12,7 @@ function lampPixel(px, py)
     local tall = rootOf(across * across * (1.5 + tip * 5) + (down + 0.1) * (down + 0.1) * 0.75)
     local flame = smooth(0.68, 0.52, tall)
     local core = smooth(0.56, 0.16, tall)
-    return mixOf(lampInk[1], 255, core), mixOf(lampInk[2], 252, core), mixOf(lampInk[3], 240, core), flame * SHINING
+    return mixOf(lampInk[1], 255, core * 0.86), mixOf(lampInk[2], 252, core * 0.86), mixOf(lampInk[3], 240, core * 0.86), flame * SHINING
 end
 
 @@ A pane with its cross, and light behind.

@@ -33,6 +33,18 @@ function wrapped(text, font, width)
     return lines
 end
 
+@@ The same in as few lines, of about the same length.
+function evenly(text, font, width)
+    local lines = wrapped(text, font, width)
+    for share = 1, 6
+        local narrow = wrapped(text, font, textWidth(text, font) / #lines * (1 + share * 0.04))
+        if #lines > 1 and #narrow == #lines
+            return narrow
+        end
+    end
+    return lines
+end
+
 @@ A line by its left edge; with `width`, in the middle of that much room.
 function textEntry(name, text, font, ink, x, y, width)
     return {type = VESPER_TEXT, layer = VESPER_LAYER_SUPERGROUND, identifier = name, text = text, font = font, colour = ink, x = x, y = y, fw = width, scale = 1, rotation = 0}

@@ -22,7 +22,7 @@ end
 
 function showTold(one)
     dropEntries("told")
-    local lines = wrapped(one["text"], tellFont, TOLD_WIDE)
+    local lines = evenly(one["text"], tellFont, TOLD_WIDE)
     local high = #lines * 30 + 22
     local top = VESPER_SCREEN_Y - high - 26
     addEntry(pictureEntry("told", fadedPanel(VESPER_SCREEN_X - 140, high), VESPER_LAYER_SUPERGROUND, 70, top))

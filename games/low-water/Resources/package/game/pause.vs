@@ -96,7 +96,7 @@ function openHelp(item)
         addText("help", line[1], smallFont, dimPaper, 250, 122 + i * 32, not)
         addText("help", line[2], smallFont, paper, 480, 122 + i * 32, not)
     end
-    for i, line in ipairs(wrapped("Five lamps were left burning when the lake was let in. Find them, hear what they remember, and bring each to the door it came from.", tellFont, 640))
+    for i, line in ipairs(evenly("Five lamps were left burning when the lake was let in. Find them, hear what they remember, and bring each to the door it came from.", tellFont, 640))
         addText("help", line, tellFont, paper, 0, 400 + i * 30, VESPER_SCREEN_X)
     end
 end

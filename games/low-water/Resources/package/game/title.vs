@@ -23,7 +23,8 @@ function openTitle()
     addText("title", "Low Water", titleFont, paper, 64, 62, not)
     addText("title", "one night in Nether Alder", tellFont, dimPaper, 70, 164, not)
     addText("title", "Arrows or W A S D, Enter and Space. P pauses, H helps.", smallFont, dimPaper, 70, 500, not)
-    showItems([{say = "Begin", act = beginNight}, {say = "Go on", act = goOn}, {say = "How to walk", act = openHelp}, {say = "Leave", act = leaveGame}], 66, 230, 250)
+    TITLE_ITEMS = [{say = "Begin", act = beginNight}, {say = "Go on", act = goOn}, {say = "How to walk", act = openHelp}, {say = "Leave", act = leaveGame}]
+    showItems(TITLE_ITEMS, 66, 230, 250)
 end
 
 function closeTitle()
@@ -46,9 +47,19 @@ end
 
 @@ The night's own numbers come from when it was begun.
 function beginNight(item)
+    if stateOfSave() == "good" and not item["sure"]
+        tellOnce("A night is kept already. To begin anew lets it go.")
+        showItems([{say = "Begin anew", act = beginNight, sure = true}, {say = "Go on", act = goOn}, {say = "Back", act = backToTitle}], 66, 230, 250)
+        return not
+    end
     closeTitle()
     newNight(frame * 7919 % 100000 + 17)
     beginEbb()
+end
+
+function backToTitle(item)
+    forgetTold()
+    showItems(TITLE_ITEMS, 66, 230, 250)
 end
 
 function goOn(item)
