@@ -92,9 +92,8 @@ TEST_F(LowWater, AKeptNightComesBackAndAChangedOneStaysClosed) {
 
 // Whatever is missing is told on the screen, and the night goes on.
 TEST_F(LowWater, GoesOnWithoutPicturesFontsSoundsAndWords) {
-    for (const char* name :
-         {"textures/slate.png", "textures/still-wet.png", "audio/bell.wav", "audio/lake.wav",
-          "words/stones.txt", "fonts/Cardo104s.ttf"})
+    for (const char* name : {"textures/slate.png", "textures/still-wet.png", "audio/bell.wav",
+                             "audio/lake.wav", "words/stones.txt", "fonts/Cardo104s.ttf"})
         fs::remove(package() / name);
     playNight("missing.vs");
     EXPECT_EQ(host_.output,

@@ -74,9 +74,31 @@ function isDrawn()
     return not fastForward or framesToDraw != not and contains(framesToDraw, frame)
 end
 
+@@ A machine that is late for a second or two gets the swift picture, unless the player has chosen.
+LATE_MS = 40
+LATE_FRAMES = 50
+late = 0
+
+function keepPace(spent)
+    if settings["picture"] == 2 or settings["chosen"] or mode != VESPER_GAME_TARGET
+        return not
+    end
+    if spent > LATE_MS
+        late += 1
+    else
+        late = math["max"](0, late - 1)
+    end
+    if late > LATE_FRAMES
+        settings["picture"] = 2
+        keepSettings()
+        tell("The picture is a coarser one now, to keep the pace. The pause has the finer.")
+    end
+end
+
 function waitForFrame()
     if not fastForward
         local spent = Vesper["getClock"]()
+        keepPace(spent)
         if spent < FRAME_MS
             Vesper["sleep"](FRAME_MS - spent)
         end

@@ -61,6 +61,7 @@ end
 
 function switchPicture(item)
     settings["picture"] = 3 - settings["picture"]
+    settings["chosen"] = true
     reopenPause()
     focusOn(5)
 end
