@@ -82,7 +82,7 @@ end
 function mossBrickPixel(px, py)
     local r, g, b = brickInk(px, py, 141)
     local side = smooth(0, 14, least(px, TILE - 1 - px))
-    local moss = smooth(0.36, 0.62, cloud(px, py, TILE, 4, 146) + (py / TILE - 0.5) * 0.3) * side
+    local moss = smooth(0.36, 0.62, cloud(px, py, TILE, 4, mossSeed) + (py / TILE - 0.5) * 0.3) * side
     local shade = 0.5 + 0.6 * cloud(px, py, TILE, 10, 149)
     return mixOf(r, 66 * shade, moss), mixOf(g, 110 * shade, moss), mixOf(b, 70 * shade, moss), 255
 end
@@ -151,7 +151,10 @@ function paintWalls()
     tile("tower", towerPixel)
     tile("nave", naveWallPixel)
     tile("brick", brickPixel)
-    tile("moss-brick", mossBrickPixel)
+    mossSeed = 146
+    tile("moss-brick1", mossBrickPixel)
+    mossSeed = 157
+    tile("moss-brick2", mossBrickPixel)
     tile("arch", archPixel)
     tile("slate", slatePixel)
     tile("gable", gablePixel)

@@ -18,13 +18,16 @@ function makeVaults(seed)
     local map = Floormap["genFloor"](VAULTS_WIDE, VAULTS_WIDE, 7, 2, not, 3, 3, VAULTS_WIDE - 2, VAULTS_WIDE - 2, true)
     Floormap["applyWallRules"](map, VAULT_RULES)
     places["vaults"] = newPlace("vaults", VAULTS_WIDE, VAULTS_WIDE)
-    local faces = [texture("brick"), texture("moss-brick"), texture("arch")]
+    local faces = [texture("brick"), texture("moss-brick1"), texture("arch")]
     fillTiles("roofs", 0, 0, VAULTS_WIDE, VAULTS_WIDE, texture("vault-roof"))
     fillTiles("floors", 0, 0, VAULTS_WIDE, VAULTS_WIDE, texture("flags"))
     for y = 1, VAULTS_WIDE
         for x = 1, VAULTS_WIDE
             if map[y][x] != 0
                 setTile("walls", x - 1, y - 1, faces[map[y][x]])
+                if map[y][x] == MOSSY and (x * 3 + y * 5) % 4 > 1
+                    setTile("walls", x - 1, y - 1, texture("moss-brick2"))
+                end
             end
         end
     end
@@ -58,12 +61,12 @@ function floodRooms()
 end
 
 @@ Glow-worms hang in some corners and bends, so that there is always one to go to.
-WORM_INK = [74, 168, 142]
+WORM_INK = [84, 190, 160]
 
 function hangWorms(seed)
     for y = 2, VAULTS_WIDE - 3
         for x = 2, VAULTS_WIDE - 3
-            local pick = (x * 73 + y * 151 + x * y * 7 + seed) % 11
+            local pick = (x * 73 + y * 151 + x * y * 7 + seed) % 8
             if tileAt("walls", x, y) == 0 and pick == 0
                 local atX = x * 16 + 4 + pick % 3 * 4
                 local atY = y * 16 + 8
