@@ -70,8 +70,10 @@ function drawFrame()
 end
 
 @@ In fast forward, which tests and recorders ask for, only the frames that they name are drawn.
+framesToDraw = framesToDraw or []
+
 function isDrawn()
-    return not fastForward or framesToDraw != not and contains(framesToDraw, frame)
+    return not fastForward or contains(framesToDraw, frame)
 end
 
 @@ A machine that is late for a second or two gets the swift picture, unless the player has chosen.
