@@ -70,6 +70,7 @@ function drawFrame()
 end
 
 @@ In fast forward, which tests and recorders ask for, only the frames that they name are drawn.
+fastForward = fastForward or false
 framesToDraw = framesToDraw or []
 
 function isDrawn()
