@@ -15,6 +15,23 @@ print(pcall(load("x = = 1")))
 @@ expect:     ^
 @@ expect:   hint: check spelling, operators, parentheses, and quote matching
 @@ expect: 
+touched = 0
+function touch()
+    touched += 1
+    return 1
+end
+function halfway()
+    return soft() + touch()
+end
+print(pcall(halfway), touched)  @@ expect: false\tsoft\t0
+@@ A long statement is quoted around its fault, and the mark stands below it.
+ok, message = pcall(load("x = '" + string["rep"]("a", 6000) + "' ?"))
+first = message["find"]("\n", 1, true)
+second = message["find"]("\n", first + 1, true)
+quoted = message["find"]("' ?", second, true)
+third = message["find"]("\n", quoted, true)
+mark = message["find"]("^", third, true)
+print(#message < 9000, quoted + 2 - second == mark - third)     @@ expect: true\ttrue
 print(pcall(not))               @@ expect: false\tAttempted to call a non-function value of type not
 function nested()
     local ok, why = pcall(soft)

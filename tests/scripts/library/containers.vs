@@ -21,6 +21,9 @@ print(k, v)                     @@ expect: 10\tten
 k, v = next(t, k)
 print(k, v, next(t, k))         @@ expect: one\t1\tnot
 print(pairs({b = 2}), ipairs([5]))      @@ expect: [[b, 2]]\t[[1, 5]]
+k, v = next([7, 8], 1)
+print(k, v, next([7, 8]), next([7, 8], 2))              @@ expect: 2\t8\t1\t7\tnot
+print(erase([5], 2), erase([5], 0), erase([5], 1))      @@ expect: false\tfalse\ttrue
 clear(t)
 print(t, #t)                    @@ expect: {}\t0
 print(pcall(pop, a), pcall(pop, a))     @@ expect: true\t2\ttrue\t1

@@ -7,6 +7,8 @@ x, y, z = two()
 print(x, y, z)              @@ expect: 1\t2\tnot
 x = two()
 print(x)                    @@ expect: 1
+x = (two)()
+print(x)                    @@ expect: 1
 x = 8, 9
 print(x)                    @@ expect: 8
 x, y = y, x
