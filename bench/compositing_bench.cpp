@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "image/image_registry.h"
+#include "image/row_workers.h"
 #include "plush/blit.h"
 #include "plush/row_kernels.h"
 #include "plush/skew.h"

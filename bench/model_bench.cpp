@@ -74,8 +74,7 @@ void compare(const char* name, const std::string& text) {
     const std::string input = "/dev/shm/kelmora_model_bench_text";
     const std::string output = "/dev/shm/kelmora_model_bench_model";
     const std::string script = "/dev/shm/kelmora_model_bench.py";
-    kelmora::writeWholeFile(input, text);
-    kelmora::writeWholeFile(script, python);
+    if (!kelmora::writeWholeFile(input, text) || !kelmora::writeWholeFile(script, python)) return;
     double pythons = 0;
     std::FILE* pipe = popen(("python3 " + script + " " + input + " " + output).c_str(), "r");
     if (!pipe || std::fscanf(pipe, "%lf", &pythons) != 1) std::printf("no python3: no peer\n");
