@@ -2,12 +2,10 @@
 #include <pixman.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <functional>
 #include <random>
 #include <string>
@@ -18,6 +16,7 @@
 #include "plush/blit.h"
 #include "plush/row_kernels.h"
 #include "plush/skew.h"
+#include "race.h"
 
 // Draws a picture over another with our loops and with pixman, in turns on one thread, and reports each one's
 // median time and the ratios to pixman's. pixman works on premultiplied pixels, so the pictures agree in what
@@ -104,37 +103,9 @@ private:
     pixman_image_t* image_;
 };
 
-enum class Clock { Processor, Wall };
-
-// Processor time is what one thread needs whatever else the machine does; only wall time tells of workers.
-double secondsOf(const std::function<void()>& work, Clock clock) {
-    if (clock == Clock::Processor) {
-        const std::clock_t start = std::clock();
-        work();
-        return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-    }
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
-struct Contestant {
-    std::string name;
-    std::function<void()> work;
-    std::vector<double> times{};
-};
-
 // Each contestant in turns; microseconds of each, and each one's time in units of the first one's.
 void race(benchmark::State& state, std::vector<Contestant>& contestants, Clock clock = Clock::Processor) {
-    for (auto _ : state)
-        for (int i = 0; i < repetitions; ++i)
-            for (Contestant& contestant : contestants)
-                contestant.times.push_back(secondsOf(contestant.work, clock));
+    runInTurns(state, contestants, repetitions, clock);
     const double peer = median(contestants.front().times);
     for (const Contestant& contestant : contestants) {
         const double own = median(contestant.times);

@@ -1,11 +1,9 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <functional>
 #include <memory>
 #include <random>
@@ -17,6 +15,7 @@
 #include "plush/scene/plain_tracer.h"
 #include "plush/scene/projection.h"
 #include "plush/scene/raycast.h"
+#include "race.h"
 
 // Draws scenes at 960 x 544 with one ray a pixel, in turns with the same plain scene drawn by hand: the walk
 // through a grid that every book shows, with walls, floor, roof and fog and nothing else. Reports each one's
@@ -195,37 +194,9 @@ private:
     unsigned char fog_[3] = {0, 0, 255};
 };
 
-enum class Clock { Processor, Wall };
-
-// Processor time is what one thread needs whatever else the machine does; only wall time tells of workers.
-double secondsOf(const std::function<void()>& work, Clock clock) {
-    if (clock == Clock::Processor) {
-        const std::clock_t start = std::clock();
-        work();
-        return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-    }
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
-struct Contestant {
-    std::string name;
-    std::function<void()> work;
-    std::vector<double> times{};
-};
-
 // Each contestant in turns; nanoseconds a ray of each, and each one's time in units of the first one's.
 void race(benchmark::State& state, std::vector<Contestant> contestants, Clock clock = Clock::Processor) {
-    for (auto _ : state)
-        for (int i = 0; i < repetitions; ++i)
-            for (Contestant& contestant : contestants)
-                contestant.times.push_back(secondsOf(contestant.work, clock));
+    runInTurns(state, contestants, repetitions, clock);
     const double first = median(contestants.front().times);
     for (const Contestant& contestant : contestants) {
         const double own = median(contestant.times);
