@@ -12,7 +12,7 @@ class MemoryBudget {
 public:
     // Raises std::bad_alloc.
     static void take(std::size_t bytes) {
-        if (used_ + bytes > most_) throw std::bad_alloc();
+        if (used_ > most_ || bytes > most_ - used_) throw std::bad_alloc();
         used_ += bytes;
     }
     static void give(std::size_t bytes) { used_ -= bytes; }

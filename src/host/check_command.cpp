@@ -4,12 +4,11 @@
 #include <filesystem>
 #include <iostream>
 #include <set>
-#include <stdexcept>
 
-#include "base/whole_file.h"
 #include "bindings/modules.h"
 #include "host/guest_tool.h"
 #include "host/registration.h"
+#include "host/source_text.h"
 #include "workbench/script_check.h"
 
 namespace kelmora {
@@ -39,27 +38,16 @@ fs::path gameOf(const std::string& path) {
     return {};
 }
 
-std::string readSource(const std::string& path) {
-    auto source = readWholeFile(path);
-    if (!source) throw std::runtime_error("Failed to open script file: " + path);
-    return std::move(*source);
-}
-
-// The place that a guest's report names, as a diagnostic.
 Diagnostic guestDiagnostic(const std::string& path, const std::string& source, const std::string& error) {
     Diagnostic made;
     made.path = path;
-    made.message = error.substr(0, error.find('\n'));
-    const std::size_t at = made.message.starts_with(path + ":") ? path.size() + 1 : std::string::npos;
-    const std::size_t end = at == std::string::npos ? at : made.message.find(':', at);
-    if (end == std::string::npos || end == at || end - at > 9) return made;
-    if (made.message.find_first_not_of("0123456789", at) != end) return made;
-    made.line = static_cast<std::uint32_t>(std::stoul(made.message.substr(at, end - at)));
-    made.message.erase(0, std::min(made.message.size(), end + 2));
-    std::size_t start = 0;
-    for (std::uint32_t line = 1; line < made.line && start < source.size(); ++line)
-        start = std::min(source.find('\n', start), source.size()) + 1;
-    if (start < source.size()) made.source = source.substr(start, source.find('\n', start) - start);
+    made.message = error;
+    if (const auto failure = parseGuestFailure(error, path, source)) {
+        made.message = failure->message;
+        made.line = static_cast<std::uint32_t>(failure->line);
+        made.column = static_cast<std::uint32_t>(std::max<std::size_t>(failure->column, 1));
+        made.source = failure->source;
+    }
     return made;
 }
 

@@ -120,28 +120,34 @@ const GuestTool* guestToolForImage(std::string_view content) {
     return findTool([&](const GuestTool& tool) { return content.starts_with(tool.magic); });
 }
 
+std::optional<GuestFailure> parseGuestFailure(std::string_view error, const std::string& path,
+                                              std::string_view source) {
+    GuestFailure failure;
+    if (!error.starts_with(path)) return std::nullopt;
+    error.remove_prefix(path.size());
+    if (!takeNumber(error, failure.line)) return std::nullopt;
+    takeNumber(error, failure.column);
+    if (!error.starts_with(": ")) return std::nullopt;
+    failure.message = error.substr(2);
+    failure.source = sourceLine(source, failure.line);
+    if (failure.column > failure.source.size() + 1) failure.column = 0;
+    return failure;
+}
+
 std::string guestReport(const GuestTool& tool, const std::string& error, const std::string& path,
                         std::string_view source) {
-    std::string_view rest = error;
-    std::size_t line = 0;
-    std::size_t column = 0;
-    if (!rest.starts_with(path)) return error;
-    rest.remove_prefix(path.size());
-    if (!takeNumber(rest, line)) return error;
-    const bool hasColumn = takeNumber(rest, column);
-    if (!rest.starts_with(": ")) return error;
+    const std::optional<GuestFailure> failure = parseGuestFailure(error, path, source);
+    if (!failure) return error;
     std::string report(tool.language);
-    report.append(" error: ").append(rest.substr(2));
-    report.append("\n  at ").append(path).append(":").append(std::to_string(line));
-    const std::string_view text = sourceLine(source, line);
-    if (!text.empty()) report.append("\n  ").append(text);
-    if (!text.empty() && hasColumn && column >= 1 && column <= text.size() + 1) {
-        std::string mark(text.substr(0, column - 1));
-        std::replace_if(
-            mark.begin(), mark.end(), [](char c) { return c != '\t'; }, ' ');
-        report.append("\n  ").append(mark).append("^");
-    }
-    return report;
+    report.append(" error: ").append(failure->message);
+    report.append("\n  at ").append(path).append(":").append(std::to_string(failure->line));
+    if (failure->source.empty()) return report;
+    report.append("\n  ").append(failure->source);
+    if (failure->column == 0) return report;
+    std::string mark(failure->source.substr(0, failure->column - 1));
+    std::replace_if(
+        mark.begin(), mark.end(), [](char c) { return c != '\t'; }, ' ');
+    return report.append("\n  ").append(mark).append("^");
 }
 
 }  // namespace kelmora

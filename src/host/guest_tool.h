@@ -1,6 +1,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -28,6 +29,18 @@ struct GuestTool {
 // The language of a source, by its name, or of an image, by its first bytes; null for scripts.
 const GuestTool* guestToolForSource(const std::string& path);
 const GuestTool* guestToolForImage(std::string_view content);
+
+// A failure's text taken apart.
+struct GuestFailure {
+    std::string_view message;
+    std::size_t line = 0;     // from 1
+    std::size_t column = 0;   // from 1; 0 where none is known
+    std::string_view source;  // the line's text, empty beyond the source
+};
+
+// Nothing for texts without a place in this source. The parts are views of the error and the source.
+std::optional<GuestFailure> parseGuestFailure(std::string_view error, const std::string& path,
+                                              std::string_view source);
 
 // A failure's text in the form of script reports: the message, the place, the source's line, and a mark where
 // a column is known. Texts without a place in this source stay as they are.

@@ -3,12 +3,20 @@
 #include <algorithm>
 #include <array>
 #include <ostream>
+#include <string_view>
 #include <vector>
 
 #include "workbench/nearest.h"
 
 namespace kelmora {
 namespace {
+
+struct ToolCommand {
+    std::string_view name;
+    std::string_view arguments;
+    std::string_view summary;
+    std::string_view details;  // lines
+};
 
 constexpr std::array<ToolCommand, 5> commands{{
     {"run", "FILE [ARGUMENT...]", "run a script; arguments are in the global array `arguments`",
@@ -31,10 +39,6 @@ constexpr std::array<ToolCommand, 5> commands{{
 }};
 
 }  // namespace
-
-std::span<const ToolCommand> toolCommands() {
-    return commands;
-}
 
 void printUsage(std::ostream& out) {
     const char* head = "usage: ";

@@ -4,12 +4,12 @@
 #include <string>
 #include <vector>
 
-#include "base/whole_file.h"
 #include "host/boot_image.h"
 #include "host/bytecode_dump.h"
 #include "host/check_command.h"
 #include "host/console_host.h"
 #include "host/guest_tool.h"
+#include "host/source_text.h"
 #include "host/startup.h"
 #include "host/tool_help.h"
 #include "script/source_path.h"
@@ -25,12 +25,6 @@ public:
 };
 
 using Words = std::vector<std::string>;
-
-std::string readSource(const std::string& path) {
-    auto source = readWholeFile(path);
-    if (!source) throw std::runtime_error("Failed to open script file: " + path);
-    return std::move(*source);
-}
 
 void refuseOptions(const Words& words) {
     for (const std::string& word : words)

@@ -237,10 +237,10 @@ opSetItem : {
     NEXT;
 }
 
-#define ARITHMETIC(name, sign)                                                             \
-    op##name : {                                                                           \
+#define INTEGERS_OR_ANY(name, sign, right)                                                 \
+    {                                                                                      \
         const Value& first = R(i.b());                                                     \
-        const Value& second = R(i.c());                                                    \
+        const Value& second = right;                                                       \
         if (first.isInteger() && second.isInteger()) [[likely]] {                          \
             R(i.a()).setInteger(static_cast<std::int64_t>(bits(first) sign bits(second))); \
             NEXT;                                                                          \
@@ -248,33 +248,25 @@ opSetItem : {
         SAVE;                                                                              \
         otherArithmetic(R(i.a()), Arithmetic::name, first, second);                        \
         NEXT;                                                                              \
-    }                                                                                      \
-    op##name##Constant : {                                                                 \
-        const Value& first = R(i.b());                                                     \
-        const Value& second = constants[i.c()];                                            \
-        if (first.isInteger() && second.isInteger()) [[likely]] {                          \
-            R(i.a()).setInteger(static_cast<std::int64_t>(bits(first) sign bits(second))); \
-            NEXT;                                                                          \
-        }                                                                                  \
-        SAVE;                                                                              \
-        otherArithmetic(R(i.a()), Arithmetic::name, first, second);                        \
-        NEXT;                                                                              \
-    }                                                                                      \
-    op##name##Integer : {                                                                  \
-        const Value& first = R(i.b());                                                     \
-        if (first.isInteger()) [[likely]] {                                                \
-            R(i.a()).setInteger(static_cast<std::int64_t>(                                 \
-                bits(first) sign static_cast<std::uint64_t>(std::int64_t{i.signedC()})));  \
-            NEXT;                                                                          \
-        }                                                                                  \
-        SAVE;                                                                              \
-        otherArithmetic(R(i.a()), Arithmetic::name, first, i.signedC());                   \
-        NEXT;                                                                              \
+    }
+#define ARITHMETIC(name, sign)                                                            \
+    op##name : INTEGERS_OR_ANY(name, sign, R(i.c())) op##name##Constant                   \
+        : INTEGERS_OR_ANY(name, sign, constants[i.c()]) op##name##Integer : {             \
+        const Value& first = R(i.b());                                                    \
+        if (first.isInteger()) [[likely]] {                                               \
+            R(i.a()).setInteger(static_cast<std::int64_t>(                                \
+                bits(first) sign static_cast<std::uint64_t>(std::int64_t{i.signedC()}))); \
+            NEXT;                                                                         \
+        }                                                                                 \
+        SAVE;                                                                             \
+        otherArithmetic(R(i.a()), Arithmetic::name, first, i.signedC());                  \
+        NEXT;                                                                             \
     }
     ARITHMETIC(Add, +)
     ARITHMETIC(Subtract, -)
     ARITHMETIC(Multiply, *)
 #undef ARITHMETIC
+#undef INTEGERS_OR_ANY
 opDivide:
     SAVE;
     otherArithmetic(R(i.a()), Arithmetic::Divide, R(i.b()), R(i.c()));

@@ -62,17 +62,18 @@ std::string explainCall(VesperScript& engine, const std::string& statement) {
 
 std::string failurePlaces(VesperScript& engine, const std::string& message, const std::string& hiddenPath) {
     std::string text;
-    const char* lead = "  at ";
+    bool isInnermost = true;
     // Reports of faults of form name their place themselves.
     bool named = message.find("\n  at ") != std::string::npos;
     for (const ErrorTrail::Place& place : engine.interpreter().trail.places(message)) {
         if (!std::exchange(named, false) && (hiddenPath.empty() || place.path != hiddenPath)) {
-            text += lead + nameOfPlace(place) + "\n    " + firstLine(place.statement) + "\n";
-            if (lead[2] == 'a' && message.starts_with("Attempted to call a non-function value of type not"))
+            text += (isInnermost ? "  at " : "  called at ") + nameOfPlace(place) + "\n    " +
+                    firstLine(place.statement) + "\n";
+            if (isInnermost && message.starts_with("Attempted to call a non-function value of type not"))
                 text += explainCall(engine, place.statement);
             if (place.times > 1) text += "    (" + std::to_string(place.times) + " times)\n";
         }
-        lead = "  called at ";
+        isInnermost = false;
     }
     return text;
 }

@@ -40,13 +40,11 @@ struct Place {
 Place placeOf(const std::vector<std::string>& lines, const ParsedScriptLine& statement, std::uint32_t token) {
     Place place{statement.lineNumber, 0};
     if (place.line >= lines.size()) return place;
-    place.column = std::min(lines[place.line].find_first_not_of(" \t"), lines[place.line].size());
+    place.column = indentOf(lines[place.line]);
     std::size_t from = lines[place.line].find(statement.text.substr(0, statement.text.find('\n')));
     if (from == std::string::npos) from = 0;
     std::size_t line = place.line;
-    const std::uint32_t last =
-        std::min<std::uint32_t>(token, static_cast<std::uint32_t>(statement.tokens.size()));
-    for (std::uint32_t i = 0; i < last + 1 && i < statement.tokens.size(); ++i) {
+    for (std::uint32_t i = 0; i <= token && i < statement.tokens.size(); ++i) {
         std::size_t found = lines[line].find(statement.tokens[i], from);
         while (found == std::string::npos && line + 1 < lines.size() && line < statement.lineNumber + 200) {
             found = lines[++line].find(statement.tokens[i]);
@@ -95,16 +93,19 @@ std::string hintFor(const ParsedScriptLine& line, const FormFault& fault) {
     if (token == "=" && line.kind != ParsedLineKind::Other) return "a comparison is written ==";
     if (token == "/" && line.text.find("//") != std::string::npos) return "a comment begins with @@";
     const std::size_t point = token.find('.');
-    if (point != std::string::npos && point > 0 &&
-        line.tokens[fault.token].find_first_of("\"'") == std::string::npos)
-        return token.substr(0, point) + "." + token.substr(point + 1) + " is written " +
-               token.substr(0, point) + "[\"" + token.substr(point + 1) + "\"]";
+    if (point != std::string::npos && analyseToken(token.substr(0, point)).isPlainIdentifier())
+        return token + " is written " + token.substr(0, point) + "[\"" + token.substr(point + 1) + "\"]";
     if (line.kind == ParsedLineKind::Other && line.tokens.size() > 1 && line.analysis[0].isIdentifier() &&
         line.analysis[1].isIdentifier()) {
         const std::string meant = nearestWord(line.tokens[0], statementWords());
         if (!meant.empty()) return "did you mean `" + meant + "`?";
     }
     return {};
+}
+
+void suggest(Diagnostic& fault, const std::string& word, const std::set<std::string>& known) {
+    const std::string near = nearestWord(word, std::vector<std::string>(known.begin(), known.end()));
+    if (!near.empty()) fault.hint = "did you mean `" + near + "`?";
 }
 
 std::vector<bool> variadicLines(const std::vector<ParsedScriptLine>& lines) {
@@ -293,9 +294,7 @@ void ScriptCheck::checkNames(const Source& source, const ParsedScriptLine& line,
         if (known_.contains(name) || !reported.insert(name).second || standsInText(name)) return;
         found.push_back(diagnosticAt(source.path, source.physicalLines, line, token, name + " is never set",
                                      Severity::Warning));
-        const std::vector<std::string> candidates(known_.begin(), known_.end());
-        if (const std::string near = nearestWord(name, candidates); !near.empty())
-            found.back().hint = "did you mean `" + near + "`?";
+        suggest(found.back(), name, known_);
     });
 }
 
@@ -313,9 +312,7 @@ void ScriptCheck::checkMembers(const Source& source, const ParsedScriptLine& lin
         found.push_back(diagnosticAt(source.path, source.physicalLines, line, i + 2,
                                      line.tokens[i] + " has no member " + line.tokens[i + 2],
                                      Severity::Warning));
-        const std::vector<std::string> candidates(table->second.begin(), table->second.end());
-        if (const std::string near = nearestWord(member, candidates); !near.empty())
-            found.back().hint = "did you mean `" + near + "`?";
+        suggest(found.back(), member, table->second);
     }
 }
 
@@ -331,9 +328,7 @@ void ScriptCheck::checkLabels(const Source& source, const ParsedScriptLine& line
             continue;
         found.push_back(diagnosticAt(source.path, source.physicalLines, line, i + 2,
                                      "no nest block has the label " + line.tokens[i + 2], Severity::Warning));
-        const std::vector<std::string> candidates(labels_.begin(), labels_.end());
-        if (const std::string near = nearestWord(label, candidates); !near.empty())
-            found.back().hint = "did you mean \"" + near + "\"?";
+        suggest(found.back(), label, labels_);
     }
 }
 

@@ -33,7 +33,10 @@ public:
 
 private:
     void begin() {
-        text_ = "local a, b, c = 1, 'x', {1, 2, k = 3}\ng = 5\n";
+        // Addresses are not the same twice, and texts with them not in the same order.
+        text_ =
+            "local function plain(v) local text = tostring(v) return text:find('0x') and type(v) or v end\n"
+            "local a, b, c = 1, 'x', {1, 2, k = 3}\ng = 5\n";
         names_ = {"a", "b", "c", "g"};
     }
     std::size_t draw(std::size_t count) { return generator_() % count; }
@@ -61,9 +64,12 @@ private:
                        expression(depth - 1) + ", " + expression(depth - 1) + ")";
             case 6:
                 return "type(" + expression(depth - 1) + ")";
-            default:
-                return "(" + expression(depth - 1) + operators[draw(std::size(operators))] +
-                       expression(depth - 1) + ")";
+            default: {
+                const std::string operation = operators[draw(std::size(operators))];
+                const std::string plain = operation == " .. " ? "plain" : "";
+                return "(" + plain + "(" + expression(depth - 1) + ")" + operation + plain + "(" +
+                       expression(depth - 1) + "))";
+            }
         }
     }
 
@@ -89,7 +95,7 @@ private:
                 return;
             case 3: {
                 const std::string target = name();
-                text_ += target + " = " + target + " .. " + expression(1) + "\n";
+                text_ += target + " = plain(" + target + ") .. plain(" + expression(1) + ")\n";
                 return;
             }
             case 4:
