@@ -1,79 +1,94 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
+#include <stdexcept>
 #include <utility>
 
-#include "script/names.h"
-#include "script/variable.h"
+#include "script/place.h"
 
 namespace kelmora {
 
-// Place in a stack of bindings. `noBinding` is less than every place.
-using BindingIndex = std::int32_t;
-inline constexpr BindingIndex noBinding = -1;
-
-// A variable of a block or call, and the place of the one with the same name that it hides.
-struct BoundVariable {
-    NameId name = noName;
-    BindingIndex shadowed = noBinding;
-    Variable value;
+// What stands beside a bound value: the name that it carries, and what it hides of it.
+struct BindingLink {
+    Cell* cell = nullptr;  // null without a name
+    Variable* hidden = nullptr;
+    BindingIndex shadowed = noBinding;  // of a local, the one of the same name before it
 };
 
-// Stack whose slots are kept and used again, so that pushing and dropping are plain stores.
+// Stack of bound values that never move: pointers to them hold until they are dropped, and those that stand
+// side by side are a span.
 class BindingStack {
 public:
-    BindingIndex size() const { return size_; }
-    BoundVariable& operator[](BindingIndex place) { return slots_[static_cast<std::size_t>(place)]; }
-    const BoundVariable& operator[](BindingIndex place) const {
-        return slots_[static_cast<std::size_t>(place)];
+    static constexpr BindingIndex fullCapacity = 1 << 18;
+
+    BindingStack() : BindingStack(fullCapacity) {}
+    explicit BindingStack(BindingIndex capacity)
+        : values_(std::allocator<Variable>().allocate(static_cast<std::size_t>(capacity))),
+          links_(std::allocator<BindingLink>().allocate(static_cast<std::size_t>(capacity))),
+          capacity_(capacity) {}
+    BindingStack(BindingStack&& other) noexcept
+        : values_(std::exchange(other.values_, nullptr)),
+          links_(std::exchange(other.links_, nullptr)),
+          size_(std::exchange(other.size_, 0)),
+          capacity_(std::exchange(other.capacity_, 0)) {}
+    BindingStack& operator=(BindingStack&& other) noexcept {
+        swap(other);
+        return *this;
+    }
+    ~BindingStack() {
+        dropTo(0, [](const BindingLink&) {});
+        if (!values_) return;
+        std::allocator<Variable>().deallocate(values_, static_cast<std::size_t>(capacity_));
+        std::allocator<BindingLink>().deallocate(links_, static_cast<std::size_t>(capacity_));
     }
 
-    // Good as an end of a range where no variable stands.
-    BoundVariable* place(BindingIndex index) { return slots_.get() + index; }
+    BindingIndex size() const { return size_; }
+    Variable& value(BindingIndex place) { return values_[place]; }
+    BindingLink& link(BindingIndex place) { return links_[place]; }
+    const BindingLink& link(BindingIndex place) const { return links_[place]; }
+    std::span<const Variable> from(BindingIndex place) const {
+        return {values_ + place, static_cast<std::size_t>(size_ - place)};
+    }
 
-    [[gnu::always_inline]] void push(NameId name, BindingIndex shadowed, Variable&& value) {
-        if (size_ == capacity_) grow();
-        BoundVariable& slot = (*this)[size_];
-        slot.name = name;
-        slot.shadowed = shadowed;
-        std::construct_at(&slot.value, std::move(value));  // the slot is empty, so nothing is lost
-        ++size_;
+    // Adds a value without a name.
+    [[gnu::always_inline]] Variable& push(Variable&& value) {
+        if (size_ == capacity_) [[unlikely]] failFull();
+        links_[size_].cell = nullptr;
+        return *std::construct_at(values_ + size_++, std::move(value));
+    }
+    [[gnu::always_inline]] Variable& push(const Variable& value) { return push(Variable(value)); }
+    [[gnu::always_inline]] Variable pop() {
+        --size_;
+        return std::move(values_[size_]);  // what is moved from holds nothing
     }
     // Drops from the top down to this size what `leave` has seen.
     template <typename Leave>
     [[gnu::always_inline]] void dropTo(BindingIndex size, Leave leave) {
-        if (size_ <= size) return;
-        const BoundVariable* const bottom = place(size);
-        BoundVariable* slot = place(size_);
-        size_ = size;
-        do {
-            --slot;
-            leave(*slot);
-            const Variable old(std::move(slot->value));
-        } while (slot != bottom);
+        while (size_ > size) {
+            --size_;
+            leave(links_[size_]);
+            const Variable old(std::move(values_[size_]));
+        }
     }
     void swap(BindingStack& other) noexcept {
-        slots_.swap(other.slots_);
+        std::swap(values_, other.values_);
+        std::swap(links_, other.links_);
         std::swap(size_, other.size_);
         std::swap(capacity_, other.capacity_);
     }
 
 private:
-    [[gnu::noinline]] void grow() {
-        const BindingIndex wider = std::max(16, capacity_ * 2);
-        auto slots = std::make_unique<BoundVariable[]>(static_cast<std::size_t>(wider));
-        for (BindingIndex place = 0; place < size_; ++place)
-            slots[static_cast<std::size_t>(place)] = std::move((*this)[place]);
-        slots_ = std::move(slots);
-        capacity_ = wider;
+    [[noreturn, gnu::noinline]] static void failFull() {
+        throw std::runtime_error("Stack overflow: calls or expressions are nested too deeply");
     }
 
-    std::unique_ptr<BoundVariable[]> slots_;  // those from size_ on are empty
+    Variable* values_;  // constructed below size_
+    BindingLink* links_;
     BindingIndex size_ = 0;
-    BindingIndex capacity_ = 0;
+    BindingIndex capacity_;
 };
 
 }  // namespace kelmora

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "script/code.h"
 #include "script/parsed_line.h"
-#include "script/run_plan.h"
 #include "script/source_file.h"
 
 namespace kelmora {
@@ -83,7 +83,7 @@ struct BytecodeProgram : std::enable_shared_from_this<BytecodeProgram> {
     std::vector<FunctionDeclaration> functionDeclarations;
 
     // Not part of the image.
-    mutable RunPlanSlot plan;
+    mutable CodeCache code;
 };
 
 }  // namespace kelmora

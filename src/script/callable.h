@@ -19,7 +19,8 @@ namespace kelmora {
 
 struct Interpreter;
 struct BytecodeProgram;
-struct PlanBlock;
+struct Cell;
+struct Code;
 
 using NativeFunction = std::function<Variable(const std::vector<Variable>&)>;
 class BindingCall;
@@ -55,7 +56,9 @@ struct ScriptCallable : RefCounted {
         chunkIndex = chunk;
         bindsArguments = !isDecay && !isVariadic;
     }
-    const PlanBlock* entry = nullptr;  // of the chunk; set with the program for functions that bind arguments
+    // Of a function that binds its arguments, when it has first been called.
+    const Code* code = nullptr;
+    std::vector<Cell*> parameterCells;  // null for a name that stood before
     std::vector<ParsedScriptLine> body;
     SourceFile source;
 

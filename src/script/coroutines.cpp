@@ -7,7 +7,7 @@
 namespace kelmora {
 namespace {
 
-std::shared_ptr<CoroutineState> createCoroutineState(const Variable& function,
+std::shared_ptr<CoroutineState> createCoroutineState(Scopes& scopes, const Variable& function,
                                                      std::span<const Variable> arguments) {
     auto state = std::make_shared<CoroutineState>();
     const ScriptCallable& callable = function.function();
@@ -26,12 +26,7 @@ std::shared_ptr<CoroutineState> createCoroutineState(const Variable& function,
     }
     state->frames.push_back(std::move(body));
     // The parameters are the coroutine's outermost locals.
-    Scopes bound;
-    bound.pushLocalScope();
-    for (std::size_t i = 0; i < callable.parameters.size(); ++i)
-        bound.setLocal(callable.parameters[i], i < arguments.size() ? Variable(arguments[i]) : Variable());
-    bound.setNativeLevel(callable.nativeScopeIndex + 1);
-    bound.exchangeFrames(state->scopes);
+    state->scopes = scopes.framesWithLocals(callable.parameters, arguments, callable.nativeScopeIndex + 1);
     if (callable.isVariadic) {
         const std::size_t fixed = std::min(arguments.size(), callable.parameters.size());
         state->varargs.emplace_back(arguments.begin() + static_cast<std::ptrdiff_t>(fixed), arguments.end());
@@ -41,8 +36,8 @@ std::shared_ptr<CoroutineState> createCoroutineState(const Variable& function,
 
 }  // namespace
 
-void Coroutines::start(const Variable& callable, std::span<const Variable> arguments) {
-    auto state = createCoroutineState(callable, arguments);
+void Coroutines::start(Scopes& scopes, const Variable& callable, std::span<const Variable> arguments) {
+    auto state = createCoroutineState(scopes, callable, arguments);
     if (!inTurn) {
         scheduled = std::move(state);
         return;

@@ -44,7 +44,7 @@ struct CoroutineState {
 // The one slot for a coroutine that advances beside the main script, a line at a time.
 struct Coroutines {
     // Schedules the decay function in place of calling it. In a turn this ends the running coroutine.
-    void start(const Variable& callable, std::span<const Variable> arguments);
+    void start(Scopes& scopes, const Variable& callable, std::span<const Variable> arguments);
     void kill();
 
     bool wantsTurn() const { return scheduled && !inTurn && !pendingException; }

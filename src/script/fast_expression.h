@@ -3,11 +3,10 @@
 #include <cstdint>
 #include <vector>
 
+#include "script/code.h"
 #include "script/token.h"
 
 namespace kelmora {
-
-struct Interpreter;
 
 enum class FastExprNodeKind : std::uint8_t {
     Constant,  // of any scalar or string kind
@@ -28,23 +27,8 @@ enum class FastExprNodeKind : std::uint8_t {
     Varargs,
 };
 
-// One operation of a compiled expression, with the code that runs it. The code is chosen for the node's
-// operands when the expression is compiled.
+// One operation of an expression.
 struct FastExprNode {
-    // The value. Nil when a soft error ends the evaluation half-way.
-    using Evaluate = Variable (*)(Interpreter&, const FastExprNode&);
-    // Whether the value is true.
-    using Test = bool (*)(Interpreter&, const FastExprNode&);
-    // The value where it stands, or put into the storage. It holds until script runs or a variable changes.
-    using Refer = const Variable& (*)(Interpreter&, const FastExprNode&, Variable& storage);
-    // The value if it is an integer. False when `evaluate` has to tell; nothing has happened then.
-    using Integer = bool (*)(Interpreter&, const FastExprNode&, std::int32_t& result);
-
-    Evaluate evaluate = nullptr;
-    Test test = nullptr;
-    Refer refer = nullptr;
-    Integer integer = nullptr;  // only of nodes that run no script and may well be integers
-
     FastExprNodeKind kind = FastExprNodeKind::Constant;
     TokenKind operation = TokenKind::Unknown;  // of a Binary
     std::uint8_t scope = 0;                    // of a ScopedVariable
@@ -67,16 +51,14 @@ struct FastExprNode {
     }
 };
 
-// An expression compiled to a tree of nodes, its root the last. Whatever cannot be compiled is left without
-// nodes, and the token walk evaluates it.
+// An expression as a tree of nodes, its root the last. Whatever has no nodes, the token walk evaluates.
 struct FastExpression {
     std::vector<FastExprNode> nodes;
     bool makesContainers = false;  // holds a constructor or `...`
+    mutable CodeCache code;        // of the expression alone
 
     bool valid() const { return !nodes.empty(); }
     const FastExprNode& root() const { return nodes.back(); }
-    Variable evaluate(Interpreter& script) const { return root().evaluate(script, root()); }
-    bool test(Interpreter& script) const { return root().test(script, root()); }
 };
 
 // Tokens of one expression, first and past the end, and what they compile to.
@@ -92,8 +74,5 @@ struct ParsedScriptLine;
 // when tokens are left over.
 FastExpression compileFastExpressionRange(const ParsedScriptLine& line, std::uint32_t first,
                                           std::uint32_t last);
-
-// Chooses the code that runs the node. Its operands have theirs already.
-void chooseNodeCode(FastExprNode& node);
 
 }  // namespace kelmora

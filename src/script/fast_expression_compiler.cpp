@@ -17,7 +17,6 @@ public:
     FastExpression run() {
         const std::int32_t root = parseExpression(1);
         if (root < 0 || at_ != last_) return {};
-        for (FastExprNode& node : expression_.nodes) chooseNodeCode(node);
         return std::move(expression_);
     }
 

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <random>
 #include <span>
 #include <stdexcept>
@@ -16,6 +17,7 @@
 #include "script/block_signal.h"
 #include "script/bytecode_program.h"
 #include "script/callable.h"
+#include "script/code.h"
 #include "script/coroutines.h"
 #include "script/error_trail.h"
 #include "script/labels.h"
@@ -28,7 +30,6 @@
 
 namespace kelmora {
 
-class ArgumentList;
 class VesperScript;
 
 // What the parser, the two executors, the coroutines and the library share: the state of one world of script
@@ -86,24 +87,31 @@ struct Interpreter {
         const ParsedScriptLine* line;
         const SourceFile* file;
         Scopes::CallerView view;
-        CallScope arguments;
+        CallScope bottom;  // everything from here on the stack is the call's
+        std::uint32_t walks;
+        std::uint32_t activeChunks;
+        // Of a call inside running code: where it goes on, and the function, which is kept.
+        std::uint32_t level;
+        const Code* code;
+        const Instruction* back;
+        ScriptCallable* callable;
     };
-    // These evaluate the arguments and call. The second makes them where the parameters will stand.
-    [[gnu::always_inline]] inline Variable callNode(const Variable& callee, const FastExprNode& node);
-    Variable callBinding(ScriptCallable& callable, const FastExprNode& node);
-    Variable callLibrary(LibraryFunction body, const FastExprNode& node);
-    Variable callBound(ScriptCallable& callable, const FastExprNode& node);
-    Variable callAny(const Variable& callee, const FastExprNode& node);
-    [[gnu::always_inline]] inline bool evaluateArguments(const FastExprNode& node, ArgumentList& arguments);
-    [[gnu::always_inline]] inline Variable runLibrary(LibraryFunction body,
-                                                      std::span<const Variable> arguments);
+    // Undoes what the newest call has changed.
+    void leaveCall();
+
+    Variable runLibrary(LibraryFunction body, std::span<const Variable> arguments);
     Variable runBinding(const ScriptCallable& callable, std::span<const Variable> arguments);
     Variable invokeProgram(ScriptCallable& callable, std::span<const Variable> arguments);
-    [[gnu::always_inline]] inline Variable runProgramBody(const ScriptCallable& callable);
-    [[gnu::always_inline]] inline Variable runNoted(const ScriptCallable& callable);
-    [[gnu::always_inline]] inline Variable evaluateGuarded(const PlanBlock& body);
     Variable invokeBody(ScriptCallable& callable, std::span<const Variable> arguments);
     Variable finishCall(BlockSignal& signal, Variable normalValue);
+
+    // machine.cpp
+    // What the code returns. From the beginning, or from a step of its outermost block.
+    Variable runCode(const Code& code, std::optional<std::uint32_t> step = {});
+    const Code& chunkCode(const BytecodeProgram& program, std::uint32_t chunk, bool isFunction);
+    const Code& expressionCode(const FastExpression& expression);
+    // Compiles the function and finds its parameters.
+    void prepareCallable(ScriptCallable& callable);
 
     // statements.cpp: what both executors and the coroutines share
     Variable evaluateRange(const ParsedScriptLine& line, const PreparedExpression& expression,
@@ -191,6 +199,14 @@ struct Interpreter {
     std::uint32_t chunkDepth = 0;    // running loaded chunks
     std::vector<std::vector<Variable>> varargs;
     SmallStack<CallRecord> callRecords;
+    // The open `for` loops over containers.
+    struct OpenWalk {
+        SequenceWalk walk;
+        CallScope scope;
+    };
+    std::vector<OpenWalk> walks;
+    std::unique_ptr<ValuePlace[]> temporaries;
+    const std::uint64_t serial;  // tells what was compiled for this interpreter
     std::vector<ActiveBytecodeChunk> activeChunks;
     // Whole programs that ran: their labels stay reachable.
     std::vector<Variable> programCallables;

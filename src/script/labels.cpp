@@ -20,15 +20,15 @@ void Labels::registerCallable(ScriptCallable& callable) {
     if (!callable.program || callable.program->nestBlocks.empty()) return;
     const BytecodeProgram& program = *callable.program;
     // Blocks nest as deeply as a file says, and those of a damaged one may hold themselves.
-    struct Place {
+    struct Position {
         std::uint32_t chunk;
         std::size_t instruction;
     };
     std::vector<bool> visited(program.chunks.size());
-    std::vector<Place> open{{callable.chunkIndex, 0}};
+    std::vector<Position> open{{callable.chunkIndex, 0}};
     std::vector<std::uint32_t> bodies;
     while (!open.empty()) {
-        const Place place = open.back();
+        const Position place = open.back();
         open.pop_back();
         if (place.chunk >= visited.size() || (place.instruction == 0 && visited[place.chunk])) continue;
         visited[place.chunk] = true;

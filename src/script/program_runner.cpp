@@ -3,14 +3,26 @@
 #include "base/depth_guard.h"
 #include "base/paths.h"
 #include "script/bytecode_compiler.h"
-#include "script/bytecode_executor.h"
 #include "script/interpreter.h"
 #include "script/line_parser.h"
 #include "script/source_path.h"
 
 namespace kelmora {
 
-Interpreter::Interpreter(VesperScript& ownFace, HostServices& ownHost) : face(ownFace), host(ownHost) {
+namespace {
+
+std::uint64_t nextSerial() {
+    static std::uint64_t last = 0;
+    return ++last;
+}
+
+}  // namespace
+
+Interpreter::Interpreter(VesperScript& ownFace, HostServices& ownHost)
+    : face(ownFace),
+      host(ownHost),
+      temporaries(std::make_unique<ValuePlace[]>(temporaryCount)),
+      serial(nextSerial()) {
     stack.markBase();
 }
 
@@ -39,20 +51,12 @@ BytecodeProgram Interpreter::compileToBytecode(const std::string& source, const 
 Variable Interpreter::runBytecodeProgram(const std::shared_ptr<const BytecodeProgram>& program) {
     markStackBase();
     const DepthGuard depth(programDepth);
-    BlockSignal signal;
+    Variable result;
     {
         const SourceLineGuard line(context);
         const SourceFileGuard file(context, program->source);
-        const LocalScopeGuard scope(scopes, false);
-        try {
-            BytecodeExecutor(*this, *program, signal)
-                .enterBlock(BytecodeExecutor::blockOf(*this, *program, 0));
-        } catch (...) {
-            trail.note(*this);
-            throw;
-        }
+        result = runCode(chunkCode(*program, 0, false));
     }
-    if (signal.kind == BlockSignal::Kind::Break) throw std::runtime_error("break used outside a loop");
 
     Variable root = Variable::function(new ScriptCallable);
     ScriptCallable& callable = root.function();
@@ -63,7 +67,7 @@ Variable Interpreter::runBytecodeProgram(const std::shared_ptr<const BytecodePro
     // Without labels nothing can come back to the program.
     if (!program->nestBlocks.empty()) programCallables.push_back(std::move(root));
     if (programDepth == 1) scopes.commitExternals();
-    return signal.kind == BlockSignal::Kind::Return ? std::move(signal.value) : Variable();
+    return result;
 }
 
 Variable Interpreter::loadChunk(const std::string& source, const std::string& sourcePath) {

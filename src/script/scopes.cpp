@@ -1,6 +1,5 @@
 #include "script/scopes.h"
 
-#include <algorithm>
 #include <stdexcept>
 #include <string>
 
@@ -13,21 +12,17 @@ constexpr std::uint32_t maximumNativeLevel = 0xFFFF;
 }  // namespace
 
 void Scopes::growCells(NameId name) {
-    const std::uint32_t count = std::max(name + 1, cellCount_ * 2);
-    auto cells = std::make_unique<Cell[]>(count);
-    std::move(cells_.get(), cells_.get() + cellCount_, cells.get());
-    cells_ = std::move(cells);
-    cellCount_ = count;
+    while (name >= cellCount()) {
+        const NameId first = cellCount();
+        cells_.push_back(std::make_unique<Cell[]>(cellsInBlock));
+        for (NameId i = 0; i < cellsInBlock; ++i) cells_.back()[i].name = first + i;
+    }
 }
 
 // Gives a call as many arguments as there are parameters.
 void Scopes::fitArguments(BindingIndex end) {
-    while (calls_.size() < end) addArgument(Variable());
-    calls_.dropTo(end, [](const BoundVariable&) {});
-}
-
-void Scopes::popVisibleLocalScopes() {
-    while (hasVisibleLocalScope()) popLocalScope();
+    while (calls_.size() < end) calls_.push(Variable());
+    calls_.dropTo(end, [](const BindingLink&) {});
 }
 
 Variable* Scopes::findIn(Scope& scope, NameId name) {
@@ -37,13 +32,12 @@ Variable* Scopes::findIn(Scope& scope, NameId name) {
 }
 
 // In the native scope and among the globals.
-Variable* Scopes::findPastCalls(NameId name) {
-    if (name >= cellCount_) return nullptr;
-    Cell& cell = cells_[name];
+Variable* Scopes::search(Cell& cell) {
     if (cell.nativeEntries > 0) {
-        if (Variable* native = findNative(name)) return native;
+        if (Variable* native = findNative(cell.name)) return native;
+        return cell.defined ? &cell.global : nullptr;
     }
-    return cell.defined ? &cell.global : nullptr;
+    return cell.defined ? cell.value = &cell.global : nullptr;
 }
 
 Variable* Scopes::findNative(NameId name) {
@@ -53,14 +47,12 @@ Variable* Scopes::findNative(NameId name) {
 Variable* Scopes::findExplicit(NameId name, int scope) {
     if (scope == 0) return findIn(externalScope_, name);
     if (scope == 2) return findNative(name);
-    if (name >= cellCount_) return nullptr;
-    Cell& cell = cells_[name];
+    Cell& cell = this->cell(name);
     if (scope == 1) return cell.defined ? &cell.global : nullptr;
-    return cell.newestLocal >= visibleLocals_ ? &locals_[cell.newestLocal].value : nullptr;
+    return cell.newestLocal >= visibleLocals_ ? &locals_.value(cell.newestLocal) : nullptr;
 }
 
-void Scopes::setGlobal(NameId name, Variable value) {
-    Cell& cell = cellFor(name);
+void Scopes::setGlobal(Cell& cell, Variable value) {
     cell.global = std::move(value);
     cell.defined = true;
 }
@@ -76,7 +68,11 @@ void Scopes::setNative(NameId name, Variable value) {
         return;
     }
     nativeScopes_[nativeLevel_].emplace_back(name, std::move(value));
-    ++cellFor(name).nativeEntries;
+    Cell& cell = this->cell(name);
+    if (cell.nativeEntries++ > 0) return;
+    if (cell.value == &cell.global) cell.value = nullptr;
+    forgetGlobal(locals_, cell);
+    forgetGlobal(calls_, cell);
 }
 
 void Scopes::setExternal(NameId name, Variable value) {
@@ -113,42 +109,107 @@ void Scopes::commitExternals() {
     for (auto& [name, value] : entries) setGlobal(name, std::move(value));
 }
 
+// From now on a look that gets past all bindings of the name has to search.
+void Scopes::forgetGlobal(BindingStack& stack, const Cell& cell) {
+    for (BindingIndex place = 0; place < stack.size(); ++place) {
+        BindingLink& link = stack.link(place);
+        if (link.cell == &cell && link.hidden == &cell.global) link.hidden = nullptr;
+    }
+}
+
 CallScope Scopes::pushCallScope(std::span<const NameId> names) {
-    const CallScope scope = openCallScope();
-    nameArguments(scope, names);
+    const CallScope scope = calls_.size();
+    for (const NameId name : names) {
+        calls_.push(Variable());
+        Cell& cell = this->cell(name);
+        const Variable* const top = *topOf(cell);
+        const bool isRepeated = top >= &calls_.value(scope) && top < &calls_.value(calls_.size() - 1);
+        if (!isRepeated) nameCallEntry(calls_.size() - 1, cell);
+    }
     return scope;
+}
+
+Variable** Scopes::topBelowLocals(Cell& cell) {
+    BindingIndex oldest = cell.newestLocal;
+    while (locals_.link(oldest).shadowed >= visibleLocals_) oldest = locals_.link(oldest).shadowed;
+    return &locals_.link(oldest).hidden;
+}
+
+void Scopes::hideLocals() {
+    for (BindingIndex place = locals_.size() - 1; place >= visibleLocals_; --place) {
+        const BindingLink& link = locals_.link(place);
+        link.cell->value = link.hidden;
+    }
+}
+
+void Scopes::showLocals() {
+    for (BindingIndex place = visibleLocals_; place < locals_.size(); ++place) {
+        BindingLink& link = locals_.link(place);
+        link.hidden = std::exchange(link.cell->value, &locals_.value(place));
+    }
 }
 
 std::vector<std::pair<NameId, const Variable*>> Scopes::definedGlobals() const {
     std::vector<std::pair<NameId, const Variable*>> globals;
-    for (NameId name = 0; name < cellCount_; ++name)
-        if (cells_[name].defined) globals.emplace_back(name, &cells_[name].global);
+    for (const std::unique_ptr<Cell[]>& block : cells_)
+        for (const Cell& cell : std::span(block.get(), cellsInBlock))
+            if (cell.defined) globals.emplace_back(cell.name, &cell.global);
     return globals;
 }
 
-void Scopes::detach(const BindingStack& stack, BindingIndex Cell::*newest) {
-    for (BindingIndex place = stack.size() - 1; place >= 0; --place) {
-        const BoundVariable& binding = stack[place];
-        if (binding.name != noName) cells_[binding.name].*newest = binding.shadowed;
+Scopes::Frames Scopes::framesWithLocals(std::span<const NameId> names, std::span<const Variable> values,
+                                        std::uint32_t nativeLevel) {
+    Frames frames;
+    frames.localScopes.push(0);
+    frames.nativeLevel = nativeLevel;
+    BindingStack& locals = frames.locals;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        Cell& name = cell(names[i]);
+        Variable value = i < values.size() ? Variable(values[i]) : Variable();
+        BindingIndex place = 0;
+        while (place < locals.size() && locals.link(place).cell != &name) ++place;
+        if (place < locals.size()) {
+            locals.value(place) = std::move(value);
+        } else {
+            locals.push(std::move(value));
+            locals.link(place).cell = &name;
+        }
+    }
+    return frames;
+}
+
+// Takes every binding out of the cells.
+void Scopes::detach() {
+    hideLocals();
+    for (BindingIndex place = locals_.size() - 1; place >= 0; --place)
+        locals_.link(place).cell->newestLocal = locals_.link(place).shadowed;
+    for (BindingIndex place = calls_.size() - 1; place >= 0; --place) {
+        const BindingLink& link = calls_.link(place);
+        if (link.cell) link.cell->value = link.hidden;
     }
 }
 
-void Scopes::attach(const BindingStack& stack, BindingIndex Cell::*newest) {
-    for (BindingIndex place = 0; place < stack.size(); ++place)
-        if (stack[place].name != noName) cellFor(stack[place].name).*newest = place;
+void Scopes::attach() {
+    for (BindingIndex place = 0; place < calls_.size(); ++place) {
+        BindingLink& link = calls_.link(place);
+        if (link.cell) link.hidden = std::exchange(link.cell->value, &calls_.value(place));
+    }
+    for (BindingIndex place = 0; place < locals_.size(); ++place) {
+        BindingLink& link = locals_.link(place);
+        link.shadowed = std::exchange(link.cell->newestLocal, place);
+    }
+    showLocals();
 }
 
 void Scopes::exchangeFrames(Frames& frames) {
-    detach(locals_, &Cell::newestLocal);
-    detach(calls_, &Cell::newestCall);
+    detach();
     locals_.swap(frames.locals);
     calls_.swap(frames.calls);
     localScopes_.swap(frames.localScopes);
     std::swap(localBase_, frames.localBase);
     std::swap(visibleLocals_, frames.visibleLocals);
     std::swap(nativeLevel_, frames.nativeLevel);
-    attach(locals_, &Cell::newestLocal);
-    attach(calls_, &Cell::newestCall);
+    attach();
 }
 
 }  // namespace kelmora

@@ -3,15 +3,12 @@
 #include <cstdint>
 #include <memory>
 #include <span>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "base/small_stack.h"
 #include "script/binding_stack.h"
-#include "script/names.h"
-#include "script/token.h"
-#include "script/variable.h"
+#include "script/place.h"
 
 namespace kelmora {
 
@@ -22,50 +19,47 @@ using CallScope = BindingIndex;
 // then in the call scopes of all running calls from the newest, then in the current native scope, then
 // among the globals.
 //
-// Each name has a cell that knows its newest binding in the local and in the call scopes, and each
-// binding knows the one it shadows: look-up is an index, not a search, and costs the same at any depth.
+// Each name has a cell, which never moves and holds what a look finds; each binding holds what it hides of
+// its name and puts it back when it goes. So a look is a load at any depth, and scopes cost where they open
+// and close. A pointer to a value holds until the next write or drop.
 class Scopes {
 public:
-    // A name that is nowhere gives null. A pointer holds until the next write or push.
+    Cell& cell(NameId name) {
+        if (name >= cellCount()) growCells(name);
+        return cells_[name / cellsInBlock][name % cellsInBlock];
+    }
+
+    // A name that is nowhere gives null.
+    Variable* find(Cell& cell) { return cell.value ? cell.value : search(cell); }
     const Variable* find(NameId name) const { return const_cast<Scopes*>(this)->findMutable(name); }
-    Variable* findMutable(NameId name) {
-        Variable* found = findQuicklyMutable(name);
-        return found ? found : findPastCalls(name);
-    }
-    // The same, but a name that native scopes hold may give null too. Calls nothing.
-    const Variable* findQuickly(NameId name) const {
-        return const_cast<Scopes*>(this)->findQuicklyMutable(name);
-    }
-    Variable* findQuicklyMutable(NameId name) {
-        if (name >= cellCount_) return nullptr;
-        Cell& cell = cells_[name];
-        if (cell.newestLocal >= visibleLocals_) return &locals_[cell.newestLocal].value;
-        if (cell.newestCall != noBinding) return &calls_[cell.newestCall].value;
-        return cell.isOnlyGlobal() ? &cell.global : nullptr;
-    }
+    Variable* findMutable(NameId name) { return find(cell(name)); }
     // The scopes of `name#n`: 0 external, 1 global, 2 native, 3 local.
     Variable* findExplicit(NameId name, int scope);
 
-    void setGlobal(NameId name, Variable value);
-    void setLocal(NameId name, Variable&& value) {
+    void setGlobal(NameId name, Variable value) { setGlobal(cell(name), std::move(value)); }
+    void setLocal(NameId name, Variable&& value) { setLocal(cell(name), std::move(value)); }
+    void setLocal(Cell& cell, Variable&& value) {
         if (!hasVisibleLocalScope()) pushLocalScope();
-        Cell& cell = cellFor(name);
         if (cell.newestLocal >= localScopes_.back()) {
-            locals_[cell.newestLocal].value = std::move(value);
-        } else {
-            locals_.push(name, cell.newestLocal, std::move(value));
-            cell.newestLocal = locals_.size() - 1;
+            locals_.value(cell.newestLocal) = std::move(value);
+            return;
         }
+        Variable& bound = locals_.push(std::move(value));
+        const BindingIndex place = locals_.size() - 1;
+        locals_.link(place) = {&cell, cell.value, cell.newestLocal};
+        cell.newestLocal = place;
+        cell.value = &bound;
     }
     void setNative(NameId name, Variable value);
     void setExternal(NameId name, Variable value);
     void setExplicit(NameId name, int scope, Variable value);
     // Overwrites the variable that the name resolves to, or makes a global.
-    void assignDefault(NameId name, Variable&& value) {
-        if (Variable* existing = findMutable(name)) {
+    void assignDefault(NameId name, Variable&& value) { assignDefault(cell(name), std::move(value)); }
+    void assignDefault(Cell& cell, Variable&& value) {
+        if (Variable* existing = find(cell)) {
             *existing = std::move(value);
         } else {
-            setGlobal(name, std::move(value));
+            setGlobal(cell, std::move(value));
         }
     }
     // Moves every external entry to the globals.
@@ -74,38 +68,48 @@ public:
     // Local scopes: one for each running block.
     void pushLocalScope() { localScopes_.push(locals_.size()); }
     void popLocalScope() {
-        unbindTo(locals_, &Cell::newestLocal, localScopes_.back());
+        locals_.dropTo(localScopes_.back(), [](const BindingLink& link) {
+            link.cell->newestLocal = link.shadowed;
+            link.cell->value = link.hidden;
+        });
         localScopes_.drop();
     }
     std::uint32_t localScopeCount() const { return localScopes_.size(); }
+    void popLocalScopesTo(std::uint32_t count) {
+        while (localScopes_.size() > count) popLocalScope();
+    }
     bool hasVisibleLocalScope() const { return localScopes_.size() > localBase_; }
 
-    // Call scopes: parameters and loop variables. Missing arguments are nil. A name that stands twice
-    // keeps its first place. Scopes are closed in the reverse order of opening.
+    // Call scopes: parameters, loop variables, and the values without a name that calls and loops keep.
+    // Scopes are closed in the reverse order of opening.
+    BindingStack& calls() { return calls_; }
+    // Missing values are nil. A name that stands twice keeps its first place.
     CallScope pushCallScope(std::span<const NameId> names);
-    void popCallScope(CallScope scope) { unbindTo(calls_, &Cell::newestCall, scope); }
+    // Closes a scope in a call that goes on, or all that a call has opened: its locals are gone then.
+    void popCallScope(CallScope scope) {
+        calls_.dropTo(scope, [this](const BindingLink& link) {
+            if (link.cell) *topOf(*link.cell) = link.hidden;
+        });
+    }
+    void leaveCallScopes(CallScope scope) {
+        calls_.dropTo(scope, [](const BindingLink& link) {
+            if (link.cell) link.cell->value = link.hidden;
+        });
+    }
     // The n-th entry of a call scope.
     Variable& callEntry(CallScope scope, std::size_t index) {
-        return calls_[scope + static_cast<BindingIndex>(index)].value;
+        return calls_.value(scope + static_cast<BindingIndex>(index));
     }
-    // Opening in steps, for a call whose arguments are made where they will stand: each value is added
-    // without a name, and then the names are given to them.
-    CallScope openCallScope() const { return calls_.size(); }
-    void addArgument(Variable&& value) { calls_.push(noName, noBinding, std::move(value)); }
-    [[gnu::always_inline]] void nameArguments(CallScope scope, std::span<const NameId> names) {
-        const auto end = scope + static_cast<BindingIndex>(names.size());
-        if (calls_.size() != end) fitArguments(end);
-        coverNames(names);
-        BoundVariable* binding = calls_.place(scope);
-        for (BindingIndex place = scope; const NameId name : names) {
-            Cell& cell = cells_[name];
-            if (cell.newestCall < scope) {  // a repeated name keeps its first place
-                binding->name = name;
-                binding->shadowed = cell.newestCall;
-                cell.newestCall = place;
-            }
-            ++binding;
-            ++place;
+    // Gives a value of the running call's stack a name that it does not hold there yet.
+    void nameCallEntry(BindingIndex place, Cell& cell) { bind(place, cell, *topOf(cell)); }
+    // Gives the values from `scope` on the parameters' names, as many as there are; null for a name that
+    // stands twice. The caller's locals are out of sight already.
+    [[gnu::always_inline]] void nameArguments(CallScope scope, std::span<Cell* const> parameters) {
+        const BindingIndex end = scope + static_cast<BindingIndex>(parameters.size());
+        if (calls_.size() != end) [[unlikely]] fitArguments(end);
+        for (Cell* parameter : parameters) {
+            if (parameter) bind(scope, *parameter, parameter->value);
+            ++scope;
         }
     }
 
@@ -117,17 +121,20 @@ public:
     };
     CallerView callerView() const { return {localBase_, visibleLocals_, nativeLevel_}; }
     // Starts a call: the block locals of the caller go out of sight.
-    void enterCall(std::uint32_t nativeLevel) {
+    [[gnu::always_inline]] void enterCall(std::uint32_t nativeLevel) {
+        if (locals_.size() > visibleLocals_) hideLocals();
         localBase_ = localScopes_.size();
         visibleLocals_ = locals_.size();
         nativeLevel_ = nativeLevel;
     }
-    // Also drops what is left of the local scopes opened since enterCall.
-    void leaveCall(const CallerView& view) {
-        if (hasVisibleLocalScope()) popVisibleLocalScopes();
+    // Ends a call with all scopes that it has left open, down to its first argument.
+    [[gnu::always_inline]] void leaveCall(const CallerView& view, CallScope arguments) {
+        if (hasVisibleLocalScope()) popLocalScopesTo(localBase_);
+        leaveCallScopes(arguments);
         localBase_ = view.localBase;
         visibleLocals_ = view.visibleLocals;
         nativeLevel_ = view.nativeLevel;
+        if (locals_.size() > visibleLocals_) showLocals();
     }
 
     std::uint32_t nativeLevel() const { return nativeLevel_; }
@@ -138,49 +145,49 @@ public:
 
     // Local and call scopes of a coroutine, which take the place of the main script's for its turn.
     struct Frames {
-        BindingStack locals;
-        BindingStack calls;
+        static constexpr BindingIndex capacity = 1 << 15;
+        BindingStack locals{capacity};
+        BindingStack calls{capacity};
         SmallStack<BindingIndex> localScopes;
         std::uint32_t localBase = 0;
         BindingIndex visibleLocals = 0;
         std::uint32_t nativeLevel = 0;
     };
+    // With one local scope of these names; missing values are nil.
+    Frames framesWithLocals(std::span<const NameId> names, std::span<const Variable> values,
+                            std::uint32_t nativeLevel);
     void exchangeFrames(Frames& frames);
 
 private:
-    struct Cell {
-        Variable global;
-        BindingIndex newestLocal = noBinding;
-        BindingIndex newestCall = noBinding;
-        std::uint32_t nativeEntries = 0;
-        bool defined = false;
-        bool isOnlyGlobal() const { return defined && nativeEntries == 0; }
-    };
     using Scope = std::vector<std::pair<NameId, Variable>>;
+    static constexpr NameId cellsInBlock = 256;
 
-    Cell& cellFor(NameId name) {
-        if (name >= cellCount_) growCells(name);
-        return cells_[name];
-    }
+    NameId cellCount() const { return static_cast<NameId>(cells_.size()) * cellsInBlock; }
     void growCells(NameId name);
-    void coverNames(std::span<const NameId> names) {
-        for (const NameId name : names) cellFor(name);
-    }
-    void fitArguments(BindingIndex end);
-    void popVisibleLocalScopes();
-    Variable* findPastCalls(NameId name);
+    Variable* search(Cell& cell);
     Variable* findNative(NameId name);
     static Variable* findIn(Scope& scope, NameId name);
-    void unbindTo(BindingStack& stack, BindingIndex Cell::*newest, BindingIndex size) {
-        stack.dropTo(size, [&](const BoundVariable& binding) {
-            if (binding.name != noName) cells_[binding.name].*newest = binding.shadowed;
-        });
-    }
-    void detach(const BindingStack& stack, BindingIndex Cell::*newest);
-    void attach(const BindingStack& stack, BindingIndex Cell::*newest);
+    void setGlobal(Cell& cell, Variable value);
 
-    std::unique_ptr<Cell[]> cells_;  // by name
-    std::uint32_t cellCount_ = 0;
+    // What a call binding of the name hides or is hidden by: the running call's locals go before it.
+    Variable** topOf(Cell& cell) {
+        return cell.newestLocal >= visibleLocals_ ? topBelowLocals(cell) : &cell.value;
+    }
+    Variable** topBelowLocals(Cell& cell);
+    void bind(BindingIndex place, Cell& cell, Variable*& top) {
+        BindingLink& link = calls_.link(place);
+        link.cell = &cell;
+        link.hidden = top;
+        top = &calls_.value(place);
+    }
+    void fitArguments(BindingIndex end);
+    void hideLocals();
+    void showLocals();
+    void detach();
+    void attach();
+    void forgetGlobal(BindingStack& stack, const Cell& cell);
+
+    std::vector<std::unique_ptr<Cell[]>> cells_;  // by name, in blocks
     BindingStack locals_;
     BindingStack calls_;
     SmallStack<BindingIndex> localScopes_;  // place of each scope's first binding
@@ -199,9 +206,7 @@ public:
     }
     LocalScopeGuard(const LocalScopeGuard&) = delete;
     LocalScopeGuard& operator=(const LocalScopeGuard&) = delete;
-    ~LocalScopeGuard() {
-        while (scopes_.localScopeCount() > count_) scopes_.popLocalScope();
-    }
+    ~LocalScopeGuard() { scopes_.popLocalScopesTo(count_); }
 
 private:
     Scopes& scopes_;

@@ -3,7 +3,6 @@
 #include <span>
 #include <stdexcept>
 
-#include "script/bytecode_executor.h"
 #include "script/expression_walk.h"
 #include "script/line_parser.h"
 #include "script/numbers.h"
@@ -16,7 +15,7 @@ Variable Interpreter::evaluateExpression(const ParsedScriptLine& line, std::uint
 
 Variable Interpreter::evaluateRange(const ParsedScriptLine& line, const PreparedExpression& expression,
                                     std::string_view leftover) {
-    if (expression.fast.valid() && fastExpressions) return expression.fast.evaluate(*this);
+    if (expression.fast.valid() && fastExpressions) return runCode(expressionCode(expression.fast));
     std::uint32_t index = expression.first;
     Variable value = evaluateExpression(line, index);
     if (index != expression.last && !shouldAbortForSoftRaisedError())
@@ -26,7 +25,10 @@ Variable Interpreter::evaluateRange(const ParsedScriptLine& line, const Prepared
 
 bool Interpreter::evaluateCondition(const ParsedScriptLine& line, std::string_view statement) {
     const PreparedExpression& expression = line.expression;
-    if (expression.fast.valid() && fastExpressions) return expression.fast.test(*this);
+    if (expression.fast.valid() && fastExpressions) {
+        const Variable value = runCode(expressionCode(expression.fast));
+        return isTruthy(value) && !shouldAbortForSoftRaisedError();
+    }
     std::uint32_t index = 1;
     const Variable value = evaluateExpression(line, index);
     if (shouldAbortForSoftRaisedError()) return false;
@@ -163,7 +165,6 @@ void Interpreter::fillDeclaredBody(ScriptCallable& callable, const ScriptCallabl
     for (const FunctionDeclaration& declaration : owner.program->functionDeclarations) {
         if (declaration.line != line) continue;
         callable.setProgram(owner.program, declaration.bodyChunk);
-        callable.entry = &BytecodeExecutor::blockOf(*this, *owner.program, declaration.bodyChunk);
     }
     if (!callable.program) throw std::runtime_error("Bytecode function-declaration index out of range");
 }

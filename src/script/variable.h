@@ -109,6 +109,7 @@ public:
     bool isTable() const { return type_ == VarType::Table; }
     bool isFunction() const { return type_ == VarType::Function; }
 
+    bool ownsObject() const { return isCounted(); }
     // Takes the other's value when neither owns anything; false, with nothing done, otherwise.
     bool assignPlain(const Variable& other) {
         if (isCounted() || other.isCounted()) return false;

@@ -1,0 +1,274 @@
+#include "script/code_builder.h"
+
+#include <stdexcept>
+
+namespace kelmora {
+namespace {
+
+Operation arithmeticOf(TokenKind operation) {
+    switch (operation) {
+        case TokenKind::Plus:
+            return Operation::Add;
+        case TokenKind::Minus:
+            return Operation::Subtract;
+        case TokenKind::Multiply:
+            return Operation::Multiply;
+        case TokenKind::IntegerDivide:
+            return Operation::IntegerDivide;
+        case TokenKind::Remainder:
+            return Operation::Remainder;
+        default:
+            return Operation::Operate;
+    }
+}
+
+Operation jumpOf(TokenKind comparison, bool when) {
+    const Operation first = when ? Operation::JumpIfEqual : Operation::JumpUnlessEqual;
+    const auto distance = static_cast<int>(comparison) - static_cast<int>(TokenKind::Equal);
+    return static_cast<Operation>(static_cast<int>(first) + distance);
+}
+
+}  // namespace
+
+void CodeBuilder::emit(Operation operation, Operands operands) {
+    Instruction instruction{operation, operands.kind, operands.flags, 0, operands.number,
+                            operands.a, operands.b,   operands.c};
+    if (operation == Operation::OpenFor && isTemporary(operands.a)) instruction.temporaries |= 1;
+    if (isTemporary(operands.b)) instruction.temporaries |= 2;
+    if (isTemporary(operands.c)) instruction.temporaries |= 4;
+    code_.instructions.push_back(instruction);
+    code_.sites.push_back(site_);
+}
+
+void CodeBuilder::emitCalling(Operation operation, Operands operands) {
+    emit(operation, operands);
+    code_.behindCalls.push_back(here());
+}
+
+void CodeBuilder::emitFault(const char* message, const char* token) {
+    emit(Operation::Fault, {.number = addText({message, token})});
+}
+
+std::uint32_t CodeBuilder::addText(CodeText text) {
+    code_.texts.push_back(text);
+    return static_cast<std::uint32_t>(code_.texts.size() - 1);
+}
+
+void CodeBuilder::emitJump(Jumps& jumps, Operation operation, Operands operands) {
+    jumps.push_back(here());
+    emit(operation, operands);
+}
+
+void CodeBuilder::land(Jumps& jumps) {
+    for (const std::uint32_t jump : jumps) code_.instructions[jump].number = here();
+    jumps.clear();
+}
+
+Place* CodeBuilder::constant(const Variable& value) {
+    Place*& known = constants_[{value.type(), value.identity()}];
+    if (!known) known = &code_.constants.emplace_back(value);
+    return known;
+}
+
+Place* CodeBuilder::newTemporary() {
+    if (held_.size() == temporaryCount) throw std::logic_error("An expression needs too many temporaries");
+    held_.push_back(false);
+    return &temporaries_[held_.size() - 1];
+}
+
+Place* CodeBuilder::hold(Place* temporary) {
+    held_[static_cast<std::size_t>(static_cast<ValuePlace*>(temporary) - temporaries_)] = true;
+    return temporary;
+}
+
+Place* CodeBuilder::operand(const FastExprNode& node, bool isKept) {
+    switch (node.kind) {
+        case FastExprNodeKind::Constant:
+            return constant(node.constant);
+        case FastExprNodeKind::Variable:
+            if (!isKept) return cell(node.name);
+            break;
+        case FastExprNodeKind::Identity:
+            return operand(node.leftNode(), isKept);
+        default:
+            break;
+    }
+    Place* const temporary = newTemporary();
+    evaluateInto(node, temporary);
+    return hold(temporary);
+}
+
+void CodeBuilder::evaluateInto(const FastExprNode& node, Place* target) {
+    const std::size_t before = mark();
+    switch (node.kind) {
+        case FastExprNodeKind::Constant:
+        case FastExprNodeKind::Variable:
+            emit(Operation::Copy, {.a = target, .b = operand(node)});
+            break;
+        case FastExprNodeKind::ScopedVariable:
+            emit(Operation::ReadScoped, {.a = target, .b = cell(node.name), .number = node.scope});
+            break;
+        case FastExprNodeKind::Varargs:
+            emit(Operation::Varargs, {.a = target});
+            break;
+        case FastExprNodeKind::Index: {
+            Place* const container = operand(node.leftNode(), node.rightNode().mayCall);
+            Place* const key = operand(node.rightNode());
+            emit(Operation::Element, {.a = target, .b = container, .c = key});
+            break;
+        }
+        case FastExprNodeKind::Call:
+            callFor(node, target);
+            break;
+        case FastExprNodeKind::Identity:
+            evaluateInto(node.leftNode(), target);
+            break;
+        case FastExprNodeKind::Negate:
+            emit(Operation::Negate, {.a = target, .b = operand(node.leftNode())});
+            break;
+        case FastExprNodeKind::Not:
+            emit(Operation::Not, {.a = target, .b = operand(node.leftNode())});
+            break;
+        case FastExprNodeKind::Length:
+            emit(Operation::Length, {.a = target, .b = operand(node.leftNode())});
+            break;
+        case FastExprNodeKind::Binary: {
+            Place* const left = operand(node.leftNode(), node.rightNode().mayCall);
+            Place* const right = operand(node.rightNode());
+            emit(node.isComparison() ? Operation::Compare : arithmeticOf(node.operation),
+                 {.a = target, .b = left, .c = right, .kind = node.operation});
+            break;
+        }
+        case FastExprNodeKind::And:
+        case FastExprNodeKind::Or:
+            logical(node, target);
+            break;
+        case FastExprNodeKind::Array:
+            array(node, target);
+            break;
+        case FastExprNodeKind::Table:
+            table(node, target);
+            break;
+        case FastExprNodeKind::KeyEntry:  // read by its table
+            break;
+    }
+    release(before);
+}
+
+void CodeBuilder::logical(const FastExprNode& node, Place* target) {
+    Place* const value = isTemporary(target) ? target : newTemporary();
+    Jumps decided;
+    evaluateInto(node.leftNode(), value);
+    emitJump(decided, node.kind == FastExprNodeKind::Or ? Operation::KeepIf : Operation::KeepUnless,
+             {.b = value});
+    evaluateInto(node.rightNode(), value);
+    land(decided);
+    if (value != target) emit(Operation::Take, {.a = target, .b = value});
+}
+
+void CodeBuilder::push(const FastExprNode& node) {
+    const std::size_t before = mark();
+    Place* const value = operand(node);
+    emit(isTemporary(value) ? Operation::PushTaken : Operation::Push, {.b = value});
+    release(before);
+}
+
+void CodeBuilder::callFor(const FastExprNode& node, Place* result) {
+    const std::size_t before = mark();
+    std::vector<Place*> kept;
+    for (std::size_t i = 0; i < held_.size(); ++i) {
+        if (!held_[i]) continue;
+        held_[i] = false;
+        kept.push_back(&temporaries_[i]);
+        emit(Operation::PushTaken, {.b = kept.back()});
+    }
+
+    bool argumentsCall = false;
+    const FastExprNode* argument = &node.rightNode();
+    for (std::uint32_t i = 0; i < node.count; ++i, argument = &argument->nextNode())
+        argumentsCall = argumentsCall || argument->mayCall;
+    // What is called is settled before the arguments run.
+    Place* callee = nullptr;
+    if (argumentsCall) {
+        push(node.leftNode());
+    } else {
+        callee = operand(node.leftNode());
+    }
+    argument = &node.rightNode();
+    for (std::uint32_t i = 0; i < node.count; ++i, argument = &argument->nextNode()) push(*argument);
+    emitCalling(callee ? Operation::Call : Operation::CallPushed,
+                {.a = result, .b = callee, .number = node.count});
+    release(before);
+
+    for (std::size_t i = kept.size(); i-- > 0;) emit(Operation::Pop, {.a = hold(kept[i])});
+}
+
+// Long ones are made in parts, which the stack has room for.
+void CodeBuilder::array(const FastExprNode& node, Place* target) {
+    constexpr std::uint32_t partLength = 4096;
+    Place* const made = hold(newTemporary());
+    const FastExprNode* item = &node.rightNode();
+    std::uint32_t pushed = 0;
+    emit(Operation::NewArray, {.a = made, .number = node.count});
+    for (std::uint32_t i = 0; i < node.count; ++i, item = &item->nextNode()) {
+        push(*item);
+        if (++pushed < partLength && i + 1 < node.count) continue;
+        emit(Operation::AddItems, {.a = made, .number = pushed});
+        pushed = 0;
+    }
+    emit(Operation::Take, {.a = target, .b = made});
+}
+
+void CodeBuilder::table(const FastExprNode& node, Place* target) {
+    Place* const made = newTemporary();
+    emit(Operation::NewTable, {.a = made, .number = node.count});
+    hold(made);
+    std::int32_t position = 0;
+    const FastExprNode* entry = &node.rightNode();
+    for (std::uint32_t i = 0; i < node.count; ++i, entry = &entry->nextNode()) {
+        const std::size_t before = mark();
+        Place* key = nullptr;
+        const FastExprNode* value = entry;
+        if (entry->kind == FastExprNodeKind::KeyEntry) {
+            value = &entry->rightNode();
+            key = operand(entry->leftNode(), value->mayCall);
+            // One that is none is refused before the value is made.
+            const bool isSound = entry->leftNode().kind == FastExprNodeKind::Constant &&
+                                 (entry->leftNode().constant.isString() || entry->leftNode().constant.isInt());
+            if (!isSound) emit(Operation::CheckKey, {.b = key});
+        } else {
+            key = constant(Variable::integer(++position));
+        }
+        Place* const stored = operand(*value);
+        emit(Operation::SetEntry, {.a = made, .b = key, .c = stored});
+        release(before);
+    }
+    emit(Operation::Take, {.a = target, .b = made});
+}
+
+void CodeBuilder::test(const FastExprNode& node, bool when, Jumps& jumps) {
+    const std::size_t before = mark();
+    if (node.kind == FastExprNodeKind::Not) {
+        test(node.leftNode(), !when, jumps);
+    } else if (node.kind == FastExprNodeKind::And || node.kind == FastExprNodeKind::Or) {
+        const bool decides = node.kind == FastExprNodeKind::Or;  // what ends it with the left side
+        if (when == decides) {
+            test(node.leftNode(), when, jumps);
+            test(node.rightNode(), when, jumps);
+        } else {
+            Jumps decided;
+            test(node.leftNode(), decides, decided);
+            test(node.rightNode(), when, jumps);
+            land(decided);
+        }
+    } else if (node.isComparison()) {
+        Place* const left = operand(node.leftNode(), node.rightNode().mayCall);
+        Place* const right = operand(node.rightNode());
+        emitJump(jumps, jumpOf(node.operation, when), {.b = left, .c = right});
+    } else {
+        emitJump(jumps, when ? Operation::JumpIf : Operation::JumpUnless, {.b = operand(node)});
+    }
+    release(before);
+}
+
+}  // namespace kelmora
