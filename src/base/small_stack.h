@@ -22,6 +22,9 @@ public:
         items_[size_++] = value;
     }
     void drop() { --size_; }
+    void dropTo(std::uint32_t size) {
+        if (size_ > size) size_ = size;
+    }
     void swap(SmallStack& other) noexcept {
         items_.swap(other.items_);
         std::swap(size_, other.size_);

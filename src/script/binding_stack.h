@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
+#include <new>
 #include <span>
 #include <stdexcept>
 #include <utility>
@@ -13,9 +15,9 @@ namespace kelmora {
 
 // What stands beside a bound value: the name that it carries, and what it hides of it.
 struct BindingLink {
-    Cell* cell = nullptr;  // null without a name
-    Variable* hidden = nullptr;
-    BindingIndex shadowed = noBinding;  // of a local, the one of the same name before it
+    Cell* cell;  // null without a name
+    Variable* hidden;
+    BindingIndex shadowed;  // of a local, the one of the same name before it
 };
 
 // Stack of bound values that never move: pointers to them hold until they are dropped, and those that stand
@@ -27,8 +29,10 @@ public:
     BindingStack() : BindingStack(fullCapacity) {}
     explicit BindingStack(BindingIndex capacity)
         : values_(std::allocator<Variable>().allocate(static_cast<std::size_t>(capacity))),
-          links_(std::allocator<BindingLink>().allocate(static_cast<std::size_t>(capacity))),
-          capacity_(capacity) {}
+          links_(static_cast<BindingLink*>(std::calloc(static_cast<std::size_t>(capacity), sizeof(BindingLink)))),
+          capacity_(capacity) {
+        if (!links_) throw std::bad_alloc();
+    }
     BindingStack(BindingStack&& other) noexcept
         : values_(std::exchange(other.values_, nullptr)),
           links_(std::exchange(other.links_, nullptr)),
@@ -42,7 +46,7 @@ public:
         dropTo(0, [](const BindingLink&) {});
         if (!values_) return;
         std::allocator<Variable>().deallocate(values_, static_cast<std::size_t>(capacity_));
-        std::allocator<BindingLink>().deallocate(links_, static_cast<std::size_t>(capacity_));
+        std::free(links_);
     }
 
     BindingIndex size() const { return size_; }
@@ -56,7 +60,6 @@ public:
     // Adds a value without a name.
     [[gnu::always_inline]] Variable& push(Variable&& value) {
         if (size_ == capacity_) [[unlikely]] failFull();
-        links_[size_].cell = nullptr;
         return *std::construct_at(values_ + size_++, std::move(value));
     }
     [[gnu::always_inline]] Variable& push(const Variable& value) { return push(Variable(value)); }
@@ -64,14 +67,29 @@ public:
         --size_;
         return std::move(values_[size_]);  // what is moved from holds nothing
     }
-    // Drops from the top down to this size what `leave` has seen.
+    // Drops from the top down to this size; `leave` sees the links of values with a name.
     template <typename Leave>
     [[gnu::always_inline]] void dropTo(BindingIndex size, Leave leave) {
-        while (size_ > size) {
-            --size_;
-            leave(links_[size_]);
-            const Variable old(std::move(values_[size_]));
-        }
+        if (size_ <= size) return;
+        BindingLink* link = links_ + size_;
+        Variable* value = values_ + size_;
+        const Variable* const bottom = values_ + size;
+        size_ = size;
+        do {
+            --link;
+            --value;
+            if (link->cell) {
+                leave(*link);
+                link->cell = nullptr;
+            }
+            std::destroy_at(value);
+        } while (value != bottom);
+    }
+    // The same of values without a name.
+    [[gnu::always_inline]] void drop(BindingIndex count) {
+        Variable* value = values_ + size_;
+        size_ -= count;
+        for (const Variable* const bottom = values_ + size_; value != bottom;) std::destroy_at(--value);
     }
     void swap(BindingStack& other) noexcept {
         std::swap(values_, other.values_);
@@ -86,7 +104,7 @@ private:
     }
 
     Variable* values_;  // constructed below size_
-    BindingLink* links_;
+    BindingLink* links_;  // without a cell from size_ on; zeroed memory, which costs nothing until it is touched
     BindingIndex size_ = 0;
     BindingIndex capacity_;
 };

@@ -56,8 +56,9 @@ struct ScriptCallable : RefCounted {
         chunkIndex = chunk;
         bindsArguments = !isDecay && !isVariadic;
     }
-    // Of a function that binds its arguments, when it has first been called.
+    // Of the chunk, when it has first been called; the second only if it binds its arguments.
     const Code* code = nullptr;
+    const Code* boundCode = nullptr;
     std::vector<Cell*> parameterCells;  // null for a name that stood before
     std::vector<ParsedScriptLine> body;
     SourceFile source;

@@ -5,6 +5,7 @@
 #include "base/depth_guard.h"
 #include "script/binding.h"
 #include "script/interpreter.h"
+#include "script/protected_result.h"
 
 namespace kelmora {
 
@@ -13,8 +14,8 @@ class CallFrame {
 public:
     explicit CallFrame(Interpreter& script) : script_(script) {
         script.callRecords.push({script.context.line(), &script.context.file(), script.scopes.callerView(),
-                                 script.scopes.calls().size(), static_cast<std::uint32_t>(script.walks.size()),
-                                 static_cast<std::uint32_t>(script.activeChunks.size()), 0, nullptr, nullptr,
+                                 script.scopes.calls().size(), script.walkCount,
+                                 script.activeChunks.size(), 0, nullptr, nullptr,
                                  nullptr});
     }
     void enter(const ScriptCallable& callable, std::span<const Variable> arguments) {
@@ -34,13 +35,13 @@ private:
 };
 
 void Interpreter::leaveCall() {
-    const CallRecord record = callRecords.back();
-    callRecords.drop();
+    const CallRecord& record = callRecords.back();
     context.restoreLine(record.line);
     context.setFile(*record.file);
     scopes.leaveCall(record.view, record.bottom);
-    if (walks.size() > record.walks) walks.resize(record.walks);
-    if (activeChunks.size() > record.activeChunks) activeChunks.resize(record.activeChunks);
+    closeWalksTo(record.walks);
+    activeChunks.dropTo(record.activeChunks);
+    callRecords.drop();
 }
 
 // What `...` stands for in a variadic call.
@@ -149,8 +150,6 @@ Variable Interpreter::finishCall(BlockSignal& signal, Variable normalValue) {
     return signal.kind == BlockSignal::Kind::Return ? std::move(signal.value) : normalValue;
 }
 
-namespace {
-
 Variable protectedFailure(std::string message) {
     std::vector<Variable> values(2);
     values[0] = Variable::boolean(false);
@@ -166,8 +165,6 @@ Variable protectedSuccess(const Variable& result) {
     std::copy(results.begin(), results.end(), values.begin() + 1);
     return Variable::makeMulti(std::move(values));
 }
-
-}  // namespace
 
 Variable Interpreter::pcallFunction(std::span<const Variable> arguments) {
     if (arguments.empty()) throw std::runtime_error("pcall requires a callable value");

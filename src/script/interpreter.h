@@ -90,10 +90,10 @@ struct Interpreter {
         CallScope bottom;  // everything from here on the stack is the call's
         std::uint32_t walks;
         std::uint32_t activeChunks;
-        // Of a call inside running code: where it goes on, and the function, which is kept.
+        // Of a call inside running code: its instruction, and the function, which is kept.
         std::uint32_t level;
         const Code* code;
-        const Instruction* back;
+        const Instruction* call;
         ScriptCallable* callable;
     };
     // Undoes what the newest call has changed.
@@ -204,10 +204,14 @@ struct Interpreter {
         SequenceWalk walk;
         CallScope scope;
     };
-    std::vector<OpenWalk> walks;
+    std::vector<OpenWalk> walks;  // those from walkCount on are empty
+    std::uint32_t walkCount = 0;
+    void closeWalksTo(std::uint32_t count) {
+        while (walkCount > count) walks[--walkCount].walk = {};
+    }
     std::unique_ptr<ValuePlace[]> temporaries;
     const std::uint64_t serial;  // tells what was compiled for this interpreter
-    std::vector<ActiveBytecodeChunk> activeChunks;
+    SmallStack<ActiveBytecodeChunk> activeChunks;
     // Whole programs that ran: their labels stay reachable.
     std::vector<Variable> programCallables;
     // Off, every expression is evaluated by the token walk. The results are the same.

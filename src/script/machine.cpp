@@ -3,12 +3,14 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/small_stack.h"
 #include "script/code_compiler.h"
 #include "script/indexing.h"
 #include "script/interpreter.h"
 #include "script/numbers.h"
 #include "script/operators.h"
 #include "script/parsed_header.h"
+#include "script/protected_result.h"
 #include "script/table_object.h"
 
 // The loop that runs code. An instruction looks at its operands where they stand and does the frequent case, mostly
@@ -32,7 +34,7 @@ template <TokenKind operation>
     const Variable* const left = i.b->value;
     const Variable* const right = i.c->value;
     Variable* const target = i.a->value;
-    if (!left || !right || !target || !left->isInt() || !right->isInt()) return false;
+    if (!left->isInt() || !right->isInt()) return false;
     std::int32_t result = 0;
     return applyToIntegers(operation, left->intValue(), right->intValue(), result) &&
            target->assignPlain(Variable::integer(result));
@@ -42,7 +44,7 @@ template <TokenKind operation>
 [[gnu::always_inline]] inline bool updateIntegers(const Instruction& i) {
     Variable* const target = i.a->value;
     const Variable* const value = i.b->value;
-    return target && value && updateInteger(*target, operation, *value);
+    return updateInteger(*target, operation, *value);
 }
 
 template <TokenKind operation, typename Number>
@@ -58,7 +60,7 @@ template <TokenKind operation, typename Number>
 [[gnu::always_inline]] inline bool areIntegers(const Instruction& i) {
     const Variable* const left = i.b->value;
     const Variable* const right = i.c->value;
-    return left && right && left->isInt() && right->isInt();
+    return left->isInt() && right->isInt();
 }
 
 template <TokenKind operation>
@@ -85,11 +87,6 @@ bool compareValues(TokenKind operation, const Variable& left, const Variable& ri
     }
 }
 
-// The value of a name, a constant or a temporary that owns nothing: its truth in one look.
-[[gnu::always_inline]] inline bool isPlain(const Variable* value) {
-    return value && !value->ownsObject();
-}
-
 [[gnu::always_inline]] inline void reset(Variable& value) {
     const Variable old(std::move(value));
 }
@@ -104,10 +101,12 @@ bool compareValues(TokenKind operation, const Variable& left, const Variable& ri
     const Variable* const container = i.b->value;
     const Variable* const key = i.c->value;
     Variable* const target = i.a->value;
-    if (!container || !key || !target) return false;
     const Variable* const element = findElement(*container, *key);
     if (!element) return false;
-    if (!target->assignPlain(*element)) *target = *element;
+    if (!target->assignPlain(*element)) {
+        if (target->isUnfound()) return false;
+        *target = *element;
+    }
     useUp(i);
     return true;
 }
@@ -116,7 +115,7 @@ bool compareValues(TokenKind operation, const Variable& left, const Variable& ri
     const Variable* const container = i.a->value;
     const Variable* const key = i.b->value;
     const Variable* const value = i.c->value;
-    if (!container || !key || !value || !key->isInt() || !container->isArray()) return false;
+    if (!key->isInt() || !container->isArray()) return false;
     Variable* const element = findElementMutable(*container, *key);
     return element && element->assignPlain(*value);
 }
@@ -125,7 +124,6 @@ bool compareValues(TokenKind operation, const Variable& left, const Variable& ri
     const Variable* const container = i.a->value;
     const Variable* const key = i.b->value;
     const Variable* const value = i.c->value;
-    if (!container || !key || !value) return false;
     Variable* const element = findElementMutable(*container, *key);
     if (!element || !updateInteger(*element, i.kind, *value)) return false;
     if (i.temporaries & 2) reset(*i.b->value);
@@ -140,18 +138,25 @@ public:
         : script_(script),
           scopes_(script.scopes),
           level_(script.scopes.nativeLevel()),
-          base_(script.callRecords.size()) {}
+          base_(script.callRecords.size()),
+          depth_(script.callDepth) {}
 
-    // From the start of a step of the outermost block on, which holds labels, or from the very beginning.
-    Variable run(const Code& code, std::optional<std::uint32_t> step) {
+    // The first instruction: of a step of the outermost block, which holds labels, or of all.
+    const Instruction* begin(const Code& code, std::optional<std::uint32_t> step) {
         code_ = &codeForNow(code);
-        if (!step || code_->blocks.empty()) return execute(code_->begin());
+        if (!step || code_->blocks.empty()) return code_->begin();
         openBlock(code_->begin());
-        return execute(code_->begin() + code_->blocks[0].starts[*step]);
+        return code_->begin() + code_->blocks[0].starts[*step];
     }
+    // What the code returns. From behind a call, with `attends` set.
+    Variable execute(const Instruction* i, bool attends);
+    // After an exception: ends all calls down to the newest protected one, which gives false and the message,
+    // and tells where to go on; null where there is none.
+    const Instruction* recover(const char* message);
+    // Ends all calls of this run.
+    void abandon();
 
 private:
-    Variable execute(const Instruction* i);
     bool aborted() const { return script_.shouldAbortForSoftRaisedError(); }
 
     // Notes the instruction's place, for what may fail or look at it.
@@ -163,7 +168,7 @@ private:
     const ParsedScriptLine& lineOf(const Instruction* i) const { return *code_->siteOf(i).line; }
 
     const Variable& read(const Instruction* i, Place* place) {
-        if (place->value) return *place->value;
+        if (!place->value->isUnfound()) return *place->value;
         enterSite(i);
         const Variable* const found = scopes_.find(*static_cast<Cell*>(place));
         return found ? *found : nilValue;
@@ -172,7 +177,7 @@ private:
         return isTemporary ? Variable(std::move(*place->value)) : Variable(read(i, place));
     }
     void store(Place* place, Variable&& value) {
-        if (place->value) {
+        if (!place->value->isUnfound()) {
             *place->value = std::move(value);
         } else {
             scopes_.assignDefault(*static_cast<Cell*>(place), std::move(value));
@@ -218,8 +223,14 @@ private:
 
     // Calls. The arguments are on top of the stack; everything from `bottom` on goes with the call.
     [[gnu::always_inline]] inline const Instruction* enter(const Instruction* i, ScriptCallable& callable,
-                                                           CallScope bottom);
-    void callLibrary(const Instruction* i, LibraryFunction body);
+                                                           std::uint32_t count, CallScope bottom);
+    [[gnu::always_inline]] inline void callLibrary(const Instruction* i, LibraryFunction body, CallScope bottom);
+    [[gnu::always_inline]] inline bool isProtectable(const ScriptCallable& callable, std::uint32_t count) const;
+    const Instruction* enterProtected(const Instruction* i, CallScope bottom);
+    void endProtected(const char* thrown = nullptr);
+    void clearTemporaries() {
+        for (std::size_t i = 0; i < temporaryCount; ++i) script_.temporaries[i].own = Variable();
+    }
     const Instruction* callOther(const Instruction* i, const Variable& callee, CallScope bottom);
     [[gnu::always_inline]] inline const Instruction* leave();
 
@@ -246,7 +257,12 @@ private:
     const Code* code_ = nullptr;
     std::uint32_t level_;  // native level of the running function
     std::uint32_t base_;   // calls that this run did not make
+    std::uint32_t depth_;  // of the calls around it
     Variable result_;      // of a call or of the code
+
+    // The running protected calls of this run, by the number of calls with theirs.
+    SmallStack<std::uint32_t> protected_;
+    std::uint32_t protectedAt_ = 0;  // the newest one, or 0
 };
 
 // --- Values ---
@@ -413,7 +429,7 @@ void Machine::addItems(const Instruction* i) {
     std::vector<Variable>& items = i->a->value->items();
     const BindingIndex first = stack.size() - static_cast<BindingIndex>(i->number);
     for (BindingIndex place = first; place < stack.size(); ++place) items.push_back(std::move(stack.value(place)));
-    stack.dropTo(first, [](const BindingLink&) {});
+    stack.drop(static_cast<BindingIndex>(i->number));
 }
 
 void Machine::checkKey(const Instruction* i) {
@@ -469,14 +485,14 @@ void Machine::declare(const Instruction* i) {
 
 void Machine::openBlock(const Instruction* i) {
     scopes_.calls().push(Variable::integer(static_cast<std::int32_t>(scopes_.localScopeCount())));
-    if (i->flags & BlockFlags::holdsLabels) script_.activeChunks.push_back({code_->program, i->number});
+    if (i->flags & BlockFlags::holdsLabels) script_.activeChunks.push({code_->program, i->number});
     const bool joins = !(i->flags & BlockFlags::keepsScope) && scopes_.hasVisibleLocalScope();
     if ((i->flags & BlockFlags::opensScope) || joins) scopes_.pushLocalScope();
 }
 
 void Machine::closeBlock(const Instruction* i) {
     const Variable count = scopes_.calls().pop();
-    if (i->flags & BlockFlags::holdsLabels) script_.activeChunks.pop_back();
+    if (i->flags & BlockFlags::holdsLabels) script_.activeChunks.drop();
     scopes_.popLocalScopesTo(static_cast<std::uint32_t>(count.intValue()));
 }
 
@@ -530,13 +546,13 @@ void Machine::openWalk(const Instruction* i) {
     script_.throwHeaderFault(line, line.forHeader->fault);
     const CallScope scope = scopes_.pushCallScope(line.forHeader->names);
     SequenceWalk walk = script_.openSequenceWalk(line);
-    script_.walks.push_back({std::move(walk), scope});
+    if (script_.walkCount == script_.walks.size()) script_.walks.emplace_back();
+    script_.walks[script_.walkCount++] = {std::move(walk), scope};
 }
 
 void Machine::closeWalk() {
-    const CallScope scope = script_.walks.back().scope;
-    script_.walks.pop_back();
-    scopes_.popCallScope(scope);
+    script_.closeWalksTo(script_.walkCount - 1);
+    scopes_.popCallScope(script_.walks[script_.walkCount].scope);
 }
 
 void Machine::fail(const Instruction* i) {
@@ -548,45 +564,104 @@ void Machine::fail(const Instruction* i) {
 
 // --- Calls ---
 
-inline const Instruction* Machine::enter(const Instruction* i, ScriptCallable& callable, CallScope bottom) {
+inline const Instruction* Machine::enter(const Instruction* i, ScriptCallable& callable, std::uint32_t count,
+                                         CallScope bottom) {
     enterSite(i);
     script_.countStep();
     if (script_.callDepth >= maximumCallDepth) [[unlikely]] failTooDeep();
-    const CallScope arguments = scopes_.calls().size() - static_cast<CallScope>(i->number);
+    const CallScope arguments = scopes_.calls().size() - static_cast<CallScope>(count);
     callable.retain();  // what it is called by may be overwritten
     script_.callRecords.push({script_.context.line(), &script_.context.file(), scopes_.callerView(), bottom,
-                              static_cast<std::uint32_t>(script_.walks.size()),
-                              static_cast<std::uint32_t>(script_.activeChunks.size()), level_, code_, i + 1,
-                              &callable});
+                              script_.walkCount, script_.activeChunks.size(), level_, code_, i, &callable});
     ++script_.callDepth;
-    scopes_.enterCall(callable.nativeScopeIndex);
+    level_ = callable.nativeScopeIndex;
+    scopes_.enterCall(level_);
     scopes_.nameArguments(arguments, callable.parameterCells);
     if (callable.source.isKnown()) script_.context.setFile(callable.source);
-    level_ = callable.nativeScopeIndex;
-    code_ = &codeForNow(*callable.code);
+    code_ = &codeForNow(*callable.boundCode);
     return code_->begin();
 }
 
-// Gives back what the newest call has taken; the place behind it.
+// Gives back what the newest call has taken; its instruction.
 inline const Instruction* Machine::leave() {
     const Interpreter::CallRecord& record = script_.callRecords.back();
-    const Instruction* const back = record.back;
+    const Instruction* const call = record.call;
     ScriptCallable* const callable = record.callable;
     level_ = record.level;
     code_ = record.code;
-    script_.leaveCall();
+    script_.context.restoreLine(record.line);
+    script_.context.setFile(*record.file);
+    scopes_.leaveCall(record.view, record.bottom);
+    script_.closeWalksTo(record.walks);
+    script_.activeChunks.dropTo(record.activeChunks);
+    script_.callRecords.drop();
     --script_.callDepth;
-    const Ref<ScriptCallable> released(callable);
-    static_cast<void>(callable->release());
-    return back;
+    if (callable->release()) Variable::destroyFunction(callable);
+    return call;
 }
 
-void Machine::callLibrary(const Instruction* i, LibraryFunction body) {
+inline void Machine::callLibrary(const Instruction* i, LibraryFunction body, CallScope bottom) {
     enterSite(i);
     BindingStack& stack = scopes_.calls();
-    const BindingIndex bottom = stack.size() - static_cast<BindingIndex>(i->number);
-    result_ = script_.runLibrary(body, stack.from(bottom));
-    stack.dropTo(bottom, [](const BindingLink&) {});
+    ++script_.callDepth;
+    Variable result = body(script_, stack.from(stack.size() - static_cast<BindingIndex>(i->number)));
+    if (script_.mayNeedAttention && aborted()) result = Variable();
+    --script_.callDepth;
+    stack.drop(stack.size() - bottom);
+    if (i->a) *i->a->value = std::move(result);
+}
+
+// A protected call of a function of script needs no native stack either.
+inline bool Machine::isProtectable(const ScriptCallable& callable, std::uint32_t count) const {
+    if (callable.builtinId != BuiltinId::Pcall || count == 0) return false;
+    BindingStack& stack = scopes_.calls();
+    const Variable& wanted = stack.value(stack.size() - static_cast<BindingIndex>(count));
+    return wanted.isFunction() && wanted.function().boundCode;
+}
+
+const Instruction* Machine::enterProtected(const Instruction* i, CallScope bottom) {
+    BindingStack& stack = scopes_.calls();
+    ScriptCallable& wanted = stack.value(stack.size() - static_cast<BindingIndex>(i->number)).function();
+    ++script_.callDepth;
+    script_.softError.enterProtected(script_.callDepth);
+    protected_.push(protectedAt_);
+    protectedAt_ = script_.callRecords.size() + 1;
+    return enter(i, wanted, i->number - 1, bottom);
+}
+
+// With the protected call left: what it returned, or a failure that was thrown.
+void Machine::endProtected(const char* thrown) {
+    protectedAt_ = protected_.back();
+    protected_.drop();
+    script_.softError.leaveProtected();
+    std::string message;
+    if (script_.softError.take(script_.callDepth, message)) {
+        result_ = protectedFailure(std::move(message));
+    } else {
+        result_ = thrown ? protectedFailure(thrown) : protectedSuccess(result_);
+    }
+    --script_.callDepth;
+}
+
+const Instruction* Machine::recover(const char* message) {
+    clearTemporaries();
+    if (protectedAt_ == 0) return nullptr;
+    const Instruction* call = nullptr;
+    while (script_.callRecords.size() >= protectedAt_) call = leave();
+    // The exception may have come out of calls that have no record here.
+    script_.callDepth = depth_ + (protectedAt_ - 1 - base_) + protected_.size();
+    endProtected(message);
+    if (call->a) *call->a->value = std::move(result_);
+    reset(result_);
+    return call + 1;
+}
+
+void Machine::abandon() {
+    clearTemporaries();
+    while (script_.callRecords.size() > base_) leave();
+    for (; protected_.size() > 0; protected_.drop()) script_.softError.leaveProtected();
+    protectedAt_ = 0;
+    script_.callDepth = depth_;
 }
 
 // Enters a script function or calls anything else; where to go on.
@@ -594,12 +669,12 @@ const Instruction* Machine::callOther(const Instruction* i, const Variable& call
     enterSite(i);
     const Variable kept = callee;
     if (kept.isFunction() && kept.function().bindsArguments) {
-        if (!kept.function().code) script_.prepareCallable(kept.function());
-        return enter(i, kept.function(), bottom);
+        if (!kept.function().boundCode) script_.prepareCallable(kept.function());
+        return enter(i, kept.function(), i->number, bottom);
     }
     BindingStack& stack = scopes_.calls();
     result_ = script_.invokeCallable(kept, stack.from(stack.size() - static_cast<BindingIndex>(i->number)));
-    stack.dropTo(bottom, [](const BindingLink&) {});
+    stack.drop(stack.size() - bottom);
     return nullptr;
 }
 
@@ -670,9 +745,11 @@ const Instruction* Machine::jumpToLabel(const Instruction* i) {
 
 bool Machine::activeBlockHas(const std::string& label) const {
     std::uint32_t step = 0;
-    return std::any_of(script_.activeChunks.rbegin(), script_.activeChunks.rend(), [&](const auto& active) {
-        return Labels::findInChunk(*active.program, active.chunk, label, step);
-    });
+    for (std::uint32_t n = script_.activeChunks.size(); n > 0; --n) {
+        const Interpreter::ActiveBytecodeChunk& active = script_.activeChunks[n - 1];
+        if (Labels::findInChunk(*active.program, active.chunk, label, step)) return true;
+    }
+    return false;
 }
 
 bool Machine::runRegisteredTarget(const std::string& label) {
@@ -697,7 +774,7 @@ bool Machine::runRegisteredTarget(const std::string& label) {
 
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wpedantic"  // labels as values
-Variable Machine::execute(const Instruction* i) {
+Variable Machine::execute(const Instruction* i, bool attends) {
     static const void* const labels[] = {
 #define VESPER_LABEL(name) &&op##name,
         VESPER_OPERATIONS(VESPER_LABEL)
@@ -729,12 +806,13 @@ Variable Machine::execute(const Instruction* i) {
         DISPATCH;                                                 \
     } while (false)
 
+    if (attends && script_.mayNeedAttention) goto attention;
     DISPATCH;
 
 opCopy:
-    QUICK_OR(i->b->value && i->a->value && i->a->value->assignPlain(*i->b->value), move(i));
+    QUICK_OR(i->a->value->assignPlain(*i->b->value), move(i));
 opTake:
-    QUICK_OR(i->a->value && i->a->value->assignPlain(*i->b->value), move(i));
+    QUICK_OR(i->a->value->assignPlain(*i->b->value), move(i));
 opFirst:
     QUICK_OR(!i->a->value->isMulti(), keepFirst(i));
 opDrop:
@@ -792,10 +870,10 @@ opLoop:
     script_.countStep();
     JUMP;
 opJumpIf:
-    if (isPlain(i->b->value) ? isTruthy(*i->b->value) : test(i)) JUMP;
+    if (!i->b->value->ownsObject() ? isTruthy(*i->b->value) : test(i)) JUMP;
     NEXT;
 opJumpUnless:
-    if (!(isPlain(i->b->value) ? isTruthy(*i->b->value) : test(i))) JUMP;
+    if (!(!i->b->value->ownsObject() ? isTruthy(*i->b->value) : test(i))) JUMP;
     NEXT;
 opKeepIf:
     if (isTruthy(*i->b->value)) JUMP;
@@ -838,7 +916,7 @@ opSetEntry:
     NEXT;
 
 opPush:
-    if (i->b->value) [[likely]] {
+    if (!i->b->value->isUnfound()) [[likely]] {
         scopes_.calls().push(*i->b->value);
     } else {
         pushOther(i);
@@ -853,19 +931,23 @@ opPop:
 
 opCall : {
     const Variable* const callee = i->b->value;
-    if (callee && callee->isFunction()) [[likely]] {
+    const CallScope bottom = scopes_.calls().size() - static_cast<CallScope>(i->number);
+    if (callee->isFunction()) [[likely]] {
         ScriptCallable& callable = callee->function();
-        if (callable.bindsArguments && callable.code) {
-            i = enter(i, callable, scopes_.calls().size() - static_cast<CallScope>(i->number));
+        if (callable.boundCode) {
+            i = enter(i, callable, i->number, bottom);
             DISPATCH;
         }
         if (callable.library) {
-            callLibrary(i, callable.library);
-            goto called;
+            if (isProtectable(callable, i->number)) {
+                i = enterProtected(i, bottom);
+                DISPATCH;
+            }
+            callLibrary(i, callable.library, bottom);
+            NEXT_OR_ATTEND;
         }
     }
-    const Instruction* const entered =
-        callOther(i, read(i, i->b), scopes_.calls().size() - static_cast<CallScope>(i->number));
+    const Instruction* const entered = callOther(i, read(i, i->b), bottom);
     if (!entered) goto called;
     i = entered;
     DISPATCH;
@@ -873,9 +955,20 @@ opCall : {
 opCallPushed : {
     const CallScope bottom = scopes_.calls().size() - static_cast<CallScope>(i->number) - 1;
     const Variable& callee = scopes_.calls().value(bottom);
-    if (callee.isFunction() && callee.function().bindsArguments && callee.function().code) [[likely]] {
-        i = enter(i, callee.function(), bottom);
-        DISPATCH;
+    if (callee.isFunction()) [[likely]] {
+        ScriptCallable& callable = callee.function();
+        if (callable.boundCode) {
+            i = enter(i, callable, i->number, bottom);
+            DISPATCH;
+        }
+        if (callable.library) {
+            if (isProtectable(callable, i->number)) {
+                i = enterProtected(i, bottom);
+                DISPATCH;
+            }
+            callLibrary(i, callable.library, bottom);
+            NEXT_OR_ATTEND;
+        }
     }
     const Instruction* const entered = callOther(i, callee, bottom);
     if (!entered) goto called;
@@ -936,7 +1029,7 @@ opOpenWalk:
     openWalk(i);
     NEXT_OR_ATTEND;
 opNextWalk : {
-    Interpreter::OpenWalk& open = script_.walks.back();
+    Interpreter::OpenWalk& open = script_.walks[script_.walkCount - 1];
     if (!script_.bindNext(*lineOf(i).forHeader, open.scope, open.walk)) JUMP;
     NEXT;
 }
@@ -947,6 +1040,18 @@ opFault:
     fail(i);
 
 opReturn:
+    // A temporary outlasts the call.
+    if ((i->temporaries & 2) && script_.callRecords.size() != base_ &&
+        script_.callRecords.size() != protectedAt_) {
+        Variable* const value = i->b->value;
+        i = leave();
+        if (i->a) {
+            if (!i->a->value->assignPlain(*value)) *i->a->value = std::move(*value);
+        } else {
+            reset(*value);
+        }
+        NEXT_OR_ATTEND;
+    }
     result_ = takeB(i);
     goto leaveFunction;
 opReturnNothing:
@@ -983,8 +1088,12 @@ error:
     reset(result_);
 leaveFunction:
     if (!code_->isFunction || script_.callRecords.size() == base_) return std::move(result_);
-    i = leave();
-    --i;
+    if (script_.callRecords.size() == protectedAt_) [[unlikely]] {
+        i = leave();
+        endProtected();
+    } else {
+        i = leave();
+    }
     goto called;
 
 #undef DISPATCH
@@ -999,35 +1108,39 @@ leaveFunction:
 
 Variable Interpreter::runCode(const Code& code, std::optional<std::uint32_t> step) {
     stack.check();
-    const std::uint32_t records = callRecords.size();
-    const std::uint32_t depth = callDepth;
     const std::uint32_t level = scopes.nativeLevel();
     const std::uint32_t localScopes = scopes.localScopeCount();
     const BindingIndex bottom = scopes.calls().size();
-    const std::size_t openWalks = walks.size();
-    const std::size_t active = activeChunks.size();
+    const std::uint32_t openWalks = walkCount;
+    const std::uint32_t active = activeChunks.size();
     const auto restore = [&] {
         scopes.setNativeLevel(level);
         scopes.popLocalScopesTo(localScopes);
         scopes.popCallScope(bottom);
-        if (walks.size() > openWalks) walks.resize(openWalks);
-        if (activeChunks.size() > active) activeChunks.resize(active);
+        closeWalksTo(openWalks);
+        activeChunks.dropTo(active);
     };
-    try {
-        Variable result = Machine(*this).run(code, step);
-        restore();
-        return result;
-    } catch (...) {
-        trail.note(*this);
-        while (callRecords.size() > records) {
-            const Ref<ScriptCallable> callable(callRecords.back().callable);
-            leaveCall();
-            static_cast<void>(callable->release());
+    Machine machine(*this);
+    const Instruction* i = machine.begin(code, step);
+    for (bool attends = false;; attends = true) {
+        try {
+            Variable result = machine.execute(i, attends);
+            restore();
+            return result;
+        } catch (const std::exception& error) {
+            trail.note(*this);
+            i = machine.recover(error.what());
+            if (!i) {
+                machine.abandon();
+                restore();
+                throw;
+            }
+        } catch (...) {
+            trail.note(*this);
+            machine.abandon();
+            restore();
+            throw;
         }
-        callDepth = depth;
-        restore();
-        for (std::size_t i = 0; i < temporaryCount; ++i) temporaries[i].own = Variable();
-        throw;
     }
 }
 
@@ -1051,6 +1164,7 @@ void Interpreter::prepareCallable(ScriptCallable& callable) {
         callable.parameterCells.push_back(isRepeated ? nullptr : cell);
     }
     callable.code = &chunkCode(*callable.program, callable.chunkIndex, true);
+    callable.boundCode = callable.bindsArguments ? callable.code : nullptr;
 }
 
 }  // namespace kelmora

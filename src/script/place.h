@@ -14,10 +14,10 @@ inline constexpr BindingIndex noBinding = -1;
 
 // Where running code finds a value: a name's cell, a constant, or a value on its way between two operations.
 struct Place {
-    Variable* value = nullptr;  // null only for names
+    Variable* value = &Variable::unfound();  // which only names can have
 };
 
-// A name of one interpreter. `value` is what a look for the name finds; null when only a search can tell.
+// A name of one interpreter. `value` is what a look for the name finds; unfound when only a search can tell.
 struct Cell : Place {
     Variable global;
     NameId name = noName;

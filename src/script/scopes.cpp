@@ -70,7 +70,7 @@ void Scopes::setNative(NameId name, Variable value) {
     nativeScopes_[nativeLevel_].emplace_back(name, std::move(value));
     Cell& cell = this->cell(name);
     if (cell.nativeEntries++ > 0) return;
-    if (cell.value == &cell.global) cell.value = nullptr;
+    if (cell.value == &cell.global) cell.value = &Variable::unfound();
     forgetGlobal(locals_, cell);
     forgetGlobal(calls_, cell);
 }
@@ -113,7 +113,7 @@ void Scopes::commitExternals() {
 void Scopes::forgetGlobal(BindingStack& stack, const Cell& cell) {
     for (BindingIndex place = 0; place < stack.size(); ++place) {
         BindingLink& link = stack.link(place);
-        if (link.cell == &cell && link.hidden == &cell.global) link.hidden = nullptr;
+        if (link.cell == &cell && link.hidden == &cell.global) link.hidden = &Variable::unfound();
     }
 }
 

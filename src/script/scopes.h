@@ -30,7 +30,7 @@ public:
     }
 
     // A name that is nowhere gives null.
-    Variable* find(Cell& cell) { return cell.value ? cell.value : search(cell); }
+    Variable* find(Cell& cell) { return cell.value->isUnfound() ? search(cell) : cell.value; }
     const Variable* find(NameId name) const { return const_cast<Scopes*>(this)->findMutable(name); }
     Variable* findMutable(NameId name) { return find(cell(name)); }
     // The scopes of `name#n`: 0 external, 1 global, 2 native, 3 local.
@@ -87,29 +87,38 @@ public:
     CallScope pushCallScope(std::span<const NameId> names);
     // Closes a scope in a call that goes on, or all that a call has opened: its locals are gone then.
     void popCallScope(CallScope scope) {
-        calls_.dropTo(scope, [this](const BindingLink& link) {
-            if (link.cell) *topOf(*link.cell) = link.hidden;
-        });
+        calls_.dropTo(scope, [this](const BindingLink& link) { *topOf(*link.cell) = link.hidden; });
     }
     void leaveCallScopes(CallScope scope) {
-        calls_.dropTo(scope, [](const BindingLink& link) {
-            if (link.cell) link.cell->value = link.hidden;
-        });
+        calls_.dropTo(scope, [](const BindingLink& link) { link.cell->value = link.hidden; });
     }
     // The n-th entry of a call scope.
     Variable& callEntry(CallScope scope, std::size_t index) {
         return calls_.value(scope + static_cast<BindingIndex>(index));
     }
     // Gives a value of the running call's stack a name that it does not hold there yet.
-    void nameCallEntry(BindingIndex place, Cell& cell) { bind(place, cell, *topOf(cell)); }
+    void nameCallEntry(BindingIndex place, Cell& cell) {
+        Variable** const top = topOf(cell);
+        BindingLink& link = calls_.link(place);
+        link.cell = &cell;
+        link.hidden = *top;
+        *top = &calls_.value(place);
+    }
     // Gives the values from `scope` on the parameters' names, as many as there are; null for a name that
     // stands twice. The caller's locals are out of sight already.
     [[gnu::always_inline]] void nameArguments(CallScope scope, std::span<Cell* const> parameters) {
         const BindingIndex end = scope + static_cast<BindingIndex>(parameters.size());
         if (calls_.size() != end) [[unlikely]] fitArguments(end);
+        BindingLink* link = &calls_.link(scope);
+        Variable* value = &calls_.value(scope);
         for (Cell* parameter : parameters) {
-            if (parameter) bind(scope, *parameter, parameter->value);
-            ++scope;
+            if (parameter) {
+                link->cell = parameter;
+                link->hidden = parameter->value;
+                parameter->value = value;
+            }
+            ++link;
+            ++value;
         }
     }
 
@@ -174,12 +183,6 @@ private:
         return cell.newestLocal >= visibleLocals_ ? topBelowLocals(cell) : &cell.value;
     }
     Variable** topBelowLocals(Cell& cell);
-    void bind(BindingIndex place, Cell& cell, Variable*& top) {
-        BindingLink& link = calls_.link(place);
-        link.cell = &cell;
-        link.hidden = top;
-        top = &calls_.value(place);
-    }
     void fitArguments(BindingIndex end);
     void hideLocals();
     void showLocals();

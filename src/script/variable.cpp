@@ -130,6 +130,10 @@ std::string_view typeName(VarType type) {
     return index < typeNames.size() ? typeNames[index] : "unknown";
 }
 
+void Variable::destroyFunction(ScriptCallable* callable) {
+    destroyObject(VarType::Function, callable);
+}
+
 void Variable::destroyObject(VarType type, RefCounted* object) {
     switch (type) {
         case VarType::String:

@@ -42,7 +42,7 @@ struct MultiResult;
 // Arrays, tables, functions and multi values are shared by all copies of the Variable.
 class Variable {
 public:
-    Variable() noexcept = default;
+    constexpr Variable() noexcept = default;
     Variable(const Variable& other) noexcept : bits_(other.bits_), type_(other.type_) {
         if (isCounted()) object()->retain();
     }
@@ -110,6 +110,9 @@ public:
     bool isFunction() const { return type_ == VarType::Function; }
 
     bool ownsObject() const { return isCounted(); }
+    // What a name without a value refers to; nothing but its address may be looked at.
+    static Variable& unfound();
+    bool isUnfound() const { return type_ == noType; }
     // Takes the other's value when neither owns anything; false, with nothing done, otherwise.
     bool assignPlain(const Variable& other) {
         if (isCounted() || other.isCounted()) return false;
@@ -153,6 +156,9 @@ public:
     // The value's text. Raises for a container that holds itself and for absurdly large results.
     std::string toString() const;
 
+    // Once its last reference has gone.
+    static void destroyFunction(ScriptCallable* callable);
+
     void swap(Variable& other) noexcept {
         std::swap(bits_, other.bits_);
         std::swap(type_, other.type_);
@@ -167,15 +173,32 @@ private:
     void* address() const { return reinterpret_cast<void*>(static_cast<std::uintptr_t>(bits_)); }
     RefCounted* object() const { return static_cast<RefCounted*>(address()); }
     bool isCounted() const {
-        constexpr unsigned countedTypes = 1u << 3 | 1u << 4 | 1u << 7 | 1u << 8 | 1u << 9 | 1u << 10;
+        constexpr unsigned countedTypes =
+            1u << 3 | 1u << 4 | 1u << 7 | 1u << 8 | 1u << 9 | 1u << 10 | 1u << static_cast<unsigned>(noType);
         return (countedTypes >> static_cast<unsigned>(type_) & 1u) != 0;
     }
     static void destroyObject(VarType type, RefCounted* object);
+
+    // Of no kind that a quick way of anything takes, neither to read nor to overwrite.
+    static constexpr VarType noType = static_cast<VarType>(15);
+    union Unfound;
+    static Unfound unfound_;
 
     // Always written as a whole: a narrow store before a wide load would stall the processor.
     std::uint64_t bits_ = 0;
     VarType type_ = VarType::Not;
 };
+
+// Never destroyed.
+union Variable::Unfound {
+    constexpr Unfound() : variable() { variable.type_ = noType; }
+    ~Unfound() {}
+    Variable variable;
+};
+inline constinit Variable::Unfound Variable::unfound_;
+inline Variable& Variable::unfound() {
+    return unfound_.variable;
+}
 
 struct RawObject : RefCounted {
     std::vector<char> bytes;
