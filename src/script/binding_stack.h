@@ -29,7 +29,8 @@ public:
     BindingStack() : BindingStack(fullCapacity) {}
     explicit BindingStack(BindingIndex capacity)
         : values_(std::allocator<Variable>().allocate(static_cast<std::size_t>(capacity))),
-          links_(static_cast<BindingLink*>(std::calloc(static_cast<std::size_t>(capacity), sizeof(BindingLink)))),
+          links_(static_cast<BindingLink*>(
+              std::calloc(static_cast<std::size_t>(capacity), sizeof(BindingLink)))),
           capacity_(capacity) {
         if (!links_) throw std::bad_alloc();
     }
@@ -49,6 +50,10 @@ public:
         std::free(links_);
     }
 
+    [[noreturn, gnu::noinline]] static void failFull() {
+        throw std::runtime_error("Stack overflow: calls or expressions are nested too deeply");
+    }
+
     BindingIndex size() const { return size_; }
     Variable& value(BindingIndex place) { return values_[place]; }
     BindingLink& link(BindingIndex place) { return links_[place]; }
@@ -59,7 +64,8 @@ public:
 
     // Adds a value without a name.
     [[gnu::always_inline]] Variable& push(Variable&& value) {
-        if (size_ == capacity_) [[unlikely]] failFull();
+        if (size_ == capacity_) [[unlikely]]
+            failFull();
         return *std::construct_at(values_ + size_++, std::move(value));
     }
     [[gnu::always_inline]] Variable& push(const Variable& value) { return push(Variable(value)); }
@@ -99,12 +105,9 @@ public:
     }
 
 private:
-    [[noreturn, gnu::noinline]] static void failFull() {
-        throw std::runtime_error("Stack overflow: calls or expressions are nested too deeply");
-    }
-
     Variable* values_;  // constructed below size_
-    BindingLink* links_;  // without a cell from size_ on; zeroed memory, which costs nothing until it is touched
+    BindingLink*
+        links_;  // without a cell from size_ on; zeroed memory, which costs nothing until it is touched
     BindingIndex size_ = 0;
     BindingIndex capacity_;
 };

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "script/code.h"
+#include "script/code_cache.h"
 #include "script/parsed_line.h"
 #include "script/source_file.h"
 

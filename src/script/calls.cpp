@@ -14,9 +14,8 @@ class CallFrame {
 public:
     explicit CallFrame(Interpreter& script) : script_(script) {
         script.callRecords.push({script.context.line(), &script.context.file(), script.scopes.callerView(),
-                                 script.scopes.calls().size(), script.walkCount,
-                                 script.activeChunks.size(), 0, nullptr, nullptr,
-                                 nullptr});
+                                 script.scopes.calls().size(), script.walkCount, script.activeChunks.size(),
+                                 0, nullptr, nullptr, nullptr});
     }
     void enter(const ScriptCallable& callable, std::span<const Variable> arguments) {
         Scopes& scopes = script_.scopes;

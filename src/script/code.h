@@ -15,92 +15,92 @@ struct Interpreter;
 struct ParsedScriptLine;
 
 // What an instruction does with its operands. A result goes to `a`.
-#define VESPER_OPERATIONS(OPERATION)                                                                       \
-    /* a = b; Take leaves nothing behind */                                                                \
-    OPERATION(Copy)                                                                                        \
-    OPERATION(Take)                                                                                        \
-    OPERATION(First) /* of the multi value in a, if it is one */                                           \
-    OPERATION(Drop)                                                                                        \
-    OPERATION(SetLocal)                                                                                    \
-    OPERATION(Deal) /* b among the names of the line's assignment */                                       \
-    OPERATION(ReadScoped)                                                                                  \
-    OPERATION(Varargs)                                                                                     \
-    /* a = b operation c; the last for all kinds of operators and values */                                \
-    OPERATION(Add)                                                                                         \
-    OPERATION(Subtract)                                                                                    \
-    OPERATION(Multiply)                                                                                    \
-    OPERATION(IntegerDivide)                                                                               \
-    OPERATION(Remainder)                                                                                   \
-    OPERATION(Operate)                                                                                     \
-    /* a = a operation b */                                                                                \
-    OPERATION(AddTo)                                                                                       \
-    OPERATION(SubtractFrom)                                                                                \
-    OPERATION(Update)                                                                                      \
-    OPERATION(Negate)                                                                                      \
-    OPERATION(Not)                                                                                         \
-    OPERATION(Length)                                                                                      \
-    OPERATION(Compare)                                                                                     \
-    /* to `number` */                                                                                      \
-    OPERATION(Jump)                                                                                        \
-    OPERATION(Loop) /* counted as a step */                                                                \
-    OPERATION(JumpIf)                                                                                      \
-    OPERATION(JumpUnless)                                                                                  \
-    OPERATION(KeepIf) /* jumps with the value where it is */                                               \
-    OPERATION(KeepUnless)                                                                                  \
-    OPERATION(JumpIfEqual)                                                                                 \
-    OPERATION(JumpIfNotEqual)                                                                              \
-    OPERATION(JumpIfLess)                                                                                  \
-    OPERATION(JumpIfGreater)                                                                               \
-    OPERATION(JumpIfLessEqual)                                                                             \
-    OPERATION(JumpIfGreaterEqual)                                                                          \
-    OPERATION(JumpUnlessEqual)                                                                             \
-    OPERATION(JumpUnlessNotEqual)                                                                          \
-    OPERATION(JumpUnlessLess)                                                                              \
-    OPERATION(JumpUnlessGreater)                                                                           \
-    OPERATION(JumpUnlessLessEqual)                                                                         \
-    OPERATION(JumpUnlessGreaterEqual)                                                                      \
-    OPERATION(Element)       /* a = b[c] */                                                                \
-    OPERATION(SetElement)    /* a[b] = c */                                                                \
-    OPERATION(UpdateElement) /* a[b] = a[b] operation c */                                                 \
-    OPERATION(NewArray)      /* with room for `number` items */                                            \
-    OPERATION(AddItems)      /* the `number` values on top of the stack */                                 \
-    OPERATION(NewTable)                                                                                    \
-    OPERATION(CheckKey)                                                                                    \
-    OPERATION(SetEntry) /* a[b] = c in a table that is being made */                                       \
-    OPERATION(Push)                                                                                        \
-    OPERATION(PushTaken)                                                                                   \
-    OPERATION(Pop)                                                                                         \
-    /* b, or what lies under the arguments, with the `number` values on top of the stack */                \
-    OPERATION(Call)                                                                                        \
-    OPERATION(CallPushed)                                                                                  \
-    /* the line by its tokens */                                                                           \
-    OPERATION(RunLine)                                                                                     \
-    OPERATION(TestLine)                                                                                    \
-    OPERATION(ReturnLine)                                                                                  \
-    OPERATION(OpenForLine)                                                                                 \
-    OPERATION(Declare)                                                                                     \
-    /* blocks: with a scope of locals; with what labels and writes to locals outside them need */          \
-    OPERATION(OpenScope)                                                                                   \
-    OPERATION(CloseScope)                                                                                  \
-    OPERATION(OpenBlock)                                                                                   \
-    OPERATION(CloseBlock)                                                                                  \
-    /* loops: of numbers from a to b by c, over containers */                                              \
-    OPERATION(OpenFor)                                                                                     \
-    OPERATION(TestFor)                                                                                     \
-    OPERATION(NextFor)                                                                                     \
-    OPERATION(CloseFor)                                                                                    \
-    OPERATION(OpenWalk)                                                                                    \
-    OPERATION(NextWalk)                                                                                    \
-    OPERATION(CloseWalk)                                                                                   \
-    OPERATION(Fault)                                                                                       \
-    /* out of a function, out of the code */                                                               \
-    OPERATION(Return)                                                                                      \
-    OPERATION(ReturnNothing)                                                                               \
-    OPERATION(Finish)                                                                                      \
-    OPERATION(FinishNothing)                                                                               \
-    /* of attentive code: between steps, behind steps, out with `number` blocks that each end a step */    \
-    OPERATION(Before)                                                                                      \
-    OPERATION(After)                                                                                       \
+#define VESPER_OPERATIONS(OPERATION)                                                                    \
+    /* a = b; Take leaves nothing behind */                                                             \
+    OPERATION(Copy)                                                                                     \
+    OPERATION(Take)                                                                                     \
+    OPERATION(First) /* of the multi value in a, if it is one */                                        \
+    OPERATION(Drop)                                                                                     \
+    OPERATION(SetLocal)                                                                                 \
+    OPERATION(Deal) /* b among the names of the line's assignment */                                    \
+    OPERATION(ReadScoped)                                                                               \
+    OPERATION(Varargs)                                                                                  \
+    /* a = b operation c; the last for all kinds of operators and values */                             \
+    OPERATION(Add)                                                                                      \
+    OPERATION(Subtract)                                                                                 \
+    OPERATION(Multiply)                                                                                 \
+    OPERATION(IntegerDivide)                                                                            \
+    OPERATION(Remainder)                                                                                \
+    OPERATION(Operate)                                                                                  \
+    /* a = a operation b */                                                                             \
+    OPERATION(AddTo)                                                                                    \
+    OPERATION(SubtractFrom)                                                                             \
+    OPERATION(Update)                                                                                   \
+    OPERATION(Negate)                                                                                   \
+    OPERATION(Not)                                                                                      \
+    OPERATION(Length)                                                                                   \
+    OPERATION(Compare)                                                                                  \
+    /* to `number` */                                                                                   \
+    OPERATION(Jump)                                                                                     \
+    OPERATION(Loop) /* counted as a step */                                                             \
+    OPERATION(JumpIf)                                                                                   \
+    OPERATION(JumpUnless)                                                                               \
+    OPERATION(KeepIf) /* jumps with the value where it is */                                            \
+    OPERATION(KeepUnless)                                                                               \
+    OPERATION(JumpIfEqual)                                                                              \
+    OPERATION(JumpIfNotEqual)                                                                           \
+    OPERATION(JumpIfLess)                                                                               \
+    OPERATION(JumpIfGreater)                                                                            \
+    OPERATION(JumpIfLessEqual)                                                                          \
+    OPERATION(JumpIfGreaterEqual)                                                                       \
+    OPERATION(JumpUnlessEqual)                                                                          \
+    OPERATION(JumpUnlessNotEqual)                                                                       \
+    OPERATION(JumpUnlessLess)                                                                           \
+    OPERATION(JumpUnlessGreater)                                                                        \
+    OPERATION(JumpUnlessLessEqual)                                                                      \
+    OPERATION(JumpUnlessGreaterEqual)                                                                   \
+    OPERATION(Element)       /* a = b[c] */                                                             \
+    OPERATION(SetElement)    /* a[b] = c */                                                             \
+    OPERATION(UpdateElement) /* a[b] = a[b] operation c */                                              \
+    OPERATION(NewArray)      /* with room for `number` items */                                         \
+    OPERATION(AddItems)      /* the `number` values on top of the stack */                              \
+    OPERATION(NewTable)                                                                                 \
+    OPERATION(CheckKey)                                                                                 \
+    OPERATION(SetEntry) /* a[b] = c in a table that is being made */                                    \
+    OPERATION(Push)                                                                                     \
+    OPERATION(PushTaken)                                                                                \
+    OPERATION(Pop)                                                                                      \
+    /* b, or what lies under the arguments, with the `number` values on top of the stack */             \
+    OPERATION(Call)                                                                                     \
+    OPERATION(CallPushed)                                                                               \
+    /* the line by its tokens */                                                                        \
+    OPERATION(RunLine)                                                                                  \
+    OPERATION(TestLine)                                                                                 \
+    OPERATION(ReturnLine)                                                                               \
+    OPERATION(OpenForLine)                                                                              \
+    OPERATION(Declare)                                                                                  \
+    /* blocks: with a scope of locals; with what labels and writes to locals outside them need */       \
+    OPERATION(OpenScope)                                                                                \
+    OPERATION(CloseScope)                                                                               \
+    OPERATION(OpenBlock)                                                                                \
+    OPERATION(CloseBlock)                                                                               \
+    /* loops: of numbers from a to b by c, over containers */                                           \
+    OPERATION(OpenFor)                                                                                  \
+    OPERATION(TestFor)                                                                                  \
+    OPERATION(NextFor)                                                                                  \
+    OPERATION(CloseFor)                                                                                 \
+    OPERATION(OpenWalk)                                                                                 \
+    OPERATION(NextWalk)                                                                                 \
+    OPERATION(CloseWalk)                                                                                \
+    OPERATION(Fault)                                                                                    \
+    /* out of a function, out of the code */                                                            \
+    OPERATION(Return)                                                                                   \
+    OPERATION(ReturnNothing)                                                                            \
+    OPERATION(Finish)                                                                                   \
+    OPERATION(FinishNothing)                                                                            \
+    /* of attentive code: between steps, behind steps, out with `number` blocks that each end a step */ \
+    OPERATION(Before)                                                                                   \
+    OPERATION(After)                                                                                    \
     OPERATION(LeaveServed)
 
 enum class Operation : std::uint8_t {
@@ -114,7 +114,7 @@ struct Instruction {
     TokenKind kind = TokenKind::Unknown;  // of an operator
     std::uint8_t flags = 0;
     std::uint8_t temporaries = 0;  // bit 0 where a is one whose value is used up, then b and c
-    std::uint32_t number = 0;  // target of a jump, count, or index
+    std::uint32_t number = 0;      // target of a jump, count, or index
     Place* a = nullptr;
     Place* b = nullptr;
     Place* c = nullptr;
@@ -158,7 +158,7 @@ struct Code {
     bool isFunction = false;
     bool isAttentive = false;
     std::vector<Instruction> instructions;
-    std::vector<CodeSite> sites;          // one for each instruction
+    std::vector<CodeSite> sites;             // one for each instruction
     std::vector<std::uint32_t> behindCalls;  // the places behind what may run script
     struct StepPlace {
         std::uint32_t at;
@@ -174,40 +174,6 @@ struct Code {
     const Instruction* begin() const { return instructions.data(); }
     std::size_t placeOf(const Instruction* at) const { return static_cast<std::size_t>(at - begin()); }
     const CodeSite& siteOf(const Instruction* at) const { return sites[placeOf(at)]; }
-};
-
-// Keeps what was compiled from a source for each interpreter that runs it. A copy starts without.
-class CodeCache {
-public:
-    CodeCache() = default;
-    CodeCache(const CodeCache&) {}
-    CodeCache& operator=(const CodeCache&) {
-        rows_.clear();
-        return *this;
-    }
-    CodeCache(CodeCache&&) = default;
-    CodeCache& operator=(CodeCache&&) = default;
-
-    // The code at this index in the interpreter's row.
-    template <typename Make>
-    const Code& get(std::uint64_t interpreter, std::size_t index, Make&& make) {
-        std::vector<std::unique_ptr<const Code>>& row = rowOf(interpreter);
-        if (index >= row.size()) row.resize(index + 1);
-        if (!row[index]) row[index] = make();
-        return *row[index];
-    }
-
-private:
-    struct Row {
-        std::uint64_t interpreter;
-        std::vector<std::unique_ptr<const Code>> codes;
-    };
-    std::vector<std::unique_ptr<const Code>>& rowOf(std::uint64_t interpreter) {
-        for (Row& row : rows_)
-            if (row.interpreter == interpreter) return row.codes;
-        return rows_.emplace_back(Row{interpreter, {}}).codes;
-    }
-    std::vector<Row> rows_;
 };
 
 }  // namespace kelmora

@@ -31,8 +31,8 @@ Operation jumpOf(TokenKind comparison, bool when) {
 }  // namespace
 
 void CodeBuilder::emit(Operation operation, Operands operands) {
-    Instruction instruction{operation, operands.kind, operands.flags, 0, operands.number,
-                            operands.a, operands.b,   operands.c};
+    Instruction instruction{operation,       operands.kind, operands.flags, 0,
+                            operands.number, operands.a,    operands.b,     operands.c};
     if (operation == Operation::OpenFor && isTemporary(operands.a)) instruction.temporaries |= 1;
     if (isTemporary(operands.b)) instruction.temporaries |= 2;
     if (isTemporary(operands.c)) instruction.temporaries |= 4;
@@ -233,8 +233,9 @@ void CodeBuilder::table(const FastExprNode& node, Place* target) {
             value = &entry->rightNode();
             key = operand(entry->leftNode(), value->mayCall);
             // One that is none is refused before the value is made.
-            const bool isSound = entry->leftNode().kind == FastExprNodeKind::Constant &&
-                                 (entry->leftNode().constant.isString() || entry->leftNode().constant.isInt());
+            const bool isSound =
+                entry->leftNode().kind == FastExprNodeKind::Constant &&
+                (entry->leftNode().constant.isString() || entry->leftNode().constant.isInt());
             if (!isSound) emit(Operation::CheckKey, {.b = key});
         } else {
             key = constant(Variable::integer(++position));

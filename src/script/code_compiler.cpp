@@ -53,7 +53,9 @@ private:
 
     // Names a variable of the local scopes, which a statement may make there.
     bool writesVisibleLocals(const BytecodeChunk& chunk) const {
-        const auto namesLocal = [](const TokenAnalysis& token) { return token.isScoped() && token.scope == 3; };
+        const auto namesLocal = [](const TokenAnalysis& token) {
+            return token.isScoped() && token.scope == 3;
+        };
         for (std::uint32_t i = 0; i < chunk.instructionCount; ++i) {
             const ParsedScriptLine* line = lineOf(program_.instructions[chunk.firstInstruction + i]);
             if (line && std::any_of(line->analysis.begin(), line->analysis.end(), namesLocal)) return true;
@@ -72,7 +74,8 @@ private:
                            ? lineAt(program_.functionDeclarations[operand].line)
                            : nullptr;
             case Opcode::Nest:
-                return operand < program_.nestBlocks.size() ? lineAt(program_.nestBlocks[operand].line) : nullptr;
+                return operand < program_.nestBlocks.size() ? lineAt(program_.nestBlocks[operand].line)
+                                                            : nullptr;
             default:
                 return lineAt(operand);
         }
@@ -202,7 +205,8 @@ private:
         if (!line) return builder_.emitFault(badLine);
         setLine(line);
         const std::size_t mark = builder_.mark();
-        const bool isCompiled = line->assignment ? compileAssignment(*line, *line->assignment) : compileEffect(*line);
+        const bool isCompiled =
+            line->assignment ? compileAssignment(*line, *line->assignment) : compileEffect(*line);
         if (!isCompiled) builder_.emitCalling(Operation::RunLine);
         builder_.release(mark);
     }
@@ -236,7 +240,8 @@ private:
         for (const PreparedExpression& value : assignment.values)
             if (!nodesOf(value)) return false;
         if (assignment.targets.size() == 1 && assignment.values.size() == 1)
-            return isUpdate ? compileUpdate(line, assignment, isLocal) : compileSingle(line, assignment, isLocal);
+            return isUpdate ? compileUpdate(line, assignment, isLocal)
+                            : compileSingle(line, assignment, isLocal);
         return !isUpdate && compileSeveral(line, assignment, isLocal);
     }
 
@@ -244,7 +249,8 @@ private:
         return line.analysis[target.tokenIndex].name;
     }
 
-    void store(const ParsedScriptLine& line, const ParsedAssignmentTarget& target, Place* value, bool isLocal) {
+    void store(const ParsedScriptLine& line, const ParsedAssignmentTarget& target, Place* value,
+               bool isLocal) {
         Place* const name = builder_.cell(nameOf(line, target));
         if (!target.keys.empty()) {
             Place* const key = builder_.operand(*nodesOf(target.keys[0]));
@@ -252,7 +258,8 @@ private:
         } else if (isLocal) {
             builder_.emit(Operation::SetLocal, {.a = name, .b = value});
         } else {
-            builder_.emit(builder_.isTemporary(value) ? Operation::Take : Operation::Copy, {.a = name, .b = value});
+            builder_.emit(builder_.isTemporary(value) ? Operation::Take : Operation::Copy,
+                          {.a = name, .b = value});
         }
     }
 
@@ -309,13 +316,14 @@ private:
         std::vector<Place*> values;
         for (const PreparedExpression& value : assignment.values)
             values.push_back(builder_.operand(*nodesOf(value), true));
-        for (std::size_t i = 0; i < values.size(); ++i) store(line, assignment.targets[i], values[i], isLocal);
+        for (std::size_t i = 0; i < values.size(); ++i)
+            store(line, assignment.targets[i], values[i], isLocal);
         return true;
     }
 
     // Goes on behind here when the condition does not hold.
-    void testCondition(const ParsedScriptLine& line, const PreparedExpression& condition, const char* statement,
-                       Jumps& otherwise) {
+    void testCondition(const ParsedScriptLine& line, const PreparedExpression& condition,
+                       const char* statement, Jumps& otherwise) {
         setLine(&line);
         const std::size_t mark = builder_.mark();
         if (const FastExprNode* nodes = nodesOf(condition)) {
@@ -384,7 +392,8 @@ private:
         const ParsedScriptLine* line = lineAt(program_.repeatLoops[operand].line);
         if (!line) return builder_.emitFault(badLine);
         const std::uint32_t body = program_.repeatLoops[operand].bodyChunk;
-        const bool hasScope = body < program_.chunks.size() && !faultOf(body) && !isPlain(program_.chunks[body]);
+        const bool hasScope =
+            body < program_.chunks.size() && !faultOf(body) && !isPlain(program_.chunks[body]);
         setLine(nullptr);
         const std::uint32_t start = builder_.here();
         if (hasScope) builder_.emit(Operation::OpenBlock, {.flags = BlockFlags::opensScope});
@@ -420,7 +429,8 @@ private:
     }
 
     void compileNumericFor(std::uint32_t operand) {
-        if (!readsAsFor(program_.numericForLoops, operand, true, "Bytecode numeric-for index out of range")) return;
+        if (!readsAsFor(program_.numericForLoops, operand, true, "Bytecode numeric-for index out of range"))
+            return;
         const ParsedScriptLine& line = *builder_.site().line;
         const ParsedFor& header = *line.forHeader;
         const std::size_t mark = builder_.mark();
@@ -430,7 +440,8 @@ private:
                                             [&](const PreparedExpression& bound) { return nodesOf(bound); });
         if (isCompiled) {
             Place* bounds[3] = {};
-            for (std::size_t i = 0; i < count; ++i) bounds[i] = builder_.operand(*nodesOf(header.bounds[i]), true);
+            for (std::size_t i = 0; i < count; ++i)
+                bounds[i] = builder_.operand(*nodesOf(header.bounds[i]), true);
             builder_.emit(Operation::OpenFor, {.a = bounds[0], .b = bounds[1], .c = bounds[2]});
         } else {
             builder_.emitCalling(Operation::OpenForLine);
@@ -448,7 +459,8 @@ private:
     }
 
     void compileGenericFor(std::uint32_t operand) {
-        if (!readsAsFor(program_.genericForLoops, operand, false, "Bytecode generic-for index out of range")) return;
+        if (!readsAsFor(program_.genericForLoops, operand, false, "Bytecode generic-for index out of range"))
+            return;
         const ParsedScriptLine& line = *builder_.site().line;
         builder_.emitCalling(Operation::OpenWalk);
         Jumps done;
@@ -477,7 +489,8 @@ private:
         setLine(line);
         const std::size_t mark = builder_.mark();
         Place* value = nullptr;
-        if (const FastExprNode* nodes = line->returnValues.size() == 1 ? nodesOf(line->returnValues[0]) : nullptr) {
+        if (const FastExprNode* nodes =
+                line->returnValues.size() == 1 ? nodesOf(line->returnValues[0]) : nullptr) {
             value = builder_.operand(*nodes);
         } else if (!line->returnValues.empty()) {
             value = builder_.newTemporary();
@@ -530,8 +543,8 @@ private:
 
 }  // namespace
 
-std::unique_ptr<const Code> compileChunk(Interpreter& script, const BytecodeProgram& program, std::uint32_t chunk,
-                                         bool isFunction, const Code* plain) {
+std::unique_ptr<const Code> compileChunk(Interpreter& script, const BytecodeProgram& program,
+                                         std::uint32_t chunk, bool isFunction, const Code* plain) {
     auto code = std::make_unique<Code>();
     code->program = &program;
     code->chunk = chunk;

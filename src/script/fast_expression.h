@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "script/code.h"
+#include "script/code_cache.h"
 #include "script/token.h"
 
 namespace kelmora {

@@ -17,7 +17,6 @@
 #include "script/block_signal.h"
 #include "script/bytecode_program.h"
 #include "script/callable.h"
-#include "script/code.h"
 #include "script/coroutines.h"
 #include "script/error_trail.h"
 #include "script/labels.h"
@@ -30,6 +29,8 @@
 
 namespace kelmora {
 
+struct Code;
+struct Instruction;
 class VesperScript;
 
 // What the parser, the two executors, the coroutines and the library share: the state of one world of script

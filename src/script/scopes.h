@@ -108,7 +108,8 @@ public:
     // stands twice. The caller's locals are out of sight already.
     [[gnu::always_inline]] void nameArguments(CallScope scope, std::span<Cell* const> parameters) {
         const BindingIndex end = scope + static_cast<BindingIndex>(parameters.size());
-        if (calls_.size() != end) [[unlikely]] fitArguments(end);
+        if (calls_.size() != end) [[unlikely]]
+            fitArguments(end);
         BindingLink* link = &calls_.link(scope);
         Variable* value = &calls_.value(scope);
         for (Cell* parameter : parameters) {

@@ -1,0 +1,202 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "base/small_stack.h"
+#include "script/code.h"
+#include "script/interpreter.h"
+
+namespace kelmora {
+
+[[gnu::always_inline]] inline void dropValue(Variable& value) {
+    const Variable old(std::move(value));
+}
+
+// Lets go of what the instruction's temporaries hold.
+[[gnu::always_inline]] inline void useUp(const Instruction& i) {
+    if (i.temporaries & 2) dropValue(*i.b->value);
+    if (i.temporaries & 4) dropValue(*i.c->value);
+}
+
+// One run of code: the loop, and the calls that it makes without recursion. An instruction looks at its operands
+// where they stand and does the frequent case, mostly of integers, in place; everything else it leaves to a
+// function, which first notes the place for messages.
+class Machine {
+public:
+    explicit Machine(Interpreter& script)
+        : script_(script),
+          scopes_(script.scopes),
+          level_(script.scopes.nativeLevel()),
+          base_(script.callRecords.size()),
+          depth_(script.callDepth) {}
+
+    // The first instruction: of a step of the outermost block, which holds labels, or of all.
+    const Instruction* begin(const Code& code, std::optional<std::uint32_t> step) {
+        code_ = &codeForNow(code);
+        if (!step || code_->blocks.empty()) return code_->begin();
+        openBlock(code_->begin());
+        return code_->begin() + code_->blocks[0].starts[*step];
+    }
+    // What the code returns. From behind a call, with `attends` set.
+    Variable execute(const Instruction* i, bool attends);
+    // After an exception: ends all calls down to the newest protected one, which gives false and the message,
+    // and tells where to go on; null where there is none.
+    const Instruction* recover(const char* message);
+    // Ends all calls of this run.
+    void abandon();
+
+private:
+    bool aborted() const { return script_.shouldAbortForSoftRaisedError(); }
+
+    // Notes the instruction's place, for what may fail or look at it.
+    void enterSite(const Instruction* i) {
+        const CodeSite& site = code_->siteOf(i);
+        if (site.line) script_.context.setLine(*site.line);
+        scopes_.setNativeLevel(level_ + site.depth);
+    }
+    const ParsedScriptLine& lineOf(const Instruction* i) const { return *code_->siteOf(i).line; }
+
+    const Variable& read(const Instruction* i, Place* place) {
+        if (!place->value->isUnfound()) return *place->value;
+        enterSite(i);
+        const Variable* const found = scopes_.find(*static_cast<Cell*>(place));
+        return found ? *found : nothing_;
+    }
+    Variable take(const Instruction* i, Place* place, bool isTemporary) {
+        return isTemporary ? Variable(std::move(*place->value)) : Variable(read(i, place));
+    }
+    void store(Place* place, Variable&& value) {
+        if (!place->value->isUnfound()) {
+            *place->value = std::move(value);
+        } else {
+            scopes_.assignDefault(*static_cast<Cell*>(place), std::move(value));
+        }
+    }
+    Variable takeB(const Instruction* i) { return take(i, i->b, i->temporaries & 2); }
+    Variable takeC(const Instruction* i) { return take(i, i->c, i->temporaries & 4); }
+
+    // The general ways of the instructions.
+    void move(const Instruction* i);
+    void keepFirst(const Instruction* i);
+    void deal(const Instruction* i);
+    void readScoped(const Instruction* i);
+    void makeVarargs(const Instruction* i);
+    void operate(const Instruction* i);
+    void update(const Instruction* i);
+    void negate(const Instruction* i);
+    void invert(const Instruction* i);
+    void measure(const Instruction* i);
+    bool compare(const Instruction* i, TokenKind comparison);
+    void compareInto(const Instruction* i);
+    bool test(const Instruction* i);
+    void element(const Instruction* i);
+    void setElement(const Instruction* i);
+    void updateElement(const Instruction* i);
+    void addItems(const Instruction* i);
+    void checkKey(const Instruction* i);
+    void setEntry(const Instruction* i);
+    void pushOther(const Instruction* i);
+    void runLine(const Instruction* i);
+    void testLine(const Instruction* i);
+    void returnLine(const Instruction* i);
+    void declare(const Instruction* i);
+    void openBlock(const Instruction* i);
+    void closeBlock(const Instruction* i);
+    void openFor(const Instruction* i);
+    void openForLine(const Instruction* i);
+    void pushLoop(const ParsedFor& header, const NumericLoop& loop);
+    bool roundOfFor(bool isFirst);
+    void openWalk(const Instruction* i);
+    void closeWalk();
+    [[noreturn]] void fail(const Instruction* i);
+
+    // Calls. The arguments are on top of the stack; everything from `bottom` on goes with the call.
+    [[gnu::always_inline]] inline const Instruction* enter(const Instruction* i, ScriptCallable& callable,
+                                                           std::uint32_t count, CallScope bottom);
+    [[gnu::always_inline]] inline void callLibrary(const Instruction* i, LibraryFunction body,
+                                                   CallScope bottom);
+    [[gnu::always_inline]] inline bool isProtectable(const ScriptCallable& callable,
+                                                     std::uint32_t count) const;
+    const Instruction* enterProtected(const Instruction* i, CallScope bottom);
+    void endProtected(const char* thrown = nullptr);
+    void clearTemporaries() {
+        for (std::size_t i = 0; i < temporaryCount; ++i) script_.temporaries[i].own = Variable();
+    }
+    const Instruction* callOther(const Instruction* i, const Variable& callee, CallScope bottom);
+    [[gnu::always_inline]] inline const Instruction* leave();
+
+    // The attentive code while there is something to look for.
+    const Code& codeForNow(const Code& plain) {
+        return script_.mayNeedAttention ? attentiveIfNeeded(plain) : plain;
+    }
+    const Code& attentiveIfNeeded(const Code& plain);
+    // Behind an instruction that ran script, with something to look for: where to go on, or null to leave the
+    // code with nothing, since an error is on its way.
+    const Instruction* attend(const Instruction* behind);
+    void leaveForError(const Instruction* behind);
+    const Instruction* between(const Instruction* i);
+    const Instruction* jumpToLabel(const Instruction* i);
+    bool activeBlockHas(const std::string& label) const;
+    bool runRegisteredTarget(const std::string& label);
+    void serveSteps(std::uint32_t count) {
+        while (count-- > 0) script_.serviceCoroutines();
+    }
+    void leaveServed(const Instruction* i);
+
+    Interpreter& script_;
+    Scopes& scopes_;
+    const Code* code_ = nullptr;
+    std::uint32_t level_;  // native level of the running function
+    static constexpr std::uint32_t maximumCallDepth = 1 << 16;  // they take no native stack
+    static inline const Variable nothing_;
+    std::uint32_t base_;   // calls that this run did not make
+    std::uint32_t depth_;  // of the calls around it
+    Variable result_;      // of a call or of the code
+
+    // The running protected calls of this run, by the number of calls with theirs.
+    SmallStack<std::uint32_t> protected_;
+    std::uint32_t protectedAt_ = 0;  // the newest one, or 0
+};
+
+inline const Instruction* Machine::enter(const Instruction* i, ScriptCallable& callable, std::uint32_t count,
+                                         CallScope bottom) {
+    enterSite(i);
+    script_.countStep();
+    if (script_.callDepth >= maximumCallDepth) [[unlikely]]
+        BindingStack::failFull();
+    const CallScope arguments = scopes_.calls().size() - static_cast<CallScope>(count);
+    callable.retain();  // what it is called by may be overwritten
+    script_.callRecords.push({script_.context.line(), &script_.context.file(), scopes_.callerView(), bottom,
+                              script_.walkCount, script_.activeChunks.size(), level_, code_, i, &callable});
+    ++script_.callDepth;
+    level_ = callable.nativeScopeIndex;
+    scopes_.enterCall(level_);
+    scopes_.nameArguments(arguments, callable.parameterCells);
+    if (callable.source.isKnown()) script_.context.setFile(callable.source);
+    code_ = &codeForNow(*callable.boundCode);
+    return code_->begin();
+}
+
+// Gives back what the newest call has taken; its instruction.
+inline const Instruction* Machine::leave() {
+    const Interpreter::CallRecord& record = script_.callRecords.back();
+    const Instruction* const call = record.call;
+    ScriptCallable* const callable = record.callable;
+    level_ = record.level;
+    code_ = record.code;
+    script_.context.restoreLine(record.line);
+    script_.context.setFile(*record.file);
+    scopes_.leaveCall(record.view, record.bottom);
+    script_.closeWalksTo(record.walks);
+    script_.activeChunks.dropTo(record.activeChunks);
+    script_.callRecords.drop();
+    --script_.callDepth;
+    if (callable->release()) Variable::destroyFunction(callable);
+    return call;
+}
+
+}  // namespace kelmora

@@ -1,0 +1,156 @@
+#include <algorithm>
+#include <stdexcept>
+
+#include "script/code_compiler.h"
+#include "script/machine.h"
+#include "script/protected_result.h"
+
+// Calls other than the frequent ones, and what a run does when something asks for attention.
+namespace kelmora {
+
+const Instruction* Machine::enterProtected(const Instruction* i, CallScope bottom) {
+    BindingStack& stack = scopes_.calls();
+    ScriptCallable& wanted = stack.value(stack.size() - static_cast<BindingIndex>(i->number)).function();
+    ++script_.callDepth;
+    script_.softError.enterProtected(script_.callDepth);
+    protected_.push(protectedAt_);
+    protectedAt_ = script_.callRecords.size() + 1;
+    return enter(i, wanted, i->number - 1, bottom);
+}
+
+// With the protected call left: what it returned, or a failure that was thrown.
+void Machine::endProtected(const char* thrown) {
+    protectedAt_ = protected_.back();
+    protected_.drop();
+    script_.softError.leaveProtected();
+    std::string message;
+    if (script_.softError.take(script_.callDepth, message)) {
+        result_ = protectedFailure(std::move(message));
+    } else {
+        result_ = thrown ? protectedFailure(thrown) : protectedSuccess(result_);
+    }
+    --script_.callDepth;
+}
+
+const Instruction* Machine::recover(const char* message) {
+    clearTemporaries();
+    if (protectedAt_ == 0) return nullptr;
+    const Instruction* call = nullptr;
+    while (script_.callRecords.size() >= protectedAt_) call = leave();
+    // The exception may have come out of calls that have no record here.
+    script_.callDepth = depth_ + (protectedAt_ - 1 - base_) + protected_.size();
+    endProtected(message);
+    if (call->a) *call->a->value = std::move(result_);
+    dropValue(result_);
+    return call + 1;
+}
+
+void Machine::abandon() {
+    clearTemporaries();
+    while (script_.callRecords.size() > base_) leave();
+    for (; protected_.size() > 0; protected_.drop()) script_.softError.leaveProtected();
+    protectedAt_ = 0;
+    script_.callDepth = depth_;
+}
+
+// Enters a script function or calls anything else; where to go on.
+const Instruction* Machine::callOther(const Instruction* i, const Variable& callee, CallScope bottom) {
+    enterSite(i);
+    const Variable kept = callee;
+    if (kept.isFunction() && kept.function().bindsArguments) {
+        if (!kept.function().boundCode) script_.prepareCallable(kept.function());
+        return enter(i, kept.function(), i->number, bottom);
+    }
+    BindingStack& stack = scopes_.calls();
+    result_ = script_.invokeCallable(kept, stack.from(stack.size() - static_cast<BindingIndex>(i->number)));
+    stack.drop(stack.size() - bottom);
+    return nullptr;
+}
+
+// --- Attention ---
+
+const Code& Machine::attentiveIfNeeded(const Code& plain) {
+    if (!plain.program || plain.isAttentive || !script_.lookForAttention()) return plain;
+    if (!plain.attentive)
+        plain.attentive = compileChunk(script_, *plain.program, plain.chunk, plain.isFunction, &plain);
+    return *plain.attentive;
+}
+
+const Instruction* Machine::attend(const Instruction* behind) {
+    if (aborted()) return nullptr;
+    const Code& plain = *code_;
+    code_ = &attentiveIfNeeded(plain);
+    if (code_ == &plain) return behind;
+    const auto place = static_cast<std::uint32_t>(plain.placeOf(behind));
+    const auto found = std::lower_bound(plain.behindCalls.begin(), plain.behindCalls.end(), place);
+    return code_->begin() + code_->behindCalls[static_cast<std::size_t>(found - plain.behindCalls.begin())];
+}
+
+void Machine::leaveForError(const Instruction* behind) {
+    if (!code_->program || !script_.mayNeedAttention) return;
+    serveSteps(code_->siteOf(behind - 1).depth + 1);
+    if (code_->isFunction) script_.rethrowPendingCoroutineException();
+}
+
+void Machine::leaveServed(const Instruction* i) {
+    result_ = i->b ? takeB(i) : Variable();
+    serveSteps(i->number);
+    if (!code_->isFunction) return;
+    script_.rethrowPendingCoroutineException();
+    if (aborted()) result_ = Variable();
+}
+
+// Null to leave the code with nothing.
+const Instruction* Machine::between(const Instruction* i) {
+    const bool atEnd = i->flags != 0;
+    if (!script_.needsAttention()) {
+        code_ = code_->plain;
+        return code_->begin() + code_->betweenSteps[i->number].at;
+    }
+    enterSite(i);
+    if (script_.labels.jumpPending()) return jumpToLabel(i);
+    if (atEnd) return i + 1;
+    script_.rethrowPendingCoroutineException();
+    return aborted() ? nullptr : i + 1;
+}
+
+// With a jump on its way.
+const Instruction* Machine::jumpToLabel(const Instruction* i) {
+    script_.countStep();
+    const CodeBlock& block = code_->blocks[code_->betweenSteps[i->number].block];
+    const std::string label = script_.labels.jumpLabel();
+    std::uint32_t step = 0;
+    if (Labels::findInChunk(*code_->program, block.chunk, label, step)) {
+        script_.labels.clearJump();
+        return code_->begin() + block.starts[step];
+    }
+    if (activeBlockHas(label)) return code_->begin() + block.exit;
+    script_.labels.clearJump();
+    if (!runRegisteredTarget(label)) throw std::runtime_error("jumpTo target not found: " + label);
+    // It has ended, and with it all the blocks around here.
+    serveSteps(code_->siteOf(i).depth);
+    return code_->begin() + code_->blocks[0].exit;
+}
+
+bool Machine::activeBlockHas(const std::string& label) const {
+    std::uint32_t step = 0;
+    for (std::uint32_t n = script_.activeChunks.size(); n > 0; --n) {
+        const Interpreter::ActiveBytecodeChunk& active = script_.activeChunks[n - 1];
+        if (Labels::findInChunk(*active.program, active.chunk, label, step)) return true;
+    }
+    return false;
+}
+
+bool Machine::runRegisteredTarget(const std::string& label) {
+    Labels::Target target;
+    if (!script_.labels.find(label, target)) return false;
+    script_.stack.check();
+    const SourceLineGuard line(script_.context);
+    const SourceFileGuard source(script_.context, target.program->source);
+    const NativeLevelGuard level(scopes_, target.nativeLevel);
+    script_.runCode(script_.chunkCode(*target.program, target.chunk, false), target.instruction);
+    script_.rethrowPendingCoroutineException();
+    return true;
+}
+
+}  // namespace kelmora
