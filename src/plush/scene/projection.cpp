@@ -21,6 +21,8 @@ namespace {
 // Fields of view beyond these have no plane of projection.
 constexpr double narrowest = 1e-6;
 constexpr double widest = 1e6;
+// What shading costs, about.
+constexpr std::int64_t nanosecondsPerPixel = 4;
 constexpr std::uint32_t noFace = 0xffffffffu;
 // Faces this close are in one plane, where the first one drawn is seen.
 constexpr double sameDepth = 1 + 1e-9;
@@ -359,7 +361,7 @@ void projectScene(const Scene& scene, PlushImage& output, std::int32_t workers) 
     }
     Projection projection(constant, scene.textures().size(), output);
     projection.drawSolid();
-    runRows(output.height, std::min(workers, output.height),
+    runRows({output.height, workers, std::int64_t{output.width} * output.height * nanosecondsPerPixel, true},
             [&](std::int32_t first, std::int32_t last) { projection.shadeRows(first, last); });
     projection.mixTranslucent();
 }
