@@ -209,18 +209,21 @@ void compareTiles(benchmark::State& state) {
     race(state, contestants);
 }
 
-// The same blit with workers, beside one thread.
-void compareWorkers(benchmark::State& state) {
+// The same blit with workers, beside one thread. A picture drawn four times as wide and high is work to
+// share.
+void compareWorkers(benchmark::State& state, float scale) {
     Picture source = spriteLike();
     const PlushImage sourceImage = source.image();
-    Picture target = opaque();
+    const int side = static_cast<int>(scale);
+    Picture target{Bytes(source.bytes.size() * static_cast<std::size_t>(side * side), 255), width * side,
+                   height * side};
     PlushImage image = target.image();
     useRowKernels(nullptr);
     std::vector<Contestant> contestants;
     for (const int workers : {1, 2, 6})
         contestants.push_back({std::to_string(workers) + "_workers", [&, workers] {
                                    threadCount = workers;
-                                   blitImage({image, sourceImage, 0, 0, true, 1, 0});
+                                   blitImage({image, sourceImage, 0, 0, true, scale, 0});
                                }});
     race(state, contestants, Clock::Wall);
     threadCount = 1;
@@ -270,7 +273,8 @@ int main(int argc, char** argv) {
         add(name, [what = what](benchmark::State& state) { compareBlit(state, what); });
     add("tiles", compareTiles);
     add("skew", compareSkew);
-    add("workers_sprite", compareWorkers);
+    add("workers_sprite", [](benchmark::State& state) { compareWorkers(state, 1); });
+    add("workers_sprite_4x", [](benchmark::State& state) { compareWorkers(state, 4); });
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     return 0;

@@ -9,6 +9,7 @@
 #include "bindings/scene_arguments.h"
 #include "image/row_workers.h"
 #include "plush/scene/collision.h"
+#include "plush/scene/projected_point.h"
 #include "plush/scene/projection.h"
 #include "plush/scene/raycast.h"
 

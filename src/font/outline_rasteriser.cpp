@@ -1,8 +1,9 @@
 #include "font/outline_rasteriser.h"
 
 #include <algorithm>
-#include <array>
+#include <bit>
 #include <cmath>
+#include <cstring>
 #include <span>
 
 namespace kelmora {
@@ -30,31 +31,34 @@ double distanceSquared(const Point& a, const Point& b) {
     return (a.x - b.x) * (a.x - b.x) + (a.y - b.y) * (a.y - b.y);
 }
 
-constexpr std::array<std::uint8_t, perPixel* perPixel + 1> coverageOfSamples = [] {
-    std::array<std::uint8_t, perPixel * perPixel + 1> table{};
-    for (std::size_t inside = 0; inside < table.size(); ++inside)
-        table[inside] = static_cast<std::uint8_t>(inside * 255 / 16);
-    return table;
-}();
-
 // The winding number of a sample row changes at crossings. Each is kept as the number of the row's samples
 // that lie to its left, and its direction in the lowest bit.
-using Crossing = std::uint32_t;
+using Crossing = OutlineRasteriser::Crossing;
 
-// The sample rows that a segment crosses.
-struct CrossedRows {
-    const LineSegment* segment;
-    std::int32_t first;
-    std::int32_t last;
-};
+// A place between samples, in samples with 32 bits of fraction, that is stepped from row to row.
+using SteppedPlace = std::int64_t;
+constexpr double wholePlace = 4294967296.0;
+// Nearer to a sample than this, stepping may lead to its wrong side; it is off by 2^-15 at most.
+constexpr std::uint32_t nearSample = 1u << 18;
+// Fewer rows are worked out one by one.
+constexpr std::int32_t steppedRows = 3;
 
 // Finds every crossing once and groups them by sample row. Row j stands at `top - j / 4`, sample m of a row
 // at `left + m / 4`; both are exact in double, so comparing against them decides just as testing each sample
 // against each segment would.
 class CrossingTable {
 public:
-    CrossingTable(double left, double top, std::int32_t columns, std::int32_t rows)
-        : left_(left), top_(top), columns_(columns), rowStarts_(static_cast<std::size_t>(rows) + 2) {}
+    CrossingTable(OutlineRasteriser::Scratch& scratch, double left, double top, std::int32_t columns,
+                  std::int32_t rows)
+        : left_(left),
+          top_(top),
+          columns_(columns),
+          crossed_(scratch.crossed),
+          rowStarts_(scratch.rowStarts),
+          crossings_(scratch.crossings) {
+        crossed_.clear();
+        rowStarts_.assign(static_cast<std::size_t>(rows) + 2, 0);
+    }
 
     // False when there are too many.
     bool fill(std::span<const LineSegment> segments) {
@@ -74,8 +78,9 @@ public:
     }
 
 private:
+    using CrossedRows = OutlineRasteriser::CrossedRows;
+
     void collectRows(std::span<const LineSegment> segments) {
-        crossed_.reserve(segments.size());
         for (const LineSegment& segment : segments) {
             const auto [low, high] = std::minmax(segment.start.y, segment.end.y);
             auto first = static_cast<std::int32_t>((top_ - high) * perPixel);
@@ -92,15 +97,15 @@ private:
     // Turns the changes in the number of crossings into the place of each row's next crossing; adding them
     // moves every row's place to its end.
     bool placeRows() {
-        std::size_t total = 0;
-        std::size_t count = 0;
+        std::uint32_t total = 0;
+        std::uint32_t count = 0;
         for (std::size_t j = 1; j < rowStarts_.size(); ++j) {
             count += rowStarts_[j];
             rowStarts_[j - 1] = total;
             total += count;
             if (total > maximumCrossings) return false;
         }
-        crossings_.resize(total);
+        if (crossings_.size() < total) crossings_.resize(total);
         return true;
     }
 
@@ -111,20 +116,30 @@ private:
         const double up = b.y - a.y;
         const Crossing direction = a.y < b.y ? 1 : 0;
         if (a.x == b.x) {
-            const Crossing crossing = crossingAt(a.x, direction);
+            const Crossing crossing = samplesBefore(a.x) << 1 | direction;
             for (std::int32_t j = rows.first; j <= rows.last; ++j) put(j, crossing);
             return;
         }
-        for (std::int32_t j = rows.first; j <= rows.last; ++j) {
-            const double x = a.x + ((heightOf(j) - a.y) * across) / up;
-            put(j, crossingAt(x, direction));
+        const auto crossingIn = [&](std::int32_t j) { return a.x + ((heightOf(j) - a.y) * across) / up; };
+        if (rows.last - rows.first < steppedRows) {
+            for (std::int32_t j = rows.first; j <= rows.last; ++j)
+                put(j, samplesBefore(crossingIn(j)) << 1 | direction);
+            return;
+        }
+        auto place = static_cast<SteppedPlace>((crossingIn(rows.first) - left_) * (perPixel * wholePlace));
+        const auto step = static_cast<SteppedPlace>(across / up * -wholePlace);
+        for (std::int32_t j = rows.first; j <= rows.last; ++j, place += step) {
+            const bool isSure = static_cast<std::uint32_t>(place) - nearSample < 0u - 2 * nearSample;
+            const Crossing samples =
+                isSure ? static_cast<Crossing>(place >> 32) + 1 : samplesBefore(crossingIn(j));
+            put(j, samples << 1 | direction);
         }
     }
 
-    Crossing crossingAt(double x, Crossing direction) const {
+    Crossing samplesBefore(double x) const {
         auto samples = static_cast<std::int32_t>((x - left_) * perPixel);
         if (left_ + sampleStep * samples < x) ++samples;
-        return static_cast<Crossing>(std::clamp(samples, 0, columns_)) << 1 | direction;
+        return static_cast<Crossing>(std::clamp(samples, 0, columns_));
     }
 
     double heightOf(std::int32_t row) const { return top_ - sampleStep * row; }
@@ -132,67 +147,130 @@ private:
         crossings_[rowStarts_[static_cast<std::size_t>(row)]++] = crossing;
     }
 
+    // Most rows have two or four; which of two is less is nothing that a processor can foresee.
     static void sortFew(std::span<Crossing> crossings) {
-        if (crossings.size() < 2) return;
-        if (crossings.size() > 32) return std::sort(crossings.begin(), crossings.end());
-        for (std::size_t i = 1; i < crossings.size(); ++i) {
-            const Crossing moved = crossings[i];
-            std::size_t at = i;
-            for (; at > 0 && crossings[at - 1] > moved; --at) crossings[at] = crossings[at - 1];
-            crossings[at] = moved;
+        const auto order = [&](std::size_t i, std::size_t j) {
+            const Crossing a = crossings[i];
+            const Crossing b = crossings[j];
+            crossings[i] = std::min(a, b);
+            crossings[j] = std::max(a, b);
+        };
+        switch (crossings.size()) {
+            case 0:
+            case 1:
+                return;
+            case 2:
+                return order(0, 1);
+            case 4:
+                order(0, 1);
+                order(2, 3);
+                order(0, 2);
+                order(1, 3);
+                return order(1, 2);
+            default:
+                std::sort(crossings.begin(), crossings.end());
         }
     }
 
     double left_;
     double top_;
     std::int32_t columns_;
-    std::vector<CrossedRows> crossed_;
-    std::vector<std::size_t> rowStarts_;
-    std::vector<Crossing> crossings_;
+    std::vector<CrossedRows>& crossed_;
+    std::vector<std::uint32_t>& rowStarts_;
+    std::vector<Crossing>& crossings_;
 };
 
-// Counts the samples inside, for one row of pixels, as changes from each pixel to the next.
+// The samples of one row of pixels, a bit for each that is inside, in words of sixteen pixels.
 class PixelRow {
 public:
-    explicit PixelRow(std::int32_t width) : changes_(static_cast<std::size_t>(width) + 2) {}
+    PixelRow(std::vector<std::uint64_t>& samples, std::int32_t width)
+        : words_((static_cast<std::size_t>(width) + pixelsPerWord - 1) / pixelsPerWord), samples_(samples) {
+        samples_.assign(words_ * perPixel, 0);
+    }
 
-    void addSampleRow(std::span<const Crossing> crossings) {
+    void addSampleRow(std::int32_t row, std::span<const Crossing> crossings) {
+        std::uint64_t* words = samples_.data() + static_cast<std::size_t>(row) * words_;
         int winding = 0;
         for (const Crossing crossing : crossings) winding += directionOf(crossing);
         Crossing from = 0;
         for (const Crossing crossing : crossings) {
             const Crossing to = crossing >> 1;
-            if (winding != 0 && to > from) {
-                addFrom(from, 1);
-                addFrom(to, -1);
-            }
+            if (winding != 0 && to > from) set(words, from, to);
             winding -= directionOf(crossing);
             from = to;
         }
     }
 
-    void write(std::span<std::uint8_t> pixels) {
-        int* changes = changes_.data();
-        int inside = 0;
-        for (std::uint8_t& pixel : pixels) {
-            inside += *changes;
-            *changes++ = 0;
-            pixel = coverageOfSamples[static_cast<std::size_t>(inside)];
+    // Clears the samples. May write up to a word's pixels behind the row, but not behind `end`.
+    void write(std::uint8_t* pixels, const std::uint8_t* end) {
+        for (std::size_t i = 0; i < words_; ++i, pixels += pixelsPerWord) {
+            std::uint64_t even = 0;
+            std::uint64_t odd = 0;
+            for (std::size_t row = 0; row < perPixel; ++row) {
+                std::uint64_t& word = samples_[row * words_ + i];
+                const std::uint64_t counts = countsOfFour(word);
+                even += counts & inEachByte(15);
+                odd += counts >> 4 & inEachByte(15);
+                word = 0;
+            }
+            const std::uint64_t left = coverages(spread(even) | spread(odd) << 8);
+            const std::uint64_t right = coverages(spread(even >> 32) | spread(odd >> 32) << 8);
+            if (end - pixels >= std::ptrdiff_t{pixelsPerWord}) {
+                store(pixels, left);
+                store(pixels + 8, right);
+                continue;
+            }
+            std::uint8_t bytes[pixelsPerWord];
+            store(bytes, left);
+            store(bytes + 8, right);
+            std::copy_n(bytes, end - pixels, pixels);
         }
     }
 
 private:
-    static int directionOf(Crossing crossing) { return static_cast<int>(crossing & 1) * 2 - 1; }
+    static constexpr std::size_t pixelsPerWord = 64 / perPixel;
 
-    // All samples from `sample` to the end of the row.
-    void addFrom(Crossing sample, int sign) {
-        const int missing = sign * static_cast<int>(sample % perPixel);
-        int* change = changes_.data() + sample / perPixel;
-        change[0] += sign * perPixel - missing;
-        change[1] += missing;
+    static int directionOf(Crossing crossing) { return static_cast<int>(crossing & 1) * 2 - 1; }
+    // The lowest byte first.
+    static void store(std::uint8_t* to, std::uint64_t bytes) {
+        if constexpr (std::endian::native == std::endian::little)
+            std::memcpy(to, &bytes, 8);
+        else
+            for (int i = 0; i < 8; ++i) to[i] = static_cast<std::uint8_t>(bytes >> (i * 8));
+    }
+    static void set(std::uint64_t* words, Crossing from, Crossing to) {
+        constexpr std::uint64_t all = ~std::uint64_t{0};
+        const Crossing last = to - 1;
+        const std::uint64_t head = all << (from % 64);
+        const std::uint64_t tail = all >> (63 - last % 64);
+        if (from / 64 == last / 64) {
+            words[from / 64] |= head & tail;
+            return;
+        }
+        words[from / 64] |= head;
+        for (Crossing word = from / 64 + 1; word < last / 64; ++word) words[word] = all;
+        words[last / 64] |= tail;
+    }
+    static constexpr std::uint64_t inEachByte(std::uint64_t value) { return value * 0x0101010101010101u; }
+    // Of the bits in each four.
+    static std::uint64_t countsOfFour(std::uint64_t bits) {
+        bits -= bits >> 1 & inEachByte(0x55);
+        return (bits & inEachByte(0x33)) + (bits >> 2 & inEachByte(0x33));
+    }
+    // The lower four bytes, each with an empty one above it.
+    static std::uint64_t spread(std::uint64_t bytes) {
+        bytes &= 0xffffffffu;
+        bytes = (bytes | bytes << 16) & 0x0000ffff0000ffffu;
+        return (bytes | bytes << 8) & 0x00ff00ff00ff00ffu;
+    }
+    // n * 255 / 16 without its fraction for n samples, 0 to 16: 0 or 16 * (n - 1) + 15.
+    static std::uint64_t coverages(std::uint64_t samples) {
+        const std::uint64_t ones = (samples + inEachByte(127)) >> 7 & inEachByte(1);
+        return (samples - ones) << 4 | ones * 15;
     }
 
-    std::vector<int> changes_;
+    std::size_t words_;
+    std::vector<std::uint64_t>& samples_;
 };
 
 bool fitsBitmap(const OutlineBuilder& builder) {
@@ -286,6 +364,10 @@ void flatten_cubic_recursive(OutlineBuilder& builder, const Point& p0, const Poi
 }
 
 GlyphBitmap rasterize_outline(const OutlineBuilder& builder, double advance) {
+    return OutlineRasteriser().rasterize(builder, advance);
+}
+
+GlyphBitmap OutlineRasteriser::rasterize(const OutlineBuilder& builder, double advance) {
     GlyphBitmap bitmap;
     bitmap.advance = advance;
     if (builder.segments.empty() || !builder.has_bounds || !fitsBitmap(builder)) return bitmap;
@@ -294,7 +376,8 @@ GlyphBitmap rasterize_outline(const OutlineBuilder& builder, double advance) {
     const auto width = static_cast<std::int32_t>(std::ceil(builder.max_x)) - left + 1;
     const auto height = top - static_cast<std::int32_t>(std::floor(builder.min_y)) + 1;
 
-    CrossingTable crossings(left + firstSample, top - firstSample, width * perPixel, height * perPixel);
+    CrossingTable crossings(scratch_, left + firstSample, top - firstSample, width * perPixel,
+                            height * perPixel);
     if (!crossings.fill(builder.segments)) return bitmap;
     bitmap.left = left;
     bitmap.top = top;
@@ -302,10 +385,11 @@ GlyphBitmap rasterize_outline(const OutlineBuilder& builder, double advance) {
     bitmap.height = height;
     const auto rowBytes = static_cast<std::size_t>(width);
     bitmap.pixels.resize(rowBytes * static_cast<std::size_t>(height));
-    PixelRow pixelRow(width);
+    const std::uint8_t* end = bitmap.pixels.data() + bitmap.pixels.size();
+    PixelRow pixelRow(scratch_.samples, width);
     for (std::int32_t y = 0; y < height; ++y) {
-        for (std::int32_t k = 0; k < perPixel; ++k) pixelRow.addSampleRow(crossings.row(y * perPixel + k));
-        pixelRow.write({bitmap.pixels.data() + static_cast<std::size_t>(y) * rowBytes, rowBytes});
+        for (std::int32_t k = 0; k < perPixel; ++k) pixelRow.addSampleRow(k, crossings.row(y * perPixel + k));
+        pixelRow.write(bitmap.pixels.data() + static_cast<std::size_t>(y) * rowBytes, end);
     }
     return bitmap;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "font/font_backend.h"
@@ -53,5 +54,28 @@ void flatten_cubic_recursive(OutlineBuilder& builder, const Point& p0, const Poi
 // An outline more than 32 Ki pixels wide or high or of more than 64 Mi
 // pixels, or an absurdly dense one, gives a blank glyph.
 GlyphBitmap rasterize_outline(const OutlineBuilder& builder, double advance);
+
+// The same for many glyphs, whose memory it keeps from one to the next.
+class OutlineRasteriser {
+public:
+    using Crossing = std::uint32_t;
+    // The sample rows that a segment crosses.
+    struct CrossedRows {
+        const LineSegment* segment;
+        std::int32_t first;
+        std::int32_t last;
+    };
+    struct Scratch {
+        std::vector<CrossedRows> crossed;
+        std::vector<std::uint32_t> rowStarts;
+        std::vector<Crossing> crossings;
+        std::vector<std::uint64_t> samples;
+    };
+
+    GlyphBitmap rasterize(const OutlineBuilder& builder, double advance);
+
+private:
+    Scratch scratch_;
+};
 
 }  // namespace kelmora

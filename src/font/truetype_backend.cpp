@@ -101,7 +101,7 @@ GlyphBitmap TrueTypeBackend::rasterize(std::uint32_t codepoint, double scale) {
     builder_.clear();
     const AffineTransform scaled{scale, 0, 0, scale, 0, 0};
     if (!outlines_.append(glyph, scaled, builder_)) return blank;
-    return rasterize_outline(builder_, blank.advance);
+    return rasteriser_.rasterize(builder_, blank.advance);
 }
 
 }  // namespace kelmora

@@ -48,7 +48,8 @@ private:
     std::vector<std::uint32_t> glyph_offsets;
     CharacterMap characters_;
     GlyphOutlines outlines_;
-    OutlineBuilder builder_;  // kept for its memory
+    OutlineBuilder builder_;  // kept for its memory, and so is
+    OutlineRasteriser rasteriser_;
 };
 
 }  // namespace kelmora

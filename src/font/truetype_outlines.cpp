@@ -1,5 +1,7 @@
 #include "font/truetype_outlines.h"
 
+#include <span>
+
 #include "base/byte_reader.h"
 
 namespace kelmora {
@@ -100,20 +102,34 @@ AffineTransform compose(const AffineTransform& parent, const Component& part) {
     return {columnX.x, columnY.x, columnX.y, columnY.y, origin.x, origin.y};
 }
 
-// One coordinate of a point: a byte with its sign in a flag, nothing for no change, or a word.
-bool readDelta(ByteReader& reader, bool isShort, bool sameOrPositive, std::uint16_t& total) {
-    if (isShort) {
-        std::uint8_t delta = 0;
-        if (!reader.readU8(delta)) return false;
-        total = static_cast<std::uint16_t>(sameOrPositive ? total + delta : total - delta);
+constexpr unsigned bitsOf(unsigned flags, unsigned first, unsigned second) {
+    return (flags / first & 1) | (flags / second & 1) << 1;
+}
+
+// Coordinates of the points, each as its change: a byte with its sign in a flag, nothing, or a word.
+class DeltaReader {
+public:
+    DeltaReader(std::span<const std::uint8_t> bytes, std::size_t at) : bytes_(bytes), at_(at) {}
+
+    // The bits of `flags` are 1 for a byte and 2 for its positive sign, or for no change.
+    bool read(unsigned flags, std::uint16_t& total) {
+        constexpr std::uint8_t lengths[] = {2, 1, 0, 1};
+        const std::size_t length = lengths[flags];
+        const std::size_t left = bytes_.size() - at_;
+        if (length > left) return false;
+        // No branches on what the next point is like: nobody could foresee them.
+        const unsigned high = left > 0 ? bytes_[at_] : 0;
+        const unsigned word = high << 8 | (left > 1 ? bytes_[at_ + 1] : 0);
+        const unsigned deltas[] = {word, 0 - high, 0, high};
+        total = static_cast<std::uint16_t>(total + deltas[flags]);
+        at_ += length;
         return true;
     }
-    if (sameOrPositive) return true;
-    std::uint16_t delta = 0;
-    if (!reader.readU16Big(delta)) return false;
-    total = static_cast<std::uint16_t>(total + delta);
-    return true;
-}
+
+private:
+    std::span<const std::uint8_t> bytes_;
+    std::size_t at_;
+};
 
 }  // namespace
 
@@ -193,16 +209,15 @@ bool GlyphOutlines::readPoints(FontBytes data, std::size_t at, std::size_t count
         if ((flags & simple::repeat) && !reader.readU8(repeats)) return false;
         for (unsigned copies = repeats + 1u; copies > 0 && i < count; --copies) points_[i++].flags = flags;
     }
+    DeltaReader deltas(data.from(at), reader.position());
     std::uint16_t x = 0;
     for (RawPoint& point : points_) {
-        if (!readDelta(reader, point.flags & simple::shortX, point.flags & simple::sameOrPositiveX, x))
-            return false;
+        if (!deltas.read(bitsOf(point.flags, simple::shortX, simple::sameOrPositiveX), x)) return false;
         point.x = static_cast<std::int16_t>(x);
     }
     std::uint16_t y = 0;
     for (RawPoint& point : points_) {
-        if (!readDelta(reader, point.flags & simple::shortY, point.flags & simple::sameOrPositiveY, y))
-            return false;
+        if (!deltas.read(bitsOf(point.flags, simple::shortY, simple::sameOrPositiveY), y)) return false;
         point.y = static_cast<std::int16_t>(y);
     }
     return true;

@@ -103,7 +103,7 @@ GlyphBitmap Type1Backend::rasterize(std::uint32_t codepoint, double scale) {
     const bool drawn = runner.draw(*program);
     if (!runner.advance()) return blank;
     blank.advance = transform.xx * *runner.advance();
-    return drawn ? rasterize_outline(builder_, blank.advance) : blank;
+    return drawn ? rasteriser_.rasterize(builder_, blank.advance) : blank;
 }
 
 }  // namespace kelmora

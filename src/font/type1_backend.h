@@ -32,7 +32,8 @@ private:
     double unitsPerEm_ = 1000;
     std::unordered_map<std::uint32_t, const Charstring*> characters_;
     const Charstring* notdef_ = nullptr;
-    OutlineBuilder builder_;  // kept for its memory
+    OutlineBuilder builder_;  // kept for its memory, and so is
+    OutlineRasteriser rasteriser_;
 };
 
 }  // namespace kelmora

@@ -1,7 +1,9 @@
 #include "image/row_workers.h"
 
 #include <algorithm>
+#include <atomic>
 #include <condition_variable>
+#include <exception>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -30,8 +32,8 @@ struct Chunks {
     }
 };
 
-// Threads that are kept between calls, at most one for each processor: starting six for every blit would cost
-// more than a full screen takes to draw. Chunks beyond their number wait their turn.
+// Threads that are kept between calls, at most one for each processor with the caller's: starting six for
+// every blit would cost more than a full screen takes to draw.
 class WorkerPool {
 public:
     WorkerPool() = default;
@@ -46,23 +48,26 @@ public:
         for (std::thread& thread : threads_) thread.join();
     }
 
-    void run(const Chunks& chunks) {
+    void run(const Chunks& chunks, std::int64_t workers) {
         const std::lock_guard oneCall(callMutex_);
-        const std::int64_t count = chunks.count();
-        grow(std::min<std::int64_t>(count, std::max(std::thread::hardware_concurrency(), 1u)));
-        if (threads_.empty()) {
-            for (std::int64_t index = 0; index < count; ++index) chunks.run(index);
-            return;
+        const std::int64_t processors = std::max(std::thread::hardware_concurrency(), 1u);
+        const std::int64_t helpers = std::min({chunks.count(), workers, processors}) - 1;
+        grow(helpers);
+        {
+            const std::lock_guard lock(mutex_);
+            chunks_ = &chunks;
+            next_ = 0;
+            places_ = helpers;
         }
-        std::unique_lock lock(mutex_);
-        chunks_ = &chunks;
-        next_ = 0;
-        count_ = count;
-        unfinished_ = count;
-        lock.unlock();
-        wake_.notify_all();
-        lock.lock();
-        done_.wait(lock, [this] { return unfinished_ == 0; });
+        if (helpers > 0) wake_.notify_all();
+        std::exception_ptr failure;
+        try {
+            runSome(chunks);
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        finish();
+        if (failure) std::rethrow_exception(failure);
     }
 
 private:
@@ -71,35 +76,60 @@ private:
             while (static_cast<std::int64_t>(threads_.size()) < size)
                 threads_.emplace_back([this] { serve(); });
         } catch (const std::system_error&) {
-            // The system gives no more threads; the ones there are do the work, or the caller.
+            // The system gives no more threads; the ones there are and the caller do the work.
         }
+    }
+    void runSome(const Chunks& chunks) {
+        const std::int64_t count = chunks.count();
+        for (std::int64_t index = 0; (index = next_.fetch_add(1)) < count;) chunks.run(index);
+    }
+    // Waits for the helpers that took part; none joins any more.
+    void finish() {
+        std::unique_lock lock(mutex_);
+        places_ = 0;
+        for (int turn = 0; turn < turnsBeforeSleep && working_ > 0; ++turn) {
+            lock.unlock();
+            std::this_thread::yield();
+            lock.lock();
+        }
+        done_.wait(lock, [this] { return working_ == 0; });
     }
 
     void serve() {
         std::unique_lock lock(mutex_);
         for (;;) {
-            wake_.wait(lock, [this] { return stopping_ || next_ < count_; });
+            wake_.wait(lock, [this] { return stopping_ || places_ > 0; });
             if (stopping_) return;
-            const std::int64_t index = next_++;
+            --places_;
+            ++working_;
             const Chunks& chunks = *chunks_;
             lock.unlock();
-            chunks.run(index);
+            runSome(chunks);
             lock.lock();
-            if (--unfinished_ == 0) done_.notify_one();
+            if (--working_ == 0) done_.notify_one();
         }
     }
+
+    // A helper's last chunk is often nearly done when the caller's is.
+    static constexpr int turnsBeforeSleep = 50;
 
     std::mutex callMutex_;
     std::mutex mutex_;
     std::condition_variable wake_;
     std::condition_variable done_;
     const Chunks* chunks_ = nullptr;
-    std::int64_t next_ = 0;
-    std::int64_t count_ = 0;
-    std::int64_t unfinished_ = 0;
+    std::atomic<std::int64_t> next_{0};
+    std::int64_t places_ = 0;  // for helpers who have not joined
+    std::int64_t working_ = 0;
     bool stopping_ = false;
     std::vector<std::thread> threads_;
 };
+
+// A helper is awake after 50 to 100 microseconds; work has to last some times as long to gain by it.
+constexpr std::int64_t worthWaking = 250'000;
+// Pieces for each worker, so that none waits long for another one's last, of at least so many rows.
+constexpr std::int32_t piecesPerWorker = 4;
+constexpr std::int64_t leastPiece = 8;
 
 }  // namespace
 
@@ -107,9 +137,22 @@ std::int32_t blitWorkers(std::int32_t rows, std::int64_t pixels) {
     return std::min(rows, pixels < sharedFrom ? 1 : threadCount);
 }
 
-void shareRows(std::int32_t rows, std::int32_t workers, const RowWork& work) {
+void shareRows(const RowShares& shares, const RowWork& work) {
     static WorkerPool pool;
-    if (rows > 0) pool.run({rows, (std::int64_t{rows} + workers - 1) / workers, work});
+    if (shares.rows <= 0) return;
+    const bool alone = shares.nanoseconds < worthWaking || shares.workers < 2;
+    if (alone && shares.inAnyPieces) {
+        work(0, shares.rows);
+        return;
+    }
+    const std::int64_t workers = std::max(shares.workers, 1);
+    const std::int64_t pieces = workers * (shares.inAnyPieces ? piecesPerWorker : 1);
+    const std::int64_t least = shares.inAnyPieces ? leastPiece : 1;
+    const Chunks chunks{shares.rows, std::max((shares.rows + pieces - 1) / pieces, least), work};
+    if (alone)
+        for (std::int64_t index = 0; index < chunks.count(); ++index) chunks.run(index);
+    else
+        pool.run(chunks, workers);
 }
 
 }  // namespace kelmora

@@ -14,17 +14,25 @@ using RowWork = std::function<void(std::int32_t first, std::int32_t last)>;
 // Workers for a blit over `rows` rows that touches `pixels` pixels: one, the caller itself, for small work.
 std::int32_t blitWorkers(std::int32_t rows, std::int64_t pixels);
 
-// Hands out chunks of ceil(rows / workers) rows to workers and returns when all are done; the caller does
-// none. `workers` is at least 1 and may be more than the machine has processors.
-void shareRows(std::int32_t rows, std::int32_t workers, const RowWork& work);
+// The rows of one call.
+struct RowShares {
+    std::int32_t rows;
+    std::int32_t workers;  // with 1 or less the caller does all rows at once; may be more than processors
+    // What all rows cost one thread, about: others are woken where that saves time.
+    std::int64_t nanoseconds = INT64_MAX;
+    // Pieces of any size do, which share best; else chunks of ceil(rows / workers).
+    bool inAnyPieces = false;
+};
 
-// All rows on the caller when `workers` is 1 or less, else shared.
+// Returns when all rows are done, some of them by the caller.
+void shareRows(const RowShares& shares, const RowWork& work);
+
 template <typename Work>
-void runRows(std::int32_t rows, std::int32_t workers, const Work& work) {
-    if (workers > 1)
-        shareRows(rows, workers, std::cref(work));
+void runRows(const RowShares& shares, const Work& work) {
+    if (shares.workers > 1)
+        shareRows(shares, std::cref(work));
     else
-        work(0, rows);
+        work(0, shares.rows);
 }
 
 }  // namespace kelmora

@@ -8,10 +8,6 @@ namespace {
 // Inner loops of a fixed length are what the compiler turns into vector code at our optimisation level.
 constexpr std::size_t blockLength = 16;
 
-constexpr std::uint32_t devicePixel(std::uint32_t pixel) {
-    return (pixel & 0xff00u) | (pixel & 0xffu) << 16 | (pixel >> 16 & 0xffu);
-}
-
 }  // namespace
 
 bool rowIsOpaque(std::span<const std::uint32_t> row) {

@@ -40,6 +40,10 @@ void gatherRow(const std::uint32_t* source, std::span<const int> columns, std::u
 void blendGatheredRow(const std::uint32_t* source, std::span<const int> columns, ClearColour clear,
                       std::uint32_t* row);
 
+// Turned back it is the pixel with alpha 0.
+constexpr std::uint32_t devicePixel(std::uint32_t pixel) {
+    return (pixel & 0xff00u) | (pixel & 0xffu) << 16 | (pixel >> 16 & 0xffu);
+}
 void deviceRow(std::span<const std::uint32_t> row, std::uint32_t* device);
 
 }  // namespace kelmora

@@ -84,6 +84,7 @@ void WindowCore::setClientSize(int width, int height) {
     std::vector<std::uint32_t> dibPixels(count);
     backbuffer_.swap(backbuffer);
     dibPixels_.swap(dibPixels);
+    isBackbufferOld_ = false;
     clientWidth_ = width;
     clientHeight_ = height;
 }
@@ -121,26 +122,21 @@ bool WindowCore::composeIfDirty() {
 }
 
 void WindowCore::renderIntoBackbuffer() {
-    const std::uint32_t clearWord = clear_.opaqueWord();
+    isBackbufferOld_ = true;
+    const std::uint32_t clearPixel = devicePixel(clear_.opaqueWord());
     if (image_.empty()) {
-        std::fill(backbuffer_.begin(), backbuffer_.end(), clearWord);
-        deviceRow(backbuffer_, dibPixels_.data());
+        std::fill(dibPixels_.begin(), dibPixels_.end(), clearPixel);
         return;
     }
     const Letterbox box = letterbox();
-    fillRows(0, box.y, clearWord);
-    renderImage(box, clearWord);
-    fillRows(box.y + box.height, clientHeight_, clearWord);
-}
-
-void WindowCore::fillRows(int first, int end, std::uint32_t word) {
-    const std::span rows = std::span(backbuffer_).subspan(rowStart(first), rowStart(end) - rowStart(first));
-    std::fill(rows.begin(), rows.end(), word);
-    deviceRow(rows, dibPixels_.data() + rowStart(first));
+    std::fill_n(dibPixels_.data(), rowStart(box.y), clearPixel);
+    renderImage(box, clearPixel);
+    const std::size_t below = rowStart(box.y + box.height);
+    std::fill_n(dibPixels_.data() + below, dibPixels_.size() - below, clearPixel);
 }
 
 // A picture enlarged shows the same row of its own several times over; those are copied whole.
-void WindowCore::renderImage(const Letterbox& box, std::uint32_t clearWord) {
+void WindowCore::renderImage(const Letterbox& box, std::uint32_t clearPixel) {
     columns_.resize(static_cast<std::size_t>(box.width));
     for (int x = 0; x < box.width; ++x)
         columns_[static_cast<std::size_t>(x)] = sourcePosition(x, imageWidth_, box.width);
@@ -151,37 +147,46 @@ void WindowCore::renderImage(const Letterbox& box, std::uint32_t clearWord) {
         if (imageRow == previousImageRow)
             repeatRowAbove(box.y + y);
         else
-            renderRow(box, box.y + y, imageRow, clearWord);
+            renderRow(box, box.y + y, imageRow, clearPixel);
         previousImageRow = imageRow;
     }
 }
 
-void WindowCore::renderRow(const Letterbox& box, int y, int imageRow, std::uint32_t clearWord) {
+void WindowCore::renderRow(const Letterbox& box, int y, int imageRow, std::uint32_t clearPixel) {
     const auto imageWidth = static_cast<std::size_t>(imageWidth_);
-    const std::span source =
+    std::span<const std::uint32_t> drawn =
         std::span(image_).subspan(static_cast<std::size_t>(imageRow) * imageWidth, imageWidth);
-    std::uint32_t* row = backbuffer_.data() + rowStart(y);
-    std::uint32_t* drawn = row + box.x;
-
-    std::fill(row, drawn, clearWord);
-    if (!rowIsOpaque(source))
-        blendGatheredRow(source.data(), columns_, clear_, drawn);
-    else if (box.width == imageWidth_)
-        std::copy(source.begin(), source.end(), drawn);
-    else
-        gatherRow(source.data(), columns_, drawn);
-    std::fill(drawn + box.width, row + clientWidth_, clearWord);
-    deviceRow({row, static_cast<std::size_t>(clientWidth_)}, dibPixels_.data() + rowStart(y));
+    const bool isOpaque = rowIsOpaque(drawn);
+    if (!isOpaque || box.width != imageWidth_) {
+        row_.resize(columns_.size());
+        if (isOpaque)
+            gatherRow(drawn.data(), columns_, row_.data());
+        else
+            blendGatheredRow(drawn.data(), columns_, clear_, row_.data());
+        drawn = row_;
+    }
+    std::uint32_t* row = dibPixels_.data() + rowStart(y);
+    std::fill(row, row + box.x, clearPixel);
+    deviceRow(drawn, row + box.x);
+    std::fill(row + box.x + box.width, row + clientWidth_, clearPixel);
 }
 
 void WindowCore::repeatRowAbove(int y) {
     const auto width = static_cast<std::size_t>(clientWidth_);
-    std::copy_n(backbuffer_.data() + rowStart(y - 1), width, backbuffer_.data() + rowStart(y));
     std::copy_n(dibPixels_.data() + rowStart(y - 1), width, dibPixels_.data() + rowStart(y));
 }
 
+std::span<const std::uint32_t> WindowCore::backbuffer() const {
+    if (isBackbufferOld_) {
+        std::transform(dibPixels_.begin(), dibPixels_.end(), backbuffer_.begin(),
+                       [](std::uint32_t pixel) { return devicePixel(pixel) | 0xff000000u; });
+        isBackbufferOld_ = false;
+    }
+    return backbuffer_;
+}
+
 PlushImage* WindowCore::capture() const {
-    const std::size_t bytes = backbuffer_.size() * sizeof(std::uint32_t);
+    const std::size_t bytes = backbuffer().size() * sizeof(std::uint32_t);
     std::unique_ptr<unsigned char[]> pixels(new unsigned char[bytes]);
     std::memcpy(pixels.get(), backbuffer_.data(), bytes);
     auto image = std::make_unique<PlushImage>();

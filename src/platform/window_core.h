@@ -49,9 +49,10 @@ public:
     bool anyButtonDown() const { return buttons_[0] || buttons_[1] || buttons_[2]; }
     KeyState keyState() const;
 
-    // Rows from the top without padding, client size: RGBA words, and the same in the device's order.
-    std::span<const std::uint32_t> backbuffer() const { return backbuffer_; }
+    // Rows from the top without padding, client size: the picture in the device's order, and the same in RGBA
+    // words, made when asked for.
     std::span<const std::uint32_t> dibPixels() const { return dibPixels_; }
+    std::span<const std::uint32_t> backbuffer() const;
     // A copy of the backbuffer, which the caller owns.
     PlushImage* capture() const;
 
@@ -64,9 +65,8 @@ private:
     int pictureHeight() const { return image_.empty() ? logicalHeight_ : imageHeight_; }
     Letterbox letterbox() const;
     void renderIntoBackbuffer();
-    void fillRows(int first, int end, std::uint32_t word);
-    void renderImage(const Letterbox& box, std::uint32_t clearWord);
-    void renderRow(const Letterbox& box, int y, int imageRow, std::uint32_t clearWord);
+    void renderImage(const Letterbox& box, std::uint32_t clearPixel);
+    void renderRow(const Letterbox& box, int y, int imageRow, std::uint32_t clearPixel);
     void repeatRowAbove(int y);
     std::size_t rowStart(int y) const {
         return static_cast<std::size_t>(y) * static_cast<std::size_t>(clientWidth_);
@@ -88,8 +88,10 @@ private:
     std::vector<std::uint32_t> image_;
     int imageWidth_ = 0;
     int imageHeight_ = 0;
-    std::vector<std::uint32_t> backbuffer_;
     std::vector<std::uint32_t> dibPixels_;
+    mutable std::vector<std::uint32_t> backbuffer_;
+    mutable bool isBackbufferOld_ = false;
+    std::vector<std::uint32_t> row_;
     std::vector<int> columns_;
 };
 

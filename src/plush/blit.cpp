@@ -11,6 +11,9 @@
 namespace kelmora {
 namespace {
 
+// What drawing rows as they are costs, about.
+constexpr std::int64_t pixelsPerNanosecond = 6;
+
 // First and end of [0, length) once it is moved by `offset` and cut to [0, limit).
 std::int32_t firstInside(std::int32_t offset) {
     return offset < 0 ? static_cast<std::int32_t>(-std::int64_t{offset}) : 0;
@@ -40,7 +43,7 @@ void drawClipped(const Blit& blit) {
     if (left >= right || top >= bottom) return;
     const std::int64_t pixels = std::int64_t{blit.source.width} * blit.source.height;
     // The whole image is shared out, rows outside the target among them.
-    runRows(blit.source.height, blitWorkers(blit.source.height, pixels),
+    runRows({blit.source.height, blitWorkers(blit.source.height, pixels), pixels / pixelsPerNanosecond, true},
             [&](std::int32_t first, std::int32_t last) {
                 drawClippedRows(blit, left, right, std::max(first, top), std::min(last, bottom));
             });

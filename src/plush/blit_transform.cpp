@@ -35,7 +35,7 @@ Box boxOn(const PlushImage& target, float left, float top, float right, float bo
 template <typename Work>
 void runBoxRows(const Box& box, const Work& work) {
     if (box.pixels() == 0) return;
-    runRows(box.rows(), blitWorkers(box.rows(), box.pixels()),
+    runRows({box.rows(), blitWorkers(box.rows(), box.pixels()), box.pixels(), true},
             [&](std::int32_t first, std::int32_t last) { work(box.top + first, box.top + last); });
 }
 

@@ -27,8 +27,9 @@ void replacePixels(PlushImage& image, std::unique_ptr<unsigned char[]> pixels, s
     image.height = height;
 }
 
-std::int32_t workersFor(const PlushImage& image, std::int32_t workers) {
-    return std::min(workers, image.height);
+// What work on each pixel with its neighbours costs, about.
+std::int64_t nanosecondsOf(const PlushImage& image) {
+    return std::int64_t{image.width} * image.height * 10;
 }
 
 // Thresholds of an 8 x 8 square in which neighbours differ most, 0 to 63.
@@ -79,7 +80,7 @@ void ditherImage(PlushImage& image, std::int32_t amount, bool doubleFirst, std::
     if (doubleFirst) upscalePlushImage(image, 2, workers);
     if (amount < 1) return;
     const int step = std::min(amount, 255);
-    runRows(image.height, workersFor(image, workers), [&](std::int32_t first, std::int32_t last) {
+    runRows({image.height, workers, nanosecondsOf(image), true}, [&](std::int32_t first, std::int32_t last) {
         for (std::int32_t y = first; y < last; ++y) {
             unsigned char* pixel = rowOf(image, y);
             for (std::int32_t x = 0; x < image.width; ++x, pixel += 4)
@@ -95,7 +96,7 @@ void bilinearInPlace(PlushImage& image, EdgeForm edges, std::int32_t workers) {
     const std::size_t size = byteCount(image.width, image.height);
     auto smoothed = std::make_unique<unsigned char[]>(size);
     std::memcpy(smoothed.get(), image.pixels, size);
-    runRows(image.height, workersFor(image, workers), [&](std::int32_t first, std::int32_t last) {
+    runRows({image.height, workers, nanosecondsOf(image), true}, [&](std::int32_t first, std::int32_t last) {
         for (std::int32_t y = first; y < last; ++y) {
             const unsigned char* const rows[] = {rowOf(image, std::max(y - 1, 0)), rowOf(image, y),
                                                  rowOf(image, std::min(y + 1, image.height - 1))};
@@ -126,15 +127,16 @@ void upscalePlushImage(PlushImage& image, double factor, std::int32_t workers) {
     const auto nearest = [](std::int32_t at, std::int32_t count, std::int32_t of) {
         return static_cast<std::int32_t>(std::int64_t{at} * of / count);
     };
-    runRows(height, std::min(workers, height), [&](std::int32_t first, std::int32_t last) {
-        for (std::int32_t y = first; y < last; ++y) {
-            const unsigned char* source = rowOf(image, nearest(y, height, image.height));
-            unsigned char* target = pixels.get() + byteCount(width, y);
-            for (std::int32_t x = 0; x < width; ++x)
-                std::memcpy(target + byteCount(x, 1), source + byteCount(nearest(x, width, image.width), 1),
-                            4);
-        }
-    });
+    runRows({height, workers, std::int64_t{width} * height, true},
+            [&](std::int32_t first, std::int32_t last) {
+                for (std::int32_t y = first; y < last; ++y) {
+                    const unsigned char* source = rowOf(image, nearest(y, height, image.height));
+                    unsigned char* target = pixels.get() + byteCount(width, y);
+                    for (std::int32_t x = 0; x < width; ++x)
+                        std::memcpy(target + byteCount(x, 1),
+                                    source + byteCount(nearest(x, width, image.width), 1), 4);
+                }
+            });
     replacePixels(image, std::move(pixels), width, height);
 }
 

@@ -13,6 +13,12 @@ void mixRow(unsigned char* target, const unsigned char* source, std::size_t coun
     for (std::size_t i = 0; i < count; ++i) mixPixel(target + i * 4, source + i * 4);
 }
 
+void mixMappedRow(unsigned char* target, const unsigned char* row, const std::int32_t* columns,
+                  std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i)
+        mixPixel(target + i * 4, row + static_cast<std::size_t>(columns[i]) * 4);
+}
+
 void turnedPixels(const TurnedRow& row, std::int32_t first, unsigned char* out, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
         const float dx = static_cast<float>(first + static_cast<std::int32_t>(i)) - row.centre;
@@ -71,7 +77,7 @@ const RowKernels* chosenKernels = nullptr;
 
 }  // namespace
 
-const RowKernels plainKernels{mixRow, turnedPixels, skewPixels};
+const RowKernels plainKernels{mixRow, mixMappedRow, turnedPixels, skewPixels};
 
 const RowKernels& rowKernels() {
     return chosenKernels ? *chosenKernels : fastestKernels();

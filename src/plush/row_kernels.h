@@ -66,6 +66,9 @@ struct SkewRow {
 struct RowKernels {
     // Mixes `count` pixels over the target. The two rows do not overlap.
     void (*mix)(unsigned char* target, const unsigned char* source, std::size_t count);
+    // The same with the pixels of a source row at `columns`.
+    void (*mixMapped)(unsigned char* target, const unsigned char* row, const std::int32_t* columns,
+                      std::size_t count);
     // Fetches the pixels for target columns from `first` on, all of which lie inside the source.
     void (*turned)(const TurnedRow& row, std::int32_t first, unsigned char* out, std::size_t count);
     // Stores the pixels of columns [first, last) that a triangle holds into `target`, a whole row.

@@ -14,9 +14,8 @@ namespace {
 }
 
 // As the mix of four, on eight.
-[[gnu::target("avx2")]] __m256i mixEight(__m256i target, __m256i source) {
+[[gnu::target("avx2"), gnu::always_inline]] inline __m256i mixEight(__m256i target, __m256i source) {
     const __m256i lowBytes = _mm256_set1_epi16(0x00FF);
-    const __m256i reciprocal = _mm256_set1_epi16(static_cast<short>(0x8081));
     const __m256i sourceRb = _mm256_and_si256(source, lowBytes);
     const __m256i sourceGa = _mm256_srli_epi16(source, 8);
     const __m256i targetRb = _mm256_and_si256(target, lowBytes);
@@ -27,34 +26,58 @@ namespace {
     const __m256i sourceGf = _mm256_or_si256(sourceGa, _mm256_set1_epi32(0x00FF0000));
     const __m256i rb =
         _mm256_add_epi16(_mm256_mullo_epi16(sourceRb, alpha), _mm256_mullo_epi16(targetRb, rest));
-    const __m256i ga =
-        _mm256_add_epi16(_mm256_add_epi16(_mm256_mullo_epi16(sourceGf, alpha), _mm256_set1_epi32(254 << 16)),
-                         _mm256_mullo_epi16(targetGa, rest));
-    const __m256i rbOut = _mm256_srli_epi16(_mm256_mulhi_epu16(rb, reciprocal), 7);
-    const __m256i gaOut = _mm256_slli_epi16(_mm256_mulhi_epu16(ga, reciprocal), 1);
-    return _mm256_or_si256(rbOut, _mm256_andnot_si256(lowBytes, gaOut));
+    const __m256i ga = _mm256_add_epi16(
+        _mm256_add_epi16(_mm256_mullo_epi16(sourceGf, alpha), _mm256_set1_epi32(255 << 16 | 1)),
+        _mm256_mullo_epi16(targetGa, rest));
+    const __m256i rbOut =
+        _mm256_srli_epi16(_mm256_mulhi_epu16(rb, _mm256_set1_epi16(static_cast<short>(0x8081))), 7);
+    const __m256i gaOut = _mm256_slli_epi16(_mm256_mulhi_epu16(ga, _mm256_set1_epi16(257)), 8);
+    return _mm256_or_si256(rbOut, gaOut);
 }
 
 [[gnu::target("avx2")]] bool alphasAre(__m256i pixels, __m256i value) {
     return _mm256_movemask_ps(_mm256_castsi256_ps(_mm256_cmpeq_epi8(pixels, value))) == 255;
 }
 
+[[gnu::target("avx2")]] bool drawAlike(unsigned char* target, const unsigned char* source) {
+    const __m256i a = load(source);
+    const __m256i b = load(source + 32);
+    if (source[3] == 0) return alphasAre(_mm256_or_si256(a, b), _mm256_setzero_si256());
+    if (!alphasAre(_mm256_and_si256(a, b), _mm256_set1_epi8(-1))) return false;
+    store(target, a);
+    store(target + 32, b);
+    return true;
+}
+
+bool isPartlyClear(const unsigned char* pixel) {
+    return static_cast<unsigned char>(pixel[3] + 1) > 1;
+}
+
 [[gnu::target("avx2")]] void mixRow(unsigned char* target, const unsigned char* source, std::size_t count) {
-    const __m256i clear = _mm256_setzero_si256();
-    const __m256i opaque = _mm256_set1_epi8(-1);
     for (; count >= 16; count -= 16, target += 64, source += 64) {
-        const __m256i a = load(source);
-        const __m256i b = load(source + 32);
-        if (alphasAre(_mm256_and_si256(a, b), opaque)) {
-            store(target, a);
-            store(target + 32, b);
-        } else if (!alphasAre(_mm256_or_si256(a, b), clear)) {
-            store(target, mixEight(load(target), a));
-            store(target + 32, mixEight(load(target + 32), b));
-        }
+        if (!isPartlyClear(source) && drawAlike(target, source)) continue;
+        store(target, mixEight(load(target), load(source)));
+        store(target + 32, mixEight(load(target + 32), load(source + 32)));
     }
     _mm256_zeroupper();
-    sse2Kernels.mix(target, source, count);
+    if (count > 0) sse2Kernels.mix(target, source, count);
+}
+
+[[gnu::target("avx2")]] void mixMappedRow(unsigned char* target, const unsigned char* row,
+                                          const std::int32_t* columns, std::size_t count) {
+    const auto* pixels = reinterpret_cast<const int*>(row);
+    std::size_t i = 0;
+    for (; i + 8 <= count; i += 8) {
+        const __m256i places = load(reinterpret_cast<const unsigned char*>(columns + i));
+        const __m256i source = _mm256_i32gather_epi32(pixels, places, 4);
+        const unsigned char alpha = row[static_cast<std::size_t>(columns[i]) * 4 + 3];
+        if (alpha == 0 && alphasAre(source, _mm256_setzero_si256())) continue;
+        unsigned char* out = target + i * 4;
+        const bool isOpaque = alpha == 255 && alphasAre(source, _mm256_set1_epi8(-1));
+        store(out, isOpaque ? source : mixEight(load(out), source));
+    }
+    _mm256_zeroupper();
+    if (i < count) sse2Kernels.mixMapped(target + i * 4, row, columns + i, count - i);
 }
 
 [[gnu::target("avx2")]] __m256i nearest(__m256 value) {
@@ -109,7 +132,7 @@ void skewPixels(const SkewRow& row, std::int32_t first, std::int32_t last, unsig
 
 }  // namespace
 
-const RowKernels avx2Kernels{mixRow, turnedPixels, skewPixels};
+const RowKernels avx2Kernels{mixRow, mixMappedRow, turnedPixels, skewPixels};
 
 }  // namespace kelmora
 

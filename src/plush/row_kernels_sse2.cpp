@@ -20,10 +20,10 @@ void store(unsigned char* to, __m128i pixels) {
 // Each pixel as two pairs of 16-bit lanes, red with blue and green with alpha. With 255 in place of the
 // source's alpha and 254 added, the colours' formula gives the alpha too:
 // floor(((255 - a) * old + a * 255 + 254) / 255) = a + old - floor(old * a / 255).
-// Clear and opaque pixels come out right without a test.
-__m128i mixFour(__m128i target, __m128i source) {
+// Clear and opaque pixels come out right without a test. floor(x / 255) is x * 0x8081 >> 23, and where 1
+// more is added anyway (x + 1) * 257 >> 16, both exact for all sums of these.
+[[gnu::always_inline]] inline __m128i mixFour(__m128i target, __m128i source) {
     const __m128i lowBytes = _mm_set1_epi16(0x00FF);
-    const __m128i reciprocal = _mm_set1_epi16(static_cast<short>(0x8081));
     const __m128i sourceRb = _mm_and_si128(source, lowBytes);
     const __m128i sourceGa = _mm_srli_epi16(source, 8);
     const __m128i targetRb = _mm_and_si128(target, lowBytes);
@@ -34,11 +34,11 @@ __m128i mixFour(__m128i target, __m128i source) {
     const __m128i sourceGf = _mm_or_si128(sourceGa, _mm_set1_epi32(0x00FF0000));
     const __m128i rb = _mm_add_epi16(_mm_mullo_epi16(sourceRb, alpha), _mm_mullo_epi16(targetRb, rest));
     const __m128i ga =
-        _mm_add_epi16(_mm_add_epi16(_mm_mullo_epi16(sourceGf, alpha), _mm_set1_epi32(254 << 16)),
+        _mm_add_epi16(_mm_add_epi16(_mm_mullo_epi16(sourceGf, alpha), _mm_set1_epi32(255 << 16 | 1)),
                       _mm_mullo_epi16(targetGa, rest));
-    const __m128i rbOut = _mm_srli_epi16(_mm_mulhi_epu16(rb, reciprocal), 7);
-    const __m128i gaOut = _mm_slli_epi16(_mm_mulhi_epu16(ga, reciprocal), 1);
-    return _mm_or_si128(rbOut, _mm_andnot_si128(lowBytes, gaOut));
+    const __m128i rbOut = _mm_srli_epi16(_mm_mulhi_epu16(rb, _mm_set1_epi16(static_cast<short>(0x8081))), 7);
+    const __m128i gaOut = _mm_slli_epi16(_mm_mulhi_epu16(ga, _mm_set1_epi16(257)), 8);
+    return _mm_or_si128(rbOut, gaOut);
 }
 
 // True when the alphas of the four pixels all equal the byte that fills `value`.
@@ -46,29 +46,57 @@ bool alphasAre(__m128i pixels, __m128i value) {
     return _mm_movemask_ps(_mm_castsi128_ps(_mm_cmpeq_epi8(pixels, value))) == 15;
 }
 
+// Sixteen pixels whose first is clear or opaque; false unless all are alike.
+bool drawAlike(unsigned char* target, const unsigned char* source) {
+    const __m128i a = load(source);
+    const __m128i b = load(source + 16);
+    const __m128i c = load(source + 32);
+    const __m128i d = load(source + 48);
+    if (source[3] == 0)
+        return alphasAre(_mm_or_si128(_mm_or_si128(a, b), _mm_or_si128(c, d)), _mm_setzero_si128());
+    const __m128i all = _mm_and_si128(_mm_and_si128(a, b), _mm_and_si128(c, d));
+    if (!alphasAre(all, _mm_set1_epi8(-1))) return false;
+    store(target, a);
+    store(target + 16, b);
+    store(target + 32, c);
+    store(target + 48, d);
+    return true;
+}
+
+bool isPartlyClear(const unsigned char* pixel) {
+    return static_cast<unsigned char>(pixel[3] + 1) > 1;
+}
+
+__m128i fetch(const unsigned char* pixels, std::size_t index) {
+    std::int32_t pixel;
+    std::memcpy(&pixel, pixels + index * 4, 4);
+    return _mm_cvtsi32_si128(pixel);
+}
+
 void mixRow(unsigned char* target, const unsigned char* source, std::size_t count) {
-    const __m128i clear = _mm_setzero_si128();
-    const __m128i opaque = _mm_set1_epi8(-1);
     for (; count >= 16; count -= 16, target += 64, source += 64) {
-        const __m128i a = load(source);
-        const __m128i b = load(source + 16);
-        const __m128i c = load(source + 32);
-        const __m128i d = load(source + 48);
-        if (alphasAre(_mm_and_si128(_mm_and_si128(a, b), _mm_and_si128(c, d)), opaque)) {
-            store(target, a);
-            store(target + 16, b);
-            store(target + 32, c);
-            store(target + 48, d);
-        } else if (!alphasAre(_mm_or_si128(_mm_or_si128(a, b), _mm_or_si128(c, d)), clear)) {
-            store(target, mixFour(load(target), a));
-            store(target + 16, mixFour(load(target + 16), b));
-            store(target + 32, mixFour(load(target + 32), c));
-            store(target + 48, mixFour(load(target + 48), d));
-        }
+        if (!isPartlyClear(source) && drawAlike(target, source)) continue;
+        for (int i = 0; i < 64; i += 16) store(target + i, mixFour(load(target + i), load(source + i)));
     }
     for (; count >= 4; count -= 4, target += 16, source += 16)
         store(target, mixFour(load(target), load(source)));
     for (; count > 0; --count, target += 4, source += 4) mixPixel(target, source);
+}
+
+void mixMappedRow(unsigned char* target, const unsigned char* row, const std::int32_t* columns,
+                  std::size_t count) {
+    const auto at = [&](std::size_t i) { return fetch(row, static_cast<std::size_t>(columns[i])); };
+    std::size_t i = 0;
+    for (; i + 4 <= count; i += 4) {
+        const __m128i source = _mm_unpacklo_epi64(_mm_unpacklo_epi32(at(i), at(i + 1)),
+                                                  _mm_unpacklo_epi32(at(i + 2), at(i + 3)));
+        const unsigned char alpha = row[static_cast<std::size_t>(columns[i]) * 4 + 3];
+        if (alpha == 0 && alphasAre(source, _mm_setzero_si128())) continue;
+        unsigned char* out = target + i * 4;
+        store(out,
+              alpha == 255 && alphasAre(source, _mm_set1_epi8(-1)) ? source : mixFour(load(out), source));
+    }
+    plainKernels.mixMapped(target + i * 4, row, columns + i, count - i);
 }
 
 // Nearest integers, halves up; for values above -0.5 that 32 bits hold.
@@ -93,11 +121,6 @@ void turnedRun(const TurnedRow& row, std::int32_t first, unsigned char* out, std
     const auto ratio = [scale](__m128 value) {
         return multiplies ? _mm_mul_ps(value, scale) : _mm_div_ps(value, scale);
     };
-    const auto pixelAt = [&row](std::size_t index) {
-        std::int32_t pixel;
-        std::memcpy(&pixel, row.pixels + index * 4, 4);
-        return pixel;
-    };
     for (std::size_t i = 0; i < count; i += 4) {
         const __m128 dx = _mm_sub_ps(_mm_cvtepi32_ps(columns), centre);
         const __m128 across = ratio(_mm_add_ps(_mm_mul_ps(dx, cosine), rowSine));
@@ -108,8 +131,9 @@ void turnedRun(const TurnedRow& row, std::int32_t first, unsigned char* out, std
         const __m128i index = _mm_madd_epi16(_mm_or_si128(v, _mm_slli_epi32(u, 16)), strides);
         alignas(16) std::uint32_t indices[4];
         _mm_store_si128(reinterpret_cast<__m128i*>(indices), index);
-        store(out + i * 4, _mm_setr_epi32(pixelAt(indices[0]), pixelAt(indices[1]), pixelAt(indices[2]),
-                                          pixelAt(indices[3])));
+        const auto at = [&](std::size_t lane) { return fetch(row.pixels, indices[lane]); };
+        store(out + i * 4,
+              _mm_unpacklo_epi64(_mm_unpacklo_epi32(at(0), at(1)), _mm_unpacklo_epi32(at(2), at(3))));
         columns = _mm_add_epi32(columns, _mm_set1_epi32(4));
     }
 }
@@ -230,7 +254,7 @@ void skewPixels(const SkewRow& row, std::int32_t first, std::int32_t last, unsig
 
 }  // namespace
 
-const RowKernels sse2Kernels{mixRow, turnedPixels, skewPixels};
+const RowKernels sse2Kernels{mixRow, mixMappedRow, turnedPixels, skewPixels};
 
 }  // namespace kelmora
 

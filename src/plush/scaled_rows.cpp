@@ -1,15 +1,22 @@
 #include "plush/scaled_rows.h"
 
-#include <algorithm>
-
 #include "plush/draw_rows.h"
 
 namespace kelmora {
 namespace {
 
 void gather(unsigned char* out, const unsigned char* row, const std::int32_t* columns, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i)
+    const auto fetch = [&](std::size_t i) {
         std::memcpy(out + i * 4, row + static_cast<std::size_t>(columns[i]) * 4, 4);
+    };
+    std::size_t i = 0;
+    for (; i + 4 <= count; i += 4) {
+        fetch(i);
+        fetch(i + 1);
+        fetch(i + 2);
+        fetch(i + 3);
+    }
+    for (; i < count; ++i) fetch(i);
 }
 
 }  // namespace
@@ -25,17 +32,13 @@ void drawMapped(const PlushImage& target, std::int32_t targetRow, const PlushIma
         return;
     }
     const unsigned char* row = pixelAt(source, 0, sourceRow);
-    if (!blend && !ontoItself) {
+    if (ontoItself)
+        for (std::size_t i = 0; i < count; ++i)
+            drawPixel(out + i * 4, row + static_cast<std::size_t>(columns.source[i]) * 4, blend);
+    else if (blend)
+        rowKernels().mixMapped(out, row, columns.source.data(), count);
+    else
         gather(out, row, columns.source.data(), count);
-        return;
-    }
-    FetchBuffer buffer;
-    const std::size_t step = buffer.step(ontoItself);
-    for (std::size_t at = 0; at < count; at += step) {
-        const std::size_t run = std::min(step, count - at);
-        gather(buffer.pixels, row, columns.source.data() + at, run);
-        drawRun(out + at * 4, buffer.pixels, run, blend, false);
-    }
 }
 
 }  // namespace kelmora

@@ -109,9 +109,8 @@ void skewImage(std::int32_t ltx, std::int32_t lty, std::int32_t rtx, std::int32_
                     *output,
                     plain ? plainKernels : rowKernels()};
     if (skew.upper.inverse == 0 && skew.lower.inverse == 0) return;
-    const std::int32_t workers = std::max(std::min(output->height, threadCount), 1);
-    shareRows(output->height, workers,
-              [&skew](std::int32_t first, std::int32_t last) { processRows(skew, first, last); });
+    runRows({output->height, threadCount, std::int64_t{output->width} * output->height, true},
+            [&skew](std::int32_t first, std::int32_t last) { processRows(skew, first, last); });
 }
 
 }  // namespace kelmora

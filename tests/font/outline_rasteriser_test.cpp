@@ -101,6 +101,23 @@ TEST(OutlineRasteriser, AgreesWithTestingEverySampleAgainstEverySegment) {
     }
 }
 
+// Long edges through many samples: on slopes of whole samples each row's crossing falls on one.
+TEST(OutlineRasteriser, LargeOutlinesAgreeToo) {
+    std::mt19937 random(3);
+    OutlineRasteriser rasteriser;
+    for (int i = 0; i < 40; ++i) {
+        std::vector<Point> points;
+        for (int corner = 0; corner < 4; ++corner) {
+            const auto eighths = [&] { return static_cast<double>(random() % 1600) / 8 + 0.125; };
+            points.push_back({eighths(), eighths()});
+        }
+        if (i % 4 == 0) points[1].y = points[0].y + (points[1].x - points[0].x) * (i % 8 == 0 ? 1 : 0.5);
+        const OutlineBuilder outline = polygon(points);
+        const GlyphBitmap bitmap = rasteriser.rasterize(outline, 0);
+        ASSERT_EQ(bitmap.pixels, samplePixels(outline, bitmap)) << "outline " << i;
+    }
+}
+
 TEST(OutlineRasteriser, ASquareFillsItsPixelsWithinAMargin) {
     const GlyphBitmap bitmap = rasterize_outline(polygon({{0, 0}, {0, 8}, {8, 8}, {8, 0}}), 9.5);
     EXPECT_EQ(bitmap.left, -1);

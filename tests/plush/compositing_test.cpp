@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <limits>
 #include <random>
 #include <string>
@@ -273,17 +274,37 @@ TEST(Compositing, AnImageOntoItselfIsDrawnPixelByPixel) {
 
 TEST(RowWorkers, EveryRowIsHandedOutOnce) {
     for (const std::int32_t rows : {0, 1, 2, 5, 7, 100, 544})
-        for (const std::int32_t workers : {1, 2, 3, 6, 8, 600}) {
-            std::vector<int> seen(static_cast<std::size_t>(rows));
-            const auto caller = std::this_thread::get_id();
-            bool callerWorked = false;
-            shareRows(rows, workers, [&](std::int32_t first, std::int32_t last) {
-                if (std::this_thread::get_id() == caller) callerWorked = true;
-                for (std::int32_t row = first; row < last; ++row) ++seen[static_cast<std::size_t>(row)];
-            });
-            EXPECT_EQ(std::count(seen.begin(), seen.end(), 1), rows);
-            EXPECT_FALSE(callerWorked);
-        }
+        for (const std::int32_t workers : {-1, 1, 2, 3, 6, 8, 600})
+            for (const bool inAnyPieces : {false, true})
+                for (const std::int64_t nanoseconds : {std::int64_t{0}, INT64_MAX}) {
+                    std::vector<int> seen(static_cast<std::size_t>(rows));
+                    const std::int32_t chunk = (rows + std::max(workers, 1) - 1) / std::max(workers, 1);
+                    std::atomic<bool> areChunks = true;
+                    shareRows({rows, workers, nanoseconds, inAnyPieces},
+                              [&](std::int32_t first, std::int32_t last) {
+                                  if (first % chunk != 0 || last != std::min(first + chunk, rows))
+                                      areChunks = false;
+                                  for (std::int32_t row = first; row < last; ++row)
+                                      ++seen[static_cast<std::size_t>(row)];
+                              });
+                    EXPECT_EQ(std::count(seen.begin(), seen.end(), 1), rows);
+                    EXPECT_TRUE(areChunks || inAnyPieces);
+                }
+}
+
+TEST(RowWorkers, FailureOfTheCallersWorkComesBack) {
+    const auto caller = std::this_thread::get_id();
+    for (int i = 0; i < 50; ++i) {
+        std::atomic<bool> hasFailed = false;
+        const auto work = [&](std::int32_t, std::int32_t) {
+            if (std::this_thread::get_id() == caller) {
+                hasFailed = true;
+                throw 1;
+            }
+            while (!hasFailed) std::this_thread::yield();
+        };
+        EXPECT_THROW(shareRows({100, 100}, work), int);
+    }
 }
 
 TEST(RowWorkers, OnlyLargeBlitsAreShared) {

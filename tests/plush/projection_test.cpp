@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "plush/scene/projected_point.h"
 #include "plush/scene_fixture.h"
 
 namespace kelmora {
@@ -57,6 +58,54 @@ TEST(Projection, MixesGlassAndCutsOutClearTexels) {
     }
     scene.setQuads(quads);
     EXPECT_LE(difference(scene, 40, 40).pixels, 16);
+}
+
+// Slabs at many heights, seen over and under each other.
+TEST(Projection, NearTilesHideFarOnes) {
+    LivePicture one(3, 2, 200, 0, 0), other(2, 2, 0, 190, 20), third(1, 1, 30, 40, 250);
+    Scene scene;
+    buildRoom(scene, 12, 12);
+    scene.setTextures({nullptr, one.get(), other.get(), third.get()});
+    const auto heights = [](int factor, int range) {
+        TileTable table(12, std::vector<std::int32_t>(12));
+        for (int x = 0; x < 12; ++x)
+            for (int y = 0; y < 12; ++y)
+                table[static_cast<std::size_t>(x)][static_cast<std::size_t>(y)] = x * y * factor % range;
+        return table;
+    };
+    scene.setTiles(TileLayer::FloorOffsets, heights(5, 7));
+    scene.setTiles(TileLayer::RoofOffsets, heights(3, 11));
+    for (int turn = 0; turn < 8; ++turn) {
+        scene.player = {90, 100, 4, static_cast<float>(turn) * 0.8f, static_cast<float>(turn % 3) * 0.3f};
+        EXPECT_LE(difference(scene, 60, 50).pixels, 20) << turn;
+    }
+}
+
+TEST(Projection, AnyNumberOfWorkersGivesTheSameBytesOnEveryMachine) {
+    std::uint32_t sum = 0;
+    for (unsigned seed = 0; seed < 40; ++seed) {
+        RandomScene random(seed, seed % 2 == 0);
+        LivePicture one(101, 67, 0, 0, 0), many(101, 67, 0, 0, 0);
+        projectScene(random.scene, *one, 1);
+        projectScene(random.scene, *many, 5);
+        ASSERT_EQ(one.bytes(), many.bytes()) << seed;
+        for (const unsigned char byte : one.bytes()) sum = sum * 31 + byte;
+    }
+    EXPECT_EQ(sum, 3072162510u);
+}
+
+TEST(Projection, LongMapsEnd) {
+    LivePicture output(20, 20, 0, 0, 0), texture(1, 1, 9, 9, 9);
+    for (const bool isWide : {false, true}) {
+        Scene scene;
+        const TileTable tiles = isWide ? TileTable(300000, {0}) : TileTable(1, std::vector<int>(300000));
+        scene.setTiles(TileLayer::Walls, tiles);
+        scene.setTextures({nullptr, texture.get()});
+        scene.player = {8, 8, 7, 0, 0};
+        scene.settings.renderDistance = HUGE_VALF;
+        projectScene(scene, *output, 1);
+        EXPECT_EQ(output.pixel(3, 3), (std::vector<int>{0, 0, 255, 255}));
+    }
 }
 
 TEST(Projection, PointsLandWhereTheirRayGoes) {

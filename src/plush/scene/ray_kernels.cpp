@@ -1,9 +1,6 @@
 #include "plush/scene/ray_kernels.h"
 
-#include <algorithm>
-
 #include "base/cpu_features.h"
-#include "base/saturating.h"
 
 namespace kelmora {
 namespace {
@@ -36,52 +33,9 @@ void shade(const RenderScene& scene, const RayRun& run, unsigned char* pixels) {
     }
 }
 
-bool cover(double base, double slope, const double* u, std::size_t count, std::uint32_t number,
-           double* nearness, std::uint32_t* numbers) {
-    bool isSeen = false;
-    for (std::size_t i = 0; i < count; ++i) {
-        const double own = base + slope * u[i];
-        if (!(own > nearness[i] * sameDepth)) continue;
-        nearness[i] = own;
-        numbers[i] = number;
-        isSeen = true;
-    }
-    return isSeen;
-}
-
-double roughRoot(double value) {
-    return static_cast<double>(std::sqrt(static_cast<float>(value)));
-}
-
-std::size_t texelNumber(double coordinate, std::int32_t count) {
-    const double part = coordinate - saturatingInt(coordinate);
-    const double texel = (part < 0 ? part + 1 : part) * count;
-    return static_cast<std::size_t>(std::clamp(saturatingInt(texel), 0, count - 1));
-}
-
-void map(const Camera& camera, const FaceRow& face, const double* u, const double* nearness,
-         std::size_t first, std::size_t count, RayRun& run) {
-    const double downwards = face.v * camera.halfHeight;
-    const SceneTexture& texture = *face.texture;
-    for (std::size_t i = 0; i < count; ++i) {
-        const double ahead = 1 / nearness[i];
-        const double aside = u[i] * camera.halfWidth;
-        const auto at = [&](const FaceRow::Coordinate& coordinate) {
-            return coordinate.start + (coordinate.middle + coordinate.slope * u[i]) * ahead;
-        };
-        const std::size_t column = texelNumber(at(face.along), texture.width);
-        const std::size_t row = texelNumber(at(face.down), texture.height);
-        std::memcpy(&run.texel[first + i],
-                    texture.pixels + (row * static_cast<std::size_t>(texture.width) + column) * 4, 4);
-        run.distance[first + i] = ahead * roughRoot(1 + downwards * downwards + aside * aside);
-        run.fogMultiplier[first + i] =
-            roughRoot(u[i] * u[i] + face.v * face.v) * (fogTowardsCorner * fogOfCorner) + 1;
-    }
-}
-
 }  // namespace
 
-const RayKernels plainRayKernels{aim, shade, cover, map};
+const RayKernels plainRayKernels{aim, shade};
 
 const RayKernels& rayKernels() {
 #if defined(KELMORA_X86)

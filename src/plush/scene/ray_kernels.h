@@ -12,13 +12,11 @@
 namespace kelmora {
 
 constexpr std::size_t rayRunLength = 64;
-// What a kernel may write behind a run.
-constexpr std::size_t rayRunMargin = 4;
 
 // Some rays from the eye, next to each other, and what they saw.
 struct RayRun {
     template <typename Value>
-    using Each = Value[rayRunLength + rayRunMargin];
+    using Each = Value[rayRunLength];
 
     // Directions, whose components near 0 are a millionth, and 1 / each component.
     alignas(32) Each<double> x;
@@ -57,28 +55,14 @@ struct RayRun {
     }
 };
 
-// The places of a picture's columns in whole runs with a margin, from the place of each.
+// The places of a picture's columns in whole runs, from the place of each.
 template <typename PlaceOf>
 std::vector<double> columnsInRuns(std::int32_t columns, const PlaceOf& placeOf) {
     std::vector<double> places;
     for (std::int32_t column = 0; column < columns; ++column) places.push_back(placeOf(column));
-    places.resize((places.size() + rayRunLength - 1) / rayRunLength * rayRunLength + rayRunMargin, 0);
+    places.resize((places.size() + rayRunLength - 1) / rayRunLength * rayRunLength, 0);
     return places;
 }
-
-// A flat face in one row of a picture. With n how near a pixel is, 1 / distance ahead, and u its place, a
-// texture coordinate is start + (middle + slope * u) / n.
-struct FaceRow {
-    struct Coordinate {
-        double start;
-        double middle;
-        double slope;
-    };
-    Coordinate along;
-    Coordinate down;
-    const SceneTexture* texture;
-    double v;
-};
 
 struct RayKernels {
     // Aims the rays through v and the first of `u`, a whole run of them. All that the camera has is finite,
@@ -87,18 +71,7 @@ struct RayKernels {
                 RayRun& run);
     // The pixels of a whole run.
     void (*shade)(const RenderScene& scene, const RayRun& run, unsigned char* pixels);
-    // Puts a face, as near as base + slope * u, into pixels of a row where nothing else is as near. Nearness
-    // and numbers stand for those pixels; returns whether there was one.
-    bool (*cover)(double base, double slope, const double* u, std::size_t count, std::uint32_t number,
-                  double* nearness, std::uint32_t* numbers);
-    // Texels, distances and fog multipliers of `count` rays that meet the face, from `first` on. May
-    // overwrite what stands behind them; reads three more places and nearnesses than there are.
-    void (*map)(const Camera& camera, const FaceRow& face, const double* u, const double* nearness,
-                std::size_t first, std::size_t count, RayRun& run);
 };
-
-// Faces this close are in one plane, where the first one drawn is seen.
-constexpr double sameDepth = 1 + 1e-9;
 
 extern const RayKernels plainRayKernels;
 #if defined(__SSE2__)

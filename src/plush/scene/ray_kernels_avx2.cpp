@@ -51,31 +51,12 @@ KELMORA_LANES inline Fours choose(Fours mask, Fours a, Fours b) {
 KELMORA_LANES inline __m128 narrowed(Fours a) {
     return _mm256_cvtpd_ps(a);
 }
-KELMORA_LANES inline Fours widened(__m128 a) {
-    return _mm256_cvtps_pd(a);
-}
-KELMORA_LANES inline void storeAnywhere(double* to, Fours value) {
-    _mm256_storeu_pd(to, value);
-}
-KELMORA_LANES inline Fours negated(Fours a) {
-    return _mm256_xor_pd(a, _mm256_set1_pd(-0.0));
-}
-KELMORA_LANES inline __m128i integers(Fours a) {
-    return _mm256_cvttpd_epi32(a);
-}
-KELMORA_LANES inline Fours whole(Fours a) {
-    return _mm256_cvtepi32_pd(integers(a));
-}
-KELMORA_LANES inline __m128 narrowedMask(Fours mask) {
-    const __m256 halves = _mm256_castpd_ps(mask);
-    return _mm_shuffle_ps(_mm256_castps256_ps128(halves), _mm256_extractf128_ps(halves, 1), 0x88);
-}
 
 #include "plush/scene/ray_kernel_loops.h"
 
 }  // namespace
 
-const RayKernels avx2RayKernels{aim, shade, cover, map};
+const RayKernels avx2RayKernels{aim, shade};
 
 }  // namespace kelmora
 

@@ -55,32 +55,12 @@ inline Fours choose(Fours mask, Fours a, Fours b) {
 inline __m128 narrowed(Fours a) {
     return _mm_movelh_ps(_mm_cvtpd_ps(a.low), _mm_cvtpd_ps(a.high));
 }
-inline Fours widened(__m128 a) {
-    return {_mm_cvtps_pd(a), _mm_cvtps_pd(_mm_movehl_ps(a, a))};
-}
-inline void storeAnywhere(double* to, Fours value) {
-    _mm_storeu_pd(to, value.low);
-    _mm_storeu_pd(to + 2, value.high);
-}
-inline Fours negated(Fours a) {
-    return {_mm_xor_pd(a.low, _mm_set1_pd(-0.0)), _mm_xor_pd(a.high, _mm_set1_pd(-0.0))};
-}
-inline __m128i integers(Fours a) {
-    return _mm_unpacklo_epi64(_mm_cvttpd_epi32(a.low), _mm_cvttpd_epi32(a.high));
-}
-inline Fours whole(Fours a) {
-    const __m128i numbers = integers(a);
-    return {_mm_cvtepi32_pd(numbers), _mm_cvtepi32_pd(_mm_unpackhi_epi64(numbers, numbers))};
-}
-inline __m128 narrowedMask(Fours mask) {
-    return _mm_shuffle_ps(_mm_castpd_ps(mask.low), _mm_castpd_ps(mask.high), 0x88);
-}
 
 #include "plush/scene/ray_kernel_loops.h"
 
 }  // namespace
 
-const RayKernels sse2RayKernels{aim, shade, cover, map};
+const RayKernels sse2RayKernels{aim, shade};
 
 }  // namespace kelmora
 

@@ -13,11 +13,6 @@ double withoutZero(double component) {
     return std::fabs(component) < leastComponent ? std::copysign(leastComponent, component) : component;
 }
 
-float fogAmount(const RenderScene& scene, double fogMultiplier, double distance) {
-    const auto amount = static_cast<float>(fogMultiplier * distance / scene.renderDistance);
-    return amount < 1 ? amount : 1;
-}
-
 Vec3 colourOf(unsigned char red, unsigned char green, unsigned char blue) {
     return {static_cast<float>(red), static_cast<float>(green), static_cast<float>(blue)};
 }
@@ -95,11 +90,19 @@ const unsigned char* takeLayers(const RenderScene& scene, const RayUnderWay& ray
     return texel[3] == 255 || scratch.isCovered ? texel : nullptr;
 }
 
+float fogAmount(const RenderScene& scene, double fogMultiplier, double distance) {
+    const auto amount = static_cast<float>(fogMultiplier * distance / scene.renderDistance);
+    return amount < 1 ? amount : 1;
+}
+
 Vec3 shadedColour(const RenderScene& scene, double fogMultiplier, const unsigned char* texel,
                   const Vec3& light, double distance) {
-    const float fog = fogAmount(scene, fogMultiplier, distance);
+    return foggedColour(scene.fog, fogAmount(scene, fogMultiplier, distance), texel, light);
+}
+
+Vec3 foggedColour(const Vec3& fog, float amount, const unsigned char* texel, const Vec3& light) {
     const Vec3 surface = wholeColour({light.x * texel[0], light.y * texel[1], light.z * texel[2]});
-    return scene.fog * fog + surface * (1 - fog);
+    return fog * amount + surface * (1 - amount);
 }
 
 Vec3 foggedTexel(const RenderScene& scene, double fogMultiplier, const unsigned char* texel,

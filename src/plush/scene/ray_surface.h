@@ -120,7 +120,11 @@ inline const unsigned char* takeSurface(const RenderScene& scene, const RayUnder
     return takeLayers(scene, ray, hit, texel, scratch, mirroredRaysLeft);
 }
 
+// The share of fog in the colour of a pixel, 0 to 1; 1 for what is no number.
+float fogAmount(const RenderScene& scene, double fogMultiplier, double distance);
+
 // A lit texel behind fog. Light is 1 for full.
+Vec3 foggedColour(const Vec3& fog, float amount, const unsigned char* texel, const Vec3& light);
 Vec3 shadedColour(const RenderScene& scene, double fogMultiplier, const unsigned char* texel,
                   const Vec3& light, double distance);
 

@@ -156,7 +156,7 @@ template <typename DrawRow>
 void shareBlockRows(std::int32_t rows, std::int32_t workers, const DrawRow& drawRow) {
     std::atomic<std::int32_t> next{0};
     const std::int32_t shares = std::clamp(workers, 1, rows);
-    runRows(shares, shares, [&](std::int32_t first, std::int32_t last) {
+    runRows({shares, shares}, [&](std::int32_t first, std::int32_t last) {
         TraceWork work;
         for (std::int32_t row = 0; first < last && (row = next.fetch_add(1)) < rows;) drawRow(row, work);
     });

@@ -60,6 +60,7 @@ Camera cameraOf(const Scene& scene, std::int32_t width, std::int32_t height);
 // Fog thickens towards the corners of the picture: the factor at u and v, 1 in the middle.
 constexpr double fogTowardsCorner = 0.70710677;
 constexpr double fogOfCorner = 1.5;
+constexpr float fogFromMiddle = static_cast<float>(fogTowardsCorner * fogOfCorner);
 double fogMultiplierAt(double u, double v);
 
 // A scene as one picture is drawn from it: constant, in doubles, dead images left out. Borrows the scene and

@@ -14,25 +14,25 @@ constexpr double tallest = 1e7;
 
 class FaceCollector {
 public:
-    FaceCollector(const RenderScene& scene, const std::function<bool(std::int32_t)>& isSolid,
-                  const std::function<void(const SceneFace&)>& visit)
-        : scene_(scene), isSolid_(isSolid), visit_(visit) {}
+    FaceCollector(const RenderScene& scene, FaceVisitor& visitor) : scene_(scene), visitor_(visitor) {}
 
     void tile(std::int32_t x, std::int32_t y) const {
         const std::size_t index = scene_.map.find(x, y);
         if (index == TileMap::outside) return;
         const TileCell& cell = scene_.map.cell(index);
         const bool isEyeTile = x == scene_.camera.tileX && y == scene_.camera.tileY;
-        const bool isSolidWall = isSolid_(cell.wall);
+        const bool isSolidWall = visitor_.isSolid(cell.wall);
         for (const int side : {-1, 1}) {
             upright(cell, isSolidWall, x, y, x + side, y);
             upright(cell, isSolidWall, x, y, x, y + side);
         }
         if (isSolidWall && !isEyeTile) return;
+        const auto away = [&](double height) { return std::fabs(height - scene_.camera.eye.z); };
+        const bool isRoofNearer = away(scene_.roofHeight(cell)) < away(scene_.floorHeight(cell));
+        if (isRoofNearer) roof(cell, x, y);
         if (scene_.texture(cell.floor))
             slab(SurfaceKind::FloorTop, x, y, cell.floor, scene_.floorHeight(cell));
-        if (scene_.texture(cell.roof))
-            slab(SurfaceKind::RoofUnderside, x, y, cell.roof, scene_.roofHeight(cell));
+        if (!isRoofNearer) roof(cell, x, y);
     }
 
     void quads() const {
@@ -49,7 +49,7 @@ public:
                 face.corners[0] = Vector(quad.tl);
                 face.corners[1] = Vector(third);
                 face.corners[2] = Vector(quad.br);
-                visit_(face);
+                visitor_.visit(face);
             }
         }
     }
@@ -72,7 +72,7 @@ private:
         if (fromBelow ? eye > face.boundary : eye < face.boundary) return;
         const TileCell& left = scene_.map.cell(leftIndex);
         const bool leftIsEyeTile = leftX == scene_.camera.tileX && leftY == scene_.camera.tileY;
-        if (isSolid_(left.wall) && !leftIsEyeTile) return;
+        if (visitor_.isSolid(left.wall) && !leftIsEyeTile) return;
         if (scene_.texture(cell.wall)) {
             face.texture = cell.wall;
             span(face, scene_.camera.eye.z - tallest, scene_.camera.eye.z + tallest);
@@ -102,7 +102,12 @@ private:
         face.corners[1] = corner(last, top);
         face.corners[2] = corner(last, bottom);
         face.corners[3] = corner(first, bottom);
-        visit_(face);
+        visitor_.visit(face);
+    }
+
+    void roof(const TileCell& cell, std::int32_t x, std::int32_t y) const {
+        if (scene_.texture(cell.roof))
+            slab(SurfaceKind::RoofUnderside, x, y, cell.roof, scene_.roofHeight(cell));
     }
 
     void slab(SurfaceKind kind, std::int32_t x, std::int32_t y, std::int32_t texture, double height) const {
@@ -115,39 +120,38 @@ private:
         face.corners[1] = {(x + 1.0) * size, y * size, height};
         face.corners[2] = {(x + 1.0) * size, (y + 1.0) * size, height};
         face.corners[3] = {x * size, (y + 1.0) * size, height};
-        visit_(face);
+        visitor_.visit(face);
     }
 
     const RenderScene& scene_;
-    const std::function<bool(std::int32_t)>& isSolid_;
-    const std::function<void(const SceneFace&)>& visit_;
+    FaceVisitor& visitor_;
 };
 
 }  // namespace
 
-void forEachFace(const RenderScene& scene, const std::function<bool(std::int32_t texture)>& isSolid,
-                 const std::function<void(const SceneFace&)>& visit) {
-    const FaceCollector collector(scene, isSolid, visit);
+void forEachFace(const RenderScene& scene, FaceVisitor& visitor) {
+    const FaceCollector collector(scene, visitor);
     const std::int32_t columns = scene.map.columns();
     std::int32_t rows = 0;
     for (std::int32_t x = 0; x < columns; ++x) rows = std::max(rows, scene.map.rows(x));
     const std::int32_t eyeX = scene.camera.tileX;
     const std::int32_t eyeY = scene.camera.tileY;
-    const std::int32_t edge = std::max({eyeX, eyeY, columns - eyeX, rows - eyeY});
     const double reach = std::ceil(scene.renderDistance / scene.tileSize) + 1;
-    const std::int32_t rings = reach < edge ? static_cast<std::int32_t>(reach) : edge;
-    for (std::int32_t ring = 0; ring <= rings; ++ring) {
-        for (std::int32_t x = std::max(eyeX - ring, 0); x <= std::min(eyeX + ring, columns - 1); ++x) {
-            const bool isSide = x == eyeX - ring || x == eyeX + ring;
-            if (isSide) {
-                const std::int32_t last = std::min(eyeY + ring, scene.map.rows(x) - 1);
-                for (std::int32_t y = std::max(eyeY - ring, 0); y <= last; ++y) collector.tile(x, y);
-            } else {
-                collector.tile(x, eyeY - ring);
-                if (ring > 0) collector.tile(x, eyeY + ring);
-            }
+    const auto most = [&](std::int32_t eye, std::int32_t tiles) {
+        const std::int32_t edge = std::max(eye, tiles - 1 - eye);
+        return reach < edge ? static_cast<std::int32_t>(reach) : edge;
+    };
+    const std::int32_t mostX = most(eyeX, columns);
+    const std::int32_t mostY = most(eyeY, rows);
+    // Each boundary that a ray crosses takes it one step further from the eye's tile.
+    for (std::int32_t steps = 0; steps <= mostX + mostY && !visitor.isClosed(); ++steps)
+        for (std::int32_t x = std::max(steps - mostY, 0); x <= std::min(steps, mostX); ++x) {
+            const std::int32_t y = steps - x;
+            collector.tile(eyeX - x, eyeY - y);
+            if (x > 0) collector.tile(eyeX + x, eyeY - y);
+            if (y > 0) collector.tile(eyeX - x, eyeY + y);
+            if (x > 0 && y > 0) collector.tile(eyeX + x, eyeY + y);
         }
-    }
     collector.quads();
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 
 #include "plush/scene/ray_surface.h"
 
@@ -23,10 +22,22 @@ struct SceneFace {
     int cornerCount = 4;
 };
 
-// Calls `visit` with the faces of each tile in reach of the eye, rings of near tiles first, then with the
-// quads. Walls of `isSolid` textures hide what stands in their tile.
-void forEachFace(const RenderScene& scene, const std::function<bool(std::int32_t texture)>& isSolid,
-                 const std::function<void(const SceneFace&)>& visit);
+// What becomes of faces.
+class FaceVisitor {
+public:
+    // Walls of these textures hide what stands in their tile.
+    virtual bool isSolid(std::int32_t texture) = 0;
+    virtual void visit(const SceneFace& face) = 0;
+    // Nothing behind the faces so far is seen.
+    virtual bool isClosed() = 0;
+
+protected:
+    ~FaceVisitor() = default;
+};
+
+// Visits the faces of each tile in reach of the eye, near ones first: a ray comes to those of tiles in the
+// same order. Then the quads.
+void forEachFace(const RenderScene& scene, FaceVisitor& visitor);
 
 // The place where a ray meets a face at about this distance; false where only rounding let it be tried.
 [[nodiscard]] bool meetFace(const RenderScene& scene, const RayUnderWay& ray, const SceneFace& face,

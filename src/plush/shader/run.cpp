@@ -76,6 +76,11 @@ constexpr std::int64_t batchedFrom = 256;
 
 Machine chosenMachine = Machine::Fastest;
 
+// What a program costs on so many pixels, about.
+std::int64_t nanosecondsOf(const Program& program, std::int64_t pixels) {
+    return pixels * static_cast<std::int64_t>(program.instructions.size()) / 4;
+}
+
 void runPass(const PixelPass& pass, std::int32_t rows, const Environment& environment) {
     const std::int64_t pixels = std::int64_t{pass.targetWidth} * rows;
     const std::int32_t workers = workersFor(environment, pass.targetWidth, rows);
@@ -83,7 +88,7 @@ void runPass(const PixelPass& pass, std::int32_t rows, const Environment& enviro
     const bool batched =
         chosenMachine == Machine::Fastest ? pixels >= batchedFrom : chosenMachine == Machine::Batched;
     if (batched && fitsBatches(pass)) lowered = batchesOf(pass.program);
-    runRows(rows, workers, [&](std::int32_t first, std::int32_t last) {
+    runRows({rows, workers, nanosecondsOf(pass.program, pixels)}, [&](std::int32_t first, std::int32_t last) {
         if (lowered)
             detail::BatchMachine(*lowered, pass, detail::batchKernels()).runRows(first, last);
         else
