@@ -30,7 +30,10 @@ Runtime::~Runtime() {
 }
 
 void Runtime::destroyWindow() {
-    if (window) vh_destroyWindow(window);
+    if (window) {
+        vh_rememberPlace(window, windowPlacePath().c_str());
+        vh_destroyWindow(window);
+    }
     window = nullptr;
 }
 
