@@ -8,8 +8,8 @@
 #include "platform/window_core.h"
 #include "race.h"
 
-// A picture of the stage's size enlarged to a full screen by our smooth scaling and by pixman's bilinear filter, in
-// turns on one thread: the scaling alone, and with all that a window does for a frame.
+// A picture of the stage's size enlarged to a full screen by our smooth scaling and by pixman's bilinear
+// filter, in turns on one thread: the scaling alone, and with all that a window does for a frame.
 namespace kelmora {
 namespace {
 
@@ -48,8 +48,8 @@ void smoothFullScreen(benchmark::State& state) {
     Pixels target = peerTarget;
     pixman_image_t* peerSource =
         pixman_image_create_bits(PIXMAN_x8r8g8b8, width, height, source.data(), width * 4);
-    pixman_image_t* peerImage = pixman_image_create_bits(PIXMAN_x8r8g8b8, drawnWidth, drawnHeight,
-                                                         peerTarget.data(), drawnWidth * 4);
+    pixman_image_t* peerImage =
+        pixman_image_create_bits(PIXMAN_x8r8g8b8, drawnWidth, drawnHeight, peerTarget.data(), drawnWidth * 4);
     pixman_f_transform wanted;
     pixman_f_transform_init_scale(&wanted, static_cast<double>(width) / drawnWidth,
                                   static_cast<double>(height) / drawnHeight);

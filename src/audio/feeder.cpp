@@ -31,6 +31,7 @@ bool Feeder::round() {
         const Filled filled = fill(buffer);
         ended_ = filled.atEnd;
         if (!filled.holdsFrames) continue;
+        volume_.apply(buffer);
         if (device_.write(slot, buffer))
             inFlight = true;
         else

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 
+#include "audio/volume.h"
 #include "platform/audio_device.h"
 
 // What a playing track gives its device, and the arithmetic of offsets. Tracks and buffers are stereo.
@@ -24,8 +25,8 @@ class Feeder {
 public:
     // `ring` holds `ringSamples` values and is lent to the device; `cursor` is the next frame to feed.
     Feeder(kelmora::AudioDevice& device, std::span<const std::int16_t> track, std::span<std::int16_t> ring,
-           bool looping, std::atomic<std::uint64_t>& cursor)
-        : device_(device), track_(track), ring_(ring), looping_(looping), cursor_(cursor) {}
+           bool looping, std::atomic<std::uint64_t>& cursor, TrackVolume& volume)
+        : device_(device), track_(track), ring_(ring), looping_(looping), cursor_(cursor), volume_(volume) {}
 
     // Fills and queues each free buffer. False when the track was fed to its end and nothing is in flight.
     bool round();
@@ -42,6 +43,7 @@ private:
     std::span<std::int16_t> ring_;
     bool looping_;
     std::atomic<std::uint64_t>& cursor_;
+    TrackVolume& volume_;
     bool ended_ = false;
 };
 

@@ -21,11 +21,12 @@ namespace {
 // Bounds how late the feeder notices that a report from the device was lost.
 constexpr std::chrono::milliseconds feederWait{100};
 
-// `samples`, `looping`, `ring` and `device` only change while no feeder runs.
+// `samples`, `looping`, `volume` itself, `ring` and `device` only change while no feeder runs.
 struct WindowsAudioPlayer {
     std::vector<std::int16_t> samples;  // stereo
     std::uint32_t sampleRate = 0;
     bool looping = false;
+    std::shared_ptr<TrackVolume> volume = std::make_shared<TrackVolume>();
     std::vector<std::int16_t> ring;
     std::unique_ptr<kelmora::AudioDevice> device;
     std::thread thread;
@@ -63,7 +64,7 @@ PlayerPointer findPlayer(void* handle) {
 // first and looked at last.
 void feederThread(WindowsAudioPlayer& player) {
     platform_raise_thread_priority();
-    Feeder feeder(*player.device, player.samples, player.ring, player.looping, player.cursor);
+    Feeder feeder(*player.device, player.samples, player.ring, player.looping, player.cursor, *player.volume);
     while (!player.stopRequested) {
         if (!feeder.round()) {
             if (player.stopRequested) return;
@@ -141,7 +142,15 @@ bool Play(void* handle, std::uint64_t offsetMs, bool loop) {
     player->device = kelmora::openAudioDevice(player->sampleRate);
     if (!player->device) return false;
     player->ring.assign(ringSamples, 0);
+    player->volume->begin();
     return startFeeder(*player);
+}
+
+void UseVolume(void* handle, std::shared_ptr<TrackVolume> volume) {
+    const PlayerPointer player = findPlayer(handle);
+    if (!player) return;
+    stopPlayback(*player);
+    player->volume = std::move(volume);
 }
 
 std::uint64_t Stop(void* handle) {

@@ -1,5 +1,6 @@
 #include "audio/track.h"
 
+#include <algorithm>
 #include <limits>
 #include <memory>
 #include <new>
@@ -70,6 +71,36 @@ unsigned long long currentOffset(Track* track) {
     return isOpen(track) ? mixer::GetCurrentOffset(track->mixerHandle) : 0;
 }
 
+bool setVolume(Track* track, double volume) {
+    if (!isOpen(track)) return false;
+    track->volume->set(volume);
+    return true;
+}
+
+double volumeOf(const Track* track) {
+    return isOpen(track) ? track->volume->volume() : 0.0;
+}
+
+bool setGroup(Track* track, mixer::Group group) {
+    if (!isOpen(track)) return false;
+    track->volume->setGroup(group);
+    return true;
+}
+
+bool fade(Track* track, double to, double seconds) {
+    constexpr double longest = 1e9;
+    if (!isOpen(track)) return false;
+    const double held = seconds > 0 ? std::min(seconds, longest) : 0.0;
+    track->volume->fade(to, static_cast<std::uint64_t>(held * track->sampleRate));
+    return true;
+}
+
+void resetVolumes() {
+    mixer::setMasterVolume(1);
+    mixer::setGroupVolume(mixer::Group::music, 1);
+    mixer::setGroupVolume(mixer::Group::sound, 1);
+}
+
 void close(Track* track) {
     if (!isOpen(track)) return;
     destroyMixerHandle(track);
@@ -85,6 +116,7 @@ void rebuildMixerHandle(Track* track) {
     destroyMixerHandle(track);
     track->mixerHandle =
         mixer::OpenPCMTrack(track->samples.data(), track->samples.size(), track->sampleRate, track->channels);
+    mixer::UseVolume(track->mixerHandle, track->volume);
 }
 
 void destroyMixerHandle(Track* track) {

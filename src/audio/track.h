@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+
+#include "audio/volume.h"
 #include "audio/wav_reader.h"
 #include "base/pooled.h"
 
@@ -10,6 +13,7 @@ namespace vesper::audio {
 // nothing and gives its neutral value.
 struct Track : wav::DecodedFile, kelmora::Pooled<Track> {
     void* mixerHandle = nullptr;  // null when the track cannot be played
+    std::shared_ptr<mixer::TrackVolume> volume = std::make_shared<mixer::TrackVolume>();
 };
 
 // A window on a track's samples, borrowed until the track changes.
@@ -38,6 +42,13 @@ bool play(Track* track, unsigned long long offsetMs, bool loop);
 long long pause(Track* track);
 unsigned long long currentOffset(Track* track);
 void close(Track* track);
+// Volumes outlast edits. False, or 0, for no open track.
+bool setVolume(Track* track, double volume);
+double volumeOf(const Track* track);
+bool setGroup(Track* track, mixer::Group group);
+bool fade(Track* track, double to, double seconds);
+// Master and groups at their full volume.
+void resetVolumes();
 // Stops all tracks and closes none.
 void clear();
 // Gives the mixer the track's samples as they are now.

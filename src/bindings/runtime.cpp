@@ -26,6 +26,7 @@ Runtime::Runtime(HostServices& host)
 
 Runtime::~Runtime() {
     vesper::audio::clear();
+    vesper::audio::resetVolumes();
     destroyWindow();
 }
 

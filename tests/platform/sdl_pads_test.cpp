@@ -38,8 +38,8 @@ TEST(SdlPads, AVirtualPadIsReadFromPlugToUnplug) {
 
     SdlPads pads;
     pads.start();
-    const int device = attach(SDL_JOYSTICK_TYPE_GAMECONTROLLER, SDL_CONTROLLER_AXIS_MAX,
-                              SDL_CONTROLLER_BUTTON_MAX, 0);
+    const int device =
+        attach(SDL_JOYSTICK_TYPE_GAMECONTROLLER, SDL_CONTROLLER_AXIS_MAX, SDL_CONTROLLER_BUTTON_MAX, 0);
     ASSERT_GE(device, 0);
     const SDL_JoystickID id = idOfDevice(device);
     EXPECT_EQ(heldAfterEvents(pads, 0), 0);

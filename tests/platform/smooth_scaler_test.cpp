@@ -71,9 +71,9 @@ TEST(SmoothScaler, MixesTheNearestFourPixels) {
         for (int y = 0; y < s.drawnHeight; ++y)
             for (int x = 0; x < s.drawnWidth; ++x)
                 for (int channel = 0; channel < 4; ++channel) {
-                    const double exact = exactChannel(
-                        picture, s.width, s.height, (x + 0.5) * s.width / s.drawnWidth - 0.5,
-                        (y + 0.5) * s.height / s.drawnHeight - 0.5, channel);
+                    const double exact =
+                        exactChannel(picture, s.width, s.height, (x + 0.5) * s.width / s.drawnWidth - 0.5,
+                                     (y + 0.5) * s.height / s.drawnHeight - 0.5, channel);
                     const double seen =
                         channelOf(out[static_cast<std::size_t>(y * s.drawnWidth + x)], channel);
                     // A 256th of a step each way and a half for each rounding.
