@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 
+#include "audio/sample_source.h"
 #include "audio/volume.h"
 #include "platform/audio_device.h"
 
@@ -24,8 +25,8 @@ std::uint64_t heardFrame(std::uint64_t startFrame, std::uint64_t played, std::ui
 class Feeder {
 public:
     // `ring` holds `ringSamples` values and is lent to the device; `cursor` is the next frame to feed.
-    Feeder(kelmora::AudioDevice& device, std::span<const std::int16_t> track, std::span<std::int16_t> ring,
-           bool looping, std::atomic<std::uint64_t>& cursor, TrackVolume& volume)
+    Feeder(kelmora::AudioDevice& device, SampleSource& track, std::span<std::int16_t> ring, bool looping,
+           std::atomic<std::uint64_t>& cursor, TrackVolume& volume)
         : device_(device), track_(track), ring_(ring), looping_(looping), cursor_(cursor), volume_(volume) {}
 
     // Fills and queues each free buffer. False when the track was fed to its end and nothing is in flight.
@@ -39,7 +40,7 @@ private:
     Filled fill(std::span<std::int16_t> buffer);
 
     kelmora::AudioDevice& device_;
-    std::span<const std::int16_t> track_;
+    SampleSource& track_;
     std::span<std::int16_t> ring_;
     bool looping_;
     std::atomic<std::uint64_t>& cursor_;

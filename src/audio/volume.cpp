@@ -44,7 +44,8 @@ void setGroupVolume(Group group, double volume) {
 std::int32_t TrackVolume::Ramp::gain() const {
     if (done >= frames) return to;
     const auto whole = static_cast<std::int64_t>(frames);
-    return static_cast<std::int32_t>(from + (std::int64_t{to} - from) * static_cast<std::int64_t>(done) / whole);
+    return static_cast<std::int32_t>(from +
+                                     (std::int64_t{to} - from) * static_cast<std::int64_t>(done) / whole);
 }
 
 void TrackVolume::set(double volume) {

@@ -38,6 +38,11 @@ Variable OpenAudio(const BindingCall& call) {
     return returnValues({track ? Variable::pointer(track) : Variable(), Variable::boolean(track != nullptr)});
 }
 
+Variable AudioOpenFailure(const BindingCall&) {
+    const std::string& failure = vesper::audio::openFailure();
+    return failure.empty() ? Variable() : Variable::text(failure);
+}
+
 Variable PlayAudio(const BindingCall& call) {
     call.require(2);
     Track* track = trackHandle(call);
@@ -241,6 +246,7 @@ constexpr BindingRow rows[] = {
     {"pitch", PitchAudio},
     {"speed", SpeedAudio},
     {"findFrequency", FindAudioFrequency},
+    {"openFailure", AudioOpenFailure},
     {"setVolume", SetAudioVolume},
     {"getVolume", GetAudioVolume},
     {"setGroup", SetAudioGroup},

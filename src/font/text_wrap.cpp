@@ -90,8 +90,8 @@ private:
         return std::nullopt;
     }
 
-    static void noteBreak(std::uint32_t before, std::uint32_t codepoint, std::size_t letter, std::size_t start,
-                          std::optional<Break>& last) {
+    static void noteBreak(std::uint32_t before, std::uint32_t codepoint, std::size_t letter,
+                          std::size_t start, std::optional<Break>& last) {
         if (isBlank(codepoint)) {
             // The first blank of a row ends the line; blanks at its start are an indent.
             if (!isBlank(before) && letter > start) last = Break{letter, letter};

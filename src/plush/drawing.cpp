@@ -14,7 +14,8 @@ struct Stretch {
     std::int64_t end;
 
     Stretch within(Stretch other) const {
-        return {std::max(first, other.first), std::max(std::max(first, other.first), std::min(end, other.end))};
+        return {std::max(first, other.first),
+                std::max(std::max(first, other.first), std::min(end, other.end))};
     }
 };
 
@@ -69,7 +70,8 @@ struct RoundBox {
     explicit RoundBox(const BoxShape& shape)
         : columns{shape.x, std::int64_t{shape.x} + shape.width},
           rows{shape.y, std::int64_t{shape.y} + shape.height},
-          radius(std::clamp<std::int64_t>(shape.radius, 0, std::max<std::int64_t>(std::min(shape.width, shape.height), 0) / 2)) {}
+          radius(std::clamp<std::int64_t>(
+              shape.radius, 0, std::max<std::int64_t>(std::min(shape.width, shape.height), 0) / 2)) {}
 
     bool isEmpty() const { return columns.first >= columns.end || rows.first >= rows.end; }
 
@@ -104,8 +106,8 @@ private:
 
 // In the middle of a row nothing changes from column to column; only its ends are drawn pixel by pixel.
 template <typename Coverage>
-void drawRow(const PlushImage& image, const Brush& brush, Stretch columns, std::int64_t border, std::int64_t y,
-             const Coverage& coverage) {
+void drawRow(const PlushImage& image, const Brush& brush, Stretch columns, std::int64_t border,
+             std::int64_t y, const Coverage& coverage) {
     const std::int64_t half = columns.first + (columns.end - columns.first) / 2;
     const Stretch middle{std::min(columns.first + border, half), std::max(columns.end - border, half)};
     const auto dots = [&](Stretch part) {
@@ -159,12 +161,14 @@ void drawLine(const PlushImage& image, const LineShape& line, PlushColour colour
     const double squaredLength = dx * dx + dy * dy;
     const double reach = half + 1;
     const auto stretchOf = [](double low, double high, Stretch side) {
-        const Stretch wanted{static_cast<std::int64_t>(std::floor(low)), static_cast<std::int64_t>(std::ceil(high)) + 1};
+        const Stretch wanted{static_cast<std::int64_t>(std::floor(low)),
+                             static_cast<std::int64_t>(std::ceil(high)) + 1};
         return wanted.within(side);
     };
     const auto along = [](double value) { return std::clamp(value, 0.0, 1.0); };
     const Brush brush(image, colour);
-    const Stretch rows = stretchOf(std::min(line.y1, line.y2) - reach, std::max(line.y1, line.y2) + reach, rowsOf(image));
+    const Stretch rows =
+        stretchOf(std::min(line.y1, line.y2) - reach, std::max(line.y1, line.y2) + reach, rowsOf(image));
     for (std::int64_t y = rows.first; y < rows.end; ++y) {
         const double fromStart = static_cast<double>(y) - line.y1;
         const double enter = dy == 0 ? 0 : along((fromStart - reach) / dy);

@@ -23,7 +23,9 @@ protected:
     }
     ~TextWrap() override { vh_ttf_font_free(font_); }
 
-    std::string wrap(const std::string& text, int width) { return *vh_ttf_font_wrap(font_, text.c_str(), width); }
+    std::string wrap(const std::string& text, int width) {
+        return *vh_ttf_font_wrap(font_, text.c_str(), width);
+    }
     int widthOf(const std::string& text) {
         int width = 0;
         int height = 0;
@@ -35,7 +37,11 @@ protected:
 };
 
 TEST_F(TextWrap, TheSizeIsThePicturesOwn) {
-    for (const char* text : {"j", "Ay, Vj!", "one\ntwo three\n", "\n", " ", "f\xC3\xA9" "e\xE2\x80\x94" "f", "\xFF"}) {
+    for (const char* text : {"j", "Ay, Vj!", "one\ntwo three\n", "\n", " ",
+                             "f\xC3\xA9"
+                             "e\xE2\x80\x94"
+                             "f",
+                             "\xFF"}) {
         const std::unique_ptr<PlushImage> image(vh_ttf_font_render(font_, text, 1, 2, 3, 255));
         const std::unique_ptr<unsigned char[]> pixels(image->pixels);
         int width = 0;
@@ -53,7 +59,8 @@ TEST_F(TextWrap, TheSizeIsThePicturesOwn) {
 }
 
 TEST_F(TextWrap, EveryLineFitsAndNoWordIsLost) {
-    const std::string text = "The lamp had been out for eleven minutes, she said; nobody had seen a well-kept light go dark.";
+    const std::string text =
+        "The lamp had been out for eleven minutes, she said; nobody had seen a well-kept light go dark.";
     for (int width = 130; width < 1200; width += 7) {
         std::istringstream lines(wrap(text, width));
         std::string joined;

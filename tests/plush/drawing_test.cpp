@@ -24,7 +24,8 @@ class Sheet {
 public:
     Sheet() : bytes_(side * side * 4 + 64) {
         std::uint32_t state = 5;
-        for (unsigned char& byte : bytes_) byte = static_cast<unsigned char>((state = state * 1664525u + 99u) >> 24);
+        for (unsigned char& byte : bytes_)
+            byte = static_cast<unsigned char>((state = state * 1664525u + 99u) >> 24);
         before_ = bytes_;
     }
     PlushImage image() { return {side, side, bytes_.data() + 32, 0, 0, nullptr}; }
@@ -44,7 +45,8 @@ public:
                 for (const double alpha : {std::floor(exact + 0.499), std::floor(exact + 0.501)}) {
                     unsigned char pixel[4];
                     std::memcpy(pixel, beforeAt(x, y), 4);
-                    const unsigned char source[4] = {colour.r, colour.g, colour.b, static_cast<unsigned char>(alpha)};
+                    const unsigned char source[4] = {colour.r, colour.g, colour.b,
+                                                     static_cast<unsigned char>(alpha)};
                     mixPixel(pixel, source);
                     found = found || std::memcmp(pixel, at(x, y), 4) == 0;
                 }
@@ -69,23 +71,25 @@ double roundBox(const BoxShape& box, double radius, int px, int py) {
 
 TEST(Drawing, RectanglesAreMixedAndCut) {
     for (const int opacity : {255, 128, 1, 0})
-        for (const BoxShape& box : {BoxShape{3, 4, 10, 1}, BoxShape{-5, 30, 20, 100}, BoxShape{0, 0, side, side},
-                                    BoxShape{39, 39, 1, 1}, BoxShape{least, least, most, most},
-                                    BoxShape{-7, -7, most, most}, BoxShape{5, 5, 0, 9}, BoxShape{5, 5, 9, -9}}) {
+        for (const BoxShape& box :
+             {BoxShape{3, 4, 10, 1}, BoxShape{-5, 30, 20, 100}, BoxShape{0, 0, side, side},
+              BoxShape{39, 39, 1, 1}, BoxShape{least, least, most, most}, BoxShape{-7, -7, most, most},
+              BoxShape{5, 5, 0, 9}, BoxShape{5, 5, 9, -9}}) {
             Sheet sheet;
             const PlushColour colour{250, 10, 20, static_cast<unsigned char>(opacity)};
             fillBox(sheet.image(), box, colour);
             sheet.expect(colour, [&](int x, int y) {
-                const bool inside = x >= box.x && std::int64_t{x} < std::int64_t{box.x} + box.width && y >= box.y &&
-                                    std::int64_t{y} < std::int64_t{box.y} + box.height;
+                const bool inside = x >= box.x && std::int64_t{x} < std::int64_t{box.x} + box.width &&
+                                    y >= box.y && std::int64_t{y} < std::int64_t{box.y} + box.height;
                 return inside ? 1.0 : 0.0;
             });
         }
 }
 
 TEST(Drawing, RoundCornersAreSmooth) {
-    for (const BoxShape& box : {BoxShape{4, 5, 30, 20, 8}, BoxShape{-6, 10, 25, 13, 100}, BoxShape{10, 10, 9, 9, 4},
-                                BoxShape{20, -3, 60, 60, 20}, BoxShape{3, 3, 2, 2, 1}}) {
+    for (const BoxShape& box :
+         {BoxShape{4, 5, 30, 20, 8}, BoxShape{-6, 10, 25, 13, 100}, BoxShape{10, 10, 9, 9, 4},
+          BoxShape{20, -3, 60, 60, 20}, BoxShape{3, 3, 2, 2, 1}}) {
         Sheet sheet;
         fillBox(sheet.image(), box, red);
         const double radius = std::min<int>(box.radius, std::min(box.width, box.height) / 2);
@@ -106,7 +110,8 @@ TEST(Drawing, OutlinesAreTheBoxLessItsInside) {
         const BoxShape inner{box.x + t, box.y + t, box.width - 2 * t, box.height - 2 * t};
         sheet.expect(red, [&](int x, int y) {
             const bool hollow = inner.width > 0 && inner.height > 0;
-            const double inside = hollow ? std::clamp(roundBox(inner, std::max(9 - t, 0), x, y), 0.0, 1.0) : 0;
+            const double inside =
+                hollow ? std::clamp(roundBox(inner, std::max(9 - t, 0), x, y), 0.0, 1.0) : 0;
             return std::clamp(roundBox(box, 9, x, y), 0.0, 1.0) - inside;
         });
     }
@@ -118,8 +123,9 @@ TEST(Drawing, OutlinesAreTheBoxLessItsInside) {
 
 TEST(Drawing, LinesAreAsThickAsAskedAndRoundAtTheEnds) {
     for (const LineShape& line :
-         {LineShape{5, 5, 30, 5, 1}, LineShape{5, 5, 5, 30, 2}, LineShape{2, 3, 36, 17, 1}, LineShape{36, 30, 2, 3, 4.5},
-          LineShape{20, 20, 20, 20, 7}, LineShape{-50, 20, 90, 25, 3}, LineShape{10, -70, 12, 80, 0.5}}) {
+         {LineShape{5, 5, 30, 5, 1}, LineShape{5, 5, 5, 30, 2}, LineShape{2, 3, 36, 17, 1},
+          LineShape{36, 30, 2, 3, 4.5}, LineShape{20, 20, 20, 20, 7}, LineShape{-50, 20, 90, 25, 3},
+          LineShape{10, -70, 12, 80, 0.5}}) {
         Sheet sheet;
         drawLine(sheet.image(), line, red);
         sheet.expect(red, [&](int x, int y) {
