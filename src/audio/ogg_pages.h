@@ -38,8 +38,8 @@ struct Stream {
     std::uint64_t frames = 0;
 };
 
-// Walks the whole file. Nothing, with the reason in `failure`, for a file that is cut off or damaged anywhere,
-// or holds more than one stream.
+// Walks the whole file. Nothing, with the reason in `failure`, for a file that is cut off or damaged
+// anywhere, or holds more than one stream.
 std::optional<Stream> readStream(Bytes file, std::string& failure);
 
 }  // namespace vesper::ogg

@@ -39,8 +39,8 @@ public:
         : file_(std::move(file)), memory_(new char[static_cast<std::size_t>(file_->decoderMemory)]) {
         const stb_vorbis_alloc alloc{memory_.get(), file_->decoderMemory};
         int error = 0;
-        decoder_.reset(
-            stb_vorbis_open_memory(file_->bytes.data(), static_cast<int>(file_->bytes.size()), &error, &alloc));
+        decoder_.reset(stb_vorbis_open_memory(file_->bytes.data(), static_cast<int>(file_->bytes.size()),
+                                              &error, &alloc));
     }
     bool isOpen() const { return decoder_ != nullptr; }
     int usedMemory() const {

@@ -29,7 +29,8 @@ std::optional<VorbisFacts> readIdentification(Bytes packet) {
     std::uint8_t blocks = 0;
     std::uint8_t end = 0;
     if (!beginsWith(reader, 1) || !reader.readU32(version) || version != 0 || !reader.readU8(channels) ||
-        !reader.readU32(facts.sampleRate) || !reader.skip(12) || !reader.readU8(blocks) || !reader.readU8(end))
+        !reader.readU32(facts.sampleRate) || !reader.skip(12) || !reader.readU8(blocks) ||
+        !reader.readU8(end))
         return std::nullopt;
     const std::uint32_t shorter = blocks & 15;
     const std::uint32_t longer = blocks >> 4;
@@ -63,7 +64,8 @@ public:
         std::uint32_t value = 0;
         for (unsigned i = 0; i < count; ++i, ++at_) {
             if (at_ / 8 >= bytes_.size()) continue;
-            value |= static_cast<std::uint32_t>(bytes_[at_ / 8] >> (at_ % 8) & 1) << i;
+            const unsigned byte = bytes_[static_cast<std::size_t>(at_ / 8)];
+            value |= (byte >> (at_ % 8) & 1u) << i;
         }
         return value;
     }

@@ -1,5 +1,3 @@
-#include "audio/vorbis_file.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,6 +10,7 @@
 #include "audio/ogg_pages.h"
 #include "audio/track.h"
 #include "audio/track_edit.h"
+#include "audio/vorbis_file.h"
 #include "base/whole_file.h"
 #include "platform/memory_audio.h"
 #include "support/environment.h"
@@ -95,7 +94,8 @@ TEST(Vorbis, AnyFrameCanBeReadAfterAnyOther) {
         const std::size_t count = std::min<std::size_t>(22050 - frame, i % 2 == 0 ? 1 : 3000);
         Samples part(count * 2, 77);
         source->read(frame, part);
-        ASSERT_TRUE(std::equal(part.begin(), part.end(), samples.begin() + static_cast<std::ptrdiff_t>(frame * 2)))
+        ASSERT_TRUE(
+            std::equal(part.begin(), part.end(), samples.begin() + static_cast<std::ptrdiff_t>(frame * 2)))
             << frame;
     }
 }
@@ -130,14 +130,15 @@ TEST(Vorbis, LiesInTheHeadersAreFound) {
     const std::size_t tags = readPage(good)->whole.size();
     const Page page = *readPage(Bytes(good).subspan(tags));
     const std::size_t body = tags + 27 + page.lacing.size();
-    EXPECT_EQ(changed(28 + 11, {0}), "it holds no Vorbis sound that can be played");      // channels
-    EXPECT_EQ(changed(28 + 28, {0x11}), "it holds no Vorbis sound that can be played");   // blocks
+    EXPECT_EQ(changed(28 + 11, {0}), "it holds no Vorbis sound that can be played");     // channels
+    EXPECT_EQ(changed(28 + 28, {0x11}), "it holds no Vorbis sound that can be played");  // blocks
     EXPECT_EQ(changed(body + 7, {255, 255, 255, 127}), "its tags are damaged");
     const std::size_t table = body + page.lacing[0] + 7;
-    EXPECT_EQ(changed(table + 1, {0}), "its tables are damaged");                         // the mark of a table
-    EXPECT_EQ(changed(table + 4, {255, 255, 255, 255, 255}), "its tables are damaged");   // its size
+    EXPECT_EQ(changed(table + 1, {0}), "its tables are damaged");  // the mark of a table
+    EXPECT_EQ(changed(table + 4, {255, 255, 255, 255, 255}), "its tables are damaged");  // its size
     std::size_t last = 0;
-    for (std::size_t at = 0; at < good.size(); at += readPage(Bytes(good).subspan(at))->whole.size()) last = at;
+    for (std::size_t at = 0; at < good.size(); at += readPage(Bytes(good).subspan(at))->whole.size())
+        last = at;
     EXPECT_EQ(changed(last + 6, {0, 0, 0, 0, 1}), "its length is wrong");
 }
 
@@ -160,7 +161,8 @@ TEST_F(VorbisTrack, PlaysWithoutBeingUnpackedWhole) {
     audio::pause(track_);
     EXPECT_TRUE(track_->samples.empty());
     const Samples all = allOf(track_->packed);
-    for (std::size_t i = 0; i < 10000; ++i) ASSERT_EQ(stream->played()[i], all[(i + 19845 * 2) % all.size()]) << i;
+    for (std::size_t i = 0; i < 10000; ++i)
+        ASSERT_EQ(stream->played()[i], all[(i + 19845 * 2) % all.size()]) << i;
 }
 
 TEST_F(VorbisTrack, IsAnalysedSavedAndEdited) {
