@@ -31,6 +31,7 @@ bool Feeder::round() {
         const Filled filled = fill(buffer);
         ended_ = filled.atEnd;
         if (!filled.holdsFrames) continue;
+        volume_.apply(buffer);
         if (device_.write(slot, buffer))
             inFlight = true;
         else
@@ -41,7 +42,7 @@ bool Feeder::round() {
 
 // A track that ends with the buffer is noticed with the next one.
 Feeder::Filled Feeder::fill(std::span<std::int16_t> buffer) {
-    const std::uint64_t frames = track_.size() / 2;
+    const std::uint64_t frames = track_.frames();
     std::uint64_t cursor = cursor_;
     std::size_t filled = 0;
     while (filled < bufferFrames) {
@@ -53,8 +54,7 @@ Feeder::Filled Feeder::fill(std::span<std::int16_t> buffer) {
         if (cursor >= frames) cursor = 0;
         const auto part =
             static_cast<std::size_t>(std::min<std::uint64_t>(frames - cursor, bufferFrames - filled));
-        std::ranges::copy(track_.subspan(static_cast<std::size_t>(cursor) * 2, part * 2),
-                          buffer.begin() + static_cast<std::ptrdiff_t>(filled * 2));
+        track_.read(cursor, buffer.subspan(filled * 2, part * 2));
         cursor += part;
         filled += part;
     }

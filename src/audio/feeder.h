@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <span>
 
+#include "audio/sample_source.h"
+#include "audio/volume.h"
 #include "platform/audio_device.h"
 
 // What a playing track gives its device, and the arithmetic of offsets. Tracks and buffers are stereo.
@@ -23,9 +25,9 @@ std::uint64_t heardFrame(std::uint64_t startFrame, std::uint64_t played, std::ui
 class Feeder {
 public:
     // `ring` holds `ringSamples` values and is lent to the device; `cursor` is the next frame to feed.
-    Feeder(kelmora::AudioDevice& device, std::span<const std::int16_t> track, std::span<std::int16_t> ring,
-           bool looping, std::atomic<std::uint64_t>& cursor)
-        : device_(device), track_(track), ring_(ring), looping_(looping), cursor_(cursor) {}
+    Feeder(kelmora::AudioDevice& device, SampleSource& track, std::span<std::int16_t> ring, bool looping,
+           std::atomic<std::uint64_t>& cursor, TrackVolume& volume)
+        : device_(device), track_(track), ring_(ring), looping_(looping), cursor_(cursor), volume_(volume) {}
 
     // Fills and queues each free buffer. False when the track was fed to its end and nothing is in flight.
     bool round();
@@ -38,10 +40,11 @@ private:
     Filled fill(std::span<std::int16_t> buffer);
 
     kelmora::AudioDevice& device_;
-    std::span<const std::int16_t> track_;
+    SampleSource& track_;
     std::span<std::int16_t> ring_;
     bool looping_;
     std::atomic<std::uint64_t>& cursor_;
+    TrackVolume& volume_;
     bool ended_ = false;
 };
 

@@ -21,11 +21,12 @@ namespace {
 // Bounds how late the feeder notices that a report from the device was lost.
 constexpr std::chrono::milliseconds feederWait{100};
 
-// `samples`, `looping`, `ring` and `device` only change while no feeder runs.
+// `source`, `looping`, `volume` itself, `ring` and `device` only change while no feeder runs.
 struct WindowsAudioPlayer {
-    std::vector<std::int16_t> samples;  // stereo
+    std::unique_ptr<SampleSource> source;
     std::uint32_t sampleRate = 0;
     bool looping = false;
+    std::shared_ptr<TrackVolume> volume = std::make_shared<TrackVolume>();
     std::vector<std::int16_t> ring;
     std::unique_ptr<kelmora::AudioDevice> device;
     std::thread thread;
@@ -35,7 +36,7 @@ struct WindowsAudioPlayer {
     std::atomic<std::uint64_t> startFrame = 0;  // where the device's frame 0 stands in the track
     std::atomic<std::uint64_t> offsetMs = 0;    // while not playing
 
-    std::uint64_t frames() const { return samples.size() / 2; }
+    std::uint64_t frames() const { return source->frames(); }
 };
 
 using PlayerPointer = std::shared_ptr<WindowsAudioPlayer>;
@@ -63,7 +64,7 @@ PlayerPointer findPlayer(void* handle) {
 // first and looked at last.
 void feederThread(WindowsAudioPlayer& player) {
     platform_raise_thread_priority();
-    Feeder feeder(*player.device, player.samples, player.ring, player.looping, player.cursor);
+    Feeder feeder(*player.device, *player.source, player.ring, player.looping, player.cursor, *player.volume);
     while (!player.stopRequested) {
         if (!feeder.round()) {
             if (player.stopRequested) return;
@@ -113,18 +114,22 @@ bool startFeeder(WindowsAudioPlayer& player) {
 
 }  // namespace
 
-void* OpenPCMTrack(const std::int16_t* samples, std::uint64_t sampleCount, std::uint32_t sampleRate,
-                   std::uint16_t channels) try {
-    if (!samples || sampleCount == 0 || sampleCount % 2 != 0 || sampleRate == 0 || channels != 2)
-        return nullptr;
+void* OpenSource(std::unique_ptr<SampleSource> source, std::uint32_t sampleRate) {
+    if (!source || source->frames() == 0 || sampleRate == 0) return nullptr;
     auto player = std::make_shared<WindowsAudioPlayer>();
-    player->samples.assign(samples, samples + sampleCount);
+    player->source = std::move(source);
     player->sampleRate = sampleRate;
     Players& all = registry();
     const std::lock_guard lock(all.mutex);
     void* handle = player.get();
     all.players.emplace(handle, std::move(player));
     return handle;
+}
+
+void* OpenPCMTrack(const std::int16_t* samples, std::uint64_t sampleCount, std::uint32_t sampleRate,
+                   std::uint16_t channels) try {
+    if (!samples || sampleCount == 0 || sampleCount % 2 != 0 || channels != 2) return nullptr;
+    return OpenSource(std::make_unique<PcmSource>(std::vector(samples, samples + sampleCount)), sampleRate);
 } catch (const std::bad_alloc&) {
     return nullptr;
 }
@@ -141,7 +146,15 @@ bool Play(void* handle, std::uint64_t offsetMs, bool loop) {
     player->device = kelmora::openAudioDevice(player->sampleRate);
     if (!player->device) return false;
     player->ring.assign(ringSamples, 0);
+    player->volume->begin();
     return startFeeder(*player);
+}
+
+void UseVolume(void* handle, std::shared_ptr<TrackVolume> volume) {
+    const PlayerPointer player = findPlayer(handle);
+    if (!player) return;
+    stopPlayback(*player);
+    player->volume = std::move(volume);
 }
 
 std::uint64_t Stop(void* handle) {

@@ -1,15 +1,23 @@
 #pragma once
 
+#include <memory>
+#include <string>
+
+#include "audio/volume.h"
+#include "audio/vorbis_file.h"
 #include "audio/wav_reader.h"
 #include "base/pooled.h"
 
 namespace vesper::audio {
 
-// A sound held whole in memory. The mixer plays a copy of its samples. Tracks belong to whoever opened them,
-// until `close`. A null track, and a pointer that is no open track, is accepted everywhere: the call does
-// nothing and gives its neutral value.
+// A sound held whole in memory, of which the mixer plays a copy, or a packed one that is unpacked while it
+// plays. What asks for its samples, `inspect` and `save` among it, unpacks it whole. Tracks belong to whoever
+// opened them, until `close`. A null track, and a pointer that is no open track, is accepted everywhere: the
+// call does nothing and gives its neutral value.
 struct Track : wav::DecodedFile, kelmora::Pooled<Track> {
-    void* mixerHandle = nullptr;  // null when the track cannot be played
+    void* mixerHandle = nullptr;                    // null when the track cannot be played
+    std::shared_ptr<const ogg::VorbisFile> packed;  // null once it was edited
+    std::shared_ptr<mixer::TrackVolume> volume = std::make_shared<mixer::TrackVolume>();
 };
 
 // A window on a track's samples, borrowed until the track changes.
@@ -28,8 +36,12 @@ bool inspect(const Track* track, TrackAudioView* view);
 // A new open track.
 Track* adoptSound(wav::DecodedFile&& sound);
 
-// Reads a WAV file as stereo. Null when there is none.
+// Reads a WAV or an Ogg Vorbis file as stereo. Null when there is none.
 Track* openFile(const char* path);
+// Why the last file did not open; empty when it did.
+const std::string& openFailure();
+// Sees to it that the samples of a packed track are there. False when there is no room for them.
+bool unpack(const Track* track);
 // Writes a WAV file.
 bool save(const Track* track, const char* path);
 // Offsets are milliseconds.
@@ -38,6 +50,13 @@ bool play(Track* track, unsigned long long offsetMs, bool loop);
 long long pause(Track* track);
 unsigned long long currentOffset(Track* track);
 void close(Track* track);
+// Volumes outlast edits. False, or 0, for no open track.
+bool setVolume(Track* track, double volume);
+double volumeOf(const Track* track);
+bool setGroup(Track* track, mixer::Group group);
+bool fade(Track* track, double to, double seconds);
+// Master and groups at their full volume.
+void resetVolumes();
 // Stops all tracks and closes none.
 void clear();
 // Gives the mixer the track's samples as they are now.

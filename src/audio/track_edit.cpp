@@ -26,7 +26,7 @@ void replaceSamples(Track& track, wav::DecodedFile&& sound) {
 enum class Change { Refused, None, Wanted };
 
 Change changeOfPace(const Track* track, double factor) {
-    if (!isOpen(track) || !std::isfinite(factor) || factor <= 0) return Change::Refused;
+    if (!unpack(track) || !std::isfinite(factor) || factor <= 0) return Change::Refused;
     const bool idle = factor == 1.0 || track->channels == 0 || track->samples.size() < track->channels;
     return idle ? Change::None : Change::Wanted;
 }
@@ -58,7 +58,7 @@ Track* form(int frequency, int lengthMs, const char* shape, const char* side) tr
 }
 
 bool add(Track* target, const Track* source, long long offsetMs) try {
-    if (!isOpen(target) || !isOpen(source) || offsetMs < 0) return false;
+    if (!unpack(target) || !unpack(source) || offsetMs < 0) return false;
     if (!isStereo(*target) || !isStereo(*source)) return false;
     if (target->samples.size() < 2 || source->samples.size() < 2) return true;
     const std::uint32_t offset = framesOfMilliseconds(static_cast<double>(offsetMs), target->sampleRate);
@@ -74,7 +74,7 @@ bool add(Track* target, const Track* source, long long offsetMs) try {
 }
 
 bool trim(Track* track, long long startMs, long long endMs) try {
-    if (!isOpen(track) || startMs < 0 || endMs < startMs || track->channels == 0 || track->sampleRate == 0)
+    if (!unpack(track) || startMs < 0 || endMs < startMs || track->channels == 0 || track->sampleRate == 0)
         return false;
     const auto frameAt = [track](long long offsetMs) {
         return std::min<std::uint64_t>(framesOfMilliseconds(static_cast<double>(offsetMs), track->sampleRate),

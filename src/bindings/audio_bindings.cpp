@@ -38,6 +38,11 @@ Variable OpenAudio(const BindingCall& call) {
     return returnValues({track ? Variable::pointer(track) : Variable(), Variable::boolean(track != nullptr)});
 }
 
+Variable AudioOpenFailure(const BindingCall&) {
+    const std::string& failure = vesper::audio::openFailure();
+    return failure.empty() ? Variable() : Variable::text(failure);
+}
+
 Variable PlayAudio(const BindingCall& call) {
     call.require(2);
     Track* track = trackHandle(call);
@@ -59,6 +64,47 @@ Variable FreeAudio(const BindingCall& call) {
 
 Variable ClearAudio(const BindingCall&) {
     vesper::audio::clear();
+    return {};
+}
+
+vesper::mixer::Group groupArgument(const BindingCall& call, std::size_t index) {
+    const std::string& name = call.text(index, "group");
+    if (name != "music" && name != "sound") call.fail("group must be music or sound");
+    return name == "music" ? vesper::mixer::Group::music : vesper::mixer::Group::sound;
+}
+
+Variable SetAudioVolume(const BindingCall& call) {
+    call.require(2);
+    Track* track = trackHandle(call);
+    return Variable::boolean(vesper::audio::setVolume(track, call.number(1, "volume")));
+}
+
+Variable GetAudioVolume(const BindingCall& call) {
+    return Variable::number(static_cast<float>(vesper::audio::volumeOf(trackHandle(call))));
+}
+
+Variable SetAudioGroup(const BindingCall& call) {
+    call.require(2);
+    Track* track = trackHandle(call);
+    return Variable::boolean(vesper::audio::setGroup(track, groupArgument(call, 1)));
+}
+
+Variable FadeAudio(const BindingCall& call) {
+    call.require(3);
+    Track* track = trackHandle(call);
+    const double volume = call.number(1, "volume");
+    return Variable::boolean(vesper::audio::fade(track, volume, call.number(2, "seconds")));
+}
+
+Variable SetMasterVolume(const BindingCall& call) {
+    vesper::mixer::setMasterVolume(call.number(0, "volume"));
+    return {};
+}
+
+Variable SetGroupVolume(const BindingCall& call) {
+    call.require(2);
+    const vesper::mixer::Group group = groupArgument(call, 0);
+    vesper::mixer::setGroupVolume(group, call.number(1, "volume"));
     return {};
 }
 
@@ -188,10 +234,25 @@ Variable FindAudioFrequency(const BindingCall& call) {
 }
 
 constexpr BindingRow rows[] = {
-    {"open", OpenAudio},   {"play", PlayAudio},   {"pause", PauseAudio},
-    {"free", FreeAudio},   {"clear", ClearAudio}, {"save", SaveAudio},
-    {"form", FormAudio},   {"add", AddAudio},     {"trim", TrimAudio},
-    {"pitch", PitchAudio}, {"speed", SpeedAudio}, {"findFrequency", FindAudioFrequency},
+    {"open", OpenAudio},
+    {"play", PlayAudio},
+    {"pause", PauseAudio},
+    {"free", FreeAudio},
+    {"clear", ClearAudio},
+    {"save", SaveAudio},
+    {"form", FormAudio},
+    {"add", AddAudio},
+    {"trim", TrimAudio},
+    {"pitch", PitchAudio},
+    {"speed", SpeedAudio},
+    {"findFrequency", FindAudioFrequency},
+    {"openFailure", AudioOpenFailure},
+    {"setVolume", SetAudioVolume},
+    {"getVolume", GetAudioVolume},
+    {"setGroup", SetAudioGroup},
+    {"fade", FadeAudio},
+    {"setMasterVolume", SetMasterVolume},
+    {"setGroupVolume", SetGroupVolume},
 };
 
 }  // namespace

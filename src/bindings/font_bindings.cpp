@@ -39,16 +39,32 @@ Variable renderText(const BindingCall& call) {
     return handleValue(image);
 }
 
+// What renderText would make of it.
+Variable textSize(const BindingCall& call) {
+    call.require(2);
+    const std::string& text = call.text(0, "text");
+    int width = 0;
+    int height = 0;
+    if (!vh_font_text_size(call.pointer(1, "font"), text.c_str(), &width, &height)) return {};
+    return returnValues({Variable::integer(width), Variable::integer(height)});
+}
+
+Variable wrapText(const BindingCall& call) {
+    call.require(3);
+    const std::string& text = call.text(0, "text");
+    void* font = call.pointer(1, "font");
+    const auto wrapped = vh_font_wrap(font, text.c_str(), call.integer(2, "width"));
+    return wrapped ? Variable::text(*wrapped) : Variable();
+}
+
 Variable killFont(const BindingCall& call) {
     vh_font_free(call.pointer(0, "font"));
     return {};
 }
 
 constexpr BindingRow rows[] = {
-    {"renderText", renderText},
-    {"resizeFont", resizeFont},
-    {"killFont", killFont},
-    {"loadFont", loadFont},
+    {"renderText", renderText}, {"resizeFont", resizeFont}, {"killFont", killFont},
+    {"loadFont", loadFont},     {"textSize", textSize},     {"wrapText", wrapText},
 };
 
 }  // namespace

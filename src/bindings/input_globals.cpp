@@ -2,6 +2,20 @@
 #include "platform/window.h"
 
 namespace kelmora {
+namespace {
+
+// The global of each entry of `moreKeyTable`: VESPER_KEY_ESCAPE, VESPER_PAD_A.
+const std::string* moreKeyGlobals() {
+    static const std::vector<std::string> names = [] {
+        std::vector<std::string> made;
+        for (const KeySlot& slot : moreKeyTable)
+            made.push_back((slot.code < firstPadCode ? "VESPER_KEY_" : "VESPER_") + std::string(slot.name));
+        return made;
+    }();
+    return names.data();
+}
+
+}  // namespace
 
 void publishInputGlobals(Runtime& runtime) {
     const auto publishState = [&](const std::string& name, bool down) {
@@ -25,6 +39,10 @@ void publishInputGlobals(Runtime& runtime) {
     for (int i = 1; i <= 4; ++i)
         publishState("VESPER_TOUCHBAR_" + std::to_string(i),
                      runtime.window && vh_getTouchBarButtonState(runtime.window, i));
+    const std::string* name = moreKeyGlobals();
+    for (const KeySlot& slot : moreKeyTable) publishState(*name++, vh_isKeyDown(slot.code));
+    static const std::string wheel = "VESPER_WHEEL";
+    runtime.engine.pushVariable(wheel, Variable::integer(vh_takeWheel(runtime.window)));
 }
 
 }  // namespace kelmora

@@ -1,5 +1,8 @@
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <string_view>
+#include <utility>
 
 #include "bindings/image_arguments.h"
 #include "bindings/modules.h"
@@ -21,6 +24,8 @@ Variable spawnWindow(const BindingCall& call) {
     runtime.destroyWindow();
     runtime.windowTitle = title;
     runtime.window = vh_createWindow(title.c_str(), width, height);
+    vh_restorePlace(runtime.window, runtime.windowPlacePath().c_str());
+    vh_setScaling(runtime.window, runtime.scaling);
     return Variable::boolean(runtime.window != nullptr);
 }
 
@@ -57,6 +62,28 @@ Variable clearBuffer(const BindingCall& call) {
     return {};
 }
 
+Variable setFullscreen(const BindingCall& call) {
+    vh_setFullscreen(runtimeOf(call).window, call.condition(0));
+    return {};
+}
+
+Variable isFullscreen(const BindingCall& call) {
+    return Variable::boolean(vh_isFullscreen(runtimeOf(call).window));
+}
+
+// Holds for windows to come, too.
+Variable setScaling(const BindingCall& call) {
+    constexpr std::pair<std::string_view, Scaling> modes[] = {
+        {"nearest", Scaling::nearest}, {"smooth", Scaling::smooth}, {"whole", Scaling::whole}};
+    const std::string& name = call.text(0, "mode");
+    const auto* mode =
+        std::ranges::find(modes, std::string_view(name), &std::pair<std::string_view, Scaling>::first);
+    if (mode == std::end(modes)) call.fail("mode must be nearest, smooth, or whole");
+    runtimeOf(call).scaling = mode->second;
+    vh_setScaling(runtimeOf(call).window, mode->second);
+    return {};
+}
+
 Variable getWindow(const BindingCall& call) {
     Runtime& runtime = runtimeOf(call);
     PlushImage* captured = runtime.window ? vh_captureWindow(runtime.window) : nullptr;
@@ -84,6 +111,14 @@ Variable setTouchBarButtonImage(const BindingCall& call) {
 Variable updateInput(const BindingCall& call) {
     publishInputGlobals(runtimeOf(call));
     return {};
+}
+
+// Names in the order in which they were pressed.
+Variable presses(const BindingCall& call) {
+    Variable list = Variable::makeArray();
+    while (const char* name = vh_takePress(runtimeOf(call).window))
+        list.items().push_back(Variable::text(name));
+    return list;
 }
 
 Variable forceUpdate(const BindingCall& call) {
@@ -128,6 +163,10 @@ constexpr BindingRow metalRows[] = {
     {"checkClose", checkClose},
     {"killWindow", killWindow},
     {"spawnWindow", spawnWindow},
+    {"presses", presses},
+    {"setFullscreen", setFullscreen},
+    {"isFullscreen", isFullscreen},
+    {"setScaling", setScaling},
 };
 constexpr BindingRow sailfishRows[] = {{"key", registerSailfishButton}, {"orientation", sailfishOrientation}};
 

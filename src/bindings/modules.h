@@ -23,5 +23,6 @@ std::span<const BindingRow> compositingBindings();
 std::span<const BindingRow> shaderBindings();
 std::span<const BindingRow> sceneBindings();
 std::span<const BindingRow> imageProcessingBindings();
+std::span<const BindingRow> drawingBindings();
 
 }  // namespace kelmora

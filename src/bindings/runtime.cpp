@@ -26,11 +26,15 @@ Runtime::Runtime(HostServices& host)
 
 Runtime::~Runtime() {
     vesper::audio::clear();
+    vesper::audio::resetVolumes();
     destroyWindow();
 }
 
 void Runtime::destroyWindow() {
-    if (window) vh_destroyWindow(window);
+    if (window) {
+        vh_rememberPlace(window, windowPlacePath().c_str());
+        vh_destroyWindow(window);
+    }
     window = nullptr;
 }
 

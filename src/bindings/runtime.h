@@ -7,6 +7,7 @@
 
 #include "bindings/button_list.h"
 #include "lua/lua_vm.h"
+#include "platform/letterbox.h"
 #include "plush/scene/scene.h"
 #include "rwby/ruby_vm.h"
 #include "script/binding.h"
@@ -25,6 +26,8 @@ struct Runtime {
     Runtime(const Runtime&) = delete;
     Runtime& operator=(const Runtime&) = delete;
 
+    // The file that keeps the window's place.
+    std::string windowPlacePath() const { return path + "../Resources/volatile/window.txt"; }
     void destroyWindow();
 
     VesperScript engine;
@@ -37,7 +40,8 @@ struct Runtime {
     Scene scene;
     std::string windowTitle;
     WindowsWindow* window = nullptr;  // owned
-    std::int64_t clockOrigin;         // microseconds of the system clock
+    Scaling scaling = Scaling::nearest;
+    std::int64_t clockOrigin;  // microseconds of the system clock
     std::int64_t frameClock;
     std::unique_ptr<AIJobs> aiJobs;  // made by the first job; goes first and waits for what it works on
 };

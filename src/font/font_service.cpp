@@ -10,6 +10,7 @@
 #include "font/font_bytes.h"
 #include "font/text_layout.h"
 #include "font/text_lines.h"
+#include "font/text_wrap.h"
 #include "font/truetype_backend.h"
 #include "font/type1_backend.h"
 
@@ -183,6 +184,27 @@ PlushImage* vh_ttf_font_render(void* handle, const char* utf8, int r, int g, int
     const std::vector<std::uint32_t> codepoints = decodeUtf8(utf8);
     font->glyphs.reserve(font->glyphs.size() + codepoints.size());
     return colourCanvas(drawText(*font, codepoints), {r, g, b, a}).release();
+}
+
+bool vh_ttf_font_text_size(void* handle, const char* utf8, int* width, int* height) {
+    *width = 0;
+    *height = 0;
+    FontHandle* font = asFont(handle);
+    if (!font || !utf8) return false;
+    if (*utf8 == '\0') return true;
+    const TextSize size = sizeOfLines(*font, splitLines(decodeUtf8(utf8)));
+    const auto held = [](LayoutUnit value) {
+        return static_cast<int>(std::min<LayoutUnit>(value, INT32_MAX));
+    };
+    *width = held(size.width);
+    *height = held(size.height);
+    return true;
+}
+
+std::optional<std::string> vh_ttf_font_wrap(void* handle, const char* utf8, int width) {
+    FontHandle* font = asFont(handle);
+    if (!font || !utf8) return std::nullopt;
+    return wrapText(*font, utf8, width);
 }
 
 void vh_ttf_font_free(void* handle) {

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 #include <unordered_map>
 
 #include "base/pooled.h"
@@ -30,4 +32,9 @@ void vh_ttf_font_resize(void* handle, float size);
 // The text in one colour on clear ground, as a new record that the caller owns. Text is UTF-8; lines end with
 // a line feed. Null for a null handle or text. Raises std::length_error for an image beyond 2^31 pixels.
 kelmora::PlushImage* vh_ttf_font_render(void* handle, const char* utf8, int r, int g, int b, double a);
+// The size of that picture, without drawing it; false for a null handle or text.
+bool vh_ttf_font_text_size(void* handle, const char* utf8, int* width, int* height);
+// The text with line feeds where it must break to be no wider than so many pixels; nothing for a null handle
+// or text.
+std::optional<std::string> vh_ttf_font_wrap(void* handle, const char* utf8, int width);
 void vh_ttf_font_free(void* handle);

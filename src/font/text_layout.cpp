@@ -38,6 +38,33 @@ struct Extent {
 
 }  // namespace
 
+LineWidth::LineWidth(FontHandle& font)
+    : font_(font), scale_(double{font.size} / font.backend->units_per_em()) {}
+
+void LineWidth::add(std::uint32_t codepoint) {
+    const GlyphBitmap& glyph = font_.glyph(codepoint, scale_);
+    if (glyph.width > 0 && glyph.height > 0) {
+        const LayoutUnit x = toUnits(std::floor(pen_)) + glyph.left;
+        minX_ = std::min(minX_, x);
+        maxRight_ = std::max(maxRight_, x + glyph.width);
+    }
+    pen_ += glyph.advance;
+}
+
+LayoutUnit LineWidth::width() const {
+    return std::max<LayoutUnit>({maxRight_, toUnits(std::ceil(pen_)), 1}) - minX_;
+}
+
+TextSize sizeOfLines(FontHandle& font, const std::vector<std::vector<std::uint32_t>>& lines) {
+    TextSize size{1, 0};
+    for (const auto& line : lines) {
+        const LineLayout laidOut = layOutLine(font, line);
+        size.width = std::max(size.width, laidOut.width);
+        size.height += laidOut.height;
+    }
+    return size;
+}
+
 LineLayout layOutLine(FontHandle& font, const std::vector<std::uint32_t>& codepoints) {
     FontBackend& backend = *font.backend;
     const double scale = double{font.size} / backend.units_per_em();

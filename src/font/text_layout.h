@@ -22,6 +22,29 @@ struct LineLayout {
     std::vector<GlyphPlacement> glyphs;
 };
 
+// How wide a line gets that is set letter by letter; the width `layOutLine` gives the whole of it.
+class LineWidth {
+public:
+    explicit LineWidth(FontHandle& font);
+    void add(std::uint32_t codepoint);
+    LayoutUnit width() const;
+
+private:
+    FontHandle& font_;
+    double scale_;
+    double pen_ = 0;
+    LayoutUnit minX_ = 0;      // of the glyphs that have pixels, and not above 0
+    LayoutUnit maxRight_ = 0;  // likewise, and not below 0
+};
+
+struct TextSize {
+    LayoutUnit width;
+    LayoutUnit height;
+};
+
+// Of the picture of several lines.
+TextSize sizeOfLines(FontHandle& font, const std::vector<std::vector<std::uint32_t>>& lines);
+
 // Sets one line. What overhangs to the left or above moves the whole line rather than being cut.
 LineLayout layOutLine(FontHandle& font, const std::vector<std::uint32_t>& codepoints);
 

@@ -15,8 +15,9 @@ bool isContinuation(unsigned byte) {
     return (byte & 0xC0) == 0x80;
 }
 
-// The sequence at `at`, which is moved behind it.
-std::uint32_t decodeOne(std::string_view text, std::size_t& at) {
+}  // namespace
+
+std::uint32_t nextCodepoint(std::string_view text, std::size_t& at) {
     const unsigned lead = byteAt(text, at++);
     if (lead < 0x80) return lead;
     const auto length = static_cast<std::size_t>(std::countl_one(static_cast<unsigned char>(lead)));
@@ -31,12 +32,10 @@ std::uint32_t decodeOne(std::string_view text, std::size_t& at) {
     return codepoint;
 }
 
-}  // namespace
-
 std::vector<std::uint32_t> decodeUtf8(std::string_view text) {
     std::vector<std::uint32_t> codepoints;
     codepoints.reserve(text.size());
-    for (std::size_t at = 0; at < text.size();) codepoints.push_back(decodeOne(text, at));
+    for (std::size_t at = 0; at < text.size();) codepoints.push_back(nextCodepoint(text, at));
     return codepoints;
 }
 

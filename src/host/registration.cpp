@@ -24,7 +24,7 @@ void registerFunctions(Runtime& runtime) {
     publish("Font", {fontBindings()});
     publish("Jade", {jadeBindings()});
     publish("Plush", {imageBindings(), compositingBindings(), shaderBindings(), sceneBindings(),
-                      imageProcessingBindings()});
+                      imageProcessingBindings(), drawingBindings()});
     registerGlobalHelpers(engine);
     publishEnvironmentGlobals(engine);
     publishInputGlobals(runtime);

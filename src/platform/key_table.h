@@ -36,4 +36,54 @@ struct KeyState {
     std::array<bool, keySlotCount> down{};
 };
 
+// A pad's buttons are keys with codes of their own; the left stick counts as the cross.
+enum class PadButton : std::uint8_t { a, b, x, y, r, l, up, down, left, right, start, back };
+inline constexpr std::size_t padButtonCount = 12;
+inline constexpr int firstPadCode = 0xc3;
+constexpr std::uint8_t padCode(PadButton button) {
+    return static_cast<std::uint8_t>(firstPadCode + static_cast<int>(button));
+}
+
+inline constexpr int keyReturn = 13;
+inline constexpr int keyAlt = 18;
+inline constexpr int keyF11 = 122;
+
+// Keys that scripts can read beside those of `keyTable`, whose record is settled.
+inline constexpr KeySlot moreKeyTable[] = {
+    {"ESCAPE", 27, 0},
+    {"TAB", 9, 0},
+    {"SHIFT", 16, 0},
+    {"CONTROL", 17, 0},
+    {"ALT", keyAlt, 0},
+    {"F1", 112, 0},
+    {"F2", 113, 0},
+    {"F3", 114, 0},
+    {"F4", 115, 0},
+    {"F5", 116, 0},
+    {"F6", 117, 0},
+    {"F7", 118, 0},
+    {"F8", 119, 0},
+    {"F9", 120, 0},
+    {"F10", 121, 0},
+    {"F11", keyF11, 0},
+    {"F12", 123, 0},
+    {"PAGE_UP", 33, 0},
+    {"PAGE_DOWN", 34, 0},
+    {"END", 35, 0},
+    {"HOME", 36, 0},
+    {"INSERT", 45, 0},
+    {"PAD_A", padCode(PadButton::a), 0},
+    {"PAD_B", padCode(PadButton::b), 0},
+    {"PAD_X", padCode(PadButton::x), 0},
+    {"PAD_Y", padCode(PadButton::y), 0},
+    {"PAD_R", padCode(PadButton::r), 0},
+    {"PAD_L", padCode(PadButton::l), 0},
+    {"PAD_UP", padCode(PadButton::up), 0},
+    {"PAD_DOWN", padCode(PadButton::down), 0},
+    {"PAD_LEFT", padCode(PadButton::left), 0},
+    {"PAD_RIGHT", padCode(PadButton::right), 0},
+    {"PAD_START", padCode(PadButton::start), 0},
+    {"PAD_BACK", padCode(PadButton::back), 0},
+};
+
 }  // namespace kelmora

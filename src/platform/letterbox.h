@@ -31,6 +31,23 @@ inline Letterbox letterboxOf(int clientWidth, int clientHeight, int imageWidth, 
     return box;
 }
 
+// How a picture gets the size that it is drawn at.
+enum class Scaling : std::uint8_t {
+    nearest,  // the nearest pixel
+    smooth,   // mixed from the nearest four pixels
+    whole     // each pixel as a square of whole size, where there is room for the picture at all
+};
+
+inline Letterbox letterboxOf(Scaling scaling, int clientWidth, int clientHeight, int imageWidth,
+                             int imageHeight) {
+    const int times = std::min(clientWidth / imageWidth, clientHeight / imageHeight);
+    if (scaling != Scaling::whole || times < 1)
+        return letterboxOf(clientWidth, clientHeight, imageWidth, imageHeight);
+    const int width = imageWidth * times;
+    const int height = imageHeight * times;
+    return {(clientWidth - width) / 2, (clientHeight - height) / 2, width, height};
+}
+
 // The picture's column (or row) that a drawn column shows.
 inline int sourcePosition(int drawnPosition, int imageSize, int drawnSize) {
     return static_cast<int>(std::int64_t{drawnPosition} * imageSize / drawnSize);

@@ -26,6 +26,13 @@ PixelSize MemoryWindow::setSize(int width, int height) {
     return {std::clamp(width, 1, screen.width), std::clamp(height, 1, screen.height)};
 }
 
+void MemoryWindow::setFullscreen(bool on) {
+    if (on) windowSize_ = {core_.clientWidth(), core_.clientHeight()};
+    fullscreen_ = on;
+    const PixelSize size = on ? fullscreenSize : windowSize_;
+    core_.handle(WindowEvent::resized(size.width, size.height));
+}
+
 void MemoryWindow::play(std::vector<RecordedStep> steps, std::string shotFolder) {
     steps_ = std::move(steps);
     shotFolder_ = std::move(shotFolder);

@@ -18,6 +18,8 @@ class MemoryWindow : public WindowBackend {
 public:
     // No client area is larger than the screen.
     static constexpr PixelSize screen{4096, 4096};
+    // What full screen fills.
+    static constexpr PixelSize fullscreenSize{1920, 1080};
 
     explicit MemoryWindow(WindowCore& core);
 
@@ -37,6 +39,12 @@ public:
     PixelSize setSize(int width, int height) override;
     void hide() override { hidden_ = true; }
     PixelSize screenSize() const override { return screen; }
+    void setFullscreen(bool on) override;
+    bool isFullscreen() const override { return fullscreen_; }
+    // A recording finds the same window each time.
+    std::optional<PixelArea> place() const override { return std::nullopt; }
+    void setPlace(const PixelArea&) override {}
+    std::vector<PixelArea> screens() const override { return {{0, 0, screen.width, screen.height}}; }
 
 private:
     void save(const RecordedStep& shot) const;
@@ -50,6 +58,8 @@ private:
     int update_ = 0;
     std::string shownTitle_;
     bool hidden_ = false;
+    bool fullscreen_ = false;
+    PixelSize windowSize_{1, 1};  // to come back to from full screen
     int presentCount_ = 0;
 };
 

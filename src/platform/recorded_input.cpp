@@ -57,6 +57,7 @@ private:
             return choice("down", "up") ? WindowEvent::buttonDown(which, mouseX, mouseY)
                                         : WindowEvent::buttonUp(which, mouseX, mouseY);
         }
+        if (action == "wheel") return WindowEvent::wheelTurned(choice("up", "down") ? 1 : -1);
         if (action == "focus")
             return choice("gained", "lost") ? WindowEvent::focusGained() : WindowEvent::focusLost();
         if (action == "resize") {
@@ -65,12 +66,14 @@ private:
         }
         if (action == "close") return WindowEvent::closeRequested();
         --next_;
-        fail("keydown, keyup, mouse, button, focus, resize, close or shot");
+        fail("keydown, keyup, mouse, button, wheel, focus, resize, close or shot");
     }
 
     int key() {
         const std::string_view name = word("the name of a key");
         for (const KeySlot& slot : keyTable)
+            if (name == slot.name) return slot.code;
+        for (const KeySlot& slot : moreKeyTable)
             if (name == slot.name) return slot.code;
         --next_;
         fail("the name of a key");

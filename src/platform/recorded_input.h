@@ -19,9 +19,10 @@ struct RecordedStep {
 
 // Reads the text of a recorded input. Each line is the number of an update, not below the one before, and one
 // of
-//     keydown NAME | keyup NAME            names of `keyTable`
+//     keydown NAME | keyup NAME            names of the key tables, pad buttons included
 //     mouse X Y                            client pixels
 //     button left|right|middle down|up     where the mouse was last
+//     wheel up|down                        by one notch
 //     focus gained|lost
 //     resize WIDTH HEIGHT
 //     close

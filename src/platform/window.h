@@ -2,6 +2,7 @@
 
 #include "image/plush_image.h"
 #include "platform/key_table.h"
+#include "platform/letterbox.h"
 
 // The windows of the system it runs on. A null window is accepted everywhere: the call does nothing or gives
 // its neutral value. Windows and keys belong to the script thread.
@@ -30,6 +31,15 @@ void vh_pushImage(kelmora::WindowsWindow* window, const kelmora::PlushImage* ima
 void vh_updateWindow(kelmora::WindowsWindow* window);
 // True for a null window.
 bool vh_windowShouldClose(const kelmora::WindowsWindow* window);
+// Full screen keeps the picture's shape. Alt+Return and F11 toggle it too, with the next vh_updateWindow.
+void vh_setFullscreen(kelmora::WindowsWindow* window, bool on);
+bool vh_isFullscreen(const kelmora::WindowsWindow* window);
+void vh_setScaling(kelmora::WindowsWindow* window, kelmora::Scaling scaling);
+// A small file keeps size, place and full screen from one run to the next: read once after the window was
+// made, written before it is destroyed. Files that are missing, bad or of a game of another size change
+// nothing.
+void vh_restorePlace(kelmora::WindowsWindow* window, const char* path);
+void vh_rememberPlace(const kelmora::WindowsWindow* window, const char* path);
 // The colour around and behind the picture.
 void vh_clearWindow(kelmora::WindowsWindow* window, unsigned char red, unsigned char green,
                     unsigned char blue);
@@ -41,6 +51,14 @@ void vh_getMousePosition(const kelmora::WindowsWindow* window, int* x, int* y);
 bool vh_getMouseButtonState(const kelmora::WindowsWindow* window, int button);
 // The keys of the window updated last; all up while it lacks the focus. One record, overwritten by each call.
 const kelmora::KeyState* vh_updateKeyboardState();
+
+// By virtual-key code, of the window updated last, as `vh_updateKeyboardState` sees it.
+bool vh_isKeyDown(int code);
+// Takes the name of the first press since the last look (see PressLog), the oldest first; null when there is
+// none. A press that is over already counts too.
+const char* vh_takePress(kelmora::WindowsWindow* window);
+// Takes the notches that the wheel was turned since the last look, away from its user above 0.
+int vh_takeWheel(kelmora::WindowsWindow* window);
 
 // Touch Bar, for scripts that call it unconditionally: there is none, and no button is ever pressed.
 void vh_setTouchBarButtonText(kelmora::WindowsWindow* window, int button, const char* text);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "platform/window_core.h"
 
@@ -9,6 +11,17 @@ namespace kelmora {
 struct PixelSize {
     int width;
     int height;
+
+    bool operator==(const PixelSize&) const = default;
+};
+
+struct PixelArea {
+    int x = 0;
+    int y = 0;
+    int width = 1;
+    int height = 1;
+
+    bool operator==(const PixelArea&) const = default;
 };
 
 // What a display does for one window. A new kind of display fills in this form; the rest of the window is
@@ -29,6 +42,15 @@ public:
     virtual PixelSize setSize(int width, int height) = 0;
     virtual void hide() = 0;
     virtual PixelSize screenSize() const = 0;
+    // The whole screen, or the window as it was before. The new client size is told as an event.
+    virtual void setFullscreen(bool on) = 0;
+    virtual bool isFullscreen() const = 0;
+    // The client area on the desktop, for full screen the one to come back to. Nothing where that is not
+    // worth keeping.
+    virtual std::optional<PixelArea> place() const = 0;
+    virtual void setPlace(const PixelArea& area) = 0;
+    // All screens on the desktop.
+    virtual std::vector<PixelArea> screens() const = 0;
 };
 
 // The display of the system this is built for. Shows a window with the core's title and as near as can be to

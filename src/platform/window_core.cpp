@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <numeric>
 
 namespace kelmora {
 namespace {
@@ -36,10 +37,14 @@ void WindowCore::handle(const WindowEvent& event) {
         case Kind::mouseMoved:
             return updateMousePosition(event.x, event.y);
         case Kind::buttonDown:
+            presses_.add(event.button);
+            [[fallthrough]];
         case Kind::buttonUp:
             updateMousePosition(event.x, event.y);
             buttons_[static_cast<std::size_t>(event.button)] = event.kind == Kind::buttonDown;
             return;
+        case Kind::wheelTurned:
+            return turnWheel(event.y);
     }
 }
 
@@ -48,10 +53,33 @@ void WindowCore::loseFocus() {
     focused_ = false;
     buttons_.fill(false);
     keys_.fill(false);
+    returnIsTaken_ = false;
 }
 
+// A system may repeat a key that is held; only the first of those is a press.
 void WindowCore::setKey(int code, bool down) {
-    if (code >= 0 && code < 256) keys_[static_cast<std::size_t>(code)] = down;
+    if (code < 0 || code > 255) return;
+    bool& isDown = keys_[static_cast<std::size_t>(code)];
+    if (down && !isDown && focused_) {
+        if (togglesFullscreen(code)) return;
+        presses_.add(code);
+    }
+    if (!down && code == keyReturn) returnIsTaken_ = false;
+    isDown = down;
+}
+
+// The Return of Alt+Return is for the window alone: a script would take it for an answer.
+bool WindowCore::togglesFullscreen(int code) {
+    const bool altReturn = code == keyReturn && (keys_[keyAlt] || returnIsTaken_);
+    if (code == keyF11 || (altReturn && !returnIsTaken_)) fullscreenToggle_ = !fullscreenToggle_;
+    if (altReturn) returnIsTaken_ = true;
+    return altReturn;
+}
+
+void WindowCore::turnWheel(int notches) {
+    constexpr int farthest = 1000;
+    wheel_ = std::clamp(wheel_ + std::clamp(notches, -farthest, farthest), -farthest, farthest);
+    presses_.addWheel(std::clamp(notches, -farthest, farthest));
 }
 
 KeyState WindowCore::keyState() const {
@@ -94,6 +122,11 @@ void WindowCore::setClearColour(ClearColour colour) {
     dirty_ = true;
 }
 
+void WindowCore::setScaling(Scaling scaling) {
+    scaling_ = scaling;
+    dirty_ = true;
+}
+
 void WindowCore::pushImage(const PlushImage& image) {
     if (image.width < 1 || image.height < 1 || !image.pixels) return;
     const std::size_t count = static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height);
@@ -105,7 +138,7 @@ void WindowCore::pushImage(const PlushImage& image) {
 }
 
 Letterbox WindowCore::letterbox() const {
-    return letterboxOf(clientWidth_, clientHeight_, pictureWidth(), pictureHeight());
+    return letterboxOf(scaling_, clientWidth_, clientHeight_, pictureWidth(), pictureHeight());
 }
 
 void WindowCore::updateMousePosition(int clientX, int clientY) {
@@ -130,7 +163,11 @@ void WindowCore::renderIntoBackbuffer() {
     }
     const Letterbox box = letterbox();
     std::fill_n(dibPixels_.data(), rowStart(box.y), clearPixel);
-    renderImage(box, clearPixel);
+    const bool isSameSize = box.width == imageWidth_ && box.height == imageHeight_;
+    if (scaling_ == Scaling::smooth && !isSameSize)
+        renderSmooth(box, clearPixel);
+    else
+        renderImage(box, clearPixel);
     const std::size_t below = rowStart(box.y + box.height);
     std::fill_n(dibPixels_.data() + below, dibPixels_.size() - below, clearPixel);
 }
@@ -152,10 +189,37 @@ void WindowCore::renderImage(const Letterbox& box, std::uint32_t clearPixel) {
     }
 }
 
+std::span<const std::uint32_t> WindowCore::imageRow(int row) const {
+    const auto width = static_cast<std::size_t>(imageWidth_);
+    return std::span(image_).subspan(static_cast<std::size_t>(row) * width, width);
+}
+
+void WindowCore::renderSmooth(const Letterbox& box, std::uint32_t clearPixel) {
+    scaler_.prepare(imageWidth_, imageHeight_, box.width, box.height);
+    for (int y = 0; y < box.height; ++y) {
+        const SmoothScaler::Between between = scaler_.rowsAt(y);
+        bringRow(between.upper);
+        bringRow(between.lower);
+        row_.resize(static_cast<std::size_t>(box.width));
+        scaler_.mix(between, row_.data());
+        putRow(box, box.y + y, row_, clearPixel);
+    }
+}
+
+// The scaler wants opaque pixels: what is see-through is laid over the clear colour before.
+void WindowCore::bringRow(int imageRow) {
+    if (scaler_.holds(imageRow)) return;
+    const std::span source = this->imageRow(imageRow);
+    if (rowIsOpaque(source)) return scaler_.bring(imageRow, source);
+    columns_.resize(source.size());
+    std::iota(columns_.begin(), columns_.end(), 0);
+    row_.resize(source.size());
+    blendGatheredRow(source.data(), columns_, clear_, row_.data());
+    scaler_.bring(imageRow, row_);
+}
+
 void WindowCore::renderRow(const Letterbox& box, int y, int imageRow, std::uint32_t clearPixel) {
-    const auto imageWidth = static_cast<std::size_t>(imageWidth_);
-    std::span<const std::uint32_t> drawn =
-        std::span(image_).subspan(static_cast<std::size_t>(imageRow) * imageWidth, imageWidth);
+    std::span<const std::uint32_t> drawn = this->imageRow(imageRow);
     const bool isOpaque = rowIsOpaque(drawn);
     if (!isOpaque || box.width != imageWidth_) {
         row_.resize(columns_.size());
@@ -165,6 +229,11 @@ void WindowCore::renderRow(const Letterbox& box, int y, int imageRow, std::uint3
             blendGatheredRow(drawn.data(), columns_, clear_, row_.data());
         drawn = row_;
     }
+    putRow(box, y, drawn, clearPixel);
+}
+
+void WindowCore::putRow(const Letterbox& box, int y, std::span<const std::uint32_t> drawn,
+                        std::uint32_t clearPixel) {
     std::uint32_t* row = dibPixels_.data() + rowStart(y);
     std::fill(row, row + box.x, clearPixel);
     deviceRow(drawn, row + box.x);

@@ -4,12 +4,15 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "image/plush_image.h"
 #include "platform/key_table.h"
 #include "platform/letterbox.h"
 #include "platform/pixel_rows.h"
+#include "platform/press_log.h"
+#include "platform/smooth_scaler.h"
 #include "platform/window_event.h"
 
 namespace kelmora {
@@ -31,6 +34,7 @@ public:
     void setClearColour(ClearColour colour);
     // Keeps a copy. A picture without pixels is ignored.
     void pushImage(const PlushImage& image);
+    void setScaling(Scaling scaling);
     void requestClose() { shouldClose_ = true; }
     // Composes the picture if anything about it has changed; tells whether it did.
     bool composeIfDirty();
@@ -48,6 +52,16 @@ public:
     bool buttonDown(MouseButton button) const { return buttons_[static_cast<std::size_t>(button)]; }
     bool anyButtonDown() const { return buttons_[0] || buttons_[1] || buttons_[2]; }
     KeyState keyState() const;
+    // By virtual-key code; nothing is down without the focus.
+    bool keyDown(int code) const {
+        return focused_ && code >= 0 && code < 256 && keys_[static_cast<std::size_t>(code)];
+    }
+    // What went down since it was last asked for, the first press first; null after the last.
+    const char* takePress() { return presses_.take(); }
+    // Notches of the wheel since this was last asked, away from its user above 0.
+    int takeWheel() { return std::exchange(wheel_, 0); }
+    // Whether the player has asked for the other one of full screen and window since this was last asked.
+    bool takeFullscreenToggle() { return std::exchange(fullscreenToggle_, false); }
 
     // Rows from the top without padding, client size: the picture in the device's order, and the same in RGBA
     // words, made when asked for.
@@ -59,6 +73,8 @@ public:
 private:
     void loseFocus();
     void setKey(int code, bool down);
+    bool togglesFullscreen(int code);
+    void turnWheel(int notches);
     void updateMousePosition(int clientX, int clientY);
     // The pushed picture's size, or the logical size while there is none.
     int pictureWidth() const { return image_.empty() ? logicalWidth_ : imageWidth_; }
@@ -68,6 +84,11 @@ private:
     void renderImage(const Letterbox& box, std::uint32_t clearPixel);
     void renderRow(const Letterbox& box, int y, int imageRow, std::uint32_t clearPixel);
     void repeatRowAbove(int y);
+    void renderSmooth(const Letterbox& box, std::uint32_t clearPixel);
+    // A row of the picture between what is left of the window.
+    void putRow(const Letterbox& box, int y, std::span<const std::uint32_t> drawn, std::uint32_t clearPixel);
+    void bringRow(int imageRow);
+    std::span<const std::uint32_t> imageRow(int row) const;
     std::size_t rowStart(int y) const {
         return static_cast<std::size_t>(y) * static_cast<std::size_t>(clientWidth_);
     }
@@ -85,6 +106,10 @@ private:
     int mouseY_ = 0;
     std::array<bool, 3> buttons_{};
     std::array<bool, 256> keys_{};
+    PressLog presses_;
+    int wheel_ = 0;
+    bool fullscreenToggle_ = false;
+    bool returnIsTaken_ = false;  // by a toggle, until it comes up
     std::vector<std::uint32_t> image_;
     int imageWidth_ = 0;
     int imageHeight_ = 0;
@@ -93,6 +118,8 @@ private:
     mutable bool isBackbufferOld_ = false;
     std::vector<std::uint32_t> row_;
     std::vector<int> columns_;
+    Scaling scaling_ = Scaling::nearest;
+    SmoothScaler scaler_;
 };
 
 }  // namespace kelmora

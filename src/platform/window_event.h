@@ -17,14 +17,15 @@ struct WindowEvent {
         keyUp,
         mouseMoved,
         buttonDown,
-        buttonUp
+        buttonUp,
+        wheelTurned
     };
 
     Kind kind;
     int keyCode = 0;  // virtual-key code
     MouseButton button = MouseButton::left;
     int x = 0;  // position, or the new client width
-    int y = 0;  // position, or the new client height
+    int y = 0;  // position, or the new client height, or the wheel's notches away from its user
 
     static WindowEvent resized(int width, int height) {
         return {Kind::resized, 0, MouseButton::left, width, height};
@@ -40,6 +41,9 @@ struct WindowEvent {
     }
     static WindowEvent buttonUp(MouseButton button, int x, int y) {
         return {Kind::buttonUp, 0, button, x, y};
+    }
+    static WindowEvent wheelTurned(int notches) {
+        return {Kind::wheelTurned, 0, MouseButton::left, 0, notches};
     }
 };
 

@@ -8,6 +8,7 @@
 
 #include "platform/memory_window.h"
 #include "platform/window.h"
+#include "platform/window_place.h"
 
 using kelmora::MouseButton;
 using kelmora::WindowsWindow;
@@ -87,12 +88,33 @@ void vh_updateWindow(WindowsWindow* window) {
     if (!window) return;
     activeWindow = window;
     const bool lost = window->backend->pumpEvents();
+    if (window->core.takeFullscreenToggle()) window->backend->setFullscreen(!window->backend->isFullscreen());
     const bool changed = window->core.composeIfDirty();
     if (lost || changed) window->backend->present();
 }
 
 bool vh_windowShouldClose(const WindowsWindow* window) {
     return !window || window->core.shouldClose();
+}
+
+void vh_setFullscreen(WindowsWindow* window, bool on) {
+    if (window && window->backend->isFullscreen() != on) window->backend->setFullscreen(on);
+}
+
+bool vh_isFullscreen(const WindowsWindow* window) {
+    return window && window->backend->isFullscreen();
+}
+
+void vh_setScaling(WindowsWindow* window, kelmora::Scaling scaling) {
+    if (window) window->core.setScaling(scaling);
+}
+
+void vh_restorePlace(WindowsWindow* window, const char* path) {
+    if (window) kelmora::restorePlace(*window, path);
+}
+
+void vh_rememberPlace(const WindowsWindow* window, const char* path) {
+    if (window) kelmora::rememberPlace(*window, path);
 }
 
 void vh_clearWindow(WindowsWindow* window, unsigned char red, unsigned char green, unsigned char blue) {
@@ -118,6 +140,18 @@ const kelmora::KeyState* vh_updateKeyboardState() {
     static kelmora::KeyState state;
     state = activeWindow ? activeWindow->core.keyState() : kelmora::KeyState{};
     return &state;
+}
+
+bool vh_isKeyDown(int code) {
+    return activeWindow && activeWindow->core.keyDown(code);
+}
+
+const char* vh_takePress(WindowsWindow* window) {
+    return window ? window->core.takePress() : nullptr;
+}
+
+int vh_takeWheel(WindowsWindow* window) {
+    return window ? window->core.takeWheel() : 0;
 }
 
 void vh_setTouchBarButtonText(kelmora::WindowsWindow*, int, const char*) {}

@@ -13,6 +13,7 @@ struct WindowsWindow {
 
     WindowCore core;
     std::unique_ptr<WindowBackend> backend;  // goes before the core it feeds
+    std::optional<PixelArea> firstPlace;     // before a place was restored, where one can be
 };
 
 }  // namespace kelmora

@@ -77,6 +77,12 @@ void vh_font_resize(void* font, float size) {
 kelmora::PlushImage* vh_font_render(void* font, const char* utf8, int r, int g, int b, double a) {
     return vh_ttf_font_render(font, utf8, r, g, b, a);
 }
+bool vh_font_text_size(void* font, const char* utf8, int* width, int* height) {
+    return vh_ttf_font_text_size(font, utf8, width, height);
+}
+std::optional<std::string> vh_font_wrap(void* font, const char* utf8, int width) {
+    return vh_ttf_font_wrap(font, utf8, width);
+}
 void vh_font_free(void* font) {
     vh_ttf_font_free(font);
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+#include <string>
+
 #include "image/plush_image.h"
 #include "platform/process.h"
 #include "platform/system.h"
@@ -33,4 +36,7 @@ double vh_lua_version_number();
 void* vh_font_load(const char* path, float size);
 void vh_font_resize(void* font, float size);
 kelmora::PlushImage* vh_font_render(void* font, const char* utf8, int r, int g, int b, double a);
+// False for a null handle; sizes are those of the picture.
+bool vh_font_text_size(void* font, const char* utf8, int* width, int* height);
+std::optional<std::string> vh_font_wrap(void* font, const char* utf8, int width);
 void vh_font_free(void* font);

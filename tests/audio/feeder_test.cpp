@@ -46,7 +46,10 @@ Samples trackOf(std::size_t frames) {
 
 struct Fed {
     explicit Fed(std::size_t frames, bool looping = false, std::uint64_t start = 0)
-        : track(trackOf(frames)), cursor(start), feeder(device, track, ring, looping, cursor) {}
+        : track(trackOf(frames)),
+          source(track),
+          cursor(start),
+          feeder(device, source, ring, looping, cursor, volume) {}
 
     // Rounds until the end, everything played in between.
     int roundsToEnd() {
@@ -62,8 +65,10 @@ struct Fed {
 
     SlotDevice device;
     Samples track;
+    PcmSource source;
     Samples ring = Samples(ringSamples);
     std::atomic<std::uint64_t> cursor;
+    TrackVolume volume;
     Feeder feeder;
 };
 

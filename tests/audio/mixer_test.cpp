@@ -88,6 +88,22 @@ TEST_F(Mixer, playsATrackToItsEnd) {
     EXPECT_EQ(stream->played(), expected);
 }
 
+TEST_F(Mixer, followsItsVolumeWhileItPlays) {
+    const auto volume = std::make_shared<TrackVolume>();
+    UseVolume(handle_, volume);
+    volume->set(0.5);
+    const StreamPointer stream = play(0, true);
+    playFrames(stream, 9000);
+    for (std::size_t i = 0; i < 18000; ++i) {
+        const int expected = (samples_[i] + 1) / 2;
+        ASSERT_EQ(stream->played()[i], expected) << i;
+    }
+    volume->set(1);
+    playFrames(stream, 20000);
+    EXPECT_EQ(stream->played()[28000 * 2], samples_[8000 * 2]);
+    UseVolume(nullptr, volume);
+}
+
 TEST_F(Mixer, pausesAndResumes) {
     StreamPointer stream = play(0, false);
     playFrames(stream, 5009);

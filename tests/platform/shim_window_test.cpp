@@ -171,6 +171,39 @@ TEST_F(ShimWindow, UnknownMouseButtonsAreUp) {
     EXPECT_FALSE(vh_getTouchBarButtonState(window.get(), 1));
 }
 
+TEST_F(ShimWindow, ThePlayerAndTheGameTurnFullScreenOnAndOff) {
+    const WindowHolder window = create(16, 9);
+    MemoryWindow* display = memoryWindowOf(window.get());
+    const auto shownWidth = [&] {
+        vh_updateWindow(window.get());
+        const std::unique_ptr<PlushImage> shown(vh_captureWindow(window.get()));
+        const std::unique_ptr<unsigned char[]> pixels(shown->pixels);
+        return shown->width;
+    };
+    EXPECT_FALSE(vh_isFullscreen(window.get()));
+    display->post(WindowEvent::keyDown(keyAlt));
+    display->post(WindowEvent::keyDown(keyReturn));
+    EXPECT_EQ(shownWidth(), 1920);
+    EXPECT_TRUE(vh_isFullscreen(window.get()));
+    EXPECT_FALSE(isDown("RETURN"));
+    vh_setFullscreen(window.get(), true);
+    display->post(WindowEvent::mouseMoved(1919, 1079));
+    EXPECT_EQ(shownWidth(), 1920);
+    int x = 0;
+    int y = 0;
+    vh_getMousePosition(window.get(), &x, &y);
+    EXPECT_EQ(x, 15);
+    EXPECT_EQ(y, 8);
+    display->post(WindowEvent::keyDown(keyF11));
+    EXPECT_EQ(shownWidth(), 16);
+    EXPECT_FALSE(vh_isFullscreen(window.get()));
+    vh_setFullscreen(window.get(), true);
+    EXPECT_EQ(shownWidth(), 1920);
+    vh_setFullscreen(nullptr, true);
+    vh_setScaling(nullptr, Scaling::smooth);
+    EXPECT_FALSE(vh_isFullscreen(nullptr));
+}
+
 TEST_F(ShimWindow, ARecordingIsPlayedByTheUpdate) {
     platform_set_picture_writer(vh_save_png);
     const TemporaryFolder folder;

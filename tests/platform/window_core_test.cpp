@@ -4,6 +4,9 @@
 
 #include <cstring>
 #include <memory>
+#include <set>
+#include <string>
+#include <vector>
 
 namespace kelmora {
 namespace {
@@ -118,6 +121,56 @@ TEST(WindowCore, ComposesLikeThePlainFormula) {
     }
 }
 
+TEST(WindowCore, WholeStepsAreSquaresInABorder) {
+    WindowCore core = coreOf(50, 31);
+    core.setClearColour({1, 2, 3});
+    core.setScaling(Scaling::whole);
+    TestPicture picture(16, 9);
+    picture.at(15, 8) = rgba(200, 0, 0, 255);
+    core.pushImage(picture.image());
+    core.composeIfDirty();
+    const auto at = [&](int x, int y) { return core.backbuffer()[static_cast<std::size_t>(y * 50 + x)]; };
+    EXPECT_EQ(at(0, 0), rgba(1, 2, 3, 255));  // 48 by 27 at 1, 2
+    EXPECT_EQ(at(1, 2), rgba(0, 0, 0, 255));
+    for (int y = 26; y < 29; ++y)
+        for (int x = 46; x < 49; ++x) EXPECT_EQ(at(x, y), rgba(200, 0, 0, 255)) << x << " " << y;
+    EXPECT_EQ(at(49, 28), rgba(1, 2, 3, 255));
+    EXPECT_EQ(at(45, 28), rgba(0, 0, 0, 255));
+    core.handle(WindowEvent::mouseMoved(48, 28));
+    EXPECT_EQ(core.mouseX(), 15);
+    EXPECT_EQ(core.mouseY(), 8);
+
+    core.setClientSize(8, 8);  // no room: as large as can be
+    EXPECT_TRUE(core.composeIfDirty());
+    EXPECT_EQ(core.backbuffer()[8 * 3 + 3], rgba(0, 0, 0, 255));
+}
+
+TEST(WindowCore, SmoothPicturesFillTheLetterboxAndMixOverTheClearColour) {
+    WindowCore core = coreOf(40, 10);
+    core.setClearColour({0, 0, 100});
+    core.setScaling(Scaling::smooth);
+    TestPicture picture(2, 1, rgba(200, 0, 0, 0));
+    picture.at(1, 0) = rgba(200, 0, 0, 255);
+    core.pushImage(picture.image());
+    core.composeIfDirty();
+    const auto row = core.backbuffer().subspan(40 * 5, 40);
+    EXPECT_EQ(row[9], rgba(0, 0, 100, 255));
+    EXPECT_EQ(row[10], rgba(0, 0, 100, 255));
+    EXPECT_EQ(row[29], rgba(200, 0, 0, 255));
+    EXPECT_EQ(row[30], rgba(0, 0, 100, 255));
+    for (std::size_t x = 16; x < 24; ++x) {
+        EXPECT_GT(row[x] & 255, row[x - 1] & 255) << x;
+        EXPECT_EQ(core.dibPixels()[40 * 5 + x], (row[x] & 255) << 16 | (row[x] >> 16 & 255));
+    }
+
+    TestPicture small(40, 10, rgba(1, 2, 3, 255));
+    small.at(39, 9) = rgba(9, 9, 9, 255);
+    core.pushImage(small.image());
+    core.composeIfDirty();
+    EXPECT_EQ(core.backbuffer()[399], rgba(9, 9, 9, 255));
+    EXPECT_EQ(core.backbuffer()[398], rgba(1, 2, 3, 255));
+}
+
 TEST(WindowCore, APictureWithoutPixelsIsIgnored) {
     WindowCore core = coreOf(4, 4);
     core.pushImage(TestPicture(2, 2, rgba(9, 9, 9, 255)).image());
@@ -201,6 +254,82 @@ TEST(WindowCore, LosingTheFocusReleasesEverything) {
     EXPECT_EQ(core.keyState().down, KeyState{}.down);
     core.handle(WindowEvent::keyDown('W'));
     EXPECT_NE(core.keyState().down, KeyState{}.down);
+}
+
+std::vector<std::string> pressesOf(WindowCore& core) {
+    std::vector<std::string> names;
+    while (const char* name = core.takePress()) names.emplace_back(name);
+    return names;
+}
+
+TEST(WindowCore, PressesAreKeptAfterTheyAreOver) {
+    using Names = std::vector<std::string>;
+    WindowCore core = coreOf(10, 10);
+    for (const int code : {27, 27, 9, 81, 33, 123, 200}) {
+        core.handle(WindowEvent::keyDown(code));
+        core.handle(WindowEvent::keyDown(code));  // a system's repetition
+        core.handle(WindowEvent::keyUp(code));
+    }
+    core.handle(WindowEvent::buttonDown(MouseButton::middle, 1, 1));
+    core.handle(WindowEvent::buttonUp(MouseButton::middle, 1, 1));
+    core.handle(WindowEvent::wheelTurned(-2));
+    core.handle(WindowEvent::wheelTurned(1));
+    core.handle(WindowEvent::keyDown(padCode(PadButton::start)));
+    EXPECT_EQ(pressesOf(core), (Names{"escape", "escape", "tab", "q", "page_up", "f12", "pad_l",
+                                      "mouse_middle", "wheel_down", "wheel_down", "wheel_up", "pad_start"}));
+    EXPECT_EQ(pressesOf(core), Names{});
+    EXPECT_EQ(core.takeWheel(), -1);
+    EXPECT_EQ(core.takeWheel(), 0);
+
+    core.handle(WindowEvent::focusLost());
+    core.handle(WindowEvent::keyDown('A'));
+    EXPECT_EQ(pressesOf(core), Names{});
+}
+
+TEST(WindowCore, PressesThatNobodyAsksForAreBounded) {
+    WindowCore core = coreOf(10, 10);
+    for (int i = 0; i < 1000; ++i) core.handle(WindowEvent::wheelTurned(2000000000));
+    core.handle(WindowEvent::buttonDown(MouseButton::left, 1, 1));
+    const std::vector<std::string> names = pressesOf(core);
+    EXPECT_EQ(names.size(), 256u);
+    EXPECT_EQ(names.back(), "mouse_left");
+    EXPECT_LE(core.takeWheel(), 1000);
+}
+
+TEST(WindowCore, EveryKeyHasANameOfItsOwn) {
+    std::set<std::string> names;
+    std::size_t count = 0;
+    const auto press = [&](const KeySlot& slot) {
+        WindowCore core = coreOf(1, 1);
+        core.handle(WindowEvent::keyDown(slot.code));
+        for (const std::string& name : pressesOf(core)) names.insert(name);
+        EXPECT_TRUE(core.keyDown(slot.code)) << slot.name;
+        ++count;
+    };
+    for (const KeySlot& slot : keyTable) press(slot);
+    for (const KeySlot& slot : moreKeyTable) press(slot);
+    EXPECT_EQ(names.size(), count);
+}
+
+TEST(WindowCore, AltReturnAndF11AskForFullScreen) {
+    WindowCore core = coreOf(10, 10);
+    core.handle(WindowEvent::keyDown(keyF11));
+    core.handle(WindowEvent::keyDown(keyF11));
+    core.handle(WindowEvent::keyUp(keyF11));
+    EXPECT_TRUE(core.takeFullscreenToggle());
+    EXPECT_FALSE(core.takeFullscreenToggle());
+
+    core.handle(WindowEvent::keyDown(keyAlt));
+    core.handle(WindowEvent::keyDown(keyReturn));
+    core.handle(WindowEvent::keyUp(keyAlt));
+    core.handle(WindowEvent::keyDown(keyReturn));  // repeated while Return is still held
+    EXPECT_FALSE(core.keyState().down[0]);
+    EXPECT_TRUE(core.takeFullscreenToggle());
+    EXPECT_EQ(pressesOf(core), (std::vector<std::string>{"f11", "alt"}));
+    core.handle(WindowEvent::keyUp(keyReturn));
+    core.handle(WindowEvent::keyDown(keyReturn));
+    EXPECT_TRUE(core.keyState().down[0]);
+    EXPECT_FALSE(core.takeFullscreenToggle());
 }
 
 TEST(WindowCore, OnlyANewSizeBlanksTheBackbuffer) {

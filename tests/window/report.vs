@@ -12,7 +12,7 @@ Metal["renderImage"](picture)
 
 function describe()
     local text = "keys"
-    for i, key in ipairs(["A", "1", "0", "UP", "RETURN", "SPACE", "BACK", "DELETE"])
+    for i, key in ipairs(["A", "1", "0", "UP", "RETURN", "SPACE", "BACK", "DELETE", "ESCAPE", "TAB", "SHIFT", "CONTROL", "ALT", "F5", "F10", "PAGE_UP", "HOME", "INSERT"])
         if Vesper["getVar"]("VESPER_KEY_" + key)
             text = text + " " + key
         end
@@ -26,14 +26,18 @@ function describe()
     shown = Metal["getWindow"]()
     width, height = Plush["imageSize"](shown)
     Plush["killImage"](shown)
-    return text + ", window " + width + " " + height
+    return text + ", pressed " + pressed + ", wheel " + turned + ", window " + width + " " + height
 end
 
+turned = 0
+pressed = 0
 log = io["open"](arguments[1], "w")
 last = ""
 while not Metal["checkClose"]()
     Metal["forceUpdate"]()
     Metal["updateInput"]()
+    turned = turned + VESPER_WHEEL
+    pressed = pressed + len(Metal["presses"]())
     now = describe()
     if now != last
         log["write"](now, "\n")

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/linux/sdl_library.h"
+#include "platform/linux/sdl_pads.h"
 #include "platform/window_backend.h"
 
 namespace kelmora {
@@ -18,13 +19,16 @@ struct KeyCodePair {
     int code;
 };
 constexpr KeyCodePair labelledKeys[] = {
-    {SDLK_RETURN, 13},   {SDLK_KP_ENTER, 13}, {SDLK_LEFT, 37},   {SDLK_UP, 38},
-    {SDLK_RIGHT, 39},    {SDLK_DOWN, 40},     {SDLK_MINUS, 189}, {SDLK_KP_MINUS, 109},
-    {SDLK_BACKSPACE, 8}, {SDLK_DELETE, 46},   {SDLK_SPACE, 32},
+    {SDLK_RETURN, 13},   {SDLK_KP_ENTER, 13}, {SDLK_LEFT, 37},      {SDLK_UP, 38},       {SDLK_RIGHT, 39},
+    {SDLK_DOWN, 40},     {SDLK_MINUS, 189},   {SDLK_KP_MINUS, 109}, {SDLK_BACKSPACE, 8}, {SDLK_DELETE, 46},
+    {SDLK_SPACE, 32},    {SDLK_ESCAPE, 27},   {SDLK_TAB, 9},        {SDLK_LSHIFT, 16},   {SDLK_RSHIFT, 16},
+    {SDLK_LCTRL, 17},    {SDLK_RCTRL, 17},    {SDLK_LALT, 18},      {SDLK_RALT, 18},     {SDLK_PAGEUP, 33},
+    {SDLK_PAGEDOWN, 34}, {SDLK_END, 35},      {SDLK_HOME, 36},      {SDLK_INSERT, 45},
 };
 // What the number pad does while NumLock is off.
 constexpr KeyCodePair numberPadKeys[] = {
     {SDLK_KP_4, 37}, {SDLK_KP_8, 38}, {SDLK_KP_6, 39}, {SDLK_KP_2, 40}, {SDLK_KP_PERIOD, 46},
+    {SDLK_KP_9, 33}, {SDLK_KP_3, 34}, {SDLK_KP_1, 35}, {SDLK_KP_7, 36}, {SDLK_KP_0, 45},
 };
 
 template <std::size_t count>
@@ -41,6 +45,8 @@ int virtualKeyCode(const SDL_Keysym& symbol) {
         return '1' + (symbol.scancode - SDL_SCANCODE_1);
     if (symbol.scancode == SDL_SCANCODE_0) return '0';
     if (symbol.sym >= SDLK_a && symbol.sym <= SDLK_z) return 'A' + (symbol.sym - SDLK_a);
+    if (symbol.scancode >= SDL_SCANCODE_F1 && symbol.scancode <= SDL_SCANCODE_F12)
+        return 112 + (symbol.scancode - SDL_SCANCODE_F1);
     const bool otherAlphabet = symbol.sym > 127 && (symbol.sym & SDLK_SCANCODE_MASK) == 0;
     if (otherAlphabet && symbol.scancode >= SDL_SCANCODE_A && symbol.scancode <= SDL_SCANCODE_Z)
         return 'A' + (symbol.scancode - SDL_SCANCODE_A);
@@ -91,6 +97,7 @@ public:
         if (driver == "x11") sdl().setHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
         // An input method would swallow the letters that scripts read as keys.
         sdl().stopTextInput();
+        sdlPads().start();
     }
     SdlSession(const SdlSession&) = delete;
     SdlSession& operator=(const SdlSession&) = delete;
@@ -121,15 +128,23 @@ public:
     PixelSize setSize(int width, int height) override;
     void hide() override { sdl().hideWindow(window_); }
     PixelSize screenSize() const override;
+    void setFullscreen(bool on) override;
+    bool isFullscreen() const override { return hasFlag(SDL_WINDOW_FULLSCREEN); }
+    std::optional<PixelArea> place() const override;
+    void setPlace(const PixelArea& area) override;
+    std::vector<PixelArea> screens() const override;
 
 private:
     // Events come for all windows at once, whichever is updated.
     static void dispatch(const SDL_Event& event, WindowCore& updatedCore);
     static SdlWindow* find(Uint32 id);
+    static void reportPads(PadChange change);
 
     void handleWindowEvent(const SDL_WindowEvent& event);
     void handleKey(const SDL_KeyboardEvent& event);
     void handleButton(const SDL_MouseButtonEvent& event);
+    bool hasFlag(Uint32 flag) const { return (sdl().getWindowFlags(window_) & flag) != 0; }
+    PixelArea area() const;
     PixelSize clientSize() const;
     PixelSize largestSize() const;
 
@@ -139,6 +154,7 @@ private:
     WindowCore& core_;
     SDL_Window* window_ = nullptr;
     bool exposed_ = false;
+    std::optional<PixelArea> windowArea_;  // to come back to from full screen
     Uint32 focusTime_ = 0;
     // The code each held key went down with; its release must match even if the layout or NumLock changed.
     std::array<int, SDL_NUM_SCANCODES> heldCodes_{};
@@ -157,8 +173,7 @@ bool SdlWindow::open() {
     core_.setClientSize(client.width, client.height);
     sdl().raiseWindow(window_);
     sdl().pumpEvents();
-    if ((sdl().getWindowFlags(window_) & SDL_WINDOW_INPUT_FOCUS) != 0)
-        core_.handle(WindowEvent::focusGained());
+    if (hasFlag(SDL_WINDOW_INPUT_FOCUS)) core_.handle(WindowEvent::focusGained());
     return true;
 }
 
@@ -172,6 +187,42 @@ PixelSize SdlWindow::screenSize() const {
     SDL_Rect bounds{0, 0, 1, 1};
     sdl().getDisplayBounds(0, &bounds);
     return {bounds.w, bounds.h};
+}
+
+std::vector<PixelArea> SdlWindow::screens() const {
+    std::vector<PixelArea> all;
+    for (int display = 0; display < sdl().getNumVideoDisplays(); ++display) {
+        SDL_Rect bounds;
+        if (sdl().getDisplayBounds(display, &bounds) == 0)
+            all.push_back({bounds.x, bounds.y, bounds.w, bounds.h});
+    }
+    return all;
+}
+
+PixelArea SdlWindow::area() const {
+    const PixelSize size = clientSize();
+    PixelArea area{0, 0, size.width, size.height};
+    sdl().getWindowPosition(window_, &area.x, &area.y);
+    return area;
+}
+
+std::optional<PixelArea> SdlWindow::place() const {
+    if (isFullscreen()) return windowArea_;
+    return hasFlag(SDL_WINDOW_MINIMIZED) ? std::nullopt : std::optional(area());
+}
+
+void SdlWindow::setPlace(const PixelArea& area) {
+    setSize(area.width, area.height);
+    sdl().setWindowPosition(window_, area.x, area.y);
+    const PixelSize client = clientSize();
+    core_.setClientSize(client.width, client.height);
+}
+
+void SdlWindow::setFullscreen(bool on) {
+    if (on) windowArea_ = area();
+    sdl().setWindowFullscreen(window_, on ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
+    const PixelSize client = clientSize();
+    core_.handle(WindowEvent::resized(client.width, client.height));
 }
 
 // All screens side by side: what a window can usefully be stretched over.
@@ -236,9 +287,20 @@ void SdlWindow::dispatch(const SDL_Event& event, WindowCore& updatedCore) {
         case SDL_MOUSEBUTTONUP:
             if (SdlWindow* window = find(event.button.windowID)) window->handleButton(event.button);
             break;
+        case SDL_MOUSEWHEEL:
+            if (SdlWindow* window = find(event.wheel.windowID))
+                window->core_.handle(WindowEvent::wheelTurned(event.wheel.y));
+            break;
         default:
+            if (const auto change = sdlPads().handle(event)) reportPads(*change);
             break;
     }
+}
+
+// Pads belong to no window: the one with the focus hears of them.
+void SdlWindow::reportPads(PadChange change) {
+    for (SdlWindow* live : liveWindows)
+        if (live->core_.focused()) tellPadChange(live->core_, change);
 }
 
 void SdlWindow::handleWindowEvent(const SDL_WindowEvent& event) {

@@ -4,6 +4,7 @@
 
 #include "platform/window_backend.h"
 #include "platform/windows/windows_api.h"
+#include "platform/windows/xinput_pads.h"
 
 namespace kelmora {
 namespace {
@@ -28,6 +29,18 @@ PixelSize largestSize() {
             std::max(GetSystemMetrics(SM_CYVIRTUALSCREEN), 1)};
 }
 
+// Alt or F10 alone, which would hold the next key back for a menu that there is none of.
+bool isMenuKey(WPARAM command, LPARAM character) {
+    return (command & 0xfff0) == SC_KEYMENU && character == 0;
+}
+
+BOOL CALLBACK addScreen(HMONITOR, HDC, LPRECT area, LPARAM list) {
+    reinterpret_cast<std::vector<PixelArea>*>(list)->push_back(
+        {static_cast<int>(area->left), static_cast<int>(area->top),
+         static_cast<int>(area->right - area->left), static_cast<int>(area->bottom - area->top)});
+    return TRUE;
+}
+
 class GdiWindow : public WindowBackend {
 public:
     explicit GdiWindow(WindowCore& core) : core_(core) {}
@@ -41,6 +54,11 @@ public:
     PixelSize setSize(int width, int height) override;
     void hide() override { ShowWindow(window_, SW_HIDE); }
     PixelSize screenSize() const override;
+    void setFullscreen(bool on) override;
+    bool isFullscreen() const override { return fullscreen_; }
+    std::optional<PixelArea> place() const override;
+    void setPlace(const PixelArea& area) override;
+    std::vector<PixelArea> screens() const override;
 
 private:
     static bool registerClass();
@@ -50,14 +68,20 @@ private:
     bool handle(UINT message, WPARAM first, LPARAM second);
     void handleSize(WPARAM kind, LPARAM size);
     void handleMouse(UINT message, LPARAM position);
+    void turnWheel(int delta);
     void paint();
     void show(HDC target);
+    PixelArea area() const;
     PixelSize clientSize() const;
 
     WindowCore& core_;
     HWND window_ = nullptr;
     HDC deviceContext_ = nullptr;
-    std::exception_ptr failure_;  // of a message, until the pump can raise it
+    int wheelDelta_ = 0;
+    bool fullscreen_ = false;
+    PixelArea windowArea_;               // to come back to from full screen
+    WINDOWPLACEMENT windowPlacement_{};  // likewise
+    std::exception_ptr failure_;         // of a message, until the pump can raise it
 };
 
 GdiWindow::~GdiWindow() {
@@ -117,6 +141,53 @@ PixelSize GdiWindow::setSize(int width, int height) {
     return clientSize();
 }
 
+PixelArea GdiWindow::area() const {
+    const PixelSize size = clientSize();
+    POINT corner{};
+    ClientToScreen(window_, &corner);
+    return {static_cast<int>(corner.x), static_cast<int>(corner.y), size.width, size.height};
+}
+
+std::optional<PixelArea> GdiWindow::place() const {
+    if (fullscreen_) return windowArea_;
+    return IsIconic(window_) ? std::nullopt : std::optional(area());
+}
+
+void GdiWindow::setPlace(const PixelArea& area) {
+    RECT outer{area.x, area.y, area.x + area.width, area.y + area.height};
+    AdjustWindowRectEx(&outer, windowStyle, FALSE, 0);
+    SetWindowPos(window_, nullptr, outer.left, outer.top, outer.right - outer.left, outer.bottom - outer.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+std::vector<PixelArea> GdiWindow::screens() const {
+    std::vector<PixelArea> all;
+    EnumDisplayMonitors(nullptr, nullptr, addScreen, reinterpret_cast<LPARAM>(&all));
+    return all;
+}
+
+// A window without a frame as large as its screen, which is what the system takes for full screen.
+void GdiWindow::setFullscreen(bool on) {
+    fullscreen_ = on;
+    constexpr UINT flags = SWP_NOOWNERZORDER | SWP_FRAMECHANGED;
+    if (!on) {
+        SetWindowLongPtrA(window_, GWL_STYLE, static_cast<LONG_PTR>(windowStyle | WS_VISIBLE));
+        SetWindowPlacement(window_, &windowPlacement_);
+        SetWindowPos(window_, nullptr, 0, 0, 0, 0, flags | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER);
+        return;
+    }
+    windowArea_ = area();
+    windowPlacement_.length = sizeof windowPlacement_;
+    GetWindowPlacement(window_, &windowPlacement_);
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    GetMonitorInfoA(MonitorFromWindow(window_, MONITOR_DEFAULTTONEAREST), &monitor);
+    const RECT& screen = monitor.rcMonitor;
+    SetWindowLongPtrA(window_, GWL_STYLE, static_cast<LONG_PTR>(WS_POPUP | WS_VISIBLE));
+    SetWindowPos(window_, HWND_TOP, screen.left, screen.top, screen.right - screen.left,
+                 screen.bottom - screen.top, flags);
+}
+
 void GdiWindow::present() {
     show(deviceContext_);
     ValidateRect(window_, nullptr);
@@ -145,6 +216,8 @@ bool GdiWindow::pumpEvents() {
         DispatchMessageA(&message);
     }
     if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
+    const PadChange change = xinputPads().poll();
+    if (core_.focused()) tellPadChange(core_, change);
     return false;
 }
 
@@ -191,6 +264,13 @@ bool GdiWindow::handle(UINT message, WPARAM first, LPARAM second) {
         case WM_SYSKEYUP:
             core_.handle(WindowEvent::keyUp(static_cast<int>(first)));
             return message == WM_KEYUP;
+        case WM_SYSCHAR:
+            return first == keyReturn;  // else Alt+Return beeps
+        case WM_SYSCOMMAND:
+            return isMenuKey(first, second);
+        case WM_MOUSEWHEEL:
+            turnWheel(GET_WHEEL_DELTA_WPARAM(first));
+            return true;
         case WM_MOUSEMOVE:
         case WM_LBUTTONDOWN:
         case WM_RBUTTONDOWN:
@@ -207,6 +287,14 @@ bool GdiWindow::handle(UINT message, WPARAM first, LPARAM second) {
 
 void GdiWindow::handleSize(WPARAM kind, LPARAM size) {
     if (kind != SIZE_MINIMIZED) core_.handle(WindowEvent::resized(LOWORD(size), HIWORD(size)));
+}
+
+// Fine wheels report parts of a notch.
+void GdiWindow::turnWheel(int delta) {
+    wheelDelta_ += delta;
+    const int notches = wheelDelta_ / WHEEL_DELTA;
+    wheelDelta_ -= notches * WHEEL_DELTA;
+    core_.handle(WindowEvent::wheelTurned(notches));
 }
 
 // A held button keeps the mouse's messages coming from outside of the window.
