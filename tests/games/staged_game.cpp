@@ -39,6 +39,12 @@ void stageFonts(const fs::path& list, const fs::path& folder) {
         if (fs::exists(line)) fs::copy_file(line, folder / fs::path(line).filename());
 }
 
+void stageLibraries(const fs::path& list, const fs::path& folder) {
+    std::ifstream lines(list);
+    for (std::string line; std::getline(lines, line);)
+        fs::copy(sourceDirectory / "games/library" / line, folder / line, fs::copy_options::recursive);
+}
+
 }  // namespace
 
 std::string frameSums(const fs::path& folder) {
@@ -50,11 +56,13 @@ std::string frameSums(const fs::path& folder) {
     return text;
 }
 
-StagedGame::StagedGame(const std::string& name) : name_(name) {
-    const fs::path game = sourceDirectory / "games" / name;
-    for (const char* folder : {"bin", "made"}) fs::create_directories(root_ / folder);
+StagedGame::StagedGame(const std::string& name) : StagedGame(name, sourceDirectory / "games" / name) {}
+
+StagedGame::StagedGame(const std::string& name, const fs::path& game) : name_(name) {
+    for (const char* folder : {"bin", "made", "Libraries"}) fs::create_directories(root_ / folder);
     fs::copy(game / "Resources", root_ / "Resources", fs::copy_options::recursive);
     fs::create_directories(root_ / "Resources/volatile");
+    stageLibraries(game / "libraries.txt", root_ / "Libraries");
     stageFonts(game / "fonts.txt", package() / "fonts");
     setEnvironment("KELMORA_VIDEO", "memory");
     setEnvironment("KELMORA_AUDIO", "memory");

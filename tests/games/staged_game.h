@@ -16,6 +16,8 @@ namespace kelmora {
 class StagedGame : public testing::Test {
 protected:
     explicit StagedGame(const std::string& name);
+    // A game from another folder than games/.
+    StagedGame(const std::string& name, const std::filesystem::path& folder);
     ~StagedGame() override;
 
     // Runs the boot script over it; a start script of the test's own is copied beside the game's.

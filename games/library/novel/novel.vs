@@ -1,0 +1,8 @@
+@@ The library for novels. A game runs this file, tells its people, places and scenes, and calls Novel["play"].
+@@ docs/novels.md is for authors; each part here says what it holds at its top.
+
+Novel = {}
+novelFolder = Vesper["getPath"]() + "../Libraries/novel/"
+for novelPart in ["text", "po", "story", "reader", "find", "translation", "settings", "saves", "notices", "input", "sound", "drawing", "stage", "weather", "box", "items", "screens", "reading", "slots", "options", "history", "cards", "loop"]
+    runFile(novelFolder + novelPart + ".vs")
+end
