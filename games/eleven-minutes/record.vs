@@ -1,279 +1,197 @@
-@@ Reads the game by itself, from the title to both endings, and prints what it pressed, in the form of
-@@ recorded.txt. `games/eleven-minutes/record` runs it as the game's start script.
+@@ Reads the game by itself, from the title to both endings, trying every comfort on the way, and prints what it
+@@ pressed, in the form of recorded.txt. `games/eleven-minutes/record` runs it as the game's start script.
 
 fastForward = true
 
 @@ The choices of two readings: by the marks they lead to.
-readings = [{shown = true, asked = true, together = true, crossing = true}, {read = true, hired = true}]
+readings = [{shown = true, asked = true, together = true, crossing = true}, {hidden = true, read = true, hired = true}]
 reading = 1
 
-@@ Pages that are worth a picture, by how they begin.
-pictures = [
-    ["The post boat", "02-dusk.png"], ["Three nights now", "03-maud.png"], ["Dim me", "04-runes.png"],
-    ["Maud came up", "05-choice.png"], ["We close at six", "06-library.png"], ["It was the Ah", "07-drawer.png"],
-    ["You’re standing", "11-grove.png"], ["She was twelve", "12-leaves.png"], ["Come into the light", "13-inactive.png"],
-    ["They were all", "14-night.png"], ["A thin sound", "15-crossing.png"], ["I said that", "16-morning.png"],
-    ["All through", "19-steady.png"]
-]
-taken = {}
-
-held = {UP = false, DOWN = false, RETURN = false, BACK = false, LEFT = false, RIGHT = false}
-wanted = {}
+@@ What is done on a page, known by how it begins, before reading on: keys, "shot NAME", "wait FRAMES",
+@@ "wheel up", "mouse X Y", "click" and "resize WIDTH HEIGHT". On screens by their name and the reading, as "title 1".
+errands = {
+    ["title 1"] = ["wait 20", "shot 01-title.png", "mouse 190 400", "wait 2", "click", "shot 00-settings.png", "DOWN", "DOWN", "RIGHT", "shot 00-speed.png", "ESCAPE", "UP", "UP", "RETURN"],
+    ["title 2"] = ["wait 20", "shot 21-title.png", "DOWN", "RETURN"],
+    ["title 3"] = ["wait 20", "UP", "RETURN"],
+    ["The post boat"] = ["shot 02-dusk.png"],
+    ["I mend clocks"] = ["A", "wait 8", "shot 02-auto.png", "wait 160", "H", "wait 3", "shot 03-hidden.png", "SPACE"],
+    ["Three nights now"] = ["shot 03-maud.png"],
+    ["But between two"] = ["ESCAPE", "UP", "UP", "UP", "RETURN", "RIGHT", "RIGHT", "UP", "UP", "RIGHT", "shot 04-german-settings.png", "ESCAPE", "ESCAPE", "wait 4", "shot 04-german-large.png"],
+    ["Under the wheel"] = ["wait 4", "shot 04-german-plain.png", "ESCAPE", "UP", "UP", "UP", "RETURN", "RIGHT", "UP", "UP", "RIGHT", "ESCAPE", "ESCAPE"],
+    ["Maud came up"] = ["RETURN", "wait 20", "RETURN", "shot 05-choice.png", "DOWN", "shot 05-chosen.png"],
+    ["She took the leaf"] = ["PAGE_UP", "wait 3", "shot 06-history.png", "wheel up", "UP", "wheel up", "shot 06-marked.png", "RETURN"],
+    ["The library at"] = ["shot 06-library.png", "F5", "wait 30", "shot 07-quick.png"],
+    ["You could have"] = ["LEFT", "wait 10", "LEFT", "wait 10", "F9", "wait 20", "shot 07-asked.png", "LEFT", "RETURN"],
+    ["It was the Ah"] = ["shot 07-drawer.png"],
+    ["You’re standing"] = ["shot 11-grove.png", "ESCAPE", "wait 2", "shot 08-menu.png", "PAD_DOWN", "PAD_DOWN", "PAD_A", "wait 2", "shot 09-slots.png", "DOWN", "wait 1", "RETURN", "wait 12", "shot 09-saved.png", "RETURN", "wait 16", "shot 09-asked.png", "RETURN", "ESCAPE", "ESCAPE"],
+    ["She was twelve"] = ["shot 12-leaves.png"],
+    ["Come into the light"] = ["shot 13-inactive.png"],
+    ["They were all"] = ["shot 14-night.png"],
+    ["For a while"] = ["shot 15-waiting.png"],
+    ["A thin sound"] = ["wait 4", "shot 15-crossing.png", "resize 1920 1080", "wait 3", "shot 15-crossing-large.png", "resize 960 544"],
+    ["I said that"] = ["shot 16-morning.png"],
+    ["All through"] = ["shot 19-steady.png"]
+}
+done = {}
+held = ""
+pressing = ""
 mouseAt = [-1, -1]
-button = false
-wantedButton = false
 settled = 0
-dueShot = ""
+waiting = 0
+pressedNow = []
 
 function note(when, text)
     print(when + " " + text)
 end
 
-function press(name)
-    wanted[name] = true
-end
-
-@@ A key that shall be down in a frame has to arrive with the update of the frame before.
+@@ A key that shall be down in a frame has to arrive with the update of the frame before. Down for one frame.
 function pressWanted()
-    for i, name in ipairs(["UP", "DOWN", "LEFT", "RIGHT", "RETURN", "BACK"])
-        local down = wanted[name] == true
-        if down != held[name]
-            held[name] = down
-            if down
-                note(frame - 1, "keydown " + name)
-            else
-                note(frame - 1, "keyup " + name)
-            end
-        end
-        Vesper["setVar"]("VESPER_KEY_" + name, down)
+    pressedNow = []
+    if held != ""
+        setDown(held, false)
+        held = ""
+    elseif pressing != ""
+        setDown(pressing, true)
+        held = pressing
     end
-    if wantedButton != button
-        button = wantedButton
-        if button
-            note(frame - 1, "button left down")
-        else
-            note(frame - 1, "button left up")
-        end
-    end
-    VESPER_MOUSE_1 = button
+    pressing = ""
     VESPER_MOUSE_X = mouseAt[1]
     VESPER_MOUSE_Y = mouseAt[2]
 end
 
-function anyHeld()
-    return held["UP"] or held["DOWN"] or held["LEFT"] or held["RIGHT"] or held["RETURN"] or held["BACK"] or button
+function setDown(name, down)
+    if name == "click"
+        note(novelFrame - 1, "button left " + (down and "down" or "up"))
+        VESPER_MOUSE_1 = down
+        name = "mouse_left"
+    elseif name == "wheel up"
+        if down
+            note(novelFrame - 1, name)
+        end
+        name = "wheel_up"
+    else
+        note(novelFrame - 1, "key" + (down and "down " or "up ") + name)
+    end
+    if down
+        push(pressedNow, string["lower"](name))
+    end
 end
 
-@@ True once for each name.
-function once(name)
-    if taken[name]
+@@ Does the next of the things to do on this page; false when there is none left.
+function runErrand(name)
+    if errands[name] == not or done[name] == "all"
         return false
     end
-    taken[name] = true
+    local at = (done[name] or 0) + 1
+    done[name] = at
+    if at >= #errands[name]
+        done[name] = "all"
+    end
+    local step = errands[name][at]
+    local words = novelSplit(step, " ")
+    if words[1] == "shot"
+        note(novelFrame, step)
+    elseif words[1] == "wait"
+        waiting = toNumber(words[2])
+    elseif words[1] == "resize"
+        note(novelFrame, step)
+        novelDirty = true
+    elseif words[1] == "mouse"
+        mouseAt = [toNumber(words[2]), toNumber(words[3])]
+        note(novelFrame - 1, step)
+    else
+        pressing = step
+    end
     return true
 end
 
-function shootOnce(name)
-    if once(name)
-        dueShot = name
-        settled = 0
-        return true
-    end
-    return false
-end
-
-@@ Goes to an item of a menu and picks it.
-function pick(which)
-    if focus == which
-        press("RETURN")
-    else
-        press("DOWN")
-    end
-end
-
-@@ The same with the mouse: there first, then the button.
-function pickByMouse(which)
-    local aimX = itemsX + 60
-    local aimY = itemsY + (which - 1) * ITEM_STEP + 20
-    if mouseAt[1] != aimX or mouseAt[2] != aimY
-        mouseAt = [aimX, aimY]
-        note(frame - 1, "mouse " + aimX + " " + aimY)
-    else
-        wantedButton = true
-    end
-end
-
-function pageBegins(start)
-    local page = pages[pagenum]
-    local text = page["say"] or string["sub"](page["runes"], 7)
-    return string["sub"](text, 1, #start) == start
-end
-
-function readOn()
-    if not cameraRests() or boxIsSliding() or settled < 2
-        if boxIsSliding() and settled > 14 or not boxIsSliding() and not cameraRests()
-            press("RETURN")
-        end
-        return not
-    end
-    for i, picture in ipairs(pictures)
-        if pageBegins(picture[1]) and settled > 3 and shootOnce(picture[2])
-            return not
-        end
-        if pageBegins(picture[1]) and not taken[picture[2]]
-            return not
+function pageName()
+    local text = novelHere()["text"] or ""
+    for start, steps in pairs(errands)
+        if string["sub"](text, 1, #start) == start
+            return start
         end
     end
-    if reading == 1 and pages[pagenum]["scene"] == "library" and not taken["kept"] and pageBegins("The library")
-        press("BACK")
-    elseif #items > 0
-        choose()
-    elseif pages[pagenum]["choose"] == not
-        press("RETURN")
-    end
+    return ""
 end
 
 function choose()
-    for i, item in ipairs(items)
-        if readings[reading][item["go"]]
-            if item["go"] == "read"
-                pickByMouse(i)
-            else
-                pick(i)
-            end
-            return not
+    local item = novelItems[novelFocus]
+    if item != not and readings[reading][item["option"]["go"]]
+        if novelSince > NOVEL_GUARD
+            pressing = "RETURN"
         end
-    end
-end
-
-function inTitle()
-    if settled < 24
-        return not
-    end
-    if reading > 2
-        pick(5)
-    elseif shootOnce("01-title.png")
-        return not
-    elseif not taken["options"]
-        pickByMouse(3)
-    elseif reading == 1
-        pick(1)
     else
-        pick(2)
-    end
-end
-
-function inOptions()
-    if settled < 2
-        return not
-    end
-    if focus < 3 and TEXT_SPEEDS[settings["speed"]] == "brisk"
-        press("DOWN")
-    elseif TEXT_SPEEDS[settings["speed"]] == "brisk"
-        press("RIGHT")
-    elseif shootOnce("00-options.png")
-        return not
-    elseif once("options")
-        press("BACK")
-    end
-end
-
-function inPause()
-    if settled > 2 and not shootOnce("08-pause.png")
-        if taken["kept"]
-            press("BACK")
-        else
-            pick(2)
-        end
-    end
-end
-
-function inSaving()
-    if settled < 3
-        return not
-    end
-    if not taken["kept"]
-        if focus == 1
-            taken["kept"] = true
-        end
-        pick(1)
-    elseif settled > 8 and not shootOnce("09-kept.png")
-        press("BACK")
-    end
-end
-
-function inLoading()
-    if settled > 3 and not shootOnce("18-slots.png")
-        pick(1)
-    end
-end
-
-function inEnding()
-    if settled < 34
-        return not
-    end
-    if not shootOnce("17-ending-" + endingReached + ".png")
-        press("RETURN")
-    end
-end
-
-function inCredits()
-    if settled > 24 and not shootOnce("20-credits-" + reading + ".png")
-        reading += 1
-        settled = -20
-        press("RETURN")
+        pressing = "DOWN"
     end
 end
 
 function decide()
-    if mode == VESPER_GAME_VISUAL_NOVEL
-        readOn()
-    elseif mode == VESPER_MENU_MAIN
-        inTitle()
-    elseif mode == VESPER_MENU_OPTION
-        inOptions()
-    elseif mode == VESPER_MENU_PAUSE
-        inPause()
-    elseif mode == VESPER_MENU_SAVE
-        inSaving()
-    elseif mode == VESPER_GAME_LOAD
-        inLoading()
-    elseif mode == VESPER_CREDIT
-        inCredits()
-    else
-        inEnding()
+    if errandOpen != ""
+        if not runErrand(errandOpen)
+            errandOpen = ""
+        end
+        return not
+    end
+    if novelScreen == "read"
+        if not novelBoxSlides() and novelCameraRests()
+            errandOpen = pageName()
+            if errandOpen != "" and done[errandOpen] != "all"
+                return not
+            end
+            errandOpen = ""
+            if novelHere()["choice"] == not
+                pressing = "RETURN"
+            elseif novelChoices
+                choose()
+            end
+        end
+    elseif novelScreen == "title"
+        errandOpen = "title " + reading
+    elseif novelScreen == "ending" and novelAge > 24
+        if done["ending " + reading] == not
+            done["ending " + reading] = true
+            note(novelFrame, "shot 17-ending-" + novelEnding + ".png")
+        else
+            pressing = "RETURN"
+        end
+    elseif novelScreen == "credits" and novelAge > 20
+        if done["credits " + reading] == not
+            done["credits " + reading] = true
+            note(novelFrame, "shot 20-credits-" + reading + ".png")
+        else
+            reading += 1
+            pressing = "RETURN"
+        end
     end
 end
 
+errandOpen = ""
+lastPage = ""
 realUpdate = Metal["updateInput"]
-lastMode = 0
-lastPage = 0
 
 function Metal["updateInput"]()
     realUpdate()
-    wanted = {}
-    wantedButton = false
     settled += 1
-    if curtainLeft != not and curtainLeft > 0
-        settled = math["min"](settled, 2)
-    end
-    if mode != lastMode or pagenum != lastPage
+    if novelCurtainLeft > 0
         settled = 0
     end
-    lastMode = mode
-    lastPage = pagenum
-    if not anyHeld()
+    if held != ""
+        settled = 0
+    elseif waiting > 0
+        waiting -= 1
+    elseif settled > 2
         decide()
     end
     pressWanted()
-    if dueShot != ""
-        note(frame, "shot " + dueShot)
-        dueShot = ""
-    end
+end
+
+function Metal["presses"]()
+    return pressedNow
 end
 
 function Metal["checkClose"]()
-    return frame > 4000
+    return novelFrame > 6000
 end
 
 runFile(Vesper["getPath"]() + "../Resources/scripts/visual-novel.vs")

@@ -23,7 +23,6 @@ function paintPart(name)
         paintTansy()
         paintCat()
     elseif name == "ui"
-        paintPanels()
         paintStandIns()
         paintWeather()
     else

@@ -105,6 +105,10 @@ function paintSea(name, light)
     part(sea, 0, SEA_TOP, 960, SEA_HIGH - SEA_TOP, ink)
     part(sea, 0, SEA_TOP - 8, 960, 22, flat(light["sun"]) + "a = (1 - abs(py - " + (SEA_TOP + 2) + ") / 11) * 0.35 * max(0, 1 - abs(px - " + light["sunX"] + ") / 420)\n")
     if name == "crossing"
+        @@ The same sea before the birds come.
+        local still = canvas(960, SEA_HIGH)
+        Plush["blitImage"](still["image"], sea["image"], 0, 0, false, 1, 0)
+        saveCut(still, "waiting-sea.png")
         paintFlock(sea)
     end
     if name == "morning"

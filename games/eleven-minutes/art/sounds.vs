@@ -1,4 +1,4 @@
-@@ Plays every sound of the game into files, each full and soft.
+@@ Plays every sound of the game into files.
 @@     vesper run games/eleven-minutes/art/sounds.vs [FOLDER]
 @@ Mono, 16 bits. Music repeats without a seam, since all that sounds at its end goes on at its beginning.
 
@@ -17,11 +17,11 @@ function little(value, bytes)
 end
 
 @@ Samples between -1 and 1.
-function saveSound(name, rate, samples, loudness)
+function saveSound(name, rate, samples)
     local parts = []
     local part = ""
     for i = 1, #samples
-        local value = floor(math["max"](-1, math["min"](1, samples[i] * loudness)) * 32000)
+        local value = floor(math["max"](-1, math["min"](1, samples[i])) * 32000)
         if value < 0
             value += 65536
         end
@@ -36,11 +36,6 @@ function saveSound(name, rate, samples, loudness)
     local file = io["open"](folder + "/" + name + ".wav", "w")
     file["write"](file, "RIFF" + little(#data + 36, 4) + "WAVEfmt " + little(16, 4) + little(1, 2) + little(1, 2) + little(rate, 4) + little(rate * 2, 4) + little(2, 2) + little(16, 2) + "data" + little(#data, 4) + data)
     file["close"](file)
-end
-
-function saveBoth(name, rate, samples)
-    saveSound(name + "-full", rate, samples, 1)
-    saveSound(name + "-soft", rate, samples, 0.4)
 end
 
 function silence(count)
@@ -105,12 +100,12 @@ function makeMusic()
     breath(shore, MUSIC_RATE, 1.1, 0.06, 2)
     melody(shore, MUSIC_RATE, "a...e...f...c...d...a...e...e...", 0.5, 0.5, 0.15, 0.5, 3.2)
     melody(shore, MUSIC_RATE, "..E.D.C...B.A...A.B.C.D...E.B...", 0.5, 1, 0.09, 0.7, 2.2)
-    saveBoth("shore", MUSIC_RATE, shore)
+    saveSound("shore", MUSIC_RATE, shore)
     local grove = silence(MUSIC_RATE * 16)
     breath(grove, MUSIC_RATE, 0.6, 0.11, 3)
     melody(grove, MUSIC_RATE, "c...g...a...e...f...c...d...g...", 0.5, 0.5, 0.14, 0.6, 3)
     melody(grove, MUSIC_RATE, "E.C.D.g.C.A.B...A.C.E.D.C.D.B...", 0.5, 1, 0.08, 0.9, 1.8)
-    saveBoth("grove", MUSIC_RATE, grove)
+    saveSound("grove", MUSIC_RATE, grove)
     local rain = silence(MUSIC_RATE * 16)
     breath(rain, MUSIC_RATE, 0.34, 0.6, 1)
     breath(rain, MUSIC_RATE, 0.5, 0.08, 2)
@@ -119,7 +114,7 @@ function makeMusic()
     end
     melody(rain, MUSIC_RATE, "d...a...f...c...d...a...e...a...", 0.5, 0.5, 0.12, 0.4, 3.2)
     melody(rain, MUSIC_RATE, "..A...C.D...A...f.A...C.B...A...", 0.5, 1, 0.07, 0.5, 2.4)
-    saveBoth("rain", MUSIC_RATE, rain)
+    saveSound("rain", MUSIC_RATE, rain)
 end
 
 SOUND_RATE = 22050
@@ -144,19 +139,19 @@ function struck(long, strikes)
 end
 
 function makeSounds()
-    saveBoth("tick", SOUND_RATE, struck(0.03, [[0, 1300, 0.025, 0.4, 0.4]]))
-    saveSound("click", SOUND_RATE, struck(0.03, [[0, 1300, 0.025, 0.4, 0.4]]), 1)
-    saveBoth("move", SOUND_RATE, struck(0.08, [[0, 660, 0.07, 0.2, 0.3]]))
-    saveBoth("choose", SOUND_RATE, struck(0.5, [[0, 523.25, 0.4, 0.22, 0.6], [0.07, 783.99, 0.42, 0.2, 0.6]]))
-    saveBoth("chime", SOUND_RATE, struck(1.6, [[0, 880, 1.4, 0.18, 1], [0.12, 1318.5, 1.3, 0.12, 1], [0.26, 1760, 1.2, 0.08, 1]]))
-    saveBoth("bell", SOUND_RATE, struck(2.6, [[0, 196, 2.5, 0.4, 1.2], [0, 470.4, 1.8, 0.16, 1], [0, 117.6, 2.5, 0.25, 0.4]]))
-    saveBoth("page", SOUND_RATE, rustle(0.36, 0.45, 0.5))
+    saveSound("tick", SOUND_RATE, struck(0.03, [[0, 1300, 0.025, 0.4, 0.4]]))
+    saveSound("click", SOUND_RATE, struck(0.03, [[0, 1300, 0.025, 0.4, 0.4]]))
+    saveSound("move", SOUND_RATE, struck(0.08, [[0, 660, 0.07, 0.2, 0.3]]))
+    saveSound("choose", SOUND_RATE, struck(0.5, [[0, 523.25, 0.4, 0.22, 0.6], [0.07, 783.99, 0.42, 0.2, 0.6]]))
+    saveSound("chime", SOUND_RATE, struck(1.6, [[0, 880, 1.4, 0.18, 1], [0.12, 1318.5, 1.3, 0.12, 1], [0.26, 1760, 1.2, 0.08, 1]]))
+    saveSound("bell", SOUND_RATE, struck(2.6, [[0, 196, 2.5, 0.4, 1.2], [0, 470.4, 1.8, 0.16, 1], [0, 117.6, 2.5, 0.25, 0.4]]))
+    saveSound("page", SOUND_RATE, rustle(0.36, 0.45, 0.5))
     local gears = []
     for i = 0, 7
         push(gears, [i * 0.16, 180 + i % 2 * 60, 0.05, 0.4, 1.5])
         push(gears, [i * 0.16 + 0.02, 1900, 0.02, 0.12, 1])
     end
-    saveBoth("gears", SOUND_RATE, struck(1.4, gears))
+    saveSound("gears", SOUND_RATE, struck(1.4, gears))
     local birds = silence(SOUND_RATE * 2)
     for i = 1, 16
         local start = random() * 1.7
@@ -171,7 +166,7 @@ function makeSounds()
             end
         end
     end
-    saveBoth("birds", SOUND_RATE, birds)
+    saveSound("birds", SOUND_RATE, birds)
 end
 
 math["randomseed"](1410)

@@ -1,45 +1,4 @@
-@@ Panels, the hint, what falls from the sky, and what stands in for missing pictures.
-
-@@ A box with round corners.
-function roundBox(x, y, w, h, r)
-    local points = []
-    local middles = [x + w - r, y + r, x + w - r, y + h - r, x + r, y + h - r, x + r, y + r]
-    for corner = 0, 3
-        for i = 0, 6
-            local angle = (corner - 1 + i / 6) * 1.5707963
-            push(points, middles[corner * 2 + 1] + math["cos"](angle) * r)
-            push(points, middles[corner * 2 + 2] + math["sin"](angle) * r)
-        end
-    end
-    return points
-end
-
-function paintPanels()
-    local box = canvas(840, 132)
-    fill(box, roundBox(0, 0, 840, 132, 16), ladder([[0, "1c2444"], [131, "0a0e20"]]) + "a = a * 0.9\n")
-    fill(box, roundBox(7, 7, 826, 118, 11), ladder([[7, "c89a68"], [125, "4a4a68"]]) + "a = a * 0.75\n")
-    fill(box, roundBox(8.2, 8.2, 823.6, 115.6, 10), ladder([[8, "161d3a"], [124, "0a0e20"]]))
-    saveCut(box, "box.png")
-    for i, size in ipairs([260, 440])
-        local names = ["item", "choice"]
-        paintItemPanel(names[i] + ".png", size, ["232b4c", "10152c"], "6c7494", 0.86)
-        paintItemPanel(names[i] + "-lit.png", size, ["7c4a34", "3a2030"], "ffd08a", 0.95)
-    end
-    local plate = canvas(196, 36)
-    fill(plate, roundBox(0, 0, 196, 36, 12), ladder([[0, "c89a68"], [36, "6c5c68"]]))
-    fill(plate, roundBox(1.2, 1.2, 193.6, 33.6, 11), ladder([[0, "2a2440"], [36, "141a34"]]))
-    saveCut(plate, "plate.png")
-    local hint = canvas(20, 14)
-    fill(hint, [2, 2, 18, 2, 10, 12], grade(0, 2, "ffe2a8", 0, 12, "e08a48"))
-    saveCut(hint, "hint.png")
-end
-
-function paintItemPanel(name, wide, hexes, rim, strong)
-    local panel = canvas(wide, 44)
-    fill(panel, roundBox(0, 0, wide, 44, 14), flat(rim) + "a = a * " + number(strong) + "\n")
-    fill(panel, roundBox(1.4, 1.4, wide - 2.8, 41.2, 12.8), grade(0, 0, hexes[1], 0, 44, hexes[2]))
-    saveCut(panel, name)
-end
+@@ What falls from the sky, and what stands in for missing pictures.
 
 @@ A quiet card for what is not there, and nothing at all for a portrait.
 function paintStandIns()

@@ -1,41 +1,50 @@
-@@ Keeps a page, opens it again, then changes what was kept.
+@@ Opens pages that the first edition kept: the boot library's save with a page's number, and a record beside it.
 
-function said()
-    return notes[#notes]["text"]
+fastForward = true
+
+function keepAsOnce(slot, page, scene, place, cast, chosen)
+    local save = "pagenum = " + page + "\nloadOffset = 0\noldAudio = 0\nsaveslot = " + slot + "\nmode = 1\nlatched = false\n"
+    local story = "{\"scene\": \"" + scene + "\", \"place\": \"" + place + "\", \"cast1\": \"\", \"cast2\": \"" + cast + "\", \"cast3\": \"\", \"cast4\": \"\", \"chose " + chosen + "\": true}\n"
+    local stem = novelVolatile + "story" + slot + ".json"
+    Vesper["replaceFile"](vesperSavePath(slot * 2), save)
+    Vesper["replaceFile"](vesperSavePath(slot * 2 + 1), toString(Vesper["checksum"](save)))
+    Vesper["replaceFile"](stem, story)
+    Vesper["replaceFile"](stem + ".sum", toString(Vesper["checksum"](story)))
 end
 
-function change(path)
-    local text = Vesper["contents"](path)
-    Vesper["replaceFile"](path, text + " ")
+function open(slot)
+    local opened = novelOpen(slot)
+    local said = ""
+    if opened
+        said = novelShortened(novelTextOf(novelHere()), 30) + " " + novelPlace + " " + novelCast[2] + " " + novelJson(novelVars)
+    end
+    print(slot, opened, said)
+    for note in novelNotes
+        print(note["text"])
+    end
+    novelNotes = []
 end
 
 function act()
-    if frame == 2
-        print(stateOfSlot(2), openGame(2), said())
-        beginStory()
-    elseif frame == 4
-        memory["told"] = true
-        turnTo(25)
-        keepGame(2)
-        print(stateOfSlot(2), remembers("told"), said())
-        beginStory()
-    elseif frame == 6
-        openGame(2)
-        print(pages[pagenum]["scene"], remembers("told"), remembers("asked"), mode)
-        beginStory()
-        change(vesperSavePath(4))
-        print(stateOfSlot(2), openGame(2), said())
-        keepGame(2)
-        change(storyPath(2))
-        print(stateOfSlot(2), openGame(2), said())
-        keepGame(3)
-        local text = replaceAll(storyText(), placeName, "nowhere")
-        Vesper["replaceFile"](storyPath(3), text)
-        Vesper["replaceFile"](storyPath(3) + ".sum", toString(Vesper["checksum"](text)))
-        print(stateOfSlot(3), openGame(3), said())
-    elseif frame == 12
-        print(pages[pagenum]["scene"])
-        playing = false
+    if novelFrame == 4
+        keepAsOnce(2, 25, "library", "library", "tobias", "told")
+        novelShowTitle()
+        print(novelItems[1]["say"])
+        open("2")
+        novelStepBack()
+        open("1")
+        keepAsOnce(3, 900, "library", "library", "tobias", "told")
+        open("3")
+        Vesper["replaceFile"](vesperSavePath(4), "pagenum = 1\n")
+        open("2")
+        keepAsOnce(2, 8, "lighthouse", "the moon", "nobody", "asked")
+        open("2")
+        @@ Kept anew, the slot is of today's form.
+        local kept = novelKeep("2")
+        local state = novelSlotState("2")
+        print(kept, state)
+        open("2")
+        novelPlaying = false
     end
 end
 

@@ -3,16 +3,17 @@
 realUpdate = Metal["updateInput"]
 function Metal["updateInput"]()
     realUpdate()
-    if frame == 2
-        beginStory()
-    elseif frame > 2 and frame < 6
-        turnTo(frame - 1)
-    elseif frame == 30
-        for i, text in ipairs(missing)
+    if novelFrame == 2
+        novelBegin()
+    elseif novelFrame > 2 and novelFrame < 6
+        novelGoOn()
+        novelPresent(16)
+    elseif novelFrame == 30
+        for text in novelMissing
             print(text)
         end
-        print(#notes > 0 and notes[1]["surface"] != not, string["sub"](pages[pagenum]["say"], 1, 12))
-        playing = false
+        print(#novelNotes > 0 and novelNotes[1]["picture"] != not, string["sub"](novelHere()["text"], 1, 12))
+        novelPlaying = false
     end
 end
 runFile(Vesper["getPath"]() + "../Resources/scripts/visual-novel.vs")

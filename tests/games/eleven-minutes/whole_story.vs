@@ -1,77 +1,73 @@
-@@ Looks through all pages: what they name is there, and what they say fits into its box.
+@@ Looks through all pages in every language and text size: what they name is there, what they say has room; and
+@@ makes all choices.
 
-function check(holds, number, what)
+function check(holds, where, what)
     if not holds
-        print("page " + number + ": " + what)
+        print(settings["language"] + " " + settings["textSize"] + ", " + where + ": " + what)
     end
 end
 
-function checkPage(page, number)
-    check(page["place"] == not or places[page["place"]] != not, number, "no such place")
-    check(page["who"] == not or people[page["who"]] != not, number, "no such speaker")
-    check(page["go"] == not or marks[page["go"]] != not, number, "goes nowhere")
-    check(page["ending"] == not or endings[page["ending"]] != not, number, "no such ending")
-    check(page["sound"] == not or isThere(append + "/audio/" + page["sound"] + "-full.wav"), number, "no such sound")
-    for i, name in ipairs(page["cast"] or [])
-        check(name == "" or people[name] != not, number, "nobody by that name")
-    end
-    if page["say"] != not
-        local font = tellFont
-        if page["who"] != not
-            font = wordFont
+@@ The box may grow as far as it leaves the choices room.
+function checkPage(entry, where)
+    check(entry["sound"] == not or novelIsThere(append + "/audio/" + (entry["sound"] or "") + ".wav"), where, "no such sound")
+    if entry["text"] != not
+        local font = "tell"
+        if entry["who"] != not
+            font = "words"
         end
-        checkFit(wrap(page["say"], font, WORDS_WIDE), number)
+        local wrapped, lines = novelWrap(novelTextOf(entry), font, NOVEL_WORDS_WIDE)
+        local high = lines * novelLineHeight(font) + 40
+        check(high <= 270, where, "a box " + high + " high")
+        check(settings["textSize"] > 1 or high <= NOVEL_BOX_HIGH + 40, where, lines + " lines")
     end
-    for i, choice in ipairs(page["choose"] or [])
-        check(marks[choice["go"]] != not, number, "a choice goes nowhere")
-        check(textWidth(choice["say"], itemFont) < CHOICE_WIDE - 20, number, "a choice is too wide")
+    for option in entry["choice"] or []
+        check(novelTextWidth(novelOptionText(entry, option), "item") < 640, where, "a choice is too wide")
     end
+    check(settings["language"] == "en" or entry["text"] == not or novelByName[entry["name"] + "|"] != not, where, "no translation")
 end
 
-function checkFit(text, number)
-    local lines = 1
-    for i = 1, #text
-        if text[i] == "\n"
-            lines += 1
+function checkAll()
+    for scene in novelScenes
+        for at, entry in ipairs(novelEntries[scene])
+            checkPage(entry, scene + " " + at)
         end
     end
-    check(lines <= 3, number, "more than three lines")
 end
 
 @@ The ending that these choices, counted from 1, lead to.
 function endingAfter(picks)
-    forget()
+    novelStart()
     local made = 0
-    local number = nextShown(1)
-    while pages[number]["ending"] == not
-        local page = pages[number]
-        if page["choose"] != not
+    while novelHere()["ending"] == not
+        if novelHere()["choice"] != not
             made += 1
-            local choice = page["choose"][picks[made]]
-            if choice["sets"] != not
-                memory[choice["sets"]] = true
-            end
-            number = nextShown(marks[choice["go"]])
+            novelChoose(novelHere()["choice"][picks[made]])
         else
-            number = nextShown(pageAfter(number))
+            novelGoOn()
         end
     end
-    return pages[number]["ending"]
+    return novelHere()["ending"]
 end
 
 realUpdate = Metal["updateInput"]
 function Metal["updateInput"]()
     realUpdate()
-    for number, page in ipairs(pages)
-        checkPage(page, number)
+    for language in ["en", "de"]
+        settings["language"] = language
+        novelSetLanguage(language)
+        for size = 1, 3
+            settings["textSize"] = size
+            novelOpenFonts()
+            checkAll()
+        end
     end
     for told = 1, 2
         for asked = 1, 2
             for promised = 1, 2
                 local first = endingAfter([told, asked, promised, 1])
                 local chosen = ""
-                for i, name in ipairs(["told", "asked", "promised"])
-                    if remembers(name)
+                for name in ["told", "asked", "promised"]
+                    if novelHolds(name)
                         chosen += " " + name
                     end
                 end
@@ -79,6 +75,6 @@ function Metal["updateInput"]()
             end
         end
     end
-    playing = false
+    novelPlaying = false
 end
 runFile(Vesper["getPath"]() + "../Resources/scripts/visual-novel.vs")

@@ -1,12 +1,18 @@
-@@ Where the story goes. `far` to `near` are the four planes of a place; rain and leaves fall in a layer of it.
+@@ Where the story goes. `far` to `near` are the four planes of a place; weather falls behind the people, or behind
+@@ the plane that `behind` names.
 @@ `factors` say how far each plane goes with the camera, from the sky to the nearest; `light` is what the place
 @@ leaves of the red, green and blue of whoever stands in it.
 
-places = {
-    dusk = {far = "dusk-sky.png", back = "dusk-sea.png", middle = "dusk-point.png", near = "dusk-grass.png", factors = [0.09, 0.17, 0.25, 0.34], light = [0.98, 0.84, 0.92], music = "shore", weather = "down", layer = VESPER_LAYER_FOREGROUND},
-    library = {far = "library-garden.png", back = "library-wall.png", middle = "library-room.png", near = "library-desk.png", factors = [0.06, 0.14, 0.2, 0.3], light = [1.0, 0.93, 0.84], music = "rain", weather = "rain", layer = VESPER_LAYER_FRAMEBUFFER},
-    grove = {far = "grove-light.png", back = "grove-wood.png", middle = "grove-shrine.png", near = "grove-roots.png", factors = [0.09, 0.17, 0.25, 0.34], light = [1.0, 0.95, 0.84], music = "grove", weather = "leaves", layer = VESPER_LAYER_FOREGROUND},
-    night = {far = "night-sky.png", back = "night-sea.png", middle = "night-point.png", near = "night-grass.png", factors = [0.09, 0.17, 0.25, 0.34], light = [0.8, 0.84, 0.98], music = "shore", weather = "down", layer = VESPER_LAYER_FOREGROUND},
+Novel["places"]({
+    dusk = {far = "dusk-sky.png", back = "dusk-sea.png", middle = "dusk-point.png", near = "dusk-grass.png", factors = [0.09, 0.17, 0.25, 0.34], light = [0.98, 0.84, 0.92], music = "shore", weather = "down"},
+    library = {far = "library-garden.png", back = "library-wall.png", middle = "library-room.png", near = "library-desk.png", factors = [0.06, 0.14, 0.2, 0.3], light = [1.0, 0.93, 0.84], music = "rain", weather = "rain", behind = "back"},
+    grove = {far = "grove-light.png", back = "grove-wood.png", middle = "grove-shrine.png", near = "grove-roots.png", factors = [0.09, 0.17, 0.25, 0.34], light = [1.0, 0.95, 0.84], music = "grove", weather = "leaves"},
+    night = {far = "night-sky.png", back = "night-sea.png", middle = "night-point.png", near = "night-grass.png", factors = [0.09, 0.17, 0.25, 0.34], light = [0.8, 0.84, 0.98], music = "shore", weather = "down"},
+    waiting = {far = "crossing-sky.png", back = "waiting-sea.png", middle = "crossing-point.png", near = "crossing-grass.png", factors = [0.09, 0.17, 0.25, 0.34], light = [0.68, 0.72, 0.98], music = "grove"},
     crossing = {far = "crossing-sky.png", back = "crossing-sea.png", middle = "crossing-point.png", near = "crossing-grass.png", factors = [0.09, 0.17, 0.25, 0.34], light = [0.68, 0.72, 0.98], music = "grove"},
-    morning = {far = "morning-sky.png", back = "morning-sea.png", middle = "morning-point.png", near = "morning-grass.png", factors = [0.09, 0.17, 0.25, 0.34], light = [1.0, 0.97, 0.92], music = "shore", weather = "down", layer = VESPER_LAYER_FOREGROUND}
-}
+    morning = {far = "morning-sky.png", back = "morning-sea.png", middle = "morning-point.png", near = "morning-grass.png", factors = [0.09, 0.17, 0.25, 0.34], light = [1.0, 0.97, 0.92], music = "shore", weather = "down"}
+})
+
+Novel["weather"]("rain", {pictures = ["rain.png"], pieces = 46, fall = 42, tilt = 4})
+Novel["weather"]("leaves", {pictures = ["leaf1.png", "leaf2.png", "leaf3.png"], pieces = 26, fall = 5, sway = 3, turn = 5, reach = [20, 60], scale = [6, 11]})
+Novel["weather"]("down", {pictures = ["down.png"], pieces = 12, fall = -2, sway = 2, turn = 1, reach = [20, 50]})
