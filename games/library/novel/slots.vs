@@ -40,24 +40,26 @@ end
 function novelAddSlot(slot, x, y)
     local state, header = novelSlotState(slot)
     local item = {x = x, y = y, w = 280, h = 196, slot = slot, state = state, act = novelTakeSlot, marks = []}
-    local caption = novelSlotName(slot) + "   "
+    local said = novelSay("empty")
     local line = ""
-    if state == "empty"
-        caption += novelSay("empty")
-    elseif state == "damaged"
-        caption += novelSay("damaged")
+    if state == "damaged"
+        said = novelSay("damaged")
     elseif state == "old"
-        caption += novelSay("from an earlier version")
-    else
-        caption += novelDate(header["seconds"] + novelZone())
-        line = novelShortened(novelTranslated(header["name"] or "", header["line"] or ""), 36)
+        said = novelSay("from an earlier version")
+    elseif state == "good"
+        said = novelDate(header["seconds"] + novelZone())
+        line = novelShortened(novelTranslated(header["name"], header["line"]), 38 - 4 * settings["textSize"])
     end
-    local picture = novelTextPicture(caption, "small", "gold")
-    novelMark(item, picture, 12, 124)
-    local words = novelTextPicture(line, "small", "paper")
-    novelMark(item, words, 12, 156)
-    novelMark(item, novelSlotPicture(slot, state), 44, 10)
+    novelMarkLine(item, novelSlotName(slot), "paper", 116)
+    novelMarkLine(item, said, "gold", 140)
+    novelMarkLine(item, line, "paper", 164)
+    novelMark(item, novelSlotPicture(slot, state), 44, 7)
     novelAddItem(item)
+end
+
+function novelMarkLine(item, text, ink, y)
+    local picture = novelTextPicture(text, "small", ink)
+    novelMark(item, picture, 14, y)
 end
 
 function novelSlotPicture(slot, state)
