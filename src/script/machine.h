@@ -22,9 +22,9 @@ namespace kelmora {
     if (i.temporaries & 4) dropValue(*i.c->value);
 }
 
-// One run of code: the loop, and the calls that it makes without recursion. An instruction looks at its operands
-// where they stand and does the frequent case, mostly of integers, in place; everything else it leaves to a
-// function, which first notes the place for messages.
+// One run of code: the loop, and the calls that it makes without recursion. An instruction looks at its
+// operands where they stand and does the frequent case, mostly of integers, in place; everything else it
+// leaves to a function, which first notes the place for messages.
 class Machine {
 public:
     explicit Machine(Interpreter& script)
@@ -150,7 +150,7 @@ private:
     Interpreter& script_;
     Scopes& scopes_;
     const Code* code_ = nullptr;
-    std::uint32_t level_;  // native level of the running function
+    std::uint32_t level_;                                       // native level of the running function
     static constexpr std::uint32_t maximumCallDepth = 1 << 16;  // they take no native stack
     static inline const Variable nothing_;
     std::uint32_t base_;   // calls that this run did not make

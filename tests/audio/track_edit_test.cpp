@@ -10,6 +10,7 @@
 #include "audio/frequency_analysis.h"
 #include "base/byte_writer.h"
 #include "codec/crc32.h"
+#include "support/places.h"
 
 namespace vesper::audio {
 namespace {
@@ -126,7 +127,7 @@ Values drawCase(Draw& draw) {
 }
 
 TEST(TrackEdit, ThousandsOfEditsComeToWhatTheFormulasSay) {
-    std::ifstream sums(std::string(KELMORA_SOURCE_DIR) + "/tests/audio/track_sums.txt");
+    std::ifstream sums(kelmora::sourceFolder() + "/tests/audio/track_sums.txt");
     int lines = 0;
     std::uint64_t seed = 0;
     std::uint32_t expected = 0;

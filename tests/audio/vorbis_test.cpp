@@ -15,6 +15,7 @@
 #include "platform/memory_audio.h"
 #include "support/environment.h"
 #include "support/ogg_repair.h"
+#include "support/places.h"
 #include "support/temporary_folder.h"
 
 namespace vesper::ogg {
@@ -23,7 +24,7 @@ namespace {
 using File = std::vector<std::uint8_t>;
 using Samples = std::vector<std::int16_t>;
 
-const std::string folder = std::string(KELMORA_SOURCE_DIR) + "/tests/audio/";
+const std::string folder = kelmora::sourceFolder() + "/tests/audio/";
 
 // tone.ogg is tone.wav as a well-known encoder packed it: a second of stereo at 22050 frames. mono.ogg holds
 // 5000 frames of one channel.
@@ -182,7 +183,7 @@ TEST_F(VorbisTrack, AFileThatDoesNotOpenSaysWhy) {
     EXPECT_EQ(audio::openFailure(), "");
     EXPECT_EQ(audio::openFile("/no/such.ogg"), nullptr);
     EXPECT_EQ(audio::openFailure(), "the file is missing or empty");
-    EXPECT_EQ(audio::openFile((std::string(KELMORA_SOURCE_DIR) + "/README.md").c_str()), nullptr);
+    EXPECT_EQ(audio::openFile((kelmora::sourceFolder() + "/README.md").c_str()), nullptr);
     EXPECT_EQ(audio::openFailure(), "it is neither a WAV nor an Ogg Vorbis file that can be played");
     const kelmora::TemporaryFolder made;
     const std::string path = (made / "cut.ogg").string();

@@ -16,13 +16,14 @@
 #include "codec/crc32.h"
 #include "codec/load_store.h"
 #include "codec/png.h"
+#include "support/places.h"
 
 namespace vh::png {
 
 using Bytes = std::vector<unsigned char>;
 
 inline std::string image_path(const std::string& name) {
-    return std::string(KELMORA_SOURCE_DIR) + "/tests/images/" + name;
+    return sourceFolder() + "/tests/images/" + name;
 }
 
 inline Bytes read_input(const std::string& name) {
@@ -30,7 +31,7 @@ inline Bytes read_input(const std::string& name) {
 }
 
 inline std::string picture_path(const std::string& name) {
-    return std::string(KELMORA_SOURCE_DIR) + "/tests/pictures/" + name;
+    return sourceFolder() + "/tests/pictures/" + name;
 }
 
 inline Bytes read_picture(const std::string& name) {

@@ -3,13 +3,14 @@
 #include "base/whole_file.h"
 #include "games/staged_game.h"
 #include "support/environment.h"
+#include "support/places.h"
 
 namespace kelmora {
 namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path folder = fs::path(KELMORA_SOURCE_DIR) / "tests/games/novel";
+const fs::path folder = fs::path(sourceFolder()) / "tests/games/novel";
 
 // A novel of two scenes without pictures, played by lists of presses.
 class NovelLibrary : public StagedGame {

@@ -14,12 +14,13 @@
 #include "host/startup.h"
 #include "image/image_registry.h"
 #include "support/environment.h"
+#include "support/places.h"
 
 namespace kelmora {
 
 namespace fs = std::filesystem;
 
-const fs::path sourceDirectory = KELMORA_SOURCE_DIR;
+const fs::path sourceDirectory = sourceFolder();
 
 namespace {
 

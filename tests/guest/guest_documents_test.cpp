@@ -4,6 +4,7 @@
 
 #include "base/whole_file.h"
 #include "support/guest_run.h"
+#include "support/places.h"
 
 // Holds the guests' references to what the languages do: each block fenced with a language's name runs and
 // prints what it says.
@@ -12,7 +13,7 @@ namespace {
 
 void expectExamples(const GuestLanguage& language, const std::string& path, const std::string& chunkName,
                     int least) {
-    const auto document = readWholeFile(KELMORA_SOURCE_DIR "/docs/" + path);
+    const auto document = readWholeFile(sourceFolder() + "/docs/" + path);
     ASSERT_TRUE(document.has_value());
     std::istringstream lines(*document);
     std::string example;

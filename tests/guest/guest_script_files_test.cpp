@@ -5,6 +5,7 @@
 
 #include "base/whole_file.h"
 #include "support/guest_run.h"
+#include "support/places.h"
 
 // Runs every file of the guest languages under tests/scripts/ in all ways that its language has.
 namespace kelmora {
@@ -36,7 +37,7 @@ std::string testName(const fs::path& path, const fs::path& root) {
 }
 
 const bool registered = [] {
-    const fs::path root = fs::path(KELMORA_SOURCE_DIR) / "tests/scripts";
+    const fs::path root = fs::path(sourceFolder()) / "tests/scripts";
     for (const GuestLanguage& language : {luaLanguage(), rwbyLanguage()}) {
         std::vector<fs::path> files;
         for (const auto& entry : fs::recursive_directory_iterator(root))

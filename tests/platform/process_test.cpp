@@ -8,6 +8,7 @@
 #include "base/whole_file.h"
 #include "shim/shim.h"
 #include "support/environment.h"
+#include "support/places.h"
 #include "support/shell.h"
 #include "support/temporary_folder.h"
 
@@ -111,7 +112,8 @@ TEST(SystemInfo, EveryFactHasATrimmedAnswer) {
     EXPECT_TRUE(textOf(windows_platform_name).starts_with(shell("Linux ", "Windows x86")));
     const std::string directory = textOf(windows_executable_directory);
     EXPECT_EQ(directory.back(), std::filesystem::path::preferred_separator);
-    EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::path(directory).parent_path(), KELMORA_BIN_DIR))
+    EXPECT_TRUE(
+        std::filesystem::equivalent(std::filesystem::path(directory).parent_path(), kelmora::binFolder()))
         << directory;
 }
 

@@ -12,6 +12,7 @@
 #include "script/library/library.h"
 #include "script/table_object.h"
 #include "support/capture_host.h"
+#include "support/places.h"
 #include "support/script_run.h"
 #include "support/temporary_folder.h"
 
@@ -29,7 +30,7 @@ struct Example {
 };
 
 std::string readDocument(const std::string& name) {
-    const auto text = readWholeFile(KELMORA_SOURCE_DIR "/docs/" + name);
+    const auto text = readWholeFile(sourceFolder() + "/docs/" + name);
     EXPECT_TRUE(text.has_value()) << name;
     return text.value_or("");
 }

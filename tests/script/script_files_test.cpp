@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "base/whole_file.h"
+#include "support/places.h"
 #include "support/script_run.h"
 
 // Runs every file of tests/scripts/ as text, as an image and on the direct executor, unless the file holds a
@@ -49,7 +50,7 @@ std::string testName(const std::filesystem::path& path, const std::filesystem::p
 }
 
 const bool registered = [] {
-    const std::filesystem::path root = std::filesystem::path(KELMORA_SOURCE_DIR) / "tests/scripts";
+    const std::filesystem::path root = std::filesystem::path(sourceFolder()) / "tests/scripts";
     std::vector<std::filesystem::path> files;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(root))
         if (entry.path().extension() == ".vs") files.push_back(entry.path());

@@ -4,6 +4,7 @@
 
 #include "base/whole_file.h"
 #include "host/boot_image.h"
+#include "support/places.h"
 #include "support/shell.h"
 #include "support/temporary_folder.h"
 
@@ -29,11 +30,11 @@ protected:
         return quoted(path);
     }
     static ShellOutcome vesper(const std::string& arguments) {
-        return runProgram(std::string(KELMORA_BIN_DIR) + "/vesper" + extension, arguments);
+        return runProgram(binFolder() + "/vesper" + extension, arguments);
     }
     ShellOutcome kelmora() const {
         const fs::path copy = root_ / "bin" / kelmoraName;
-        fs::copy_file(fs::path(KELMORA_BIN_DIR) / kelmoraName, copy, fs::copy_options::overwrite_existing);
+        fs::copy_file(fs::path(binFolder()) / kelmoraName, copy, fs::copy_options::overwrite_existing);
         return runProgram(copy.string());
     }
 
@@ -114,7 +115,7 @@ TEST_F(Executables, VesperChecksGamesAndExplainsItself) {
 // Every target's compiler writes the image that the build's own wrote.
 TEST_F(Executables, VesperCompilesTheBootScriptToTheBytesInside) {
     const std::string image = (root_ / "boot.vsbc").string();
-    const std::string source = std::string(KELMORA_BIN_DIR) + "/../boot/lua.vs";
+    const std::string source = binFolder() + "/../boot/lua.vs";
     ASSERT_EQ(vesper("compile " + quoted(source) + " -o " + quoted(image)).exitCode, 0);
     const std::span<const unsigned char> embedded = bootImage();
     EXPECT_EQ(readWholeFileBytes(image), std::vector<unsigned char>(embedded.begin(), embedded.end()));

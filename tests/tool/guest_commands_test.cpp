@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "base/whole_file.h"
+#include "support/places.h"
 #include "support/shell.h"
 #include "support/temporary_folder.h"
 
@@ -30,8 +31,7 @@ protected:
         return file(std::string("a b") + GetParam().extension, content);
     }
     static ShellOutcome vesper(const std::string& arguments) {
-        return runProgram(std::string(KELMORA_BIN_DIR) + "/vesper" + (platform_is_windows() ? ".exe" : ""),
-                          arguments);
+        return runProgram(binFolder() + "/vesper" + (platform_is_windows() ? ".exe" : ""), arguments);
     }
     void expectOutcome(const std::string& arguments, int exitCode, const std::string& text) {
         const ShellOutcome outcome = vesper(arguments);

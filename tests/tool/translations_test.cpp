@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "base/whole_file.h"
+#include "support/places.h"
 #include "support/shell.h"
 #include "support/temporary_folder.h"
 
@@ -12,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path games = fs::path(KELMORA_SOURCE_DIR) / "games";
+const fs::path games = fs::path(sourceFolder()) / "games";
 
 class Translations : public testing::Test {
 protected:
@@ -26,7 +27,7 @@ protected:
 
     std::string translate(const std::string& what, const std::string& language) {
         const std::string extension = platform_is_windows() ? ".exe" : "";
-        return runProgram(std::string(KELMORA_BIN_DIR) + "/vesper" + extension,
+        return runProgram(binFolder() + "/vesper" + extension,
                           "run " + quoted((games / "library/translate.vs").string()) + " " + what + " " +
                               language + " " + quoted(root_.path().generic_string()))
             .text;

@@ -10,6 +10,7 @@
 #include "host/boot_image.h"
 #include "host/registration.h"
 #include "support/capture_host.h"
+#include "support/places.h"
 #include "support/script_run.h"
 #include "workbench/nearest.h"
 
@@ -135,7 +136,7 @@ TEST_F(ScriptCheckTest, RaisesNoFalseAlarm) {
     runtime_.engine.pushVariable("Metal", makeModule("Metal", {metalBindings()}));
     ScriptCheck check(runtime_.engine);
     check.addHostScript(knownToTheTool());
-    const fs::path root = KELMORA_SOURCE_DIR;
+    const fs::path root = sourceFolder();
     for (const char* folder : {"games", "src/host/boot"})
         for (const auto& entry : fs::recursive_directory_iterator(root / folder))
             if (entry.path().extension() == ".vs")
