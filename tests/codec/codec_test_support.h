@@ -23,7 +23,7 @@ namespace vh::png {
 using Bytes = std::vector<unsigned char>;
 
 inline std::string image_path(const std::string& name) {
-    return sourceFolder() + "/tests/images/" + name;
+    return kelmora::sourceFolder() + "/tests/images/" + name;
 }
 
 inline Bytes read_input(const std::string& name) {
@@ -31,7 +31,7 @@ inline Bytes read_input(const std::string& name) {
 }
 
 inline std::string picture_path(const std::string& name) {
-    return sourceFolder() + "/tests/pictures/" + name;
+    return kelmora::sourceFolder() + "/tests/pictures/" + name;
 }
 
 inline Bytes read_picture(const std::string& name) {
