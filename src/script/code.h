@@ -73,6 +73,9 @@ struct ParsedScriptLine;
     /* b, or what lies under the arguments, with the `number` values on top of the stack */             \
     OPERATION(Call)                                                                                     \
     OPERATION(CallPushed)                                                                               \
+    /* a = b[c] to be called: of a string its method, which has the string as its first argument */     \
+    OPERATION(Member)                                                                                   \
+    OPERATION(CallMember)                                                                               \
     /* the line by its tokens */                                                                        \
     OPERATION(RunLine)                                                                                  \
     OPERATION(TestLine)                                                                                 \

@@ -28,6 +28,11 @@ Operation jumpOf(TokenKind comparison, bool when) {
     return static_cast<Operation>(static_cast<int>(first) + distance);
 }
 
+bool isNamedElement(const FastExprNode& node) {
+    return node.kind == FastExprNodeKind::Index && node.rightNode().kind == FastExprNodeKind::Constant &&
+           node.rightNode().constant.isString();
+}
+
 }  // namespace
 
 void CodeBuilder::emit(Operation operation, Operands operands) {
@@ -173,6 +178,15 @@ void CodeBuilder::push(const FastExprNode& node) {
     release(before);
 }
 
+Place* CodeBuilder::member(const FastExprNode& node) {
+    Place* const found = newTemporary();
+    const std::size_t before = mark();
+    Place* const container = operand(node.leftNode());
+    emit(Operation::Member, {.a = found, .b = container, .c = constant(node.rightNode().constant)});
+    release(before);
+    return hold(found);
+}
+
 void CodeBuilder::callFor(const FastExprNode& node, Place* result) {
     const std::size_t before = mark();
     std::vector<Place*> kept;
@@ -189,15 +203,18 @@ void CodeBuilder::callFor(const FastExprNode& node, Place* result) {
         argumentsCall = argumentsCall || argument->mayCall;
     // What is called is settled before the arguments run.
     Place* callee = nullptr;
+    const bool isMember = !argumentsCall && isNamedElement(node.leftNode());
     if (argumentsCall) {
         push(node.leftNode());
+    } else if (isMember) {
+        callee = member(node.leftNode());
     } else {
         callee = operand(node.leftNode());
     }
     argument = &node.rightNode();
     for (std::uint32_t i = 0; i < node.count; ++i, argument = &argument->nextNode()) push(*argument);
-    emitCalling(callee ? Operation::Call : Operation::CallPushed,
-                {.a = result, .b = callee, .number = node.count});
+    const Operation call = isMember ? Operation::CallMember : Operation::Call;
+    emitCalling(callee ? call : Operation::CallPushed, {.a = result, .b = callee, .number = node.count});
     release(before);
 
     for (std::size_t i = kept.size(); i-- > 0;) emit(Operation::Pop, {.a = hold(kept[i])});

@@ -72,6 +72,8 @@ private:
     void array(const FastExprNode& node, Place* target);
     void table(const FastExprNode& node, Place* target);
     void push(const FastExprNode& node);
+    // The element that a call without calls among its arguments calls.
+    Place* member(const FastExprNode& node);
 
     Code& code_;
     Scopes& scopes_;

@@ -22,11 +22,8 @@ namespace {
 
 // The function of the global string table, with the string bound as its first argument.
 Variable stringMethod(Interpreter& script, const Variable& subject, const Variable& name) {
-    static const NameId stringName = internName("string");
-    const Variable* library = script.scopes.findExplicit(stringName, 1);
-    if (!library || !library->isTable()) return {};
-    const Variable* member = library->table().find(name.stringObject());
-    if (!member || !member->isFunction()) return {};
+    const Variable* member = script.findStringMethod(name);
+    if (!member) return {};
     const auto method = [&script, subject, function = *member](const std::vector<Variable>& arguments) {
         std::vector<Variable> all;
         all.reserve(arguments.size() + 1);
@@ -87,6 +84,14 @@ Variable* arrayElement(Variable& container, const Variable& key, bool create) {
 }
 
 }  // namespace
+
+const Variable* Interpreter::findStringMethod(const Variable& name) {
+    static const NameId stringName = internName("string");
+    const Variable* library = scopes.findExplicit(stringName, 1);
+    if (!library || !library->isTable()) return nullptr;
+    const Variable* member = library->table().find(name.stringObject());
+    return member && member->isFunction() ? member : nullptr;
+}
 
 Variable Interpreter::getIndexedValue(const Variable& container, const Variable& key) {
     switch (container.type()) {

@@ -73,6 +73,8 @@ struct Interpreter {
 
     // indexing.cpp
     Variable getIndexedValue(const Variable& container, const Variable& key);
+    // The function that a string's element of this name calls; null where there is none.
+    const Variable* findStringMethod(const Variable& name);
     // The element's place, made when it is missing and `create` is set.
     static Variable* getIndexedValueMutable(Variable& container, const Variable& key, bool create);
     static void setIndexedValue(Variable& container, const Variable& key, const Variable& value, bool create);

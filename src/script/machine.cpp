@@ -106,14 +106,16 @@ template <TokenKind operation>
     return true;
 }
 
-inline void Machine::callLibrary(const Instruction* i, LibraryFunction body, CallScope bottom) {
+inline void Machine::callLibrary(const Instruction* i, LibraryFunction body, std::uint32_t count,
+                                 CallScope bottom) {
     enterSite(i);
     BindingStack& stack = scopes_.calls();
     ++script_.callDepth;
-    Variable result = body(script_, stack.from(stack.size() - static_cast<BindingIndex>(i->number)));
+    Variable result = body(script_, stack.from(stack.size() - static_cast<BindingIndex>(count)));
     if (script_.mayNeedAttention && aborted()) result = Variable();
     --script_.callDepth;
     stack.drop(stack.size() - bottom);
+    if (i->temporaries & 2) dropValue(*i->b->value);
     if (i->a) *i->a->value = std::move(result);
 }
 
@@ -167,6 +169,12 @@ Variable Machine::execute(const Instruction* i, bool attends) {
             goto attention;                        \
         DISPATCH;                                  \
     } while (false)
+
+    // Of a call: what is called, with how many of the values on top of the stack, and what goes with it.
+    const Variable* callee = nullptr;
+    std::uint32_t count = 0;
+    CallScope bottom = 0;
+    const Instruction* entered = nullptr;
 
     if (attends && script_.mayNeedAttention) goto attention;
     DISPATCH;
@@ -291,52 +299,46 @@ opPop:
     *i->a->value = scopes_.calls().pop();
     NEXT;
 
-opCall : {
-    const Variable* const callee = i->b->value;
-    const CallScope bottom = scopes_.calls().size() - static_cast<CallScope>(i->number);
+opMember:
+    member(i);
+    NEXT;
+opCall:
+    callee = i->b->value;
+    count = i->number;
+    bottom = scopes_.calls().size() - static_cast<CallScope>(count);
+    goto call;
+opCallPushed:
+    count = i->number;
+    bottom = scopes_.calls().size() - static_cast<CallScope>(count) - 1;
+    callee = &scopes_.calls().value(bottom);
+    goto call;
+opCallMember:
+    callee = i->b->value;
+    count = i->number;
+    bottom = scopes_.calls().size() - static_cast<CallScope>(count) - 1;
+    if (scopes_.calls().value(bottom).isString()) ++count;  // with the string that has the method
+    goto call;
+
+call:
     if (callee->isFunction()) [[likely]] {
         ScriptCallable& callable = callee->function();
         if (callable.boundCode) {
-            i = enter(i, callable, i->number, bottom);
+            i = enter(i, callable, count, bottom);
             DISPATCH;
         }
         if (callable.library) {
-            if (isProtectable(callable, i->number)) {
-                i = enterProtected(i, bottom);
+            if (isProtectable(callable, count)) {
+                i = enterProtected(i, count, bottom);
                 DISPATCH;
             }
-            callLibrary(i, callable.library, bottom);
+            callLibrary(i, callable.library, count, bottom);
             NEXT_OR_ATTEND;
         }
     }
-    const Instruction* const entered = callOther(i, read(i, i->b), bottom);
+    entered = callOther(i, callee->isUnfound() ? read(i, i->b) : *callee, count, bottom);
     if (!entered) goto called;
     i = entered;
     DISPATCH;
-}
-opCallPushed : {
-    const CallScope bottom = scopes_.calls().size() - static_cast<CallScope>(i->number) - 1;
-    const Variable& callee = scopes_.calls().value(bottom);
-    if (callee.isFunction()) [[likely]] {
-        ScriptCallable& callable = callee.function();
-        if (callable.boundCode) {
-            i = enter(i, callable, i->number, bottom);
-            DISPATCH;
-        }
-        if (callable.library) {
-            if (isProtectable(callable, i->number)) {
-                i = enterProtected(i, bottom);
-                DISPATCH;
-            }
-            callLibrary(i, callable.library, bottom);
-            NEXT_OR_ATTEND;
-        }
-    }
-    const Instruction* const entered = callOther(i, callee, bottom);
-    if (!entered) goto called;
-    i = entered;
-    DISPATCH;
-}
 called:
     if (i->a) {
         *i->a->value = std::move(result_);

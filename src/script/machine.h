@@ -94,6 +94,7 @@ private:
     void compareInto(const Instruction* i);
     bool test(const Instruction* i);
     void element(const Instruction* i);
+    void member(const Instruction* i);
     void setElement(const Instruction* i);
     void updateElement(const Instruction* i);
     void addItems(const Instruction* i);
@@ -118,15 +119,16 @@ private:
     [[gnu::always_inline]] inline const Instruction* enter(const Instruction* i, ScriptCallable& callable,
                                                            std::uint32_t count, CallScope bottom);
     [[gnu::always_inline]] inline void callLibrary(const Instruction* i, LibraryFunction body,
-                                                   CallScope bottom);
+                                                   std::uint32_t count, CallScope bottom);
     [[gnu::always_inline]] inline bool isProtectable(const ScriptCallable& callable,
                                                      std::uint32_t count) const;
-    const Instruction* enterProtected(const Instruction* i, CallScope bottom);
+    const Instruction* enterProtected(const Instruction* i, std::uint32_t count, CallScope bottom);
     void endProtected(const char* thrown = nullptr);
     void clearTemporaries() {
         for (std::size_t i = 0; i < temporaryCount; ++i) script_.temporaries[i].own = Variable();
     }
-    const Instruction* callOther(const Instruction* i, const Variable& callee, CallScope bottom);
+    const Instruction* callOther(const Instruction* i, const Variable& callee, std::uint32_t count,
+                                 CallScope bottom);
     [[gnu::always_inline]] inline const Instruction* leave();
 
     // The attentive code while there is something to look for.
@@ -172,6 +174,7 @@ inline const Instruction* Machine::enter(const Instruction* i, ScriptCallable& c
     callable.retain();  // what it is called by may be overwritten
     script_.callRecords.push({script_.context.line(), &script_.context.file(), scopes_.callerView(), bottom,
                               script_.walkCount, script_.activeChunks.size(), level_, code_, i, &callable});
+    if (i->temporaries & 2) dropValue(*i->b->value);
     ++script_.callDepth;
     level_ = callable.nativeScopeIndex;
     scopes_.enterCall(level_);

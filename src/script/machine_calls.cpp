@@ -8,14 +8,14 @@
 // Calls other than the frequent ones, and what a run does when something asks for attention.
 namespace kelmora {
 
-const Instruction* Machine::enterProtected(const Instruction* i, CallScope bottom) {
+const Instruction* Machine::enterProtected(const Instruction* i, std::uint32_t count, CallScope bottom) {
     BindingStack& stack = scopes_.calls();
-    ScriptCallable& wanted = stack.value(stack.size() - static_cast<BindingIndex>(i->number)).function();
+    ScriptCallable& wanted = stack.value(stack.size() - static_cast<BindingIndex>(count)).function();
     ++script_.callDepth;
     script_.softError.enterProtected(script_.callDepth);
     protected_.push(protectedAt_);
     protectedAt_ = script_.callRecords.size() + 1;
-    return enter(i, wanted, i->number - 1, bottom);
+    return enter(i, wanted, count - 1, bottom);
 }
 
 // With the protected call left: what it returned, or a failure that was thrown.
@@ -54,15 +54,19 @@ void Machine::abandon() {
 }
 
 // Enters a script function or calls anything else; where to go on.
-const Instruction* Machine::callOther(const Instruction* i, const Variable& callee, CallScope bottom) {
+const Instruction* Machine::callOther(const Instruction* i, const Variable& callee, std::uint32_t count,
+                                      CallScope bottom) {
     enterSite(i);
     const Variable kept = callee;
     if (kept.isFunction() && kept.function().bindsArguments) {
         if (!kept.function().boundCode) script_.prepareCallable(kept.function());
-        return enter(i, kept.function(), i->number, bottom);
+        return enter(i, kept.function(), count, bottom);
     }
+    if (i->temporaries & 2) dropValue(*i->b->value);
     BindingStack& stack = scopes_.calls();
-    result_ = script_.invokeCallable(kept, stack.from(stack.size() - static_cast<BindingIndex>(i->number)));
+    const std::span<const Variable> arguments = stack.from(stack.size() - static_cast<BindingIndex>(count));
+    result_ = kept.isFunction() && kept.function().binding ? script_.runBinding(kept.function(), arguments)
+                                                           : script_.invokeCallable(kept, arguments);
     stack.drop(stack.size() - bottom);
     return nullptr;
 }

@@ -159,6 +159,24 @@ void Machine::element(const Instruction* i) {
     store(i->a, std::move(result));
 }
 
+void Machine::member(const Instruction* i) {
+    enterSite(i);
+    const Variable& container = read(i, i->b);
+    const Variable& name = *i->c->value;
+    if (container.isString()) {
+        const Variable* const method = script_.findStringMethod(name);
+        Variable subject = takeB(i);
+        scopes_.calls().push(method ? std::move(subject) : Variable());
+        *i->a->value = method ? *method : Variable();
+        return;
+    }
+    const Variable* const found = findElement(container, name);
+    Variable result = found ? *found : script_.getIndexedValue(container, name);
+    useUp(*i);
+    scopes_.calls().push(Variable());
+    *i->a->value = std::move(result);
+}
+
 void Machine::setElement(const Instruction* i) {
     enterSite(i);
     const Variable key = takeB(i);
