@@ -24,7 +24,7 @@ struct BindingLink {
 // side by side are a span.
 class BindingStack {
 public:
-    static constexpr BindingIndex fullCapacity = 1 << 18;
+    static constexpr BindingIndex fullCapacity = 1 << 17;
 
     BindingStack() : BindingStack(fullCapacity) {}
     explicit BindingStack(BindingIndex capacity)

@@ -155,7 +155,7 @@ public:
 
     // Local and call scopes of a coroutine, which take the place of the main script's for its turn.
     struct Frames {
-        static constexpr BindingIndex capacity = 1 << 15;
+        static constexpr BindingIndex capacity = 1 << 14;
         BindingStack locals{capacity};
         BindingStack calls{capacity};
         SmallStack<BindingIndex> localScopes;
