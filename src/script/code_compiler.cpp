@@ -514,7 +514,10 @@ private:
     void compileBreak(const ParsedScriptLine* line) {
         if (!line) return builder_.emitFault(badLine);
         setLine(line);
-        if (loops_.empty()) return builder_.emitFault("break used outside a loop");
+        if (loops_.empty()) {
+            after(static_cast<std::uint32_t>(opened_.size()));
+            return builder_.emitFault("break used outside a loop");
+        }
         Loop& loop = loops_.back();
         for (std::size_t i = opened_.size(); i-- > loop.openBlocks;) close(opened_[i]);
         after(static_cast<std::uint32_t>(opened_.size() - loop.openBlocks));

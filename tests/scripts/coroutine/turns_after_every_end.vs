@@ -40,3 +40,14 @@ function calling()
     x = guarded()
 end
 print(turns(calling))                   @@ expect: 4
+
+function lost()
+    if true
+        break
+    end
+end
+function caught()
+    x = pcall(lost)
+    x = 1
+end
+print(turns(caught))                    @@ expect: 3
