@@ -18,7 +18,7 @@ struct ToolCommand {
     std::string_view details;  // lines
 };
 
-constexpr std::array<ToolCommand, 5> commands{{
+constexpr std::array<ToolCommand, 8> commands{{
     {"run", "FILE [ARGUMENT...]", "run a script; arguments are in the global array `arguments`",
      "Runs a source or an image of any of the three languages. Sources of the guest languages are told by\n"
      "their names (.lua, .rwby), images by their first bytes. The exit code is 1 when the script fails.\n"},
@@ -35,6 +35,30 @@ constexpr std::array<ToolCommand, 5> commands{{
      "of a game is checked with that game's other scripts in view. With --json the report is a JSON array "
      "on\n"
      "standard output. The exit code is 1 when there are errors, warnings alone leave it 0.\n"},
+    {"new", "NAME [--kind KIND] [--font FILE]", "make a game that plays at once",
+     "Makes the folder NAME, with a game to begin from: a `novel` on the library for novels (the usual "
+     "kind),\n"
+     "an `arcade` game that is drawn by hand, or a `walk` through a world of tiles. Each has a README.md, a\n"
+     "recorded input and tests. A novel gets a copy of a font: FILE, or one of the system's. A folder that "
+     "is\n"
+     "there is left as it is.\n"},
+    {"play", "GAME [OPTION...]", "play the game of a folder",
+     "--headless       without a display or sound, as fast as it goes, and without saved games\n"
+     "--frames N       closes the window with its Nth update\n"
+     "--shot FILE      saves the picture of that update as PNG\n"
+     "--input FILE     plays a recorded input\n"
+     "--record FILE    records the input that arrives, in the form of --input\n"
+     "--seed N         random numbers of the scripts and of VesperLua start from N wherever they are seeded\n"
+     "The exit code is 1 when the game fails.\n"},
+    {"test", "GAME [FILE...]", "play the tests of a game and report",
+     "Plays the files, or tests/*.txt of the game, each headless and from the start. Lines of a test:\n"
+     "press KEY                   click X Y              wait UPDATES\n"
+     "choose WORDS|NUMBER         expect text WORDS      expect variable NAME VALUE\n"
+     "shot FILE [within N]        # a remark\n"
+     "What is expected may come within 300 updates. A shot is compared with the PNG beside the test: no\n"
+     "channel may be off by more than N (0); one that is not there is stored. The exit code is 1 when a "
+     "test\n"
+     "failed.\n"},
     {"help", "[COMMAND]", "show this, or more about a command", ""},
 }};
 
@@ -51,7 +75,7 @@ void printUsage(std::ostream& out) {
     out << "Scripts of the guest languages are told by their names (.lua, .rwby), their images by their "
            "first "
            "bytes.\n"
-           "Exit codes: 0, 1 when a script or a check failed, 2 for wrong use.\n";
+           "Exit codes: 0, 1 when a script, a check or a test failed, 2 for wrong use.\n";
 }
 
 bool printCommandHelp(const std::string& command, std::ostream& out) {

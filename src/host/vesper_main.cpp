@@ -9,20 +9,19 @@
 #include "host/check_command.h"
 #include "host/console_host.h"
 #include "host/guest_tool.h"
+#include "host/new_command.h"
+#include "host/play_command.h"
 #include "host/source_text.h"
 #include "host/startup.h"
+#include "host/test_command.h"
 #include "host/tool_help.h"
+#include "host/tool_options.h"
 #include "script/source_path.h"
 #include "workbench/failure_report.h"
 
 // The authors' tool, and the compiler of the build.
 namespace kelmora {
 namespace {
-
-class UsageError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 using Words = std::vector<std::string>;
 
@@ -109,13 +108,13 @@ void dumpImage(const Words& words) {
     dumpBytecode(program, content.size(), std::cout);
 }
 
-int checkFiles(Runtime& runtime, Words words) {
-    const bool asJson = !words.empty() && words[0] == "--json";
-    if (asJson) words.erase(words.begin());
-    if (words.empty()) throw UsageError("check wants files or folders");
-    refuseOptions(words);
+int checkFiles(Runtime& runtime, const Words& words) {
+    constexpr ToolOption checkOptions[] = {{"--json"}};
+    const ToolOptions options(words, checkOptions);
+    if (options.words().empty()) throw UsageError("check wants files or folders");
     const std::span<const unsigned char> boot = bootText();
-    return checkScripts(runtime, std::string(boot.begin(), boot.end()), words, asJson);
+    return checkScripts(runtime, std::string(boot.begin(), boot.end()), options.words(),
+                        options.has("--json"));
 }
 
 int showHelp(const Words& words) {
@@ -144,6 +143,12 @@ int runTool(int argc, char** argv) {
             dumpImage(words);
         } else if (command == "check") {
             return checkFiles(runtime, words);
+        } else if (command == "new") {
+            makeProject(words);
+        } else if (command == "play") {
+            return playGame(host, bootText(), words);
+        } else if (command == "test") {
+            return testGame(host, bootText(), words);
         } else if (command == "help" || command == "--help" || command == "-h") {
             return showHelp(words);
         } else if (command == "--version") {

@@ -20,6 +20,7 @@ WindowCore::WindowCore(const char* title, int width, int height) {
 
 void WindowCore::handle(const WindowEvent& event) {
     using Kind = WindowEvent::Kind;
+    if (listener_) listener_(event);
     switch (event.kind) {
         case Kind::resized:
             return setClientSize(event.x, event.y);

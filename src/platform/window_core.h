@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <utility>
@@ -26,6 +27,8 @@ public:
     WindowCore(const char* title, int width, int height);
 
     void handle(const WindowEvent& event);
+    // Hears every event before it is handled. One listener at a time; an empty one ends it.
+    void listen(std::function<void(const WindowEvent&)> listener) { listener_ = std::move(listener); }
 
     void setTitle(const char* title);
     void setLogicalSize(int width, int height);
@@ -93,6 +96,7 @@ private:
         return static_cast<std::size_t>(y) * static_cast<std::size_t>(clientWidth_);
     }
 
+    std::function<void(const WindowEvent&)> listener_;
     bool shouldClose_ = false;
     bool focused_ = false;
     bool dirty_ = true;

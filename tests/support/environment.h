@@ -4,19 +4,9 @@
 #include <optional>
 #include <string>
 
-namespace kelmora {
+#include "platform/environment.h"
 
-// A null value takes the variable away.
-inline void setEnvironment(const char* name, const char* value) {
-#ifdef _WIN32
-    _putenv_s(name, value ? value : "");
-#else
-    if (value)
-        setenv(name, value, 1);
-    else
-        unsetenv(name);
-#endif
-}
+namespace kelmora {
 
 // A variable that has another value, or none, for a while.
 class ScopedEnvironment {

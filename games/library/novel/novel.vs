@@ -2,6 +2,8 @@
 @@ docs/novels.md is for authors; each part here says what it holds at its top.
 
 Novel = {}
+@@ Set by whoever plays without waiting for frames.
+fastForward = fastForward or false
 novelFolder = Vesper["getPath"]() + "../Libraries/novel/"
 for novelPart in ["text", "po", "story", "reader", "find", "translation", "settings", "saves", "notices", "input", "sound", "drawing", "stage", "weather", "box", "items", "screens", "reading", "slots", "options", "history", "cards", "loop"]
     runFile(novelFolder + novelPart + ".vs")

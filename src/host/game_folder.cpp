@@ -1,0 +1,80 @@
+#include "host/game_folder.h"
+
+#include <fstream>
+#include <random>
+
+#include "host/tool_options.h"
+
+namespace kelmora {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr auto recursively = fs::copy_options::recursive | fs::copy_options::overwrite_existing;
+
+// The lines of a list without their line ends; none of a file that is not there.
+std::vector<std::string> linesOf(const fs::path& list) {
+    std::vector<std::string> lines;
+    std::ifstream file(list);
+    for (std::string line; std::getline(file, line);) {
+        while (!line.empty() && (line.back() == '\r' || line.back() == ' ')) line.pop_back();
+        if (!line.empty()) lines.push_back(line);
+    }
+    return lines;
+}
+
+}  // namespace
+
+fs::path findGame(const std::string& path) {
+    std::error_code error;
+    const fs::path game = fs::absolute(path, error).lexically_normal();
+    if (error || !fs::is_directory(game, error)) throw UsageError("there is no folder " + path);
+    if (!fs::is_regular_file(game / "Resources/package/graphics.vs", error))
+        throw UsageError(path + " is no game: it has no Resources/package/graphics.vs");
+    return game;
+}
+
+ScratchFolder::ScratchFolder() {
+    std::random_device random;
+    const fs::path parent = fs::temp_directory_path();
+    do path_ = parent / ("kelmora-" + std::to_string(random()));
+    while (!fs::create_directory(path_));
+}
+
+ScratchFolder::~ScratchFolder() {
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+}
+
+void copyGame(const fs::path& game, const fs::path& target) {
+    fs::create_directories(target / "Resources/volatile");
+    for (const auto& entry : fs::directory_iterator(game / "Resources"))
+        if (entry.path().filename() != "volatile")
+            fs::copy(entry.path(), target / "Resources" / entry.path().filename(), recursively);
+    fs::create_directories(target / "Libraries");
+    if (fs::is_directory(game / "Libraries")) fs::copy(game / "Libraries", target / "Libraries", recursively);
+    for (const std::string& library : linesOf(game / "libraries.txt")) {
+        const fs::path source = game.parent_path() / "library" / library;
+        if (!fs::exists(target / "Libraries" / library) && fs::is_directory(source))
+            fs::copy(source, target / "Libraries" / library, recursively);
+    }
+    const fs::path fonts = target / "Resources/package/fonts";
+    for (const std::string& font : linesOf(game / "fonts.txt")) {
+        fs::create_directories(fonts);
+        if (fs::is_regular_file(font))
+            fs::copy_file(font, fonts / fs::path(font).filename(), fs::copy_options::overwrite_existing);
+    }
+}
+
+std::string toldOf(const fs::path& game, const fs::path& copy, std::string failure) {
+    const auto replaceAll = [&](const std::string& from, const std::string& to) {
+        for (std::size_t at = 0; (at = failure.find(from, at)) != std::string::npos; at += to.size())
+            failure.replace(at, from.size(), to);
+    };
+    replaceAll(copy.generic_string() + "/", game.generic_string() + "/");
+    replaceAll("/Resources/../", "/");
+    return failure;
+}
+
+}  // namespace kelmora

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace kelmora {
+
+// The game's folder, which holds `Resources`. Raises UsageError when there is none at the path.
+std::filesystem::path findGame(const std::string& path);
+
+// A folder among the system's temporary ones that goes with the object.
+class ScratchFolder {
+public:
+    ScratchFolder();
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+    ~ScratchFolder();
+
+    const std::filesystem::path& path() const { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
+
+// Copies a game without anything that it has kept. The libraries that its libraries.txt names come from the
+// folder `library` beside it unless it has its own, the fonts of its fonts.txt from where they stand.
+void copyGame(const std::filesystem::path& game, const std::filesystem::path& target);
+
+// A failure of the copy told as one of the game itself.
+std::string toldOf(const std::filesystem::path& game, const std::filesystem::path& copy, std::string failure);
+
+}  // namespace kelmora

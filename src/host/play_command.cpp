@@ -1,0 +1,138 @@
+#include "host/play_command.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+
+#include "base/whole_file.h"
+#include "codec/png.h"
+#include "host/game_folder.h"
+#include "host/game_session.h"
+#include "host/input_text.h"
+#include "host/tool_options.h"
+#include "platform/recorded_input.h"
+#include "platform/window_backend.h"
+#include "platform/window_core.h"
+
+namespace kelmora {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr ToolOption playOptions[] = {{"--headless"},   {"--frames", true}, {"--shot", true},
+                                      {"--input", true}, {"--record", true}, {"--seed", true}};
+
+void savePicture(const WindowCore& core, const std::string& path) {
+    const auto* pixels = reinterpret_cast<const unsigned char*>(core.backbuffer().data());
+    if (!vh::png::save_png_rgba8_file(path.c_str(), pixels, core.clientWidth(), core.clientHeight()))
+        throw std::runtime_error("cannot write the picture " + path);
+}
+
+// Plays a recorded input, writes one, and ends the game after some updates.
+class PlayWatcher : public UpdateWatcher {
+public:
+    explicit PlayWatcher(const ToolOptions& options) {
+        if (const auto path = options.value("--input")) {
+            const auto text = readWholeFile(*path);
+            if (!text) throw UsageError("cannot read the recorded input " + *path);
+            try {
+                steps_ = parseRecordedInput(*text, *path);
+            } catch (const std::runtime_error& error) {
+                throw UsageError(error.what());
+            }
+        }
+        frames_ = options.number("--frames", 1);
+        shot_ = options.value("--shot").value_or("");
+        if (!shot_.empty() && !frames_) throw UsageError("--shot wants --frames, which tells when");
+        if (const auto path = options.value("--record")) {
+            record_.open(*path, std::ios::binary);
+            if (!record_) throw UsageError("cannot write " + *path);
+            record_ << "# Played by vesper play.\n";
+        }
+    }
+
+    void beforeUpdate(int update, WindowCore& core) override {
+        update_ = update;
+        if (record_.is_open())
+            core.listen([this](const WindowEvent& event) { write(recordedLine(event)); });
+        for (; next_ < steps_.size() && steps_[next_].update <= update; ++next_) {
+            if (steps_[next_].event)
+                core.handle(*steps_[next_].event);
+            else
+                due_.push_back(steps_[next_].shotPath);
+        }
+        // A recording holds what was played, not that it was cut off.
+        if (frames_ && update >= *frames_) core.requestClose();
+    }
+
+    void afterUpdate(int update, WindowCore& core) override {
+        for (const std::string& path : due_) {
+            savePicture(core, path);
+            write("shot " + path);
+        }
+        due_.clear();
+        if (frames_ && update == *frames_ && !shot_.empty()) {
+            savePicture(core, shot_);
+            tookShot_ = true;
+        }
+    }
+
+    // What it was asked to do and could not, or empty.
+    std::string shortfall() const {
+        if (!shot_.empty() && !tookShot_)
+            return "the game ended after " + std::to_string(update_) + " updates, before the picture";
+        return "";
+    }
+
+private:
+    void write(const std::string& line) {
+        if (record_.is_open() && !line.empty()) record_ << update_ << ' ' << line << std::endl;
+    }
+
+    std::vector<RecordedStep> steps_;
+    std::size_t next_ = 0;
+    std::vector<std::string> due_;
+    std::optional<std::int32_t> frames_;
+    std::string shot_;
+    bool tookShot_ = false;
+    std::ofstream record_;
+    int update_ = 0;
+};
+
+// In place, so that a player's saves are there, unless a library is only to be had by a copy.
+bool isPlayedInPlace(const fs::path& game, bool headless) {
+    return !headless && (!fs::exists(game / "libraries.txt") || fs::exists(game / "Libraries"));
+}
+
+void refuseWithoutDisplay() {
+    if (std::getenv("KELMORA_VIDEO") || systemDisplayIsNamed()) return;
+    throw UsageError("there is no display here; --headless plays without one");
+}
+
+}  // namespace
+
+int playGame(HostServices& host, std::span<const unsigned char> bootText, std::span<const std::string> words) {
+    const ToolOptions options(words, playOptions);
+    if (options.words().size() != 1) throw UsageError("play wants one game's folder");
+    const fs::path game = findGame(options.words()[0]);
+    const bool headless = options.has("--headless");
+    if (!headless) refuseWithoutDisplay();
+    const auto seed = options.number("--seed", 0);
+    PlayWatcher player(options);
+
+    std::optional<ScratchFolder> scratch;
+    if (!isPlayedInPlace(game, headless)) {
+        scratch.emplace();
+        copyGame(game, scratch->path());
+        if (!headless) std::cerr << "Played on a copy with its libraries: what is saved is not kept.\n";
+    }
+    const fs::path& played = scratch ? scratch->path() : game;
+    GameSession session(host, bootText, played, headless);
+    if (seed) session.fixSeed(*seed);
+    std::string failure = session.play(player).value_or("");
+    if (failure.empty() && !player.shortfall().empty()) failure = player.shortfall() + "\n";
+    std::cerr << toldOf(game, played, failure) << std::flush;
+    return failure.empty() ? 0 : 1;
+}
+
+}  // namespace kelmora
