@@ -50,4 +50,4 @@ function caught()
     x = pcall(lost)
     x = 1
 end
-print(turns(caught))                    @@ expect: 3
+print(turns(caught), pcall(lost))       @@ expect: 3\tfalse\tbreak used outside a loop
