@@ -41,12 +41,12 @@ void GameSession::wrap(const char* module, const char* member, Around around) {
     if (!found || !found->isFunction()) return;
     const std::string name = std::string(module) + "." + member;
     const Variable original = *found;
-    table.table().set(member, VesperScript::createNativeCallable(
-                                  [around = std::move(around), original](
-                                      const std::vector<Variable>& arguments) {
-                                      return around(original, arguments);
-                                  },
-                                  name));
+    table.table().set(member,
+                      VesperScript::createNativeCallable(
+                          [around = std::move(around), original](const std::vector<Variable>& arguments) {
+                              return around(original, arguments);
+                          },
+                          name));
 }
 
 Variable globalOf(const VesperScript& engine, const std::string& name) try {

@@ -32,8 +32,8 @@ public:
 class GameSession {
 public:
     // The boot script is its text. Without a display everything goes as fast as it can.
-    GameSession(HostServices& host, std::span<const unsigned char> bootText, const std::filesystem::path& game,
-                bool headless);
+    GameSession(HostServices& host, std::span<const unsigned char> bootText,
+                const std::filesystem::path& game, bool headless);
     GameSession(const GameSession&) = delete;
     GameSession& operator=(const GameSession&) = delete;
     ~GameSession();

@@ -36,16 +36,26 @@ std::string buttonLine(const WindowEvent& event, const char* way) {
 std::string recordedLine(const WindowEvent& event) {
     using Kind = WindowEvent::Kind;
     switch (event.kind) {
-        case Kind::resized: return pair("resize", event.x, event.y);
-        case Kind::focusGained: return "focus gained";
-        case Kind::focusLost: return "focus lost";
-        case Kind::closeRequested: return "close";
-        case Kind::keyDown: return keyLine("keydown", event.keyCode);
-        case Kind::keyUp: return keyLine("keyup", event.keyCode);
-        case Kind::mouseMoved: return pair("mouse", event.x, event.y);
-        case Kind::buttonDown: return buttonLine(event, "down");
-        case Kind::buttonUp: return buttonLine(event, "up");
-        case Kind::wheelTurned: return event.y > 0 ? "wheel up" : "wheel down";
+        case Kind::resized:
+            return pair("resize", event.x, event.y);
+        case Kind::focusGained:
+            return "focus gained";
+        case Kind::focusLost:
+            return "focus lost";
+        case Kind::closeRequested:
+            return "close";
+        case Kind::keyDown:
+            return keyLine("keydown", event.keyCode);
+        case Kind::keyUp:
+            return keyLine("keyup", event.keyCode);
+        case Kind::mouseMoved:
+            return pair("mouse", event.x, event.y);
+        case Kind::buttonDown:
+            return buttonLine(event, "down");
+        case Kind::buttonUp:
+            return buttonLine(event, "up");
+        case Kind::wheelTurned:
+            return event.y > 0 ? "wheel up" : "wheel down";
     }
     return "";
 }

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <cstring>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <iostream>
 
@@ -41,9 +41,10 @@ void refuseBadName(const std::string& name) {
         return byte < 128 && !std::isalnum(byte) && !std::strchr(" -_.',", letter);
     };
     if (name.empty() || name.size() > longestName || std::any_of(name.begin(), name.end(), isBad) ||
-        name.front() == '.' || name.front() == '-' || name.front() == ' ' || name.back() == '.' || name.back() == ' ' ||
-        isDeviceName(name))
-        throw UsageError("\"" + name + "\" is no name for a folder: up to 64 letters, digits, blanks and - _ . ' ,");
+        name.front() == '.' || name.front() == '-' || name.front() == ' ' || name.back() == '.' ||
+        name.back() == ' ' || isDeviceName(name))
+        throw UsageError("\"" + name +
+                         "\" is no name for a folder: up to 64 letters, digits, blanks and - _ . ' ,");
 }
 
 std::string projectKind(const ToolOptions& options) {

@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr ToolOption playOptions[] = {{"--headless"},   {"--frames", true}, {"--shot", true},
+constexpr ToolOption playOptions[] = {{"--headless"},    {"--frames", true}, {"--shot", true},
                                       {"--input", true}, {"--record", true}, {"--seed", true}};
 
 void savePicture(const WindowCore& core, const std::string& path) {
@@ -53,8 +53,7 @@ public:
 
     void beforeUpdate(int update, WindowCore& core) override {
         update_ = update;
-        if (record_.is_open())
-            core.listen([this](const WindowEvent& event) { write(recordedLine(event)); });
+        if (record_.is_open()) core.listen([this](const WindowEvent& event) { write(recordedLine(event)); });
         for (; next_ < steps_.size() && steps_[next_].update <= update; ++next_) {
             if (steps_[next_].event)
                 core.handle(*steps_[next_].event);
@@ -111,7 +110,8 @@ void refuseWithoutDisplay() {
 
 }  // namespace
 
-int playGame(HostServices& host, std::span<const unsigned char> bootText, std::span<const std::string> words) {
+int playGame(HostServices& host, std::span<const unsigned char> bootText,
+             std::span<const std::string> words) {
     const ToolOptions options(words, playOptions);
     if (options.words().size() != 1) throw UsageError("play wants one game's folder");
     const fs::path game = findGame(options.words()[0]);

@@ -96,9 +96,7 @@ private:
         return found;
     }
 
-    void skipBlanks() {
-        rest_.remove_prefix(std::min(rest_.find_first_not_of(" \t"), rest_.size()));
-    }
+    void skipBlanks() { rest_.remove_prefix(std::min(rest_.find_first_not_of(" \t"), rest_.size())); }
 
     [[noreturn]] static void fail(const std::string& message) { throw std::runtime_error(message); }
     [[noreturn]] static void failWord(const std::string& message, const std::string& found,

@@ -28,8 +28,8 @@ struct PlayStep {
 //     expect text WORDS
 //     expect variable NAME VALUE
 //     shot FILE [within N]            N from 0 to 255
-// Empty lines and lines that start with # are skipped. A bad line raises std::runtime_error with `name` and the
-// line's number.
+// Empty lines and lines that start with # are skipped. A bad line raises std::runtime_error with `name` and
+// the line's number.
 std::vector<PlayStep> parsePlayScript(std::string_view text, const std::string& name);
 
 }  // namespace kelmora

@@ -68,7 +68,8 @@ bool playTest(HostServices& host, std::span<const unsigned char> bootText, const
 
 }  // namespace
 
-int testGame(HostServices& host, std::span<const unsigned char> bootText, std::span<const std::string> words) {
+int testGame(HostServices& host, std::span<const unsigned char> bootText,
+             std::span<const std::string> words) {
     const ToolOptions options(words, {});
     if (options.words().empty()) throw UsageError("test wants a game's folder");
     const fs::path game = findGame(options.words()[0]);

@@ -51,15 +51,21 @@ void TestPlayer::afterUpdate(int, WindowCore& core) {
 bool TestPlayer::advance(const PlayStep& step, WindowCore& core) {
     using Verb = PlayStep::Verb;
     switch (step.verb) {
-        case Verb::press: return press(step.key, core);
-        case Verb::click: return click(step, core);
-        case Verb::choose: return choose(step, core);
-        case Verb::wait: return part_ >= step.count;
+        case Verb::press:
+            return press(step.key, core);
+        case Verb::click:
+            return click(step, core);
+        case Verb::choose:
+            return choose(step, core);
+        case Verb::wait:
+            return part_ >= step.count;
         case Verb::expectText:
-            return waitFor(texts_.shows(step.text), "expected the text \"" + step.text + "\", but there stands " +
-                                                        texts_.summary());
-        case Verb::expectVariable: return expectVariable(step);
-        case Verb::shot: return dueShot_ = true;
+            return waitFor(texts_.shows(step.text),
+                           "expected the text \"" + step.text + "\", but there stands " + texts_.summary());
+        case Verb::expectVariable:
+            return expectVariable(step);
+        case Verb::shot:
+            return dueShot_ = true;
     }
     return true;
 }
@@ -163,8 +169,8 @@ void TestPlayer::compare(const PlayStep& step, const WindowCore& core) {
     }
     if (off <= step.count || !store(path + ".seen.png")) return;
     fail("the picture is not " + step.text + ", " +
-         (off > 255 ? "which has another size" : "colours are off by up to " + std::to_string(off)) + "; it is " +
-         step.text + ".seen.png");
+         (off > 255 ? "which has another size" : "colours are off by up to " + std::to_string(off)) +
+         "; it is " + step.text + ".seen.png");
 }
 
 }  // namespace kelmora

@@ -1,5 +1,7 @@
 #include "host/text_log.h"
 
+#include <algorithm>
+
 namespace kelmora {
 
 TextLog::TextLog(GameSession& session) {
@@ -7,23 +9,37 @@ TextLog::TextLog(GameSession& session) {
     session.wrap("Font", "renderText",
                  [this, &engine](const Variable& original, const std::vector<Variable>& arguments) {
                      Variable picture = engine.callCallable(original, arguments);
-                     if (picture.isPointer() && !arguments.empty() && arguments[0].isString()) {
-                         held_[picture.pointerValue()] = onOneLine(arguments[0].text());
-                         drawn_.push_back(held_[picture.pointerValue()]);
-                     }
+                     if (picture.isPointer() && !arguments.empty() && arguments[0].isString())
+                         add(picture.pointerValue(), onOneLine(arguments[0].text()));
                      return picture;
                  });
     session.wrap("Plush", "killImage",
                  [this, &engine](const Variable& original, const std::vector<Variable>& arguments) {
-                     if (!arguments.empty() && arguments[0].isPointer())
-                         held_.erase(arguments[0].pointerValue());
+                     if (!arguments.empty() && arguments[0].isPointer()) drop(arguments[0].pointerValue());
                      return engine.callCallable(original, arguments);
                  });
 }
 
+void TextLog::add(const void* picture, const std::string& text) {
+    drop(picture);
+    pictures_[picture] = ++count_;
+    held_[count_] = text;
+    drawn_[count_] = text;
+}
+
+void TextLog::drop(const void* picture) {
+    const auto found = pictures_.find(picture);
+    if (found == pictures_.end()) return;
+    held_.erase(found->second);
+    pictures_.erase(found);
+}
+
 std::vector<std::string> TextLog::shown() const {
-    std::vector<std::string> texts(drawn_.rbegin(), drawn_.rend());
-    for (const auto& [picture, text] : held_) texts.push_back(text);
+    Texts all = held_;
+    all.insert(drawn_.begin(), drawn_.end());
+    std::vector<std::string> texts;
+    for (auto each = all.rbegin(); each != all.rend(); ++each)
+        if (std::find(texts.begin(), texts.end(), each->second) == texts.end()) texts.push_back(each->second);
     return texts;
 }
 

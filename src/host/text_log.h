@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
@@ -15,15 +16,22 @@ public:
     explicit TextLog(GameSession& session);
 
     bool shows(const std::string& words) const;
-    // For a report, the newest first and not too many.
+    // For a report, not too many.
     std::string summary() const;
     void endUpdate() { drawn_.clear(); }
 
 private:
+    void add(const void* picture, const std::string& text);
+    void drop(const void* picture);
+    // Each once, the newest first.
     std::vector<std::string> shown() const;
 
-    std::map<const void*, std::string> held_;
-    std::vector<std::string> drawn_;
+    // By when they were drawn.
+    using Texts = std::map<std::uint64_t, std::string>;
+    std::map<const void*, std::uint64_t> pictures_;
+    Texts held_;
+    Texts drawn_;
+    std::uint64_t count_ = 0;
 };
 
 // With single blanks instead of runs of blanks and line ends.

@@ -24,8 +24,8 @@ ToolOptions::ToolOptions(std::span<const std::string> words, std::span<const Too
             words_.push_back(word);
             continue;
         }
-        const auto option =
-            std::find_if(known.begin(), known.end(), [&](const ToolOption& each) { return each.name == word; });
+        const auto option = std::find_if(known.begin(), known.end(),
+                                         [&](const ToolOption& each) { return each.name == word; });
         if (option == known.end()) refuse(word, known);
         if (has(word)) throw UsageError(word + " is given twice");
         if (option->takesValue && i + 1 == words.size()) throw UsageError(word + " wants a value");
