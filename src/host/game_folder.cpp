@@ -11,7 +11,16 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr auto recursively = fs::copy_options::recursive | fs::copy_options::overwrite_existing;
+// A file, or a folder with all that is in it, into one that may be there: fs::copy refuses that on Windows.
+void copyTree(const fs::path& source, const fs::path& target) {
+    if (!fs::is_directory(source)) {
+        fs::copy_file(source, target, fs::copy_options::overwrite_existing);
+        return;
+    }
+    fs::create_directories(target);
+    for (const auto& entry : fs::directory_iterator(source))
+        copyTree(entry.path(), target / entry.path().filename());
+}
 
 // The lines of a list without their line ends; none of a file that is not there.
 std::vector<std::string> linesOf(const fs::path& list) {
@@ -51,13 +60,13 @@ void copyGame(const fs::path& game, const fs::path& target) {
     fs::create_directories(target / "Resources/volatile");
     for (const auto& entry : fs::directory_iterator(game / "Resources"))
         if (entry.path().filename() != "volatile")
-            fs::copy(entry.path(), target / "Resources" / entry.path().filename(), recursively);
+            copyTree(entry.path(), target / "Resources" / entry.path().filename());
     fs::create_directories(target / "Libraries");
-    if (fs::is_directory(game / "Libraries")) fs::copy(game / "Libraries", target / "Libraries", recursively);
+    if (fs::is_directory(game / "Libraries")) copyTree(game / "Libraries", target / "Libraries");
     for (const std::string& library : linesOf(game / "libraries.txt")) {
         const fs::path source = game.parent_path() / "library" / library;
         if (!fs::exists(target / "Libraries" / library) && fs::is_directory(source))
-            fs::copy(source, target / "Libraries" / library, recursively);
+            copyTree(source, target / "Libraries" / library);
     }
     const fs::path fonts = target / "Resources/package/fonts";
     for (const std::string& font : linesOf(game / "fonts.txt")) {
