@@ -5,6 +5,7 @@
 #include <limits>
 #include <stdexcept>
 
+#include "base/words.h"
 #include "platform/key_table.h"
 
 namespace kelmora {
@@ -12,18 +13,6 @@ namespace {
 
 constexpr int largestSide = 16384;
 constexpr int farthestPosition = 1000000;
-
-std::vector<std::string_view> wordsOf(std::string_view line) {
-    constexpr std::string_view blanks = " \t\r";
-    std::vector<std::string_view> words;
-    std::size_t start = line.find_first_not_of(blanks);
-    while (start != std::string_view::npos) {
-        const std::size_t end = std::min(line.find_first_of(blanks, start), line.size());
-        words.push_back(line.substr(start, end - start));
-        start = line.find_first_not_of(blanks, end);
-    }
-    return words;
-}
 
 // Turns the words of one line into a step, or into a complaint that says what was expected.
 class StepReader {

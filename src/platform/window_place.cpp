@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/whole_file.h"
+#include "base/words.h"
 #include "platform/system.h"
 #include "platform/windows_window.h"
 
@@ -15,18 +16,6 @@ constexpr int largestSide = 16384;
 constexpr int farthest = 100000;
 // As much of a window as a hand needs to get hold of it.
 constexpr int leastSeen = 64;
-
-std::vector<std::string_view> wordsOf(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r\n";
-    std::vector<std::string_view> words;
-    std::size_t start = text.find_first_not_of(blanks);
-    while (start != std::string_view::npos) {
-        const std::size_t end = std::min(text.find_first_of(blanks, start), text.size());
-        words.push_back(text.substr(start, end - start));
-        start = text.find_first_not_of(blanks, end);
-    }
-    return words;
-}
 
 bool readNumber(std::string_view word, int least, int most, int& value) {
     const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);

@@ -1,10 +1,30 @@
 #include <span>
 #include <stdexcept>
 
+#include "script/interpreter.h"
 #include "script/line_parser.h"
-#include "script/statements.h"
 
 namespace kelmora {
+
+namespace {
+
+// Pops the scope of a loop's variables on every way out.
+class LoopScope {
+public:
+    LoopScope(Scopes& scopes, std::span<const NameId> names)
+        : scopes_(scopes), scope_(scopes.pushCallScope(names)) {}
+    LoopScope(const LoopScope&) = delete;
+    LoopScope& operator=(const LoopScope&) = delete;
+    ~LoopScope() { scopes_.popCallScope(scope_); }
+
+    CallScope scope() const { return scope_; }
+
+private:
+    Scopes& scopes_;
+    CallScope scope_;
+};
+
+}  // namespace
 
 // Runs prepared lines where they stand: a nested block is the same lines from another index.
 class BlockExecutor {
@@ -139,13 +159,29 @@ private:
     }
     void runFor(const ParsedScriptLine& opener) {
         const std::uint32_t end = requireEnd(opener, "Missing 'end' for for block");
-        const auto body = [this] { return runBody(index_ + 1); };
         if (opener.forHeader->isNumeric) {
-            script_.runNumericFor(opener, body);
+            runNumericFor(opener);
         } else {
-            script_.walkGenericFor(opener, body);
+            runGenericFor(opener);
         }
         index_ = end + 1;
+    }
+    void runNumericFor(const ParsedScriptLine& opener) {
+        NumericLoop loop = script_.openNumericLoop(opener);
+        if (script_.shouldAbortForSoftRaisedError()) return;
+        const LoopScope scope(script_.scopes, opener.forHeader->names);
+        while (loop.next()) {
+            script_.scopes.callEntry(scope.scope(), 0) = Variable::integer(loop.value);
+            if (!runBody(index_ + 1)) return;
+        }
+    }
+    void runGenericFor(const ParsedScriptLine& opener) {
+        script_.throwHeaderFault(opener, opener.forHeader->fault);
+        const LoopScope scope(script_.scopes, opener.forHeader->names);
+        SequenceWalk walk = script_.openSequenceWalk(opener);
+        if (script_.shouldAbortForSoftRaisedError()) return;
+        while (script_.bindNext(*opener.forHeader, scope.scope(), walk))
+            if (!runBody(index_ + 1)) return;
     }
     void runNest(const ParsedScriptLine& opener) {
         const std::uint32_t end = requireEnd(opener, "Missing 'end' for nest block");

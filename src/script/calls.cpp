@@ -33,16 +33,6 @@ private:
     Interpreter& script_;
 };
 
-void Interpreter::leaveCall() {
-    const CallRecord& record = callRecords.back();
-    context.restoreLine(record.line);
-    context.setFile(*record.file);
-    scopes.leaveCall(record.view, record.bottom);
-    closeWalksTo(record.walks);
-    activeChunks.dropTo(record.activeChunks);
-    callRecords.drop();
-}
-
 // What `...` stands for in a variadic call.
 class VarargsEntry {
 public:

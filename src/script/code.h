@@ -116,11 +116,15 @@ struct Instruction {
     Operation operation = Operation::Fault;
     TokenKind kind = TokenKind::Unknown;  // of an operator
     std::uint8_t flags = 0;
-    std::uint8_t temporaries = 0;  // bit 0 where a is one whose value is used up, then b and c
+    std::uint8_t temporaries = 0;  // the operands that are such, whose values are used up
     std::uint32_t number = 0;      // target of a jump, count, or index
     Place* a = nullptr;
     Place* b = nullptr;
     Place* c = nullptr;
+
+    static constexpr std::uint8_t usesUpA = 1;
+    static constexpr std::uint8_t usesUpB = 2;
+    static constexpr std::uint8_t usesUpC = 4;
 };
 
 // Where an instruction comes from.
@@ -159,7 +163,6 @@ struct Code {
     const BytecodeProgram* program = nullptr;  // null for a lone expression
     std::uint32_t chunk = 0;
     bool isFunction = false;
-    bool isAttentive = false;
     std::vector<Instruction> instructions;
     std::vector<CodeSite> sites;             // one for each instruction
     std::vector<std::uint32_t> behindCalls;  // the places behind what may run script
@@ -174,6 +177,7 @@ struct Code {
     const Code* plain = nullptr;                    // of attentive code
     mutable std::unique_ptr<const Code> attentive;  // of plain code, made when it is first needed
 
+    bool isAttentive() const { return plain != nullptr; }
     const Instruction* begin() const { return instructions.data(); }
     std::size_t placeOf(const Instruction* at) const { return static_cast<std::size_t>(at - begin()); }
     const CodeSite& siteOf(const Instruction* at) const { return sites[placeOf(at)]; }

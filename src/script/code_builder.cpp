@@ -38,9 +38,10 @@ bool isNamedElement(const FastExprNode& node) {
 void CodeBuilder::emit(Operation operation, Operands operands) {
     Instruction instruction{operation,       operands.kind, operands.flags, 0,
                             operands.number, operands.a,    operands.b,     operands.c};
-    if (operation == Operation::OpenFor && isTemporary(operands.a)) instruction.temporaries |= 1;
-    if (isTemporary(operands.b)) instruction.temporaries |= 2;
-    if (isTemporary(operands.c)) instruction.temporaries |= 4;
+    if (operation == Operation::OpenFor && isTemporary(operands.a))
+        instruction.temporaries |= Instruction::usesUpA;
+    if (isTemporary(operands.b)) instruction.temporaries |= Instruction::usesUpB;
+    if (isTemporary(operands.c)) instruction.temporaries |= Instruction::usesUpC;
     code_.instructions.push_back(instruction);
     code_.sites.push_back(site_);
 }

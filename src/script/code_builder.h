@@ -64,8 +64,6 @@ public:
     // From here on the temporary has a value that is wanted later.
     Place* hold(Place* temporary);
 
-    Code& code() { return code_; }
-
 private:
     void test(const FastExprNode& node, bool when, Jumps& jumps);
     void logical(const FastExprNode& node, Place* target);

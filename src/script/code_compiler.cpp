@@ -25,7 +25,7 @@ public:
     void run() {
         compileBlock(code_.chunk, false);
         leave(nullptr, 0);
-        if (!code_.isAttentive || code_.blocks.empty()) return;
+        if (!code_.isAttentive() || code_.blocks.empty()) return;
         code_.blocks[0].exit = builder_.here();
         leave(nullptr, 0);
     }
@@ -146,7 +146,7 @@ private:
         const std::size_t block = code_.blocks.size();
         ++depth_;
         compileBlock(chunk, hasScope);
-        if (code_.isAttentive && mayHoldLabels_ && block < code_.blocks.size()) {
+        if (code_.isAttentive() && mayHoldLabels_ && block < code_.blocks.size()) {
             Jumps past;
             builder_.emitJump(past, Operation::Jump);
             code_.blocks[block].exit = builder_.here();
@@ -164,11 +164,11 @@ private:
         const auto place = static_cast<std::uint32_t>(code_.betweenSteps.size());
         code_.betweenSteps.push_back({builder_.here(), static_cast<std::uint32_t>(block)});
         code_.blocks[block].starts.push_back(builder_.here());
-        if (!code_.isAttentive) return;
+        if (!code_.isAttentive()) return;
         builder_.emit(Operation::Before, {.number = place, .flags = atEnd});
     }
     void after(std::uint32_t times = 1) {
-        if (code_.isAttentive) builder_.emit(Operation::After, {.number = times});
+        if (code_.isAttentive()) builder_.emit(Operation::After, {.number = times});
     }
 
     // --- Steps ---
@@ -232,7 +232,7 @@ private:
     bool compileAssignment(const ParsedScriptLine& line, const ParsedAssignment& assignment) {
         const bool isLocal = assignment.scopeTarget == ScopeTarget::Local;
         const bool isUpdate = assignment.operation != TokenKind::Assign;
-        if (!isLocal && assignment.scopeTarget != ScopeTarget::Default) return false;
+        if (assignment.scopeTarget != ScopeTarget::Default && (!isLocal || isUpdate)) return false;
         for (const ParsedAssignmentTarget& target : assignment.targets) {
             if (line.analysis[target.tokenIndex].isScoped() || target.keys.size() > 1) return false;
             if (target.keys.size() == 1 && (isLocal || !nodesOf(target.keys[0]))) return false;
@@ -240,8 +240,7 @@ private:
         for (const PreparedExpression& value : assignment.values)
             if (!nodesOf(value)) return false;
         if (assignment.targets.size() == 1 && assignment.values.size() == 1)
-            return isUpdate ? compileUpdate(line, assignment, isLocal)
-                            : compileSingle(line, assignment, isLocal);
+            return isUpdate ? compileUpdate(line, assignment) : compileSingle(line, assignment, isLocal);
         return !isUpdate && compileSeveral(line, assignment, isLocal);
     }
 
@@ -282,9 +281,8 @@ private:
         return true;
     }
 
-    bool compileUpdate(const ParsedScriptLine& line, const ParsedAssignment& assignment, bool isLocal) {
+    bool compileUpdate(const ParsedScriptLine& line, const ParsedAssignment& assignment) {
         const ParsedAssignmentTarget& target = assignment.targets[0];
-        if (isLocal) return false;
         const TokenKind operation = compoundOperation(assignment.operation);
         Place* const name = builder_.cell(nameOf(line, target));
         const bool keyCalls = !target.keys.empty() && nodesOf(target.keys[0])->mayCall;
@@ -502,7 +500,7 @@ private:
 
     // Out of the code, with so many blocks that each end a step.
     void leave(Place* value, std::uint32_t blocks) {
-        if (code_.isAttentive) {
+        if (code_.isAttentive()) {
             builder_.emit(Operation::LeaveServed, {.b = value, .number = blocks});
         } else if (code_.isFunction) {
             builder_.emit(value ? Operation::Return : Operation::ReturnNothing, {.b = value});
@@ -552,7 +550,6 @@ std::unique_ptr<const Code> compileChunk(Interpreter& script, const BytecodeProg
     code->program = &program;
     code->chunk = chunk;
     code->isFunction = isFunction;
-    code->isAttentive = plain != nullptr;
     code->plain = plain;
     ChunkCompiler(script, program, *code).run();
     return code;

@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "script/statements.h"
+#include "script/interpreter.h"
 
 namespace kelmora {
 namespace {

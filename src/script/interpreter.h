@@ -100,7 +100,7 @@ struct Interpreter {
         ScriptCallable* callable;
     };
     // Undoes what the newest call has changed.
-    void leaveCall();
+    [[gnu::always_inline]] inline void leaveCall();
 
     Variable runLibrary(LibraryFunction body, std::span<const Variable> arguments);
     Variable runBinding(const ScriptCallable& callable, std::span<const Variable> arguments);
@@ -116,7 +116,7 @@ struct Interpreter {
     // Compiles the function and finds its parameters.
     void prepareCallable(ScriptCallable& callable);
 
-    // statements.cpp: what both executors and the coroutines share
+    // statements.cpp: what the machine, the direct executor and the coroutines share
     Variable evaluateRange(const ParsedScriptLine& line, const PreparedExpression& expression,
                            std::string_view leftover);
     bool evaluateCondition(const ParsedScriptLine& line, std::string_view statement);
@@ -133,12 +133,6 @@ struct Interpreter {
     // Gives a function that is declared inside another one its body.
     void fillDeclaredBody(ScriptCallable& callable, const ScriptCallable& owner,
                           const std::vector<ParsedScriptLine>& lines, std::uint32_t line);
-    // Walks what a generic `for` iterates over. The callback binds nothing itself: the loop variables are
-    // set before each call. It returns false to stop.
-    template <typename Body>
-    void walkGenericFor(const ParsedScriptLine& line, Body&& body);
-    template <typename Body>
-    void runNumericFor(const ParsedScriptLine& line, Body&& body);
     void bindPair(const ParsedFor& header, CallScope scope, Variable key, Variable value);
     void bindElement(const ParsedFor& header, CallScope scope, Variable element);
     bool isBuiltinWalk(const ParsedScriptLine& line) const;
@@ -223,5 +217,15 @@ struct Interpreter {
     std::mt19937 generator;
     std::chrono::steady_clock::time_point started = std::chrono::steady_clock::now();
 };
+
+inline void Interpreter::leaveCall() {
+    const CallRecord& record = callRecords.back();
+    context.restoreLine(record.line);
+    context.setFile(*record.file);
+    scopes.leaveCall(record.view, record.bottom);
+    closeWalksTo(record.walks);
+    activeChunks.dropTo(record.activeChunks);
+    callRecords.drop();
+}
 
 }  // namespace kelmora

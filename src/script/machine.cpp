@@ -31,16 +31,6 @@ template <TokenKind operation>
     return updateInteger(*target, operation, *value);
 }
 
-template <TokenKind operation, typename Number>
-[[gnu::always_inline]] inline bool holds(Number left, Number right) {
-    if constexpr (operation == TokenKind::Equal) return left == right;
-    if constexpr (operation == TokenKind::NotEqual) return left != right;
-    if constexpr (operation == TokenKind::Less) return left < right;
-    if constexpr (operation == TokenKind::Greater) return left > right;
-    if constexpr (operation == TokenKind::LessEqual) return left <= right;
-    return left >= right;
-}
-
 [[gnu::always_inline]] inline bool areIntegers(const Instruction& i) {
     const Variable* const left = i.b->value;
     const Variable* const right = i.c->value;
@@ -49,7 +39,14 @@ template <TokenKind operation, typename Number>
 
 template <TokenKind operation>
 [[gnu::always_inline]] inline bool compareIntegers(const Instruction& i) {
-    return holds<operation>(i.b->value->intValue(), i.c->value->intValue());
+    const std::int32_t left = i.b->value->intValue();
+    const std::int32_t right = i.c->value->intValue();
+    if constexpr (operation == TokenKind::Equal) return left == right;
+    if constexpr (operation == TokenKind::NotEqual) return left != right;
+    if constexpr (operation == TokenKind::Less) return left < right;
+    if constexpr (operation == TokenKind::Greater) return left > right;
+    if constexpr (operation == TokenKind::LessEqual) return left <= right;
+    return left >= right;
 }
 
 [[gnu::always_inline]] inline bool readElement(const Instruction& i) {
@@ -81,13 +78,11 @@ template <TokenKind operation>
     const Variable* const value = i.c->value;
     Variable* const element = findElementMutable(*container, *key);
     if (!element || !updateInteger(*element, i.kind, *value)) return false;
-    if (i.temporaries & 2) dropValue(*i.b->value);
+    if (i.temporaries & Instruction::usesUpB) dropValue(*i.b->value);
     return true;
 }
 
 }  // namespace
-
-// --- Calls ---
 
 // Gives the variable the next number; false behind the last.
 [[gnu::always_inline]] inline bool Machine::roundOfFor(bool isFirst) {
@@ -106,6 +101,8 @@ template <TokenKind operation>
     return true;
 }
 
+// --- Calls ---
+
 inline void Machine::callLibrary(const Instruction* i, LibraryFunction body, std::uint32_t count,
                                  CallScope bottom) {
     enterSite(i);
@@ -115,7 +112,7 @@ inline void Machine::callLibrary(const Instruction* i, LibraryFunction body, std
     if (script_.mayNeedAttention && aborted()) result = Variable();
     --script_.callDepth;
     stack.drop(stack.size() - bottom);
-    if (i->temporaries & 2) dropValue(*i->b->value);
+    if (i->temporaries & Instruction::usesUpB) dropValue(*i->b->value);
     if (i->a) *i->a->value = std::move(result);
 }
 
@@ -405,7 +402,7 @@ opFault:
 
 opReturn:
     // A temporary outlasts the call.
-    if ((i->temporaries & 2) && script_.callRecords.size() != base_ &&
+    if ((i->temporaries & Instruction::usesUpB) && script_.callRecords.size() != base_ &&
         script_.callRecords.size() != protectedAt_) {
         Variable* const value = i->b->value;
         i = leave();

@@ -18,8 +18,8 @@ namespace kelmora {
 
 // Lets go of what the instruction's temporaries hold.
 [[gnu::always_inline]] inline void useUp(const Instruction& i) {
-    if (i.temporaries & 2) dropValue(*i.b->value);
-    if (i.temporaries & 4) dropValue(*i.c->value);
+    if (i.temporaries & Instruction::usesUpB) dropValue(*i.b->value);
+    if (i.temporaries & Instruction::usesUpC) dropValue(*i.c->value);
 }
 
 // One run of code: the loop, and the calls that it makes without recursion. An instruction looks at its
@@ -50,6 +50,9 @@ public:
     void abandon();
 
 private:
+    static constexpr std::uint32_t maximumCallDepth = 1 << 16;  // calls take no native stack
+    static inline const Variable nothing_;
+
     bool aborted() const { return script_.shouldAbortForSoftRaisedError(); }
 
     // Notes the instruction's place, for what may fail or look at it.
@@ -76,8 +79,8 @@ private:
             scopes_.assignDefault(*static_cast<Cell*>(place), std::move(value));
         }
     }
-    Variable takeB(const Instruction* i) { return take(i, i->b, i->temporaries & 2); }
-    Variable takeC(const Instruction* i) { return take(i, i->c, i->temporaries & 4); }
+    Variable takeB(const Instruction* i) { return take(i, i->b, i->temporaries & Instruction::usesUpB); }
+    Variable takeC(const Instruction* i) { return take(i, i->c, i->temporaries & Instruction::usesUpC); }
 
     // The general ways of the instructions.
     void move(const Instruction* i);
@@ -152,9 +155,7 @@ private:
     Interpreter& script_;
     Scopes& scopes_;
     const Code* code_ = nullptr;
-    std::uint32_t level_;                                       // native level of the running function
-    static constexpr std::uint32_t maximumCallDepth = 1 << 16;  // they take no native stack
-    static inline const Variable nothing_;
+    std::uint32_t level_;  // native level of the running function
     std::uint32_t base_;   // calls that this run did not make
     std::uint32_t depth_;  // of the calls around it
     Variable result_;      // of a call or of the code
@@ -167,17 +168,18 @@ private:
 inline const Instruction* Machine::enter(const Instruction* i, ScriptCallable& callable, std::uint32_t count,
                                          CallScope bottom) {
     enterSite(i);
-    script_.countStep();
-    if (script_.callDepth >= maximumCallDepth) [[unlikely]]
-        BindingStack::failFull();
     const CallScope arguments = scopes_.calls().size() - static_cast<CallScope>(count);
     callable.retain();  // what it is called by may be overwritten
     script_.callRecords.push({script_.context.line(), &script_.context.file(), scopes_.callerView(), bottom,
                               script_.walkCount, script_.activeChunks.size(), level_, code_, i, &callable});
-    if (i->temporaries & 2) dropValue(*i->b->value);
+    if (i->temporaries & Instruction::usesUpB) dropValue(*i->b->value);
     ++script_.callDepth;
     level_ = callable.nativeScopeIndex;
     scopes_.enterCall(level_);
+    // From here on a failure finds the call's record: a protected call begins with it.
+    script_.countStep();
+    if (script_.callDepth > maximumCallDepth) [[unlikely]]
+        BindingStack::failFull();
     scopes_.nameArguments(arguments, callable.parameterCells);
     if (callable.source.isKnown()) script_.context.setFile(callable.source);
     code_ = &codeForNow(*callable.boundCode);
@@ -191,12 +193,7 @@ inline const Instruction* Machine::leave() {
     ScriptCallable* const callable = record.callable;
     level_ = record.level;
     code_ = record.code;
-    script_.context.restoreLine(record.line);
-    script_.context.setFile(*record.file);
-    scopes_.leaveCall(record.view, record.bottom);
-    script_.closeWalksTo(record.walks);
-    script_.activeChunks.dropTo(record.activeChunks);
-    script_.callRecords.drop();
+    script_.leaveCall();
     --script_.callDepth;
     if (callable->release()) Variable::destroyFunction(callable);
     return call;

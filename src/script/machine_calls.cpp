@@ -62,7 +62,7 @@ const Instruction* Machine::callOther(const Instruction* i, const Variable& call
         if (!kept.function().boundCode) script_.prepareCallable(kept.function());
         return enter(i, kept.function(), count, bottom);
     }
-    if (i->temporaries & 2) dropValue(*i->b->value);
+    if (i->temporaries & Instruction::usesUpB) dropValue(*i->b->value);
     BindingStack& stack = scopes_.calls();
     const std::span<const Variable> arguments = stack.from(stack.size() - static_cast<BindingIndex>(count));
     result_ = kept.isFunction() && kept.function().binding ? script_.runBinding(kept.function(), arguments)
@@ -74,7 +74,7 @@ const Instruction* Machine::callOther(const Instruction* i, const Variable& call
 // --- Attention ---
 
 const Code& Machine::attentiveIfNeeded(const Code& plain) {
-    if (!plain.program || plain.isAttentive || !script_.lookForAttention()) return plain;
+    if (!plain.program || plain.isAttentive() || !script_.lookForAttention()) return plain;
     if (!plain.attentive)
         plain.attentive = compileChunk(script_, *plain.program, plain.chunk, plain.isFunction, &plain);
     return *plain.attentive;

@@ -90,8 +90,8 @@ void Machine::operate(const Instruction* i) {
         if (i->kind == TokenKind::Multiply) return store(i->a, Variable::number(a * b));
     }
     // A text that was built on the way to a longer one is lengthened where it stands.
-    const bool lengthens = i->kind == TokenKind::Plus && (i->temporaries & 2) && left.isString() &&
-                           !left.stringObject().isShared();
+    const bool lengthens = i->kind == TokenKind::Plus && (i->temporaries & Instruction::usesUpB) &&
+                           left.isString() && !left.stringObject().isShared();
     Variable result;
     if (lengthens) {
         appendInPlace(*i->b->value, right);
@@ -298,7 +298,7 @@ void Machine::openFor(const Instruction* i) {
     loop.value = toInt(read(i, i->a));
     loop.stop = toInt(read(i, i->b));
     loop.step = i->c ? toInt(read(i, i->c)) : 1;
-    if (i->temporaries & 1) dropValue(*i->a->value);
+    if (i->temporaries & Instruction::usesUpA) dropValue(*i->a->value);
     useUp(*i);
     if (loop.step == 0) throw std::runtime_error("for loop step must not be 0");
     pushLoop(*lineOf(i).forHeader, loop);

@@ -1,9 +1,8 @@
-#include "script/statements.h"
-
 #include <span>
 #include <stdexcept>
 
 #include "script/expression_walk.h"
+#include "script/interpreter.h"
 #include "script/line_parser.h"
 #include "script/numbers.h"
 

@@ -89,3 +89,15 @@ function caller()
     return found + " " + shade
 end
 print(caller())     @@ expect: global local1 inner1 local2 inner2 local
+
+@@ Endless recursion through protected calls fails in the innermost one; all around it go on.
+function guarded(n)
+    local ok, why = pcall(guarded, n + 1)
+    if not ok and first == ""
+        first = why
+        deepest = n
+    end
+end
+first = ""
+guarded(1)
+print(first, deepest > 1000)            @@ expect: Stack overflow: calls or expressions are nested too deeply\ttrue
