@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <vector>
+
 #include "script/fast_expression.h"
 #include "script/parsed_line.h"
 #include "script/string_constants.h"
@@ -5,8 +8,11 @@
 namespace kelmora {
 namespace {
 
-// Deeper expressions go to the token walk, which guards its recursion.
+// Deeper expressions go to the token walk, which guards its recursion: by brackets and prefixes, and as
+// trees, which long chains of operators, calls and keys are too. Compiling a tree recurses and holds three
+// values a level.
 constexpr int maximumNesting = 100;
+constexpr int maximumDepth = 150;
 
 // The grammar of the token walk, without evaluation. Every function gives -1 when it cannot go on.
 class Parser {
@@ -33,7 +39,11 @@ private:
     bool mayCall(std::int32_t node) { return nodeAt(node).mayCall; }
 
     std::int32_t nextIndex() const { return static_cast<std::int32_t>(expression_.nodes.size()); }
-    std::int32_t addNode(FastExprNode node) {
+    int depthOf(std::int32_t node) const { return depths_[static_cast<std::size_t>(node)]; }
+    // Over operands of this depth.
+    std::int32_t addNode(FastExprNode node, int below = 0) {
+        if (below == maximumDepth) return -1;
+        depths_.push_back(below + 1);
         expression_.nodes.push_back(std::move(node));
         return nextIndex() - 1;
     }
@@ -47,7 +57,7 @@ private:
         node.kind = kind;
         node.left = operand - nextIndex();
         node.mayCall = mayCall(operand);
-        return addNode(std::move(node));
+        return addNode(std::move(node), depthOf(operand));
     }
     std::int32_t addPair(FastExprNodeKind kind, TokenKind operation, std::int32_t left, std::int32_t right) {
         FastExprNode node;
@@ -56,7 +66,7 @@ private:
         node.left = left - nextIndex();
         node.right = right - nextIndex();
         node.mayCall = mayCall(left) || mayCall(right);
-        return addNode(std::move(node));
+        return addNode(std::move(node), std::max(depthOf(left), depthOf(right)));
     }
     // Chains the items and hangs them on a new node.
     std::int32_t addList(FastExprNode node, const std::vector<std::int32_t>& items) {
@@ -64,7 +74,9 @@ private:
         for (const std::int32_t item : items) node.mayCall = node.mayCall || mayCall(item);
         if (!items.empty()) node.right = items[0] - nextIndex();
         node.count = static_cast<std::uint32_t>(items.size());
-        return addNode(std::move(node));
+        int below = node.left < 0 ? depthOf(nextIndex() + node.left) : 0;
+        for (const std::int32_t item : items) below = std::max(below, depthOf(item));
+        return addNode(std::move(node), below);
     }
 
     std::int32_t parseExpression(int minimumPrecedence) {
@@ -249,6 +261,7 @@ private:
 
     const ParsedScriptLine& line_;
     FastExpression expression_;
+    std::vector<int> depths_;  // of the nodes
     std::uint32_t at_;
     std::uint32_t last_;
     int nesting_ = 0;
