@@ -100,4 +100,4 @@ function guarded(n)
 end
 first = ""
 guarded(1)
-print(first, deepest > 1000)            @@ expect: Stack overflow: calls or expressions are nested too deeply\ttrue
+print(first, deepest > 50)              @@ expect: Stack overflow: calls or expressions are nested too deeply\ttrue

@@ -11,6 +11,7 @@ for length in [600, 100000]
     print(typeOf(load("return f" + string["rep"]("()", length))()))
     print(load("if x" + string["rep"](" and x", length) + "\n    return \"true\"\nend")())
 end
+a[1] = not
 @@ expect: 601
 @@ expect: table
 @@ expect: function
