@@ -1,4 +1,4 @@
-# Writes SOURCE, which gives `projectFiles()` of host/project_files.h: the files below PROJECTS, and those of
+# Writes SOURCE, which gives `projectFiles()` of tool/project_files.h: the files below PROJECTS, and those of
 # LIBRARY as Libraries/novel of the kind "novel".
 set(arrays "")
 set(rows "")
@@ -22,7 +22,7 @@ file(GLOB_RECURSE files RELATIVE ${LIBRARY} ${LIBRARY}/*)
 foreach(file IN LISTS files)
     embed(${LIBRARY}/${file} novel/Libraries/novel/${file})
 endforeach()
-file(WRITE ${SOURCE} "#include \"host/project_files.h\"
+file(WRITE ${SOURCE} "#include \"tool/project_files.h\"
 
 namespace kelmora {
 namespace {

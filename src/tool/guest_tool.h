@@ -3,6 +3,7 @@
 #include <iosfwd>
 #include <optional>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,5 +47,15 @@ std::optional<GuestFailure> parseGuestFailure(std::string_view error, const std:
 // a column is known. Texts without a place in this source stay as they are.
 std::string guestReport(const GuestTool& tool, const std::string& error, const std::string& path,
                         std::string_view source);
+
+// Raises what a guest raises in the form of our reports.
+template <typename Work>
+auto withGuestReports(const GuestTool& tool, const std::string& path, std::string_view source, Work work) {
+    try {
+        return work();
+    } catch (const std::exception& error) {
+        throw std::runtime_error(guestReport(tool, error.what(), path, source));
+    }
+}
 
 }  // namespace kelmora

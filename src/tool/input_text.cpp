@@ -1,4 +1,4 @@
-#include "host/input_text.h"
+#include "tool/input_text.h"
 
 #include <algorithm>
 

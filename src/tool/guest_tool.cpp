@@ -1,4 +1,4 @@
-#include "host/guest_tool.h"
+#include "tool/guest_tool.h"
 
 #include <algorithm>
 #include <array>

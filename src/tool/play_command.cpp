@@ -1,18 +1,18 @@
-#include "host/play_command.h"
-
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
 
 #include "base/whole_file.h"
 #include "codec/png.h"
-#include "host/game_folder.h"
-#include "host/game_session.h"
-#include "host/input_text.h"
-#include "host/tool_options.h"
+#include "host/boot_image.h"
 #include "platform/recorded_input.h"
 #include "platform/window_backend.h"
 #include "platform/window_core.h"
+#include "tool/game_folder.h"
+#include "tool/game_session.h"
+#include "tool/input_text.h"
+#include "tool/tool_command.h"
+#include "tool/tool_options.h"
 
 namespace kelmora {
 namespace {
@@ -108,10 +108,7 @@ void refuseWithoutDisplay() {
     throw UsageError("there is no display here; --headless plays without one");
 }
 
-}  // namespace
-
-int playGame(HostServices& host, std::span<const unsigned char> bootText,
-             std::span<const std::string> words) {
+int playGame(ToolContext& tool, std::span<const std::string> words) {
     const ToolOptions options(words, playOptions);
     if (options.words().size() != 1) throw UsageError("play wants one game's folder");
     const fs::path game = findGame(options.words()[0]);
@@ -127,12 +124,25 @@ int playGame(HostServices& host, std::span<const unsigned char> bootText,
         if (!headless) std::cerr << "Played on a copy with its libraries: what is saved is not kept.\n";
     }
     const fs::path& played = scratch ? scratch->path() : game;
-    GameSession session(host, bootText, played, headless);
+    GameSession session(tool.host, bootText(), played, headless);
     if (seed) session.fixSeed(*seed);
     std::string failure = session.play(player).value_or("");
     if (failure.empty() && !player.shortfall().empty()) failure = player.shortfall() + "\n";
     std::cerr << toldOf(game, played, failure) << std::flush;
     return failure.empty() ? 0 : 1;
 }
+
+}  // namespace
+
+extern const ToolCommand playCommand{
+    "play", "GAME [OPTION...]", "play the game of a folder",
+    "--headless       without a display or sound, as fast as it goes, and without saved games\n"
+    "--frames N       closes the window with its Nth update\n"
+    "--shot FILE      saves the picture of that update as PNG\n"
+    "--input FILE     plays a recorded input\n"
+    "--record FILE    records the input that arrives, in the form of --input\n"
+    "--seed N         random numbers of the scripts and of VesperLua start from N wherever they are seeded\n"
+    "The exit code is 1 when the game fails.\n",
+    playGame};
 
 }  // namespace kelmora

@@ -1,10 +1,10 @@
-#include "host/play_script.h"
+#include "tool/play_script.h"
 
 #include <gtest/gtest.h>
 
-#include "host/input_text.h"
-#include "host/tool_options.h"
 #include "platform/recorded_input.h"
+#include "tool/input_text.h"
+#include "tool/tool_options.h"
 
 namespace kelmora {
 namespace {

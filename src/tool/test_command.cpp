@@ -1,12 +1,12 @@
-#include "host/test_command.h"
-
 #include <algorithm>
 #include <iostream>
 
 #include "base/whole_file.h"
-#include "host/game_folder.h"
-#include "host/test_player.h"
-#include "host/tool_options.h"
+#include "host/boot_image.h"
+#include "tool/game_folder.h"
+#include "tool/test_player.h"
+#include "tool/tool_command.h"
+#include "tool/tool_options.h"
 
 namespace kelmora {
 namespace {
@@ -39,11 +39,11 @@ std::vector<PlayStep> readTest(const fs::path& test) {
     }
 }
 
-bool playTest(HostServices& host, std::span<const unsigned char> bootText, const fs::path& game,
-              const fs::path& test, const std::vector<PlayStep>& steps) {
+bool playTest(HostServices& host, const fs::path& game, const fs::path& test,
+              const std::vector<PlayStep>& steps) {
     const ScratchFolder scratch;
     copyGame(game, scratch.path());
-    GameSession session(host, bootText, scratch.path(), true);
+    GameSession session(host, bootText(), scratch.path(), true);
     TestPlayer player(session, steps, test.parent_path());
     const std::optional<std::string> error = session.play(player);
 
@@ -66,10 +66,7 @@ bool playTest(HostServices& host, std::span<const unsigned char> bootText, const
     return hasPassed;
 }
 
-}  // namespace
-
-int testGame(HostServices& host, std::span<const unsigned char> bootText,
-             std::span<const std::string> words) {
+int testGame(ToolContext& tool, std::span<const std::string> words) {
     const ToolOptions options(words, {});
     if (options.words().empty()) throw UsageError("test wants a game's folder");
     const fs::path game = findGame(options.words()[0]);
@@ -80,9 +77,23 @@ int testGame(HostServices& host, std::span<const unsigned char> bootText,
 
     std::size_t passed = 0;
     for (std::size_t i = 0; i < tests.size(); ++i)
-        if (playTest(host, bootText, game, tests[i], steps[i])) ++passed;
+        if (playTest(tool.host, game, tests[i], steps[i])) ++passed;
     std::cout << passed << " of " << tests.size() << " passed\n";
     return passed == tests.size() ? 0 : 1;
 }
+
+}  // namespace
+
+extern const ToolCommand testCommand{
+    "test", "GAME [FILE...]", "play the tests of a game and report",
+    "Plays the files, or tests/*.txt of the game, each headless and from the start. Lines of a test:\n"
+    "press KEY                   click X Y              wait UPDATES\n"
+    "choose WORDS|NUMBER         expect text WORDS      expect variable NAME VALUE\n"
+    "shot FILE [within N]        # a remark\n"
+    "What is expected may come within 300 updates. A shot is compared with the PNG beside the test: no\n"
+    "channel may be off by more than N (0); one that is not there is stored. The exit code is 1 when a "
+    "test\n"
+    "failed.\n",
+    testGame};
 
 }  // namespace kelmora

@@ -1,5 +1,3 @@
-#include "host/new_command.h"
-
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -9,8 +7,9 @@
 #include <iostream>
 
 #include "base/whole_file.h"
-#include "host/project_files.h"
-#include "host/tool_options.h"
+#include "tool/project_files.h"
+#include "tool/tool_command.h"
+#include "tool/tool_options.h"
 #include "workbench/nearest.h"
 
 namespace kelmora {
@@ -112,9 +111,7 @@ void addFont(const fs::path& game, const fs::path& font) {
               << "; before giving the game away, see that the font's licence allows it.\n";
 }
 
-}  // namespace
-
-void makeProject(std::span<const std::string> words) {
+int makeProject(ToolContext&, std::span<const std::string> words) {
     const ToolOptions options(words, newOptions);
     if (options.words().size() != 1) throw UsageError("new wants one name");
     const std::string& name = options.words()[0];
@@ -138,6 +135,19 @@ void makeProject(std::span<const std::string> words) {
     const std::string shown = name.find(' ') == std::string::npos ? name : "\"" + name + "\"";
     std::cout << "Made " << name << ". Begin with " << name << "/README.md, or at once:\n    vesper play "
               << shown << "\n    vesper check " << shown << "\n    vesper test " << shown << "\n";
+    return 0;
 }
+
+}  // namespace
+
+extern const ToolCommand newCommand{
+    "new", "NAME [--kind KIND] [--font FILE]", "make a game that plays at once",
+    "Makes the folder NAME, with a game to begin from: a `novel` on the library for novels (the usual "
+    "kind),\n"
+    "an `arcade` game that is drawn by hand, or a `walk` through a world of tiles. Each has a README.md, a\n"
+    "recorded input and tests. A novel gets a copy of a font: FILE, or one of the system's. A folder that "
+    "is\n"
+    "there is left as it is.\n",
+    makeProject};
 
 }  // namespace kelmora

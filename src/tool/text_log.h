@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/game_session.h"
+#include "tool/game_session.h"
 
 namespace kelmora {
 

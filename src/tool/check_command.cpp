@@ -1,14 +1,15 @@
-#include "host/check_command.h"
-
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <set>
 
 #include "bindings/modules.h"
-#include "host/guest_tool.h"
+#include "host/boot_image.h"
 #include "host/registration.h"
-#include "host/source_text.h"
+#include "tool/guest_tool.h"
+#include "tool/source_text.h"
+#include "tool/tool_command.h"
+#include "tool/tool_options.h"
 #include "workbench/script_check.h"
 
 namespace kelmora {
@@ -61,10 +62,13 @@ void checkGuest(Runtime& runtime, const GuestTool& guest, const std::string& pat
     }
 }
 
-}  // namespace
+constexpr ToolOption checkOptions[] = {{"--json"}};
 
-int checkScripts(Runtime& runtime, const std::string& bootScript, std::span<const std::string> paths,
-                 bool asJson) {
+int checkScripts(ToolContext& tool, std::span<const std::string> words) {
+    const ToolOptions options(words, checkOptions);
+    const std::vector<std::string>& paths = options.words();
+    if (paths.empty()) throw UsageError("check wants files or folders");
+    Runtime& runtime = tool.runtime;
     registerFunctions(runtime);
     // A machine without a display plays no games, but checks them.
     runtime.engine.pushVariable("Metal", makeModule("Metal", {metalBindings()}));
@@ -83,7 +87,8 @@ int checkScripts(Runtime& runtime, const std::string& bootScript, std::span<cons
     }
 
     ScriptCheck check(runtime.engine);
-    check.addHostScript(bootScript);
+    const std::span<const unsigned char> boot = bootText();
+    check.addHostScript(std::string(boot.begin(), boot.end()));
     for (const std::string& other : companions)
         if (fs::path(other).extension() == ".vs") check.addKnown(readSource(other));
     std::vector<Diagnostic> guests;
@@ -96,7 +101,7 @@ int checkScripts(Runtime& runtime, const std::string& bootScript, std::span<cons
     }
     std::vector<Diagnostic> found = check.run();
     found.insert(found.end(), guests.begin(), guests.end());
-    if (asJson) {
+    if (options.has("--json")) {
         printDiagnosticsAsJson(found, std::cout);
     } else {
         printDiagnostics(found, std::cerr);
@@ -106,5 +111,18 @@ int checkScripts(Runtime& runtime, const std::string& bootScript, std::span<cons
                ? 1
                : 0;
 }
+
+}  // namespace
+
+extern const ToolCommand checkCommand{
+    "check", "[--json] FILE|FOLDER...", "report the faults of scripts, without running them",
+    "Reads every statement and goes on after the first fault. Errors: faults of form, blocks that are not\n"
+    "closed, `break` outside loops. Warnings: names that nothing sets, members that a module does not "
+    "have,\n"
+    "labels that do not exist, code that is never reached. A folder stands for all scripts in it; a script\n"
+    "of a game is checked with that game's other scripts in view. With --json the report is a JSON array "
+    "on\n"
+    "standard output. The exit code is 1 when there are errors, warnings alone leave it 0.\n",
+    checkScripts};
 
 }  // namespace kelmora

@@ -1,9 +1,9 @@
-#include "host/play_script.h"
+#include "tool/play_script.h"
 
 #include <charconv>
 #include <stdexcept>
 
-#include "host/input_text.h"
+#include "tool/input_text.h"
 #include "workbench/nearest.h"
 
 namespace kelmora {

@@ -1,4 +1,4 @@
-#include "host/bytecode_dump.h"
+#include "tool/bytecode_dump.h"
 
 #include <iomanip>
 #include <string>

@@ -1,9 +1,9 @@
-#include "host/game_folder.h"
+#include "tool/game_folder.h"
 
 #include <fstream>
 #include <random>
 
-#include "host/tool_options.h"
+#include "tool/tool_options.h"
 
 namespace kelmora {
 

@@ -1,4 +1,4 @@
-#include "host/text_log.h"
+#include "tool/text_log.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "host/game_session.h"
+#include "tool/game_session.h"
 
 #include "host/registration.h"
 #include "host/startup.h"

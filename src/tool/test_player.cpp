@@ -1,4 +1,4 @@
-#include "host/test_player.h"
+#include "tool/test_player.h"
 
 #include <algorithm>
 #include <cstdlib>

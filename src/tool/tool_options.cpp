@@ -1,4 +1,4 @@
-#include "host/tool_options.h"
+#include "tool/tool_options.h"
 
 #include <algorithm>
 #include <charconv>

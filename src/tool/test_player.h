@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "host/game_session.h"
-#include "host/play_script.h"
-#include "host/text_log.h"
+#include "tool/game_session.h"
+#include "tool/play_script.h"
+#include "tool/text_log.h"
 
 namespace kelmora {
 

@@ -1,0 +1,39 @@
+#include "tool/commands.h"
+
+#include <algorithm>
+#include <array>
+
+#include "tool/tool_options.h"
+#include "workbench/nearest.h"
+
+namespace kelmora {
+
+extern const ToolCommand runCommand;
+extern const ToolCommand compileCommand;
+extern const ToolCommand dumpCommand;
+extern const ToolCommand checkCommand;
+extern const ToolCommand newCommand;
+extern const ToolCommand playCommand;
+extern const ToolCommand testCommand;
+extern const ToolCommand helpCommand;
+
+std::span<const ToolCommand* const> toolCommands() {
+    static constexpr std::array commands{
+        &runCommand, &compileCommand, &dumpCommand, &checkCommand,
+        &newCommand, &playCommand,    &testCommand, &helpCommand,
+    };
+    return commands;
+}
+
+const ToolCommand& findCommand(const std::string& name) {
+    const auto commands = toolCommands();
+    const auto found = std::find_if(commands.begin(), commands.end(),
+                                    [&](const ToolCommand* each) { return each->name == name; });
+    if (found != commands.end()) return **found;
+    std::vector<std::string> names;
+    for (const ToolCommand* each : commands) names.emplace_back(each->name);
+    const std::string near = nearestWord(name, names);
+    throw UsageError("unknown command " + name + (near.empty() ? "" : "; did you mean " + near + "?"));
+}
+
+}  // namespace kelmora
