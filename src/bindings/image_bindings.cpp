@@ -107,9 +107,9 @@ Variable loadPNG(const BindingCall& call) {
     const std::string path = call.path(0);
     int width = 0;
     int height = 0;
-    unsigned char* pixels = vh_load_png(path.c_str(), &width, &height);
+    PixelMemory pixels(vh_load_png(path.c_str(), &width, &height));
     if (!pixels) call.fail("failed to load image: " + path);
-    PlushImage* image = adoptPixels(pixels, width, height);
+    PlushImage* image = adoptPixels(std::move(pixels), width, height);
     return returnValues({Variable::pointer(image), sizeValue(height), sizeValue(width)});
 }
 

@@ -55,10 +55,10 @@ bool readPicture(ByteReader& reader, Picture& picture) {
     return reader.readBytes(static_cast<std::size_t>(width * height * 4), picture.pixels);
 }
 
-unsigned char* copyPixels(std::span<const unsigned char> pixels) {
+PixelMemory copyPixels(std::span<const unsigned char> pixels) {
     if (pixels.empty()) return nullptr;
-    auto* copy = new unsigned char[pixels.size()];
-    std::memcpy(copy, pixels.data(), pixels.size());
+    PixelMemory copy = allocatePixels(pixels.size());
+    std::memcpy(copy.get(), pixels.data(), pixels.size());
     return copy;
 }
 
@@ -94,7 +94,7 @@ PlushImage* loadPlushImage(const char* path) {
     PlushImage* image = adoptPixels(copyPixels(picture.pixels), picture.width, picture.height);
     image->reflectWidth = map.width;
     image->reflectHeight = map.height;
-    image->reflectPixels = copyPixels(map.pixels);
+    image->reflectPixels = copyPixels(map.pixels).release();
     return image;
 }
 

@@ -13,6 +13,7 @@
 #include "font/text_wrap.h"
 #include "font/truetype_backend.h"
 #include "font/type1_backend.h"
+#include "image/pixel_memory.h"
 
 namespace kelmora {
 namespace {
@@ -114,7 +115,7 @@ std::unique_ptr<PlushImage> colourCanvas(const Canvas& canvas, const Colour& col
     for (unsigned coverage = 0; coverage < 256; ++coverage)
         pixelOf[coverage] = {toChannel(colour.r), toChannel(colour.g), toChannel(colour.b),
                              static_cast<std::uint8_t>(alpha * coverage / 255)};
-    auto pixels = std::make_unique<unsigned char[]>(canvas.pixels.size() * 4);
+    PixelMemory pixels = allocatePixels(canvas.pixels.size() * 4);
     unsigned char* to = pixels.get();
     for (const std::uint8_t coverage : canvas.pixels) to = std::copy_n(pixelOf[coverage].data(), 4, to);
     auto image = std::make_unique<PlushImage>();
@@ -126,7 +127,7 @@ std::unique_ptr<PlushImage> colourCanvas(const Canvas& canvas, const Colour& col
 
 std::unique_ptr<PlushImage> emptyImage() {
     auto image = std::make_unique<PlushImage>();
-    image->pixels = new unsigned char[4]{};
+    image->pixels = allocateClearPixels(4).release();
     return image;
 }
 

@@ -27,7 +27,7 @@ std::string startupSourcePath(const Runtime& runtime) {
 
 void runEmbeddedStartupScript(Runtime& runtime, std::span<const unsigned char> image,
                               const std::string& sourcePath) {
-    BytecodeProgram program = VesperScript::deserialiseBytecode(image, sourcePath);
+    BytecodeProgram program = VesperScript::deserialiseOwnImage(image);
     retargetBytecodeSource(program, sourcePath);
     runtime.engine.runBytecode(std::move(program));
 }

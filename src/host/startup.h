@@ -14,7 +14,7 @@ std::string findBaseDirectory(int argc, const char* const* argv);
 // The path that the boot script counts as its own; no file of that name is read.
 std::string startupSourcePath(const Runtime& runtime);
 
-// Runs a compiled boot script as if its source stood at the path.
+// Runs a compiled boot script as if its source stood at the path. The image outlives the runtime.
 void runEmbeddedStartupScript(Runtime& runtime, std::span<const unsigned char> image,
                               const std::string& sourcePath);
 

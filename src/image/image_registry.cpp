@@ -60,12 +60,12 @@ void setPixel(PlushImage* image, int x, int y, unsigned char r, unsigned char g,
     pixel[3] = a;
 }
 
-PlushImage* adoptPixels(unsigned char* pixels, int width, int height) {
+PlushImage* adoptPixels(PixelMemory pixels, int width, int height) {
     auto image = std::make_unique<PlushImage>();
     image->width = width;
     image->height = height;
-    image->pixels = pixels;
     livePlushImages.insert(image.get());
+    image->pixels = pixels.release();
     return image.release();
 }
 
@@ -74,19 +74,18 @@ PlushImage* createSolidColourImage(int width, int height, unsigned char r, unsig
     width = std::max(width, 1);
     height = std::max(height, 1);
     const std::size_t size = byteCount(width, height);
-    auto pixels = std::make_unique<unsigned char[]>(size);
     const std::array<unsigned char, 4> colour{r, g, b, a};
-    if (colour != zeroPixel)
+    const bool isClear = colour == zeroPixel;
+    PixelMemory pixels = isClear ? allocateClearPixels(size) : allocatePixels(size);
+    if (!isClear)
         for (std::size_t i = 0; i < size; i += 4) std::memcpy(pixels.get() + i, colour.data(), 4);
-    PlushImage* image = adoptPixels(pixels.get(), width, height);
-    pixels.release();
-    return image;
+    return adoptPixels(std::move(pixels), width, height);
 }
 
 void killPlushImage(PlushImage* image) {
     if (!image || livePlushImages.erase(image) == 0) return;
-    delete[] image->pixels;
-    delete[] image->reflectPixels;
+    std::free(image->pixels);
+    std::free(image->reflectPixels);
     delete image;
 }
 
@@ -107,12 +106,12 @@ void mirrorPlushImage(PlushImage* image, bool horizontal) {
 
 void insertReflection(PlushImage& image, const PlushImage& map) {
     const std::size_t size = byteCount(map.width, map.height);
-    auto* copy = new unsigned char[size];
-    std::memcpy(copy, map.pixels, size);
-    delete[] image.reflectPixels;
+    PixelMemory copy = allocatePixels(size);
+    std::memcpy(copy.get(), map.pixels, size);
+    std::free(image.reflectPixels);
     image.reflectWidth = map.width;
     image.reflectHeight = map.height;
-    image.reflectPixels = copy;
+    image.reflectPixels = copy.release();
 }
 
 }  // namespace kelmora

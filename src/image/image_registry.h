@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <unordered_set>
 
+#include "image/pixel_memory.h"
 #include "image/plush_image.h"
 
 namespace kelmora {
@@ -27,8 +28,8 @@ void setPixel(PlushImage* image, int x, int y, unsigned char r, unsigned char g,
 // A registered image of one colour, each side at least 1.
 PlushImage* createSolidColourImage(int width, int height, unsigned char r, unsigned char g, unsigned char b,
                                    unsigned char a);
-// Registers an image around pixels allocated with new[], which it takes over.
-PlushImage* adoptPixels(unsigned char* pixels, int width, int height);
+// Registers an image around pixels.
+PlushImage* adoptPixels(PixelMemory pixels, int width, int height);
 // Frees a registered image; anything else is left alone.
 void killPlushImage(PlushImage* image);
 

@@ -9,7 +9,7 @@ namespace kelmora {
 // A software bitmap. Scripts hold it by address, so the record never moves while it lives, and
 // the address is never one of another kind of object.
 // Pixels are 4 bytes each, red, green, blue, straight alpha; rows from the top, without padding.
-// `pixels` and `reflectPixels` are owned by the record and allocated with new[].
+// `pixels` and `reflectPixels` are owned by the record and come from image/pixel_memory.h.
 struct PlushImage {
     std::int32_t width = 0;
     std::int32_t height = 0;

@@ -5,6 +5,8 @@
 #include <memory>
 #include <numeric>
 
+#include "image/pixel_memory.h"
+
 namespace kelmora {
 namespace {
 
@@ -257,7 +259,7 @@ std::span<const std::uint32_t> WindowCore::backbuffer() const {
 
 PlushImage* WindowCore::capture() const {
     const std::size_t bytes = backbuffer().size() * sizeof(std::uint32_t);
-    std::unique_ptr<unsigned char[]> pixels(new unsigned char[bytes]);
+    PixelMemory pixels = allocatePixels(bytes);
     std::memcpy(pixels.get(), backbuffer_.data(), bytes);
     auto image = std::make_unique<PlushImage>();
     image->width = clientWidth_;

@@ -19,9 +19,8 @@ unsigned char* rowOf(const PlushImage& image, std::int32_t y) {
     return image.pixels + byteCount(image.width, y);
 }
 
-void replacePixels(PlushImage& image, std::unique_ptr<unsigned char[]> pixels, std::int32_t width,
-                   std::int32_t height) {
-    delete[] image.pixels;
+void replacePixels(PlushImage& image, PixelMemory pixels, std::int32_t width, std::int32_t height) {
+    std::free(image.pixels);
     image.pixels = pixels.release();
     image.width = width;
     image.height = height;
@@ -94,7 +93,7 @@ void ditherImage(PlushImage& image, std::int32_t amount, bool doubleFirst, std::
 
 void bilinearInPlace(PlushImage& image, EdgeForm edges, std::int32_t workers) {
     const std::size_t size = byteCount(image.width, image.height);
-    auto smoothed = std::make_unique<unsigned char[]>(size);
+    PixelMemory smoothed = allocatePixels(size);
     std::memcpy(smoothed.get(), image.pixels, size);
     runRows({image.height, workers, nanosecondsOf(image), true}, [&](std::int32_t first, std::int32_t last) {
         for (std::int32_t y = first; y < last; ++y) {
@@ -123,7 +122,7 @@ void upscalePlushImage(PlushImage& image, double factor, std::int32_t workers) {
     if (!(factor > 1) || !fitsEnlarged(image, factor)) return;
     const auto width = static_cast<std::int32_t>(image.width * factor);
     const auto height = static_cast<std::int32_t>(image.height * factor);
-    auto pixels = std::make_unique<unsigned char[]>(byteCount(width, height));
+    PixelMemory pixels = allocatePixels(byteCount(width, height));
     const auto nearest = [](std::int32_t at, std::int32_t count, std::int32_t of) {
         return static_cast<std::int32_t>(std::int64_t{at} * of / count);
     };
@@ -143,7 +142,7 @@ void upscalePlushImage(PlushImage& image, double factor, std::int32_t workers) {
 void trimPlushImage(PlushImage& image, std::int32_t width, std::int32_t height) {
     if (width <= 0 || height <= 0 || width > image.width || height > image.height) return;
     if (width == image.width && height == image.height) return;
-    auto pixels = std::make_unique<unsigned char[]>(byteCount(width, height));
+    PixelMemory pixels = allocatePixels(byteCount(width, height));
     for (std::int32_t y = 0; y < height; ++y)
         std::memcpy(pixels.get() + byteCount(width, y), rowOf(image, y), byteCount(width, 1));
     replacePixels(image, std::move(pixels), width, height);

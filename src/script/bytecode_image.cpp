@@ -26,7 +26,7 @@ public:
         out_.u16(std::max(bytecodeVersion, program.version));
         out_.countedText(program.source.directory);
         out_.countedText(program.source.path);
-        table(program.lines, [this](const ParsedScriptLine& line) {
+        table(program.lines.linked(), [this](const ParsedScriptLine& line) {
             out_.countedText(line.text);
             out_.u32(line.lineNumber + 1);
             table(line.tokens, [this](const std::string& token) { out_.countedText(token); });
@@ -89,12 +89,11 @@ private:
 class ImageReader {
 public:
     ImageReader(std::span<const unsigned char> bytes, const std::string& sourceName)
-        : reader_(bytes), sourceName_(sourceName) {}
+        : bytes_(bytes), reader_(bytes), sourceName_(sourceName) {}
 
-    BytecodeProgram read() {
+    BytecodeProgram read(bool linesWait) {
         readHeader();
-        table(program_.lines, hasLineNumbers() ? 12 : 8, [this](ParsedScriptLine& line) { readLine(line); });
-        prepareParsedLines(program_.lines);
+        program_.lines = linesWait ? waitingLines() : readLines();
         table(program_.instructions, 9, [this](BytecodeInstruction& instruction) {
             instruction.opcode = static_cast<Opcode>(u8());
             instruction.operand = u32();
@@ -181,10 +180,37 @@ private:
         program_.source.directory = string();
         if (hasSourcePath()) program_.source.path = string();
     }
+    std::vector<ParsedScriptLine> readLines() {
+        std::vector<ParsedScriptLine> lines;
+        table(lines, hasLineNumbers() ? 12 : 8, [&](ParsedScriptLine& line) {
+            // Older images have no numbers, and the record's place stands for it.
+            line.lineNumber = static_cast<std::uint32_t>(&line - lines.data());
+            readLine(line);
+        });
+        prepareParsedLines(lines);
+        return lines;
+    }
+    ProgramLines waitingLines() {
+        std::vector<std::uint32_t> starts;
+        table(starts, 12, [this](std::uint32_t& start) {
+            start = static_cast<std::uint32_t>(reader_.position());
+            skipText();
+            u32();
+            for (std::uint32_t tokens = u32(); tokens > 0; --tokens) skipText();
+        });
+        const auto read = [](std::span<const unsigned char> bytes, ParsedScriptLine& line) {
+            static const std::string ownName;
+            ImageReader(bytes, ownName).readLine(line);
+            prepareLine(line);
+        };
+        return ProgramLines(bytes_, std::move(starts), read, linkBlocks);
+    }
+    void skipText() {
+        if (!reader_.skip(u32())) truncated();
+    }
     void readLine(ParsedScriptLine& line) {
         line.text = string();
-        // Numbers count from 1 in the file; older images have none, and the record's place stands for it.
-        line.lineNumber = static_cast<std::uint32_t>(&line - program_.lines.data());
+        // They count from 1 in the file.
         if (hasLineNumbers()) line.lineNumber = std::max<std::uint32_t>(u32(), 1) - 1;
         table(line.tokens, 4, [this](std::string& token) { token = string(); });
         line.analysis.reserve(line.tokens.size());
@@ -201,6 +227,7 @@ private:
         }
     }
 
+    std::span<const unsigned char> bytes_;
     ByteReader reader_;
     const std::string& sourceName_;
     BytecodeProgram program_;
@@ -213,7 +240,11 @@ std::vector<unsigned char> serialiseBytecode(const BytecodeProgram& program) {
 }
 
 BytecodeProgram deserialiseBytecode(std::span<const unsigned char> bytes, const std::string& sourceName) {
-    return ImageReader(bytes, sourceName).read();
+    return ImageReader(bytes, sourceName).read(false);
+}
+
+BytecodeProgram deserialiseOwnImage(std::span<const unsigned char> bytes) {
+    return ImageReader(bytes, "").read(true);
 }
 
 void saveBytecode(const BytecodeProgram& program, const std::string& path) {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "script/code_cache.h"
-#include "script/parsed_line.h"
+#include "script/program_lines.h"
 #include "script/source_file.h"
 
 namespace kelmora {
@@ -71,7 +71,7 @@ struct FunctionDeclaration {
 struct BytecodeProgram : std::enable_shared_from_this<BytecodeProgram> {
     std::uint16_t version = bytecodeVersion;
     SourceFile source;
-    std::vector<ParsedScriptLine> lines;
+    ProgramLines lines;
     std::vector<BytecodeInstruction> instructions;
     std::vector<BytecodeChunk> chunks;
     std::vector<IfGroup> ifGroups;

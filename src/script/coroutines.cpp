@@ -14,7 +14,7 @@ std::shared_ptr<CoroutineState> createCoroutineState(Scopes& scopes, const Varia
     state->callable = function;
     CoroutineFrame body;
     if (callable.program) {
-        state->lines = &callable.program->lines;
+        state->lines = &callable.program->lines.linked();
         for (const FunctionDeclaration& declaration : callable.program->functionDeclarations) {
             if (declaration.bodyChunk != callable.chunkIndex) continue;
             body.current = declaration.firstBodyLine;

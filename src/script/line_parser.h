@@ -17,7 +17,13 @@ std::vector<ParsedScriptLine> parseLines(const std::string& source, SourceContex
 // The tokens of one statement. The context is told the statement for its error reports.
 std::vector<std::string> tokenise(const std::string& statement, SourceContext& context);
 
-// Fills the derived fields of all lines: kinds, block links, assignments. May be run again.
+// Fills the fields that a line derives from its tokens: its kind, its expressions, its header. May be run
+// again.
+void prepareLine(ParsedScriptLine& line);
+// Links the openers of blocks to their closers. A closer without an opener leaves no trace: the opener that
+// lacks its closer reports it when it is compiled or run.
+void linkBlocks(std::vector<ParsedScriptLine>& lines);
+// Both.
 void prepareParsedLines(std::vector<ParsedScriptLine>& lines);
 
 }  // namespace kelmora

@@ -120,34 +120,6 @@ bool hasCondition(ParsedLineKind kind) {
            kind == ParsedLineKind::Until;
 }
 
-void prepareLine(ParsedScriptLine& line) {
-    line.kind = classifyLine(line);
-    line.hasNestLabel = false;
-    line.endIndex = noLine;
-    line.nextBranchIndex = noLine;
-    line.assignment.reset();
-    line.returnValues.clear();
-    line.expression = {};
-    line.nestLabel.clear();
-    line.forHeader.reset();
-    line.functionHeader.reset();
-    const auto end = static_cast<std::uint32_t>(line.tokens.size());
-    if (line.kind == ParsedLineKind::Other) {
-        line.assignment = AssignmentReader(line).read();
-        if (!line.assignment) line.expression = prepareExpression(line, 0, end);
-    }
-    if (hasCondition(line.kind)) line.expression = prepareExpression(line, 1, end);
-    if (line.kind == ParsedLineKind::Return && line.tokens.size() > 1)
-        line.returnValues = splitAtCommas(line, 1, end);
-    if (line.kind == ParsedLineKind::For)
-        line.forHeader = std::make_shared<const ParsedFor>(parseForHeader(line));
-    if (isFunctionKind(line.kind))
-        line.functionHeader = std::make_shared<const ParsedFunctionHeader>(parseFunctionHeader(line));
-    if (line.kind == ParsedLineKind::Nest) readNestLabel(line);
-}
-
-// Links the openers of blocks to their closers. A closer without an opener leaves no trace: the opener
-// that lacks its closer reports it when it is compiled or run.
 class BlockMatcher {
 public:
     explicit BlockMatcher(std::vector<ParsedScriptLine>& lines) : lines_(lines) {}
@@ -204,9 +176,39 @@ private:
 
 }  // namespace
 
+void prepareLine(ParsedScriptLine& line) {
+    line.kind = classifyLine(line);
+    line.hasNestLabel = false;
+    line.endIndex = noLine;
+    line.nextBranchIndex = noLine;
+    line.assignment.reset();
+    line.returnValues.clear();
+    line.expression = {};
+    line.nestLabel.clear();
+    line.forHeader.reset();
+    line.functionHeader.reset();
+    const auto end = static_cast<std::uint32_t>(line.tokens.size());
+    if (line.kind == ParsedLineKind::Other) {
+        line.assignment = AssignmentReader(line).read();
+        if (!line.assignment) line.expression = prepareExpression(line, 0, end);
+    }
+    if (hasCondition(line.kind)) line.expression = prepareExpression(line, 1, end);
+    if (line.kind == ParsedLineKind::Return && line.tokens.size() > 1)
+        line.returnValues = splitAtCommas(line, 1, end);
+    if (line.kind == ParsedLineKind::For)
+        line.forHeader = std::make_shared<const ParsedFor>(parseForHeader(line));
+    if (isFunctionKind(line.kind))
+        line.functionHeader = std::make_shared<const ParsedFunctionHeader>(parseFunctionHeader(line));
+    if (line.kind == ParsedLineKind::Nest) readNestLabel(line);
+}
+
+void linkBlocks(std::vector<ParsedScriptLine>& lines) {
+    BlockMatcher(lines).run();
+}
+
 void prepareParsedLines(std::vector<ParsedScriptLine>& lines) {
     for (ParsedScriptLine& line : lines) prepareLine(line);
-    BlockMatcher(lines).run();
+    linkBlocks(lines);
 }
 
 }  // namespace kelmora

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <unordered_map>
+#include <span>
 
 #include "script/numbers.h"
 #include "script/string_constants.h"
@@ -11,55 +11,69 @@
 namespace kelmora {
 namespace {
 
-const std::unordered_map<std::string_view, TokenKind>& fixedTokens() {
-    static const std::unordered_map<std::string_view, TokenKind> tokens{
-        {"...", TokenKind::Ellipsis},
-        {"not", TokenKind::Not},
-        {"or", TokenKind::Or},
-        {"||", TokenKind::Or},
-        {"and", TokenKind::And},
-        {"&&", TokenKind::And},
-        {"==", TokenKind::Equal},
-        {"!=", TokenKind::NotEqual},
-        {"~=", TokenKind::NotEqual},
-        {"<", TokenKind::Less},
-        {">", TokenKind::Greater},
-        {"<=", TokenKind::LessEqual},
-        {">=", TokenKind::GreaterEqual},
-        {"+", TokenKind::Plus},
-        {"-", TokenKind::Minus},
-        {"*", TokenKind::Multiply},
-        {"/", TokenKind::Divide},
-        {"\\", TokenKind::IntegerDivide},
-        {"%", TokenKind::Remainder},
-        {"^", TokenKind::Power},
-        {"<-", TokenKind::Tetration},
-        {"->", TokenKind::Pentation},
-        {"#", TokenKind::Length},
-        {"!", TokenKind::Exclamation},
-        {"=", TokenKind::Assign},
-        {"+=", TokenKind::AddAssign},
-        {"-=", TokenKind::SubtractAssign},
-        {"*=", TokenKind::MultiplyAssign},
-        {"/=", TokenKind::DivideAssign},
-        {"\\=", TokenKind::IntegerDivideAssign},
-        {"%=", TokenKind::RemainderAssign},
-        {"^=", TokenKind::PowerAssign},
-        {",", TokenKind::Comma},
-        {":", TokenKind::Colon},
-        {";", TokenKind::Semicolon},
-        {"(", TokenKind::OpenParenthesis},
-        {")", TokenKind::CloseParenthesis},
-        {"[", TokenKind::OpenBracket},
-        {"]", TokenKind::CloseBracket},
-        {"{", TokenKind::OpenBrace},
-        {"}", TokenKind::CloseBrace},
-        {"end", TokenKind::End},
-        {"else", TokenKind::Else},
-        {"elseif", TokenKind::ElseIf},
-        {"until", TokenKind::Until},
-    };
-    return tokens;
+struct FixedToken {
+    std::string_view text;
+    TokenKind kind;
+};
+
+constexpr FixedToken fixedWords[] = {
+    {"not", TokenKind::Not},     {"or", TokenKind::Or},     {"and", TokenKind::And},
+    {"end", TokenKind::End},     {"else", TokenKind::Else}, {"elseif", TokenKind::ElseIf},
+    {"until", TokenKind::Until},
+};
+constexpr FixedToken fixedSigns[] = {
+    {"...", TokenKind::Ellipsis},
+    {"||", TokenKind::Or},
+    {"&&", TokenKind::And},
+    {"==", TokenKind::Equal},
+    {"!=", TokenKind::NotEqual},
+    {"~=", TokenKind::NotEqual},
+    {"<", TokenKind::Less},
+    {">", TokenKind::Greater},
+    {"<=", TokenKind::LessEqual},
+    {">=", TokenKind::GreaterEqual},
+    {"+", TokenKind::Plus},
+    {"-", TokenKind::Minus},
+    {"*", TokenKind::Multiply},
+    {"/", TokenKind::Divide},
+    {"\\", TokenKind::IntegerDivide},
+    {"%", TokenKind::Remainder},
+    {"^", TokenKind::Power},
+    {"<-", TokenKind::Tetration},
+    {"->", TokenKind::Pentation},
+    {"#", TokenKind::Length},
+    {"!", TokenKind::Exclamation},
+    {"=", TokenKind::Assign},
+    {"+=", TokenKind::AddAssign},
+    {"-=", TokenKind::SubtractAssign},
+    {"*=", TokenKind::MultiplyAssign},
+    {"/=", TokenKind::DivideAssign},
+    {"\\=", TokenKind::IntegerDivideAssign},
+    {"%=", TokenKind::RemainderAssign},
+    {"^=", TokenKind::PowerAssign},
+    {",", TokenKind::Comma},
+    {":", TokenKind::Colon},
+    {";", TokenKind::Semicolon},
+    {"(", TokenKind::OpenParenthesis},
+    {")", TokenKind::CloseParenthesis},
+    {"[", TokenKind::OpenBracket},
+    {"]", TokenKind::CloseBracket},
+    {"{", TokenKind::OpenBrace},
+    {"}", TokenKind::CloseBrace},
+};
+
+// The signs of one character, which are most tokens.
+constexpr auto signKinds = [] {
+    std::array<TokenKind, 256> kinds{};
+    for (const FixedToken& sign : fixedSigns)
+        if (sign.text.size() == 1) kinds[static_cast<unsigned char>(sign.text[0])] = sign.kind;
+    return kinds;
+}();
+
+TokenKind kindAmong(std::span<const FixedToken> tokens, std::string_view token) {
+    for (const FixedToken& each : tokens)
+        if (each.text == token) return each.kind;
+    return TokenKind::Unknown;
 }
 
 bool isLetter(char c) {
@@ -163,31 +177,35 @@ std::string decodeStringToken(std::string_view token) {
 
 TokenAnalysis analyseToken(const std::string& token) {
     TokenAnalysis analysis;
+    if (token.size() == 1) analysis.kind = signKinds[static_cast<unsigned char>(token[0])];
+    if (analysis.kind != TokenKind::Unknown) return analysis;
     if (std::uintptr_t address = 0; parsePointerLiteral(token, address)) {
         analysis.kind = TokenKind::Pointer;
         analysis.literal = Variable::pointer(reinterpret_cast<void*>(address));
         return analysis;
     }
+    if (looksLikeIdentifier(token)) {
+        analysis.kind = kindAmong(fixedWords, token);
+        analysis.name = internName(token);
+        if (analysis.kind != TokenKind::Unknown) return analysis;
+        analysis.kind = TokenKind::Identifier;
+        if (isTrueToken(token) || isFalseToken(token)) {
+            analysis.kind = isTrueToken(token) ? TokenKind::True : TokenKind::False;
+            analysis.literal = Variable::boolean(isTrueToken(token));
+        }
+        return analysis;
+    }
     std::string_view scopedName;
     int scope = 0;
-    if (looksLikeIdentifier(token)) {
-        analysis.kind = TokenKind::Identifier;
-        analysis.name = internName(token);
-    } else if (parseScopedVariableToken(token, scopedName, scope)) {
+    if (parseScopedVariableToken(token, scopedName, scope)) {
         analysis.kind = TokenKind::Scoped;
         analysis.name = internName(scopedName);
         analysis.scope = static_cast<std::uint8_t>(scope);
-        return analysis;
-    }
-    if (const auto found = fixedTokens().find(token); found != fixedTokens().end()) {
-        analysis.kind = found->second;
     } else if (isQuoted(token)) {
         analysis.kind = TokenKind::String;
         analysis.literal = stringConstant(decodeStringToken(token));
-    } else if (isTrueToken(token) || isFalseToken(token)) {
-        analysis.kind = isTrueToken(token) ? TokenKind::True : TokenKind::False;
-        analysis.literal = Variable::boolean(isTrueToken(token));
-    } else if (tokenLooksNumeric(token)) {
+    } else if (analysis.kind = kindAmong(fixedSigns, token);
+               analysis.kind == TokenKind::Unknown && tokenLooksNumeric(token)) {
         analyseNumber(token, analysis);
     }
     return analysis;

@@ -54,6 +54,9 @@ BytecodeProgram VesperScript::deserialiseBytecode(std::span<const unsigned char>
                                                   const std::string& sourceName) {
     return kelmora::deserialiseBytecode(bytes, sourceName);
 }
+BytecodeProgram VesperScript::deserialiseOwnImage(std::span<const unsigned char> bytes) {
+    return kelmora::deserialiseOwnImage(bytes);
+}
 void VesperScript::saveBytecode(const BytecodeProgram& program, const std::string& path) {
     kelmora::saveBytecode(program, path);
 }

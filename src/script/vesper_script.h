@@ -36,6 +36,8 @@ public:
     static std::vector<unsigned char> serialiseBytecode(const BytecodeProgram& program);
     static BytecodeProgram deserialiseBytecode(std::span<const unsigned char> bytes,
                                                const std::string& sourceName);
+    // Of an image that this build's own compiler made and whose bytes outlive the program.
+    static BytecodeProgram deserialiseOwnImage(std::span<const unsigned char> bytes);
     static void saveBytecode(const BytecodeProgram& program, const std::string& path);
     static BytecodeProgram loadBytecode(const std::string& path);
     // Off, every expression is evaluated by the token walk. The results are the same.

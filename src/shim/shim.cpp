@@ -5,6 +5,7 @@
 
 #include "codec/png.h"
 #include "font/font_service.h"
+#include "image/pixel_memory.h"
 
 int vh_has_metal_window() {
     return 1;
@@ -43,11 +44,11 @@ unsigned char* vh_load_png(const char* path, int* width, int* height) try {
     *height = 0;
     vh::png::Image image;
     if (!path || !vh::png::load_file(path, image) || image.pixels.empty()) return nullptr;
-    auto* pixels = new unsigned char[image.pixels.size()];
-    std::copy(image.pixels.begin(), image.pixels.end(), pixels);
+    kelmora::PixelMemory pixels = kelmora::allocatePixels(image.pixels.size());
+    std::copy(image.pixels.begin(), image.pixels.end(), pixels.get());
     *width = image.width;
     *height = image.height;
-    return pixels;
+    return pixels.release();
 } catch (const std::bad_alloc&) {
     return nullptr;
 }

@@ -23,7 +23,7 @@ int vh_lua_version_minor();
 int vh_lua_version_patch();
 double vh_lua_version_number();
 
-// Pictures of every format that can be read. RGBA pixels allocated with new[], which the caller owns. On
+// Pictures of every format that can be read. RGBA pixels of image/pixel_memory.h, which the caller owns. On
 // failure, want of memory included, null, and both sizes 0.
 [[nodiscard]] unsigned char* vh_load_png(const char* path, int* width, int* height);
 [[nodiscard]] bool vh_save_png(const char* path, const unsigned char* pixels, int width, int height);

@@ -16,7 +16,7 @@ namespace {
 
 struct ImageDeleter {
     void operator()(PlushImage* image) const {
-        delete[] image->pixels;
+        std::free(image->pixels);
         delete image;
     }
 };

@@ -135,7 +135,7 @@ TEST(Type1, TheServiceRoundsItsMetricsToNearest) {
     ASSERT_NE(font, nullptr);
     PlushImage* image = vh_ttf_font_render(font, "\n", 0, 0, 0, 255);
     EXPECT_EQ(image->height, 20) << "twice 10.4";
-    delete[] image->pixels;
+    std::free(image->pixels);
     delete image;
     vh_ttf_font_free(font);
 }

@@ -46,9 +46,8 @@ protected:
     std::string run(const std::string& bootSource) {
         try {
             registerFunctions(runtime_);
-            const auto image =
-                VesperScript::serialiseBytecode(runtime_.engine.compileToBytecode(bootSource, "lua.vs"));
-            runEmbeddedStartupScript(runtime_, image, startupSourcePath(runtime_));
+            image_ = VesperScript::serialiseBytecode(runtime_.engine.compileToBytecode(bootSource, "lua.vs"));
+            runEmbeddedStartupScript(runtime_, image_, startupSourcePath(runtime_));
         } catch (const std::exception& error) {
             return error.what();
         }
@@ -56,6 +55,7 @@ protected:
     }
 
     TemporaryFolder root_;
+    std::vector<unsigned char> image_;
     CaptureHost host_;
     Runtime runtime_{host_};
 };

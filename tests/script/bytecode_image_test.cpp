@@ -201,7 +201,7 @@ TEST(BytecodeImage, ReadsTheOlderLayouts) {
         SCOPED_TRACE(int{version});
         const BytecodeProgram program = VesperScript::deserialiseBytecode(oldImage(version), "old");
         EXPECT_EQ(program.source.path, version >= 5 ? "dir/old.vs" : "");
-        EXPECT_EQ(program.lines.at(2).lineNumber, version >= 6 ? 11u : 2u);
+        EXPECT_EQ(program.lines[2].lineNumber, version >= 6 ? 11u : 2u);
         if (version >= 8) {
             EXPECT_EQ(program.nestBlocks.at(0).label, "old");
             EXPECT_EQ(program.nestBlocks.at(0).parentChunk, 0u);
@@ -213,7 +213,7 @@ TEST(BytecodeImage, ReadsTheOlderLayouts) {
         const BytecodeProgram again =
             VesperScript::deserialiseBytecode(VesperScript::serialiseBytecode(program), "again");
         EXPECT_EQ(again.version, 60);
-        EXPECT_EQ(again.lines.at(2).lineNumber, program.lines.at(2).lineNumber);
+        EXPECT_EQ(again.lines[2].lineNumber, program.lines[2].lineNumber);
     }
 }
 
