@@ -76,20 +76,19 @@ public:
     // Drops from the top down to this size; `leave` sees the links of values with a name.
     template <typename Leave>
     [[gnu::always_inline]] void dropTo(BindingIndex size, Leave leave) {
-        if (size_ <= size) return;
-        BindingLink* link = links_ + size_;
-        Variable* value = values_ + size_;
-        const Variable* const bottom = values_ + size;
+        const BindingIndex top = size_;
+        if (top <= size) return;
         size_ = size;
-        do {
-            --link;
-            --value;
-            if (link->cell) {
-                leave(*link);
-                link->cell = nullptr;
+        bool ownsAny = false;
+        for (BindingIndex place = top; place-- > size;) {
+            BindingLink& link = links_[place];
+            if (link.cell) {
+                leave(link);
+                link.cell = nullptr;
             }
-            std::destroy_at(value);
-        } while (value != bottom);
+            ownsAny |= values_[place].ownsObject();
+        }
+        if (ownsAny) destroyValues(size, top);
     }
     // The same of values without a name.
     [[gnu::always_inline]] void drop(BindingIndex count) {
@@ -105,6 +104,10 @@ public:
     }
 
 private:
+    [[gnu::noinline]] void destroyValues(BindingIndex bottom, BindingIndex top) {
+        while (top > bottom) std::destroy_at(values_ + --top);
+    }
+
     Variable* values_;  // constructed below size_
     BindingLink*
         links_;  // without a cell from size_ on; zeroed memory, which costs nothing until it is touched

@@ -59,7 +59,8 @@ struct ScriptCallable : RefCounted {
     // Of the chunk, when it has first been called; the second only if it binds its arguments.
     const Code* code = nullptr;
     const Code* boundCode = nullptr;
-    std::vector<Cell*> parameterCells;  // null for a name that stood before
+    std::vector<Cell*> parameterCells;
+    std::uint32_t parameterCount = 0;
     std::vector<ParsedScriptLine> body;
     SourceFile source;
 

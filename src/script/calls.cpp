@@ -12,14 +12,16 @@ namespace kelmora {
 // A call of a script function from outside running code.
 class CallFrame {
 public:
-    explicit CallFrame(Interpreter& script) : script_(script) {
-        script.callRecords.push({script.context.line(), &script.context.file(), script.scopes.callerView(),
-                                 script.scopes.calls().size(), script.walkCount, script.activeChunks.size(),
-                                 0, nullptr, nullptr, nullptr});
+    explicit CallFrame(Interpreter& script)
+        : script_(script), line_(script.context), level_(script.scopes, script.scopes.nativeLevel()) {
+        script.callRecords.push({nullptr, nullptr, nullptr, script.context.line(), &script.context.file(),
+                                 script.scopes.callerView(), script.scopes.calls().size(), 0,
+                                 script.walkCount, script.activeChunks.size()});
     }
     void enter(const ScriptCallable& callable, std::span<const Variable> arguments) {
         Scopes& scopes = script_.scopes;
-        scopes.enterCall(callable.nativeScopeIndex);
+        scopes.enterCall();
+        scopes.setNativeLevel(callable.nativeScopeIndex);
         const CallScope parameters = scopes.pushCallScope(callable.parameters);
         const std::size_t count = std::min(arguments.size(), callable.parameters.size());
         for (std::size_t i = 0; i < count; ++i) scopes.callEntry(parameters, i) = arguments[i];
@@ -31,6 +33,8 @@ public:
 
 private:
     Interpreter& script_;
+    const SourceLineGuard line_;
+    const NativeLevelGuard level_;
 };
 
 // What `...` stands for in a variadic call.

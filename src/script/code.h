@@ -98,6 +98,7 @@ struct ParsedScriptLine;
     OPERATION(Fault)                                                                                    \
     /* out of a function, out of the code */                                                            \
     OPERATION(Return)                                                                                   \
+    OPERATION(ReturnTaken)                                                                              \
     OPERATION(ReturnNothing)                                                                            \
     OPERATION(Finish)                                                                                   \
     OPERATION(FinishNothing)                                                                            \

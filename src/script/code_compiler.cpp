@@ -503,7 +503,8 @@ private:
         if (code_.isAttentive()) {
             builder_.emit(Operation::LeaveServed, {.b = value, .number = blocks});
         } else if (code_.isFunction) {
-            builder_.emit(value ? Operation::Return : Operation::ReturnNothing, {.b = value});
+            const Operation give = builder_.isTemporary(value) ? Operation::ReturnTaken : Operation::Return;
+            builder_.emit(value ? give : Operation::ReturnNothing, {.b = value});
         } else {
             builder_.emit(value ? Operation::Finish : Operation::FinishNothing, {.b = value});
         }

@@ -1,5 +1,6 @@
 #include "script/error_trail.h"
 
+#include "script/code.h"
 #include "script/interpreter.h"
 
 namespace kelmora {
@@ -25,12 +26,14 @@ void ErrorTrail::note(const Interpreter& script) {
     const ParsedScriptLine* inner = script.context.line();
     for (std::uint32_t i = script.callRecords.size(); i > 0 && places.size() < maximumPlaces; --i) {
         const Interpreter::CallRecord& record = script.callRecords[i - 1];
-        if (record.line && record.line == inner) {
+        const ParsedScriptLine* line = record.call ? record.code->siteOf(record.call).line : nullptr;
+        if (!line) line = record.line;
+        if (line && line == inner) {
             ++places.back().times;
-        } else if (record.line) {
-            places.push_back(placeAt(*record.line, *record.file));
+        } else if (line) {
+            places.push_back(placeAt(*line, *record.file));
         }
-        inner = record.line;
+        inner = line;
     }
 }
 

@@ -87,17 +87,17 @@ struct Interpreter {
     };
     // What a running call has taken over from its caller.
     struct CallRecord {
-        const ParsedScriptLine* line;
+        // Of a call inside running code: its instruction, and the function, which is kept.
+        const Instruction* call;
+        const Code* code;
+        ScriptCallable* callable;
+        const ParsedScriptLine* line;  // of a call from elsewhere, or of the expression that the code is
         const SourceFile* file;
         Scopes::CallerView view;
         CallScope bottom;  // everything from here on the stack is the call's
+        std::uint32_t level;
         std::uint32_t walks;
         std::uint32_t activeChunks;
-        // Of a call inside running code: its instruction, and the function, which is kept.
-        std::uint32_t level;
-        const Code* code;
-        const Instruction* call;
-        ScriptCallable* callable;
     };
     // Undoes what the newest call has changed.
     [[gnu::always_inline]] inline void leaveCall();
@@ -167,8 +167,12 @@ struct Interpreter {
     }
 
     void countStep() {
-        if (stepsLeft == 0) throw std::runtime_error("Step limit reached");
-        --stepsLeft;
+        if (stepsLeft-- == 0) [[unlikely]]
+            failSteps();
+    }
+    [[noreturn, gnu::noinline]] void failSteps() {
+        stepsLeft = 0;
+        throw std::runtime_error("Step limit reached");
     }
 
     // coroutines.cpp
@@ -203,7 +207,7 @@ struct Interpreter {
     };
     std::vector<OpenWalk> walks;  // those from walkCount on are empty
     std::uint32_t walkCount = 0;
-    void closeWalksTo(std::uint32_t count) {
+    [[gnu::noinline]] void closeWalksTo(std::uint32_t count) {
         while (walkCount > count) walks[--walkCount].walk = {};
     }
     std::unique_ptr<ValuePlace[]> temporaries;
@@ -220,10 +224,10 @@ struct Interpreter {
 
 inline void Interpreter::leaveCall() {
     const CallRecord& record = callRecords.back();
-    context.restoreLine(record.line);
     context.setFile(*record.file);
     scopes.leaveCall(record.view, record.bottom);
-    closeWalksTo(record.walks);
+    if (walkCount > record.walks) [[unlikely]]
+        closeWalksTo(record.walks);
     activeChunks.dropTo(record.activeChunks);
     callRecords.drop();
 }

@@ -86,7 +86,7 @@ template <TokenKind operation>
 
 // Gives the variable the next number; false behind the last.
 [[gnu::always_inline]] inline bool Machine::roundOfFor(bool isFirst) {
-    BindingStack& stack = scopes_.calls();
+    BindingStack& stack = script_.scopes.calls();
     Variable* const variable = &stack.value(stack.size() - 1);
     const std::int32_t stop = variable[-3].intValue();
     const std::int32_t step = variable[-2].intValue();
@@ -106,7 +106,7 @@ template <TokenKind operation>
 inline void Machine::callLibrary(const Instruction* i, LibraryFunction body, std::uint32_t count,
                                  CallScope bottom) {
     enterSite(i);
-    BindingStack& stack = scopes_.calls();
+    BindingStack& stack = script_.scopes.calls();
     ++script_.callDepth;
     Variable result = body(script_, stack.from(stack.size() - static_cast<BindingIndex>(count)));
     if (script_.mayNeedAttention && aborted()) result = Variable();
@@ -119,7 +119,7 @@ inline void Machine::callLibrary(const Instruction* i, LibraryFunction body, std
 // A protected call of a function of script needs no native stack either.
 inline bool Machine::isProtectable(const ScriptCallable& callable, std::uint32_t count) const {
     if (callable.builtinId != BuiltinId::Pcall || count == 0) return false;
-    BindingStack& stack = scopes_.calls();
+    BindingStack& stack = script_.scopes.calls();
     const Variable& wanted = stack.value(stack.size() - static_cast<BindingIndex>(count));
     return wanted.isFunction() && wanted.function().boundCode;
 }
@@ -186,7 +186,7 @@ opDrop:
     useUp(*i);
     NEXT;
 opSetLocal:
-    scopes_.setLocal(*static_cast<Cell*>(i->a), takeB(i));
+    script_.scopes.setLocal(*static_cast<Cell*>(i->a), takeB(i));
     NEXT;
 opDeal:
     deal(i);
@@ -234,7 +234,7 @@ opCompare:
 opJump:
     JUMP;
 opLoop:
-    script_.countStep();
+    countStep(i);
     JUMP;
 opJumpIf:
     if (!i->b->value->ownsObject() ? isTruthy(*i->b->value) : test(i)) JUMP;
@@ -284,16 +284,16 @@ opSetEntry:
 
 opPush:
     if (!i->b->value->isUnfound()) [[likely]] {
-        scopes_.calls().push(*i->b->value);
+        script_.scopes.calls().push(*i->b->value);
     } else {
         pushOther(i);
     }
     NEXT;
 opPushTaken:
-    scopes_.calls().push(std::move(*i->b->value));
+    script_.scopes.calls().push(std::move(*i->b->value));
     NEXT;
 opPop:
-    *i->a->value = scopes_.calls().pop();
+    *i->a->value = script_.scopes.calls().pop();
     NEXT;
 
 opMember:
@@ -302,18 +302,18 @@ opMember:
 opCall:
     callee = i->b->value;
     count = i->number;
-    bottom = scopes_.calls().size() - static_cast<CallScope>(count);
+    bottom = script_.scopes.calls().size() - static_cast<CallScope>(count);
     goto call;
 opCallPushed:
     count = i->number;
-    bottom = scopes_.calls().size() - static_cast<CallScope>(count) - 1;
-    callee = &scopes_.calls().value(bottom);
+    bottom = script_.scopes.calls().size() - static_cast<CallScope>(count) - 1;
+    callee = &script_.scopes.calls().value(bottom);
     goto call;
 opCallMember:
     callee = i->b->value;
     count = i->number;
-    bottom = scopes_.calls().size() - static_cast<CallScope>(count) - 1;
-    if (scopes_.calls().value(bottom).isString()) ++count;  // with the string that has the method
+    bottom = script_.scopes.calls().size() - static_cast<CallScope>(count) - 1;
+    if (script_.scopes.calls().value(bottom).isString()) ++count;  // with the string that has the method
     goto call;
 
 call:
@@ -361,10 +361,10 @@ opDeclare:
     NEXT_OR_ATTEND;
 
 opOpenScope:
-    scopes_.pushLocalScope();
+    script_.scopes.pushLocalScope();
     NEXT;
 opCloseScope:
-    scopes_.popLocalScope();
+    script_.scopes.popLocalScope();
     NEXT;
 opOpenBlock:
     openBlock(i);
@@ -380,11 +380,11 @@ opTestFor:
     if (!roundOfFor(true)) JUMP;
     NEXT;
 opNextFor:
-    script_.countStep();
+    countStep(i);
     if (roundOfFor(false)) JUMP;
     NEXT;
 opCloseFor:
-    scopes_.popCallScope(scopes_.calls().size() - 4);
+    script_.scopes.popCallScope(script_.scopes.calls().size() - 4);
     NEXT;
 opOpenWalk:
     openWalk(i);
@@ -401,16 +401,20 @@ opFault:
     fail(i);
 
 opReturn:
-    // A temporary outlasts the call.
-    if ((i->temporaries & Instruction::usesUpB) && script_.callRecords.size() != base_ &&
-        script_.callRecords.size() != protectedAt_) {
-        Variable* const value = i->b->value;
+    if (script_.callRecords.size() != boundary_ && !i->b->value->ownsObject()) [[likely]] {
+        const Variable::Plain value = i->b->value->plain();
         i = leave();
-        if (i->a) {
-            if (!i->a->value->assignPlain(*value)) *i->a->value = std::move(*value);
-        } else {
-            dropValue(*value);
-        }
+        if (i->a) i->a->value->assign(value);
+        NEXT_OR_ATTEND;
+    }
+    result_ = takeB(i);
+    goto leaveFunction;
+opReturnTaken:
+    // A temporary outlasts the call.
+    if (script_.callRecords.size() != boundary_) [[likely]] {
+        Variable value(std::move(*i->b->value));
+        i = leave();
+        if (i->a) *i->a->value = std::move(value);
         NEXT_OR_ATTEND;
     }
     result_ = takeB(i);
@@ -518,15 +522,17 @@ const Code& Interpreter::expressionCode(const FastExpression& expression) {
 }
 
 void Interpreter::prepareCallable(ScriptCallable& callable) {
-    callable.parameterCells.clear();
+    std::vector<Cell*>& cells = callable.parameterCells;
+    cells.clear();
+    bool hasRepeated = false;
     for (const NameId name : callable.parameters) {
         Cell* const cell = &scopes.cell(name);
-        const bool isRepeated = std::find(callable.parameterCells.begin(), callable.parameterCells.end(),
-                                          cell) != callable.parameterCells.end();
-        callable.parameterCells.push_back(isRepeated ? nullptr : cell);
+        hasRepeated = hasRepeated || std::find(cells.begin(), cells.end(), cell) != cells.end();
+        cells.push_back(cell);
     }
+    callable.parameterCount = static_cast<std::uint32_t>(cells.size());
     callable.code = &chunkCode(*callable.program, callable.chunkIndex, true);
-    callable.boundCode = callable.bindsArguments ? callable.code : nullptr;
+    callable.boundCode = callable.bindsArguments && !hasRepeated ? callable.code : nullptr;
 }
 
 }  // namespace kelmora

@@ -29,10 +29,11 @@ class Machine {
 public:
     explicit Machine(Interpreter& script)
         : script_(script),
-          scopes_(script.scopes),
           level_(script.scopes.nativeLevel()),
           base_(script.callRecords.size()),
-          depth_(script.callDepth) {}
+          boundary_(base_),
+          depth_(script.callDepth),
+          line_(script.context.line()) {}
 
     // The first instruction: of a step of the outermost block, which holds labels, or of all.
     const Instruction* begin(const Code& code, std::optional<std::uint32_t> step) {
@@ -50,7 +51,6 @@ public:
     void abandon();
 
 private:
-    static constexpr std::uint32_t maximumCallDepth = 1 << 16;  // calls take no native stack
     static inline const Variable nothing_;
 
     bool aborted() const { return script_.shouldAbortForSoftRaisedError(); }
@@ -59,14 +59,22 @@ private:
     void enterSite(const Instruction* i) {
         const CodeSite& site = code_->siteOf(i);
         if (site.line) script_.context.setLine(*site.line);
-        scopes_.setNativeLevel(level_ + site.depth);
+        script_.scopes.setNativeLevel(level_ + site.depth);
+    }
+    void countStep(const Instruction* i) {
+        if (__builtin_sub_overflow(script_.stepsLeft, 1u, &script_.stepsLeft)) [[unlikely]]
+            failSteps(i);
+    }
+    [[noreturn]] void failSteps(const Instruction* i) {
+        enterSite(i);
+        script_.failSteps();
     }
     const ParsedScriptLine& lineOf(const Instruction* i) const { return *code_->siteOf(i).line; }
 
     const Variable& read(const Instruction* i, Place* place) {
         if (!place->value->isUnfound()) return *place->value;
         enterSite(i);
-        const Variable* const found = scopes_.find(*static_cast<Cell*>(place));
+        const Variable* const found = script_.scopes.find(*static_cast<Cell*>(place));
         return found ? *found : nothing_;
     }
     Variable take(const Instruction* i, Place* place, bool isTemporary) {
@@ -76,7 +84,7 @@ private:
         if (!place->value->isUnfound()) {
             *place->value = std::move(value);
         } else {
-            scopes_.assignDefault(*static_cast<Cell*>(place), std::move(value));
+            script_.scopes.assignDefault(*static_cast<Cell*>(place), std::move(value));
         }
     }
     Variable takeB(const Instruction* i) { return take(i, i->b, i->temporaries & Instruction::usesUpB); }
@@ -125,6 +133,8 @@ private:
                                                    std::uint32_t count, CallScope bottom);
     [[gnu::always_inline]] inline bool isProtectable(const ScriptCallable& callable,
                                                      std::uint32_t count) const;
+    // Room for one more call, up to a limit.
+    [[gnu::noinline]] void moreCalls(const Instruction* i);
     const Instruction* enterProtected(const Instruction* i, std::uint32_t count, CallScope bottom);
     void endProtected(const char* thrown = nullptr);
     void clearTemporaries() {
@@ -153,49 +163,60 @@ private:
     void leaveServed(const Instruction* i);
 
     Interpreter& script_;
-    Scopes& scopes_;
     const Code* code_ = nullptr;
     std::uint32_t level_;  // native level of the running function
     std::uint32_t base_;   // calls that this run did not make
-    std::uint32_t depth_;  // of the calls around it
-    Variable result_;      // of a call or of the code
+    // A return from a call that is not above these ends the run or a protected call.
+    std::uint32_t boundary_;
+    std::uint32_t depth_;           // of the calls around it
+    const ParsedScriptLine* line_;  // that runs where the run began
+    Variable result_;               // of a call or of the code
 
     // The running protected calls of this run, by the number of calls with theirs.
     SmallStack<std::uint32_t> protected_;
     std::uint32_t protectedAt_ = 0;  // the newest one, or 0
+    void setProtectedAt(std::uint32_t calls) {
+        protectedAt_ = calls;
+        boundary_ = calls > 0 ? calls : base_;
+    }
 };
 
+// Fails before it has changed anything.
 inline const Instruction* Machine::enter(const Instruction* i, ScriptCallable& callable, std::uint32_t count,
                                          CallScope bottom) {
-    enterSite(i);
-    const CallScope arguments = scopes_.calls().size() - static_cast<CallScope>(count);
+    Interpreter& script = script_;
+    if (script.callRecords.isFull()) [[unlikely]]
+        moreCalls(i);
+    countStep(i);
     callable.retain();  // what it is called by may be overwritten
-    script_.callRecords.push({script_.context.line(), &script_.context.file(), scopes_.callerView(), bottom,
-                              script_.walkCount, script_.activeChunks.size(), level_, code_, i, &callable});
+    script.callRecords.pushBelowCapacity({i, code_, &callable, line_, &script.context.file(),
+                                          script.scopes.callerView(), bottom, level_, script.walkCount,
+                                          script.activeChunks.size()});
     if (i->temporaries & Instruction::usesUpB) dropValue(*i->b->value);
-    ++script_.callDepth;
+    ++script.callDepth;
     level_ = callable.nativeScopeIndex;
-    scopes_.enterCall(level_);
-    // From here on a failure finds the call's record: a protected call begins with it.
-    script_.countStep();
-    if (script_.callDepth > maximumCallDepth) [[unlikely]]
-        BindingStack::failFull();
-    scopes_.nameArguments(arguments, callable.parameterCells);
-    if (callable.source.isKnown()) script_.context.setFile(callable.source);
+    script.scopes.enterCall();
+    script.scopes.nameArguments(count, callable.parameterCells.data(), callable.parameterCount);
+    if (callable.source.isKnown()) script.context.setFile(callable.source);
     code_ = &codeForNow(*callable.boundCode);
     return code_->begin();
 }
 
 // Gives back what the newest call has taken; its instruction.
 inline const Instruction* Machine::leave() {
-    const Interpreter::CallRecord& record = script_.callRecords.back();
+    Interpreter& script = script_;
+    const Interpreter::CallRecord& record = script.callRecords.back();
     const Instruction* const call = record.call;
     ScriptCallable* const callable = record.callable;
     level_ = record.level;
     code_ = record.code;
-    script_.leaveCall();
-    --script_.callDepth;
-    if (callable->release()) Variable::destroyFunction(callable);
+    // Code with a program notes its line where it matters.
+    if (!code_->program) [[unlikely]]
+        script.context.restoreLine(line_);
+    script.leaveCall();
+    --script.callDepth;
+    if (callable->release()) [[unlikely]]
+        Variable::destroyFunction(callable);
     return call;
 }
 

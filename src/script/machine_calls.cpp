@@ -8,19 +8,29 @@
 // Calls other than the frequent ones, and what a run does when something asks for attention.
 namespace kelmora {
 
+void Machine::moreCalls(const Instruction* i) {
+    constexpr std::uint32_t maximumCalls = 1 << 16;  // they take no native stack
+    enterSite(i);
+    if (script_.callRecords.size() >= maximumCalls) BindingStack::failFull();
+    script_.callRecords.widen();
+}
+
 const Instruction* Machine::enterProtected(const Instruction* i, std::uint32_t count, CallScope bottom) {
-    BindingStack& stack = scopes_.calls();
+    // A protected call begins with its record: what keeps it from having one is no failure of its own.
+    if (script_.callRecords.isFull()) moreCalls(i);
+    if (script_.stepsLeft == 0) countStep(i);
+    BindingStack& stack = script_.scopes.calls();
     ScriptCallable& wanted = stack.value(stack.size() - static_cast<BindingIndex>(count)).function();
     ++script_.callDepth;
     script_.softError.enterProtected(script_.callDepth);
     protected_.push(protectedAt_);
-    protectedAt_ = script_.callRecords.size() + 1;
+    setProtectedAt(script_.callRecords.size() + 1);
     return enter(i, wanted, count - 1, bottom);
 }
 
 // With the protected call left: what it returned, or a failure that was thrown.
 void Machine::endProtected(const char* thrown) {
-    protectedAt_ = protected_.back();
+    setProtectedAt(protected_.back());
     protected_.drop();
     script_.softError.leaveProtected();
     std::string message;
@@ -49,7 +59,7 @@ void Machine::abandon() {
     clearTemporaries();
     while (script_.callRecords.size() > base_) leave();
     for (; protected_.size() > 0; protected_.drop()) script_.softError.leaveProtected();
-    protectedAt_ = 0;
+    setProtectedAt(0);
     script_.callDepth = depth_;
 }
 
@@ -59,11 +69,11 @@ const Instruction* Machine::callOther(const Instruction* i, const Variable& call
     enterSite(i);
     const Variable kept = callee;
     if (kept.isFunction() && kept.function().bindsArguments) {
-        if (!kept.function().boundCode) script_.prepareCallable(kept.function());
-        return enter(i, kept.function(), count, bottom);
+        if (!kept.function().code) script_.prepareCallable(kept.function());
+        if (kept.function().boundCode) return enter(i, kept.function(), count, bottom);
     }
     if (i->temporaries & Instruction::usesUpB) dropValue(*i->b->value);
-    BindingStack& stack = scopes_.calls();
+    BindingStack& stack = script_.scopes.calls();
     const std::span<const Variable> arguments = stack.from(stack.size() - static_cast<BindingIndex>(count));
     result_ = kept.isFunction() && kept.function().binding ? script_.runBinding(kept.function(), arguments)
                                                            : script_.invokeCallable(kept, arguments);
@@ -92,6 +102,7 @@ const Instruction* Machine::attend(const Instruction* behind) {
 
 void Machine::leaveForError(const Instruction* behind) {
     if (!code_->program || !script_.mayNeedAttention) return;
+    enterSite(behind - 1);
     serveSteps(code_->siteOf(behind - 1).depth + 1);
     if (code_->isFunction) script_.rethrowPendingCoroutineException();
 }
@@ -151,7 +162,7 @@ bool Machine::runRegisteredTarget(const std::string& label) {
     script_.stack.check();
     const SourceLineGuard line(script_.context);
     const SourceFileGuard source(script_.context, target.program->source);
-    const NativeLevelGuard level(scopes_, target.nativeLevel);
+    const NativeLevelGuard level(script_.scopes, target.nativeLevel);
     script_.runCode(script_.chunkCode(*target.program, target.chunk, false), target.instruction);
     script_.rethrowPendingCoroutineException();
     return true;

@@ -54,13 +54,13 @@ void Machine::deal(const Instruction* i) {
     const ParsedScriptLine& line = lineOf(i);
     std::size_t next = 0;
     for (const ParsedAssignmentTarget& target : line.assignment->targets) {
-        Cell& name = scopes_.cell(line.analysis[target.tokenIndex].name);
+        Cell& name = script_.scopes.cell(line.analysis[target.tokenIndex].name);
         Variable part = next < dealt.size() ? dealt[next] : Variable();
         ++next;
         if (i->flags) {
-            scopes_.setLocal(name, std::move(part));
+            script_.scopes.setLocal(name, std::move(part));
         } else {
-            scopes_.assignDefault(name, std::move(part));
+            script_.scopes.assignDefault(name, std::move(part));
         }
     }
 }
@@ -68,7 +68,7 @@ void Machine::deal(const Instruction* i) {
 void Machine::readScoped(const Instruction* i) {
     enterSite(i);
     const Variable* const found =
-        scopes_.findExplicit(static_cast<const Cell*>(i->b)->name, static_cast<int>(i->number));
+        script_.scopes.findExplicit(static_cast<const Cell*>(i->b)->name, static_cast<int>(i->number));
     store(i->a, found ? Variable(*found) : Variable());
 }
 
@@ -106,7 +106,7 @@ void Machine::operate(const Instruction* i) {
 void Machine::update(const Instruction* i) {
     enterSite(i);
     const Variable& value = read(i, i->b);
-    Variable* const target = scopes_.find(*static_cast<Cell*>(i->a));
+    Variable* const target = script_.scopes.find(*static_cast<Cell*>(i->a));
     if (!target) script_.throwVariableNotFound(lineOf(i), lineOf(i).assignment->targets[0]);
     updateInPlace(*target, i->kind, value);
     useUp(*i);
@@ -166,14 +166,14 @@ void Machine::member(const Instruction* i) {
     if (container.isString()) {
         const Variable* const method = script_.findStringMethod(name);
         Variable subject = takeB(i);
-        scopes_.calls().push(method ? std::move(subject) : Variable());
+        script_.scopes.calls().push(method ? std::move(subject) : Variable());
         *i->a->value = method ? *method : Variable();
         return;
     }
     const Variable* const found = findElement(container, name);
     Variable result = found ? *found : script_.getIndexedValue(container, name);
     useUp(*i);
-    scopes_.calls().push(Variable());
+    script_.scopes.calls().push(Variable());
     *i->a->value = std::move(result);
 }
 
@@ -181,7 +181,7 @@ void Machine::setElement(const Instruction* i) {
     enterSite(i);
     const Variable key = takeB(i);
     Cell& name = *static_cast<Cell*>(i->a);
-    Variable* const container = scopes_.find(name);
+    Variable* const container = script_.scopes.find(name);
     if (container && container->isTable()) {
         container->table().set(tableKeyOf(key), takeC(i));
         return;
@@ -200,7 +200,7 @@ void Machine::updateElement(const Instruction* i) {
     enterSite(i);
     const Variable key = takeB(i);
     Variable value = takeC(i);
-    const Variable* const container = scopes_.find(*static_cast<Cell*>(i->a));
+    const Variable* const container = script_.scopes.find(*static_cast<Cell*>(i->a));
     if (Variable* const found = container ? findElementMutable(*container, key) : nullptr) {
         updateInPlace(*found, i->kind, value);
         return;
@@ -210,7 +210,7 @@ void Machine::updateElement(const Instruction* i) {
 }
 
 void Machine::addItems(const Instruction* i) {
-    BindingStack& stack = scopes_.calls();
+    BindingStack& stack = script_.scopes.calls();
     std::vector<Variable>& items = i->a->value->items();
     const BindingIndex first = stack.size() - static_cast<BindingIndex>(i->number);
     for (BindingIndex place = first; place < stack.size(); ++place)
@@ -231,7 +231,7 @@ void Machine::setEntry(const Instruction* i) {
 
 void Machine::pushOther(const Instruction* i) {
     enterSite(i);
-    scopes_.calls().push(read(i, i->b));
+    script_.scopes.calls().push(read(i, i->b));
 }
 
 // --- Lines ---
@@ -270,26 +270,28 @@ void Machine::declare(const Instruction* i) {
 // --- Blocks and loops. What they remember lies on the stack. ---
 
 void Machine::openBlock(const Instruction* i) {
-    scopes_.calls().push(Variable::integer(static_cast<std::int32_t>(scopes_.localScopeCount())));
+    script_.scopes.calls().push(
+        Variable::integer(static_cast<std::int32_t>(script_.scopes.localScopeCount())));
     if (i->flags & BlockFlags::holdsLabels) script_.activeChunks.push({code_->program, i->number});
-    const bool joins = !(i->flags & BlockFlags::keepsScope) && scopes_.hasVisibleLocalScope();
-    if ((i->flags & BlockFlags::opensScope) || joins) scopes_.pushLocalScope();
+    const bool joins = !(i->flags & BlockFlags::keepsScope) && script_.scopes.hasVisibleLocalScope();
+    if ((i->flags & BlockFlags::opensScope) || joins) script_.scopes.pushLocalScope();
 }
 
 void Machine::closeBlock(const Instruction* i) {
-    const Variable count = scopes_.calls().pop();
+    const Variable count = script_.scopes.calls().pop();
     if (i->flags & BlockFlags::holdsLabels) script_.activeChunks.drop();
-    scopes_.popLocalScopesTo(static_cast<std::uint32_t>(count.intValue()));
+    script_.scopes.popLocalScopesTo(static_cast<std::uint32_t>(count.intValue()));
 }
 
 // Last number, step and current number of a loop, under its variable.
 void Machine::pushLoop(const ParsedFor& header, const NumericLoop& loop) {
-    BindingStack& stack = scopes_.calls();
+    BindingStack& stack = script_.scopes.calls();
     stack.push(Variable::integer(loop.stop));
     stack.push(Variable::integer(loop.step));
     stack.push(Variable::integer(loop.value));
     stack.push(Variable());
-    if (!header.names.empty()) scopes_.nameCallEntry(stack.size() - 1, scopes_.cell(header.names[0]));
+    if (!header.names.empty())
+        script_.scopes.nameCallEntry(stack.size() - 1, script_.scopes.cell(header.names[0]));
 }
 
 void Machine::openFor(const Instruction* i) {
@@ -314,7 +316,7 @@ void Machine::openWalk(const Instruction* i) {
     enterSite(i);
     const ParsedScriptLine& line = lineOf(i);
     script_.throwHeaderFault(line, line.forHeader->fault);
-    const CallScope scope = scopes_.pushCallScope(line.forHeader->names);
+    const CallScope scope = script_.scopes.pushCallScope(line.forHeader->names);
     SequenceWalk walk = script_.openSequenceWalk(line);
     if (script_.walkCount == script_.walks.size()) script_.walks.emplace_back();
     script_.walks[script_.walkCount++] = {std::move(walk), scope};
@@ -322,7 +324,7 @@ void Machine::openWalk(const Instruction* i) {
 
 void Machine::closeWalk() {
     script_.closeWalksTo(script_.walkCount - 1);
-    scopes_.popCallScope(script_.walks[script_.walkCount].scope);
+    script_.scopes.popCallScope(script_.walks[script_.walkCount].scope);
 }
 
 void Machine::fail(const Instruction* i) {

@@ -75,7 +75,7 @@ Variable join(const Variable& left, const Variable& right) {
     const TextOf second(right);
     std::string text;
     text.reserve(first.view().size() + second.view().size());
-    text = first.view();
+    text.append(first.view());
     appendText(text, second.view());
     return Variable::text(std::move(text));
 }
@@ -233,12 +233,9 @@ Variable performOperation(const Variable& left, TokenKind operation, const Varia
 }
 
 void appendInPlace(Variable& target, const Variable& value) {
-    if (value.isString() && value.identity() == target.identity()) {
-        const std::string text = value.text();
-        appendText(target.editableText(), text);
-    } else {
-        appendText(target.editableText(), TextOf(value).view());
-    }
+    if (!value.isString()) return appendText(target.editableText(), TextOf(value).view());
+    const Variable kept = value;  // which may be the target itself
+    appendText(target.editableText(), kept.text());
 }
 
 std::int32_t arrayLength(const Variable& value) {

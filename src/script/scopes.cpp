@@ -20,9 +20,9 @@ void Scopes::growCells(NameId name) {
 }
 
 // Gives a call as many arguments as there are parameters.
-void Scopes::fitArguments(BindingIndex end) {
-    while (calls_.size() < end) calls_.push(Variable());
-    calls_.dropTo(end, [](const BindingLink&) {});
+void Scopes::fitArguments(std::uint32_t count, std::uint32_t wanted) {
+    for (; count < wanted; ++count) calls_.push(Variable());
+    calls_.drop(static_cast<BindingIndex>(count - wanted));
 }
 
 Variable* Scopes::findIn(Scope& scope, NameId name) {

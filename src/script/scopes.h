@@ -104,20 +104,20 @@ public:
         link.hidden = *top;
         *top = &calls_.value(place);
     }
-    // Gives the values from `scope` on the parameters' names, as many as there are; null for a name that
-    // stands twice. The caller's locals are out of sight already.
-    [[gnu::always_inline]] void nameArguments(CallScope scope, std::span<Cell* const> parameters) {
-        const BindingIndex end = scope + static_cast<BindingIndex>(parameters.size());
-        if (calls_.size() != end) [[unlikely]]
-            fitArguments(end);
+    // Gives the top `count` values the names of so many parameters, which differ from each other; values
+    // without a name are dropped. The caller's locals are out of sight already.
+    [[gnu::always_inline]] void nameArguments(std::uint32_t count, Cell* const* parameters,
+                                              std::uint32_t parameterCount) {
+        if (count != parameterCount) [[unlikely]]
+            fitArguments(count, parameterCount);
+        const BindingIndex scope = calls_.size() - static_cast<BindingIndex>(parameterCount);
         BindingLink* link = &calls_.link(scope);
         Variable* value = &calls_.value(scope);
-        for (Cell* parameter : parameters) {
-            if (parameter) {
-                link->cell = parameter;
-                link->hidden = parameter->value;
-                parameter->value = value;
-            }
+        for (Cell* const* const end = parameters + parameterCount; parameters != end; ++parameters) {
+            Cell& parameter = **parameters;
+            link->cell = &parameter;
+            link->hidden = parameter.value;
+            parameter.value = value;
             ++link;
             ++value;
         }
@@ -127,24 +127,24 @@ public:
     struct CallerView {
         std::uint32_t localBase;
         BindingIndex visibleLocals;
-        std::uint32_t nativeLevel;
     };
-    CallerView callerView() const { return {localBase_, visibleLocals_, nativeLevel_}; }
+    CallerView callerView() const { return {localBase_, visibleLocals_}; }
     // Starts a call: the block locals of the caller go out of sight.
-    [[gnu::always_inline]] void enterCall(std::uint32_t nativeLevel) {
-        if (locals_.size() > visibleLocals_) hideLocals();
+    [[gnu::always_inline]] void enterCall() {
+        if (locals_.size() > visibleLocals_) [[unlikely]]
+            hideLocals();
         localBase_ = localScopes_.size();
         visibleLocals_ = locals_.size();
-        nativeLevel_ = nativeLevel;
     }
     // Ends a call with all scopes that it has left open, down to its first argument.
     [[gnu::always_inline]] void leaveCall(const CallerView& view, CallScope arguments) {
-        if (hasVisibleLocalScope()) popLocalScopesTo(localBase_);
+        if (hasVisibleLocalScope()) [[unlikely]]
+            popLocalScopesTo(localBase_);
         leaveCallScopes(arguments);
         localBase_ = view.localBase;
         visibleLocals_ = view.visibleLocals;
-        nativeLevel_ = view.nativeLevel;
-        if (locals_.size() > visibleLocals_) showLocals();
+        if (locals_.size() > visibleLocals_) [[unlikely]]
+            showLocals();
     }
 
     std::uint32_t nativeLevel() const { return nativeLevel_; }
@@ -184,7 +184,7 @@ private:
         return cell.newestLocal >= visibleLocals_ ? topBelowLocals(cell) : &cell.value;
     }
     Variable** topBelowLocals(Cell& cell);
-    void fitArguments(BindingIndex end);
+    void fitArguments(std::uint32_t count, std::uint32_t wanted);
     void hideLocals();
     void showLocals();
     void detach();

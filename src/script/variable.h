@@ -121,6 +121,24 @@ public:
         return true;
     }
 
+    // The value of one that owns nothing, to be kept while that goes.
+    struct Plain {
+        std::uint64_t bits;
+        VarType type;
+    };
+    Plain plain() const {
+        assert(!isCounted());
+        return {bits_, type_};
+    }
+    void assign(Plain value) {
+        if (isCounted()) [[unlikely]] {
+            *this = Variable(value.type, value.bits);
+        } else {
+            bits_ = value.bits;
+            type_ = value.type;
+        }
+    }
+
     std::int32_t intValue() const {
         assert(isInt());
         return static_cast<std::int32_t>(static_cast<std::uint32_t>(bits_));
