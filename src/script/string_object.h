@@ -39,10 +39,11 @@ private:
     enum class KeyClass : std::uint8_t { Unknown, Text, Integer };
     void classify() const;
 
+    mutable std::uint32_t hash_ = 0;  // beside the count: a smaller record
     std::string text_;
-    mutable std::uint32_t hash_ = 0;
     mutable std::int32_t keyNumber_ = 0;
     mutable KeyClass keyClass_ = KeyClass::Unknown;
 };
+static_assert(sizeof(void*) != 8 || sizeof(StringObject) == 48);
 
 }  // namespace kelmora
