@@ -56,6 +56,7 @@ public:
 
     BindingIndex size() const { return size_; }
     Variable& value(BindingIndex place) { return values_[place]; }
+    const Variable& value(BindingIndex place) const { return values_[place]; }
     BindingLink& link(BindingIndex place) { return links_[place]; }
     const BindingLink& link(BindingIndex place) const { return links_[place]; }
     std::span<const Variable> from(BindingIndex place) const {

@@ -52,6 +52,7 @@ public:
             if (endsBlock(line.kind)) break;
             script_.countStep();
             script_.context.setLine(line);
+            script_.showStatement();
             statement(line);
             script_.serviceCoroutines();
             if (signal_.isNormal() && script_.labels.jumpPending()) signal_.kind = BlockSignal::Kind::Jump;

@@ -12,9 +12,9 @@ namespace kelmora {
 // A call of a script function from outside running code.
 class CallFrame {
 public:
-    explicit CallFrame(Interpreter& script)
+    CallFrame(Interpreter& script, ScriptCallable& callable)
         : script_(script), line_(script.context), level_(script.scopes, script.scopes.nativeLevel()) {
-        script.callRecords.push({nullptr, nullptr, nullptr, script.context.line(), &script.context.file(),
+        script.callRecords.push({nullptr, nullptr, &callable, script.context.line(), &script.context.file(),
                                  script.scopes.callerView(), script.scopes.calls().size(), 0,
                                  script.walkCount, script.activeChunks.size()});
     }
@@ -111,7 +111,7 @@ Variable Interpreter::invokeProgram(ScriptCallable& callable, std::span<const Va
     }
     Variable result;
     {
-        CallFrame frame(*this);
+        CallFrame frame(*this, callable);
         const VarargsEntry entry(varargs, callable, arguments);
         frame.enter(callable, arguments);
         countStep();
@@ -126,7 +126,7 @@ Variable Interpreter::invokeBody(ScriptCallable& callable, std::span<const Varia
     BlockSignal signal;
     Variable value;
     {
-        CallFrame frame(*this);
+        CallFrame frame(*this, callable);
         const VarargsEntry entry(varargs, callable, arguments);
         frame.enter(callable, arguments);
         std::uint32_t index = 0;

@@ -81,6 +81,14 @@ private:
         }
     }
 
+    // Where the statement begins; of a `repeat` where it ends.
+    const ParsedScriptLine* firstLineOf(const BytecodeInstruction& instruction) const {
+        if (instruction.opcode != Opcode::If) return lineOf(instruction);
+        if (instruction.operand >= program_.ifGroups.size()) return nullptr;
+        const IfGroup& group = program_.ifGroups[instruction.operand];
+        return group.empty() ? nullptr : lineAt(group[0].line);
+    }
+
     // Neither makes locals nor is looked into by jumps.
     bool isPlain(const BytecodeChunk& chunk) const {
         return !chunk.declaresLocals && !mayHoldLabels_ && !writesVisibleLocals(chunk);
@@ -122,7 +130,7 @@ private:
         code_.blocks.push_back({index, {}, 0});
         opened_.back() = open(index, chunk, hasScope);
         for (std::uint32_t i = 0; i < chunk.instructionCount; ++i) {
-            setLine(nullptr);
+            setLine(firstLineOf(program_.instructions[chunk.firstInstruction + i]));
             between(block, false);
             compileStep(program_.instructions[chunk.firstInstruction + i]);
             setLine(nullptr);

@@ -120,6 +120,7 @@ private:
         const ParsedScriptLine& statement = line(index);
         if (statement.kind == ParsedLineKind::Empty) return false;
         script_.context.setLine(statement);
+        script_.showStatement();
         return statementStep(statement, index);
     }
 
@@ -260,6 +261,7 @@ void Interpreter::serviceScheduledCoroutineTurn() {
     const std::shared_ptr<CoroutineState> state = coroutines.scheduled;
     coroutines.next.reset();
     coroutines.inTurn = true;
+    coroutines.callsAround = callRecords.size();
     coroutines.terminateRequested = false;
     const SourceLineGuard line(context);
     const auto exchange = [&] {

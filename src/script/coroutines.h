@@ -59,6 +59,7 @@ struct Coroutines {
     std::shared_ptr<CoroutineState> next;
     std::exception_ptr pendingException;
     bool inTurn = false;
+    std::uint32_t callsAround = 0;  // the turn
     bool terminateRequested = false;
 };
 

@@ -31,6 +31,7 @@ namespace kelmora {
 
 struct Code;
 struct Instruction;
+class StatementWatcher;
 class VesperScript;
 
 // What the parser, the two executors, the coroutines and the library share: the state of one world of script
@@ -155,6 +156,18 @@ struct Interpreter {
                     const Variable& value);
     Variable* resolveTarget(const TokenAnalysis& name, ScopeTarget target);
 
+    // machine_calls.cpp
+    // Null takes the watcher away. It is borrowed.
+    void watchStatements(StatementWatcher* by) {
+        watcher = by;
+        mayNeedAttention = true;
+    }
+    void showStatement() {
+        if (watcher) [[unlikely]]
+            showToWatcher();
+    }
+    void showToWatcher();
+
     // block_executor.cpp
     Variable executeParsedBlock(const std::vector<ParsedScriptLine>& lines, std::uint32_t& index,
                                 BlockSignal& signal);
@@ -162,7 +175,8 @@ struct Interpreter {
     // Something may have to be done between two steps: a jump, a soft error, a coroutine's turn or failure.
     bool needsAttention() { return mayNeedAttention && lookForAttention(); }
     [[gnu::noinline]] bool lookForAttention() {
-        mayNeedAttention = labels.jumpPending() || softError.pending() || coroutines.needAttention();
+        mayNeedAttention =
+            labels.jumpPending() || softError.pending() || coroutines.needAttention() || watcher;
         return mayNeedAttention;
     }
 
@@ -195,6 +209,7 @@ struct Interpreter {
     Coroutines coroutines;
     // Set by all that may ask for attention; a look that finds nothing left clears it.
     bool mayNeedAttention = false;
+    StatementWatcher* watcher = nullptr;
     std::uint32_t callDepth = 0;
     std::uint32_t programDepth = 0;  // running programs
     std::uint32_t chunkDepth = 0;    // running loaded chunks

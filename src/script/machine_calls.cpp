@@ -4,6 +4,7 @@
 #include "script/code_compiler.h"
 #include "script/machine.h"
 #include "script/protected_result.h"
+#include "script/statement_watcher.h"
 
 // Calls other than the frequent ones, and what a run does when something asks for attention.
 namespace kelmora {
@@ -83,6 +84,18 @@ const Instruction* Machine::callOther(const Instruction* i, const Variable& call
 
 // --- Attention ---
 
+void Interpreter::showToWatcher() {
+    // What it evaluates is not shown to it.
+    StatementWatcher* const looking = std::exchange(watcher, nullptr);
+    try {
+        looking->beforeStatement(*this);
+    } catch (...) {
+        watcher = looking;
+        throw;
+    }
+    watchStatements(looking);
+}
+
 const Code& Machine::attentiveIfNeeded(const Code& plain) {
     if (!plain.program || plain.isAttentive() || !script_.lookForAttention()) return plain;
     if (!plain.attentive)
@@ -126,7 +139,9 @@ const Instruction* Machine::between(const Instruction* i) {
     if (script_.labels.jumpPending()) return jumpToLabel(i);
     if (atEnd) return i + 1;
     script_.rethrowPendingCoroutineException();
-    return aborted() ? nullptr : i + 1;
+    if (aborted()) return nullptr;
+    script_.showStatement();
+    return i + 1;
 }
 
 // With a jump on its way.

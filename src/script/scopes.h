@@ -83,6 +83,8 @@ public:
     // Call scopes: parameters, loop variables, and the values without a name that calls and loops keep.
     // Scopes are closed in the reverse order of opening.
     BindingStack& calls() { return calls_; }
+    const BindingStack& calls() const { return calls_; }
+    const BindingStack& locals() const { return locals_; }
     // Missing values are nil. A name that stands twice keeps its first place.
     CallScope pushCallScope(std::span<const NameId> names);
     // Closes a scope in a call that goes on, or all that a call has opened: its locals are gone then.
@@ -150,6 +152,11 @@ public:
     std::uint32_t nativeLevel() const { return nativeLevel_; }
     void setNativeLevel(std::uint32_t level) { nativeLevel_ = level; }
 
+    // Of the native level in hand.
+    std::span<const std::pair<NameId, Variable>> natives() const {
+        if (nativeLevel_ >= nativeScopes_.size()) return {};
+        return nativeScopes_[nativeLevel_];
+    }
     // The globals that hold a value now, in no particular order.
     std::vector<std::pair<NameId, const Variable*>> definedGlobals() const;
 

@@ -142,9 +142,23 @@ void Interpreter::bindElement(const ParsedFor& header, CallScope scope, Variable
         scopes.callEntry(scope, i) = i < items.size() ? items[i] : Variable();
 }
 
+namespace {
+
+// As it is written: `Window["close"]`.
+std::string declaredName(const ParsedScriptLine& line) {
+    std::string name;
+    for (std::size_t i = line.functionHeader->nameToken;
+         i < line.tokens.size() && line.analysis[i].kind != TokenKind::OpenParenthesis; ++i)
+        name += line.tokens[i];
+    return name;
+}
+
+}  // namespace
+
 Variable Interpreter::makeDeclaredCallable(const ParsedScriptLine& line) const {
     Variable function = Variable::function(new ScriptCallable);
     ScriptCallable& callable = function.function();
+    callable.name = declaredName(line);
     callable.isDecay = line.kind == ParsedLineKind::DecayFunction;
     callable.isVariadic = line.functionHeader->isVariadic;
     callable.parameters = line.functionHeader->parameters;
