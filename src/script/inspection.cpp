@@ -46,7 +46,8 @@ std::vector<RunningFrame> runningFrames(const Interpreter& script) {
         frame.locals = namedBetween(scopes.locals(), localsFirst, localsEnd);
         if (isOutermost) {
             frame.parameters = namedBetween(scopes.calls(), 0, entriesEnd);
-            if (script.coroutines.inTurn) frame.function = script.coroutines.scheduled->callable.function().name;
+            if (script.coroutines.inTurn)
+                frame.function = script.coroutines.scheduled->callable.function().name;
             return frames;
         }
         const Interpreter::CallRecord& record = script.callRecords[i - 1];

@@ -15,8 +15,8 @@ using NamedValues = std::vector<std::pair<std::string, Variable>>;
 
 // A running call, or the program around all calls.
 struct RunningFrame {
-    std::string function;  // empty for a program
-    std::string path;      // of its source, empty without one
+    std::string function;    // empty for a program
+    std::string path;        // of its source, empty without one
     std::uint32_t line = 0;  // from 1; 0 where none is known
     NamedValues locals;      // of its open blocks, the innermost first; a name that is hidden is left out
     NamedValues parameters;  // and loop variables
