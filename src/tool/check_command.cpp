@@ -7,6 +7,7 @@
 #include "host/boot_image.h"
 #include "host/registration.h"
 #include "tool/guest_tool.h"
+#include "tool/source_files.h"
 #include "tool/source_text.h"
 #include "tool/tool_command.h"
 #include "tool/tool_options.h"
@@ -16,28 +17,6 @@ namespace kelmora {
 namespace {
 
 namespace fs = std::filesystem;
-
-bool isSource(const fs::path& path) {
-    return path.extension() == ".vs" || guestToolForSource(path.string()) != nullptr;
-}
-
-std::vector<std::string> sourcesBelow(const fs::path& folder) {
-    std::vector<std::string> found;
-    std::error_code ignored;
-    for (const auto& entry : fs::recursive_directory_iterator(folder, ignored))
-        if (entry.is_regular_file() && isSource(entry.path())) found.push_back(entry.path().string());
-    std::sort(found.begin(), found.end());
-    return found;
-}
-
-// The folder of the game that a script belongs to: the one around its `Resources`. Empty outside of games.
-fs::path gameOf(const std::string& path) {
-    std::error_code ignored;
-    for (fs::path folder = fs::absolute(path, ignored).parent_path(); folder.has_relative_path();
-         folder = folder.parent_path())
-        if (folder.filename() == "Resources") return folder.parent_path();
-    return {};
-}
 
 Diagnostic guestDiagnostic(const std::string& path, const std::string& source, const std::string& error) {
     Diagnostic made;

@@ -12,6 +12,7 @@ extern const ToolCommand runCommand;
 extern const ToolCommand compileCommand;
 extern const ToolCommand dumpCommand;
 extern const ToolCommand checkCommand;
+extern const ToolCommand formatCommand;
 extern const ToolCommand newCommand;
 extern const ToolCommand playCommand;
 extern const ToolCommand testCommand;
@@ -19,7 +20,7 @@ extern const ToolCommand helpCommand;
 
 std::span<const ToolCommand* const> toolCommands() {
     static constexpr std::array commands{
-        &runCommand, &compileCommand, &dumpCommand, &checkCommand,
+        &runCommand, &compileCommand, &dumpCommand, &checkCommand, &formatCommand,
         &newCommand, &playCommand,    &testCommand, &helpCommand,
     };
     return commands;

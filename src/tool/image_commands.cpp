@@ -52,8 +52,7 @@ extern const ToolCommand compileCommand{
     "wherever it stands.\n",
     compileFile};
 
-extern const ToolCommand dumpCommand{
-    "dump", "IMAGE", "show what an image holds",
-    "Prints the tables and instructions of an image as text.\n", dumpImage};
+extern const ToolCommand dumpCommand{"dump", "IMAGE", "show what an image holds",
+                                     "Prints the tables and instructions of an image as text.\n", dumpImage};
 
 }  // namespace kelmora
