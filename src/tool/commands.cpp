@@ -16,12 +16,13 @@ extern const ToolCommand formatCommand;
 extern const ToolCommand newCommand;
 extern const ToolCommand playCommand;
 extern const ToolCommand testCommand;
+extern const ToolCommand lspCommand;
 extern const ToolCommand helpCommand;
 
 std::span<const ToolCommand* const> toolCommands() {
     static constexpr std::array commands{
         &runCommand, &compileCommand, &dumpCommand, &checkCommand, &formatCommand,
-        &newCommand, &playCommand,    &testCommand, &helpCommand,
+        &newCommand, &playCommand,    &testCommand, &lspCommand,   &helpCommand,
     };
     return commands;
 }

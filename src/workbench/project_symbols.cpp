@@ -256,7 +256,7 @@ std::vector<NameInSight> ProjectSymbols::namesInSight(const std::string& path, s
             // What is being typed names nothing yet.
             const bool isTyped =
                 &source == here && uses.size() == 1 && source.occurrences()[uses[0]].token == typed;
-            if (isTyped || hostNames_.contains(name)) continue;
+            if (isTyped) continue;
             for (const std::uint32_t use : uses) {
                 const NameUse kind = source.occurrences()[use].use;
                 if (!makesFree(kind)) continue;

@@ -54,7 +54,7 @@ public:
     std::optional<SourceSpan> renameable(const std::string& path, std::size_t offset) const;
     RenamePlan rename(const std::string& path, std::size_t offset, std::string_view newName) const;
 
-    // Names that begin like this, in any case, without the engine's, by name.
+    // Names that begin like this, in any case, and that a script here sets, by name.
     std::vector<NameInSight> namesInSight(const std::string& path, std::size_t offset,
                                           std::string_view prefix) const;
     std::set<std::string> membersOf(std::string_view table) const;

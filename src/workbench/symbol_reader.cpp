@@ -43,7 +43,8 @@ void SymbolReader::lastStatement() {
     const std::vector<std::uint32_t> all = std::move(code_);
     code_.clear();
     for (const std::uint32_t token : all) {
-        if (!code_.empty() && symbols_.tokens_[token].line != symbols_.tokens_[code_.back()].line) statement();
+        if (!code_.empty() && symbols_.tokens_[token].line != symbols_.tokens_[code_.back()].line)
+            statement();
         code_.push_back(token);
     }
     statement();
