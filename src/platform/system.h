@@ -26,6 +26,8 @@ bool windows_temp_directory(char* buffer, unsigned size);
 
 bool platform_is_windows();
 bool platform_stdout_is_terminal();
+// Line ends arrive as they were sent.
+void platform_read_stdin_as_bytes();
 // The lowest address of the calling thread's stack, or 0 if unknown. Slow: ask once a thread.
 std::uintptr_t platform_stack_low_address();
 // For the calling thread, where its user may: a step above the usual.

@@ -3,10 +3,9 @@
 #include <iostream>
 #include <set>
 
-#include "bindings/modules.h"
-#include "host/boot_image.h"
-#include "host/registration.h"
+#include "tool/game_check.h"
 #include "tool/guest_tool.h"
+#include "tool/source_files.h"
 #include "tool/source_text.h"
 #include "tool/tool_command.h"
 #include "tool/tool_options.h"
@@ -17,51 +16,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool isSource(const fs::path& path) {
-    return path.extension() == ".vs" || guestToolForSource(path.string()) != nullptr;
-}
-
-std::vector<std::string> sourcesBelow(const fs::path& folder) {
-    std::vector<std::string> found;
-    std::error_code ignored;
-    for (const auto& entry : fs::recursive_directory_iterator(folder, ignored))
-        if (entry.is_regular_file() && isSource(entry.path())) found.push_back(entry.path().string());
-    std::sort(found.begin(), found.end());
-    return found;
-}
-
-// The folder of the game that a script belongs to: the one around its `Resources`. Empty outside of games.
-fs::path gameOf(const std::string& path) {
-    std::error_code ignored;
-    for (fs::path folder = fs::absolute(path, ignored).parent_path(); folder.has_relative_path();
-         folder = folder.parent_path())
-        if (folder.filename() == "Resources") return folder.parent_path();
-    return {};
-}
-
-Diagnostic guestDiagnostic(const std::string& path, const std::string& source, const std::string& error) {
-    Diagnostic made;
-    made.path = path;
-    made.message = error;
-    if (const auto failure = parseGuestFailure(error, path, source)) {
-        made.message = failure->message;
-        made.line = static_cast<std::uint32_t>(failure->line);
-        made.column = static_cast<std::uint32_t>(std::max<std::size_t>(failure->column, 1));
-        made.source = failure->source;
-    }
-    return made;
-}
-
-void checkGuest(Runtime& runtime, const GuestTool& guest, const std::string& path,
-                std::vector<Diagnostic>& found) {
-    const std::string source = readSource(path);
-    try {
-        guest.compile(runtime, source, path);
-    } catch (const std::exception& error) {
-        found.push_back(guestDiagnostic(path, source, error.what()));
-    }
-}
-
 constexpr ToolOption checkOptions[] = {{"--json"}};
 
 int checkScripts(ToolContext& tool, std::span<const std::string> words) {
@@ -69,10 +23,7 @@ int checkScripts(ToolContext& tool, std::span<const std::string> words) {
     const std::vector<std::string>& paths = options.words();
     if (paths.empty()) throw UsageError("check wants files or folders");
     Runtime& runtime = tool.runtime;
-    registerFunctions(runtime);
-    // A machine without a display plays no games, but checks them.
-    runtime.engine.pushVariable("Metal", makeModule("Metal", {metalBindings()}));
-    runtime.engine.nativeStack().markBase();
+    registerForCheck(runtime);
     std::vector<std::string> files;
     std::set<std::string> companions;
     for (const std::string& path : paths) {
@@ -87,14 +38,14 @@ int checkScripts(ToolContext& tool, std::span<const std::string> words) {
     }
 
     ScriptCheck check(runtime.engine);
-    const std::span<const unsigned char> boot = bootText();
-    check.addHostScript(std::string(boot.begin(), boot.end()));
+    check.addHostScript(bootSource());
     for (const std::string& other : companions)
         if (fs::path(other).extension() == ".vs") check.addKnown(readSource(other));
     std::vector<Diagnostic> guests;
     for (const std::string& path : files) {
-        if (const GuestTool* guest = guestToolForSource(path)) {
-            checkGuest(runtime, *guest, path, guests);
+        if (guestToolForSource(path)) {
+            const std::vector<Diagnostic> faults = checkGuest(runtime, path, readSource(path));
+            guests.insert(guests.end(), faults.begin(), faults.end());
         } else {
             check.add(path, readSource(path));
         }

@@ -12,15 +12,17 @@ extern const ToolCommand runCommand;
 extern const ToolCommand compileCommand;
 extern const ToolCommand dumpCommand;
 extern const ToolCommand checkCommand;
+extern const ToolCommand formatCommand;
 extern const ToolCommand newCommand;
 extern const ToolCommand playCommand;
 extern const ToolCommand testCommand;
+extern const ToolCommand lspCommand;
 extern const ToolCommand helpCommand;
 
 std::span<const ToolCommand* const> toolCommands() {
     static constexpr std::array commands{
-        &runCommand, &compileCommand, &dumpCommand, &checkCommand,
-        &newCommand, &playCommand,    &testCommand, &helpCommand,
+        &runCommand, &compileCommand, &dumpCommand, &checkCommand, &formatCommand,
+        &newCommand, &playCommand,    &testCommand, &lspCommand,   &helpCommand,
     };
     return commands;
 }

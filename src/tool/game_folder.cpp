@@ -44,6 +44,15 @@ fs::path findGame(const std::string& path) {
     return game;
 }
 
+std::vector<fs::path> librariesOf(const fs::path& game) {
+    std::vector<fs::path> found;
+    for (const std::string& library : linesOf(game / "libraries.txt")) {
+        const fs::path source = game.parent_path() / "library" / library;
+        if (!fs::exists(game / "Libraries" / library) && fs::is_directory(source)) found.push_back(source);
+    }
+    return found;
+}
+
 ScratchFolder::ScratchFolder() {
     std::random_device random;
     const fs::path parent = fs::temp_directory_path();
@@ -63,11 +72,8 @@ void copyGame(const fs::path& game, const fs::path& target) {
             copyTree(entry.path(), target / "Resources" / entry.path().filename());
     fs::create_directories(target / "Libraries");
     if (fs::is_directory(game / "Libraries")) copyTree(game / "Libraries", target / "Libraries");
-    for (const std::string& library : linesOf(game / "libraries.txt")) {
-        const fs::path source = game.parent_path() / "library" / library;
-        if (!fs::exists(target / "Libraries" / library) && fs::is_directory(source))
-            copyTree(source, target / "Libraries" / library);
-    }
+    for (const fs::path& library : librariesOf(game))
+        copyTree(library, target / "Libraries" / library.filename());
     const fs::path fonts = target / "Resources/package/fonts";
     for (const std::string& font : linesOf(game / "fonts.txt")) {
         fs::create_directories(fonts);

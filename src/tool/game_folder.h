@@ -2,11 +2,16 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace kelmora {
 
 // The game's folder, which holds `Resources`. Raises UsageError when there is none at the path.
 std::filesystem::path findGame(const std::string& path);
+
+// The libraries that the game's libraries.txt names, where it has no copy of its own: those of the folder
+// `library` beside it.
+std::vector<std::filesystem::path> librariesOf(const std::filesystem::path& game);
 
 // A folder among the system's temporary ones that goes with the object.
 class ScratchFolder {

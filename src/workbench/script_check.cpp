@@ -160,12 +160,13 @@ std::uint32_t lineOfReport(const std::string& report) {
 }  // namespace
 
 ScriptCheck::ScriptCheck(VesperScript& engine) : engine_(engine) {
-    known_.insert("arguments");  // of a script that the tool runs
+    host_.known.insert("arguments");  // of a script that the tool runs
     for (const auto& [name, value] : engine.globals()) {
-        known_.insert(name);
+        host_.known.insert(name);
         if (!value.isTable()) continue;
-        std::set<std::string>& members = members_[name];
-        for (const Ref<StringObject>& key : value.table().sortedKeys()->keys) members.insert(key->text());
+        hostTables_.insert(name);
+        for (const Ref<StringObject>& key : value.table().sortedKeys()->keys)
+            host_.members.emplace_back(name, key->text());
     }
 }
 
@@ -174,9 +175,11 @@ void ScriptCheck::addKnown(const std::string& source) {
 }
 
 void ScriptCheck::addHostScript(const std::string& source) {
-    for (const ParsedScriptLine& line : take({}, source).statements)
-        forEachNameRead(line,
-                        [&](std::uint32_t token) { known_.insert(nameText(line.analysis[token].name)); });
+    Source& taken = take({}, source);
+    for (const ParsedScriptLine& line : taken.statements)
+        forEachNameRead(line, [&](std::uint32_t token) {
+            taken.facts.known.insert(nameText(line.analysis[token].name));
+        });
 }
 
 void ScriptCheck::add(const std::string& path, const std::string& source) {
@@ -186,13 +189,34 @@ void ScriptCheck::add(const std::string& path, const std::string& source) {
     take(std::move(added), source);
 }
 
+void ScriptCheck::replace(const std::string& path, const std::string& source, bool isChecked) {
+    Source made;
+    made.path = path;
+    made.isChecked = isChecked;
+    const auto found =
+        std::find_if(sources_.begin(), sources_.end(), [&](const Source& each) { return each.path == path; });
+    if (found == sources_.end()) {
+        take(std::move(made), source);
+    } else {
+        *found = readSource(std::move(made), source);
+    }
+}
+
+void ScriptCheck::remove(const std::string& path) {
+    std::erase_if(sources_, [&](const Source& each) { return each.path == path; });
+}
+
 ScriptCheck::Source& ScriptCheck::take(Source source, const std::string& text) {
+    sources_.push_back(readSource(std::move(source), text));
+    return sources_.back();
+}
+
+ScriptCheck::Source ScriptCheck::readSource(Source source, const std::string& text) {
     source.physicalLines = splitLines(text);
     read(source);
     source.isVariadic = variadicLines(source.statements);
     collect(source);
-    sources_.push_back(std::move(source));
-    return sources_.back();
+    return source;
 }
 
 // A bracket that is not closed takes in all that follows: such a statement is left out, and the rest read
@@ -226,23 +250,42 @@ void ScriptCheck::read(Source& source) {
     }
 }
 
-void ScriptCheck::collect(const Source& source) {
-    for (const ParsedScriptLine& line : source.statements) collectLine(line);
+void ScriptCheck::collect(Source& source) {
+    for (const ParsedScriptLine& line : source.statements) collectLine(line, source.facts);
 }
 
-void ScriptCheck::collectLine(const ParsedScriptLine& line) {
-    if (line.hasNestLabel) labels_.insert(line.nestLabel);
-    forEachNameSet(line, [this](NameId name) { known_.insert(nameText(name)); });
-    forEachNameReplaced(line, [this](NameId name) { redefined_.insert(nameText(name)); });
-    forEachMemberSet(line, [this](NameId name, const std::string& member) {
-        if (const auto table = members_.find(nameText(name)); table != members_.end())
-            table->second.insert(member);
+void ScriptCheck::collectLine(const ParsedScriptLine& line, Facts& facts) {
+    if (line.hasNestLabel) facts.labels.insert(line.nestLabel);
+    forEachNameSet(line, [&](NameId name) { facts.known.insert(nameText(name)); });
+    forEachNameReplaced(line, [&](NameId name) { facts.redefined.insert(nameText(name)); });
+    forEachMemberSet(line, [&](NameId name, const std::string& member) {
+        facts.members.emplace_back(nameText(name), member);
     });
     for (const TokenAnalysis& token : line.analysis)
-        if (token.kind == TokenKind::String) texts_.insert(token.literal.text());
+        if (token.kind == TokenKind::String) facts.texts.insert(token.literal.text());
+}
+
+void ScriptCheck::gather() {
+    known_.clear();
+    redefined_.clear();
+    texts_.clear();
+    labels_.clear();
+    members_.clear();
+    for (const std::string& table : hostTables_) members_[table];
+    const auto give = [this](const Facts& facts) {
+        known_.insert(facts.known.begin(), facts.known.end());
+        redefined_.insert(facts.redefined.begin(), facts.redefined.end());
+        texts_.insert(facts.texts.begin(), facts.texts.end());
+        labels_.insert(facts.labels.begin(), facts.labels.end());
+        for (const auto& [name, member] : facts.members)
+            if (const auto table = members_.find(name); table != members_.end()) table->second.insert(member);
+    };
+    give(host_);
+    for (const Source& source : sources_) give(source.facts);
 }
 
 std::vector<Diagnostic> ScriptCheck::run() {
+    gather();
     std::vector<Diagnostic> found;
     for (const Source& source : sources_) {
         if (!source.isChecked) continue;

@@ -3,6 +3,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "script/parsed_line.h"
@@ -23,12 +24,24 @@ public:
     // The same, of the host: what it reads, a game may set or leave alone.
     void addHostScript(const std::string& source);
     void add(const std::string& path, const std::string& source);
+    // Takes the place of what stands under that path, checked or not, or is added.
+    void replace(const std::string& path, const std::string& source, bool isChecked);
+    void remove(const std::string& path);
     // The faults of all that was added, in that order, line by line.
     std::vector<Diagnostic> run();
 
 private:
+    // What a source gives to the others' check.
+    struct Facts {
+        std::set<std::string> known;
+        std::set<std::string> redefined;
+        std::vector<std::pair<std::string, std::string>> members;
+        std::set<std::string> texts;
+        std::set<std::string> labels;
+    };
     struct Source {
         std::string path;
+        Facts facts;
         std::vector<std::string> physicalLines;
         std::vector<ParsedScriptLine> statements;
         std::vector<bool> isVariadic;    // of the function around each statement
@@ -37,9 +50,12 @@ private:
     };
 
     Source& take(Source source, const std::string& text);
+    Source readSource(Source source, const std::string& text);
     void read(Source& source);
-    void collect(const Source& source);
-    void collectLine(const ParsedScriptLine& line);
+    static void collect(Source& source);
+    static void collectLine(const ParsedScriptLine& line, Facts& facts);
+    // Puts together what the sources give.
+    void gather();
     void check(const Source& source, std::vector<Diagnostic>& found);
     bool standsInText(const std::string& word) const;
     // Each name once.
@@ -49,6 +65,8 @@ private:
     void checkLabels(const Source& source, const ParsedScriptLine& line, std::vector<Diagnostic>& found);
 
     VesperScript& engine_;
+    Facts host_;                                            // what the engine gives
+    std::set<std::string> hostTables_;                      // its modules and the library's tables
     std::map<std::string, std::set<std::string>> members_;  // of the modules and the library's tables
     std::set<std::string> known_;                           // names that something sets
     std::set<std::string> redefined_;                       // those that the sources set themselves

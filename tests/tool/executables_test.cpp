@@ -108,8 +108,29 @@ TEST_F(Executables, VesperChecksGamesAndExplainsItself) {
               "vesper: unknown command chekc; did you mean check? (vesper help shows what there is)\n");
     EXPECT_EQ(vesper("help check").exitCode, 0);
     EXPECT_EQ(vesper("help nothing").exitCode, 2);
+    EXPECT_TRUE(vesper("help Plush.killImage").text.starts_with("Plush[\"killImage\"](image)\n"));
+    EXPECT_EQ(
+        vesper("help killImge").text,
+        "vesper: nothing is known of killImge; did you mean killImage? (vesper help shows what there is)\n");
     EXPECT_NE(vesper("--help").text.find("vesper compile FILE -o IMAGE"), std::string::npos);
     EXPECT_TRUE(vesper("--version").text.starts_with("vesper 1."));
+}
+
+TEST_F(Executables, VesperFormatsFilesInPlace) {
+    const std::string script = file("loose.vs", "if  x\ny=1\nend\n");
+    file("broken.vs", "x =  (1\n");
+    file("fine.vs", "x = 1\n");
+    const std::string folder = quoted(root_.path().string());
+    EXPECT_EQ(vesper("format --check " + script).exitCode, 1);
+    const ShellOutcome outcome = vesper("format " + folder);
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_NE(outcome.text.find("broken.vs:1: left as it is: the bracket is not closed\n"),
+              std::string::npos);
+    EXPECT_NE(outcome.text.find("loose.vs: formatted\n"), std::string::npos);
+    EXPECT_EQ(outcome.text.find("fine.vs"), std::string::npos);
+    EXPECT_EQ(readWholeFile((root_ / "loose.vs").string()), "if x\n    y = 1\nend\n");
+    EXPECT_EQ(vesper("format --check " + script).exitCode, 0);
+    EXPECT_EQ(vesper("format " + file("a.lua", "")).exitCode, 2);
 }
 
 // Every target's compiler writes the image that the build's own wrote.

@@ -67,6 +67,8 @@ bool platform_is_windows() {
     return false;
 }
 
+void platform_read_stdin_as_bytes() {}
+
 bool platform_stdout_is_terminal() {
     return isatty(STDOUT_FILENO) == 1;
 }

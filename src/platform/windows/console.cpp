@@ -39,6 +39,10 @@ const ConsoleAttachment attachment;
 
 }  // namespace
 
+void platform_read_stdin_as_bytes() {
+    _setmode(_fileno(stdin), _O_BINARY);
+}
+
 bool platform_stdout_is_terminal() {
     return _isatty(_fileno(stdout)) != 0;
 }
