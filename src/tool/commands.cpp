@@ -15,12 +15,13 @@ extern const ToolCommand checkCommand;
 extern const ToolCommand newCommand;
 extern const ToolCommand playCommand;
 extern const ToolCommand testCommand;
+extern const ToolCommand roamCommand;
 extern const ToolCommand helpCommand;
 
 std::span<const ToolCommand* const> toolCommands() {
     static constexpr std::array commands{
-        &runCommand, &compileCommand, &dumpCommand, &checkCommand,
-        &newCommand, &playCommand,    &testCommand, &helpCommand,
+        &runCommand,  &compileCommand, &dumpCommand, &checkCommand, &newCommand,
+        &playCommand, &testCommand,    &roamCommand, &helpCommand,
     };
     return commands;
 }
