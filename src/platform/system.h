@@ -25,6 +25,9 @@ bool windows_temp_directory(char* buffer, unsigned size);
 [[nodiscard]] bool platform_replace_file(const char* path, const void* content, std::size_t size);
 
 bool platform_is_windows();
+// A box of the system's with the words, for when there is no window; waits until it is closed. False where
+// the system has none.
+bool platform_show_message(const char* title, const char* text);
 bool platform_stdout_is_terminal();
 // The lowest address of the calling thread's stack, or 0 if unknown. Slow: ask once a thread.
 std::uintptr_t platform_stack_low_address();

@@ -2,12 +2,14 @@
 
 #include <utility>
 
+#include "host/failure_page.h"
 #include "host/registration.h"
 #include "host/startup.h"
 #include "image/image_registry.h"
 #include "platform/environment.h"
 #include "platform/windows_window.h"
 #include "script/table_object.h"
+#include "shim/shim.h"
 #include "workbench/failure_report.h"
 
 namespace kelmora {
@@ -97,6 +99,15 @@ Variable GameSession::update(UpdateWatcher& watcher, const Variable& original,
     Variable result = runtime_.engine.callCallable(original, arguments);
     watcher.afterUpdate(update_, core);
     return result;
+}
+
+bool GameSession::showFailure(const std::string& failure, UpdateWatcher& watcher) {
+    return kelmora::showFailure(runtime_, failure, [&] {
+        WindowCore& core = runtime_.window->core;
+        watcher.beforeUpdate(++update_, core);
+        vh_updateWindow(runtime_.window);
+        watcher.afterUpdate(update_, core);
+    });
 }
 
 std::optional<std::string> GameSession::play(UpdateWatcher& watcher) {

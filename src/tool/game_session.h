@@ -53,6 +53,12 @@ public:
     // Until the game ends. What it fails with, as it goes to standard error; nothing when it did not. A game
     // that goes on for long after its window was asked to close fails.
     std::optional<std::string> play(UpdateWatcher& watcher);
+    // Shows the failure in the game's window, where there is one. True when the author wants the game anew.
+    bool showFailure(const std::string& failure, UpdateWatcher& watcher);
+
+    int updates() const { return update_; }
+    // Updates are counted on from there.
+    void countFrom(int update) { update_ = update; }
 
 private:
     void setClockByUpdates();

@@ -67,6 +67,10 @@ bool platform_is_windows() {
     return false;
 }
 
+bool platform_show_message(const char*, const char*) {
+    return false;
+}
+
 bool platform_stdout_is_terminal() {
     return isatty(STDOUT_FILENO) == 1;
 }
