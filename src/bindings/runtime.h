@@ -26,8 +26,9 @@ struct Runtime {
     Runtime(const Runtime&) = delete;
     Runtime& operator=(const Runtime&) = delete;
 
-    // The file that keeps the window's place.
-    std::string windowPlacePath() const { return path + "../Resources/volatile/window.txt"; }
+    // Where the game keeps saves, settings and the window's place, with its last separator.
+    std::string keptFolder() const { return path + "../Resources/volatile/"; }
+    std::string windowPlacePath() const { return keptFolder() + "window.txt"; }
     void destroyWindow();
 
     VesperScript engine;

@@ -2,9 +2,12 @@
 
 #include <array>
 #include <iostream>
+#include <optional>
 #include <utility>
 
 #include "host/console_host.h"
+#include "host/failure_page.h"
+#include "image/image_registry.h"
 #include "script/source_path.h"
 #include "shim/shim.h"
 #include "workbench/failure_report.h"
@@ -32,22 +35,36 @@ void runEmbeddedStartupScript(Runtime& runtime, std::span<const unsigned char> i
     runtime.engine.runBytecode(std::move(program));
 }
 
+namespace {
+
+// What it failed with; nothing when it did not.
+std::optional<std::string> playGame(Runtime& runtime, std::span<const unsigned char> bootImage) try {
+    registerFunctions(runtime);
+    runEmbeddedStartupScript(runtime, bootImage, startupSourcePath(runtime));
+    return std::nullopt;
+} catch (const std::exception& error) {
+    return std::string(error.what()) + '\n' +
+           failurePlaces(runtime.engine, error.what(), startupSourcePath(runtime));
+}
+
+}  // namespace
+
 int runKelmora(std::span<const unsigned char> bootImage, int argc, const char* const* argv) {
     ConsoleHost host;
-    Runtime runtime(host);
-    int exitCode = 0;
-    try {
+    for (;;) {
+        Runtime runtime(host);
         runtime.path = findBaseDirectory(argc, argv);
-        registerFunctions(runtime);
-        runEmbeddedStartupScript(runtime, bootImage, startupSourcePath(runtime));
-    } catch (const std::exception& error) {
-        std::cout.flush();
-        std::cerr << "Kelmora startup error: " << error.what() << '\n'
-                  << failurePlaces(runtime.engine, error.what(), startupSourcePath(runtime)) << std::flush;
-        exitCode = 1;
+        const std::optional<std::string> failure = playGame(runtime, bootImage);
+        bool isAgain = false;
+        if (failure) {
+            std::cout.flush();
+            std::cerr << "Kelmora startup error: " << *failure << std::flush;
+            isAgain = showFailure(runtime, *failure, [&] { vh_updateWindow(runtime.window); });
+        }
+        runtime.destroyWindow();
+        if (!isAgain) return failure ? 1 : 0;
+        while (!livePlushImages.empty()) killPlushImage(*livePlushImages.begin());
     }
-    runtime.destroyWindow();
-    return exitCode;
 }
 
 }  // namespace kelmora

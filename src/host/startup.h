@@ -18,7 +18,8 @@ std::string startupSourcePath(const Runtime& runtime);
 void runEmbeddedStartupScript(Runtime& runtime, std::span<const unsigned char> image,
                               const std::string& sourcePath);
 
-// The whole life of the executable; gives its exit code. A failure goes to standard error.
+// The whole life of the executable; gives its exit code. A failure goes to standard error, and
+// to where the player stands.
 int runKelmora(std::span<const unsigned char> bootImage, int argc, const char* const* argv);
 
 }  // namespace kelmora

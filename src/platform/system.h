@@ -25,6 +25,9 @@ bool windows_temp_directory(char* buffer, unsigned size);
 [[nodiscard]] bool platform_replace_file(const char* path, const void* content, std::size_t size);
 
 bool platform_is_windows();
+// A box of the system's with the words, for when there is no window; waits until it is closed. False where
+// the system has none.
+bool platform_show_message(const char* title, const char* text);
 bool platform_stdout_is_terminal();
 // Line ends arrive as they were sent.
 void platform_read_stdin_as_bytes();

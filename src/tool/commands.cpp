@@ -16,14 +16,20 @@ extern const ToolCommand formatCommand;
 extern const ToolCommand newCommand;
 extern const ToolCommand playCommand;
 extern const ToolCommand testCommand;
+extern const ToolCommand roamCommand;
 extern const ToolCommand lspCommand;
 extern const ToolCommand helpCommand;
 
 std::span<const ToolCommand* const> toolCommands() {
+    // clang-format off
     static constexpr std::array commands{
-        &runCommand, &compileCommand, &dumpCommand, &checkCommand, &formatCommand,
-        &newCommand, &playCommand,    &testCommand, &lspCommand,   &helpCommand,
+        &runCommand, &compileCommand, &dumpCommand,
+        &checkCommand, &formatCommand,
+        &newCommand, &playCommand, &testCommand, &roamCommand,
+        &lspCommand,
+        &helpCommand,
     };
+    // clang-format on
     return commands;
 }
 

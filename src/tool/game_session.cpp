@@ -1,11 +1,15 @@
 #include "tool/game_session.h"
 
+#include <utility>
+
+#include "host/failure_page.h"
 #include "host/registration.h"
 #include "host/startup.h"
 #include "image/image_registry.h"
 #include "platform/environment.h"
 #include "platform/windows_window.h"
 #include "script/table_object.h"
+#include "shim/shim.h"
 #include "workbench/failure_report.h"
 
 namespace kelmora {
@@ -27,6 +31,7 @@ GameSession::GameSession(HostServices& host, std::span<const unsigned char> boot
     std::filesystem::create_directories(game / "Resources/volatile");
     runtime_.path = (game / "Resources").generic_string() + "/";
     registerFunctions(runtime_);
+    if (headless) setClockByUpdates();
 }
 
 GameSession::~GameSession() {
@@ -47,6 +52,23 @@ void GameSession::wrap(const char* module, const char* member, Around around) {
                               return around(original, arguments);
                           },
                           name));
+}
+
+// Nothing waits, and the same input is the same game. Each look takes a millisecond, so that a script that
+// waits for the clock gets there.
+void GameSession::setClockByUpdates() {
+    const auto now = [this] { return Variable::integer(++clock_); };
+    wrap("Vesper", "getGlobalTime", [now](const Variable&, const std::vector<Variable>&) { return now(); });
+    wrap("Vesper", "getClock", [this, now](const Variable&, const std::vector<Variable>&) {
+        const std::int32_t before = std::exchange(frameClock_, now().intValue());
+        return Variable::integer(frameClock_ - before);
+    });
+    wrap("Vesper", "sleep", [this](const Variable&, const std::vector<Variable>& arguments) {
+        if (!arguments.empty() && arguments[0].isInt() && arguments[0].intValue() > 0)
+            clock_ = static_cast<std::int32_t>(static_cast<std::uint32_t>(clock_) +
+                                               static_cast<std::uint32_t>(arguments[0].intValue()));
+        return Variable();
+    });
 }
 
 Variable globalOf(const VesperScript& engine, const std::string& name) try {
@@ -72,10 +94,20 @@ Variable GameSession::update(UpdateWatcher& watcher, const Variable& original,
     if (core.shouldClose() && ++updatesSinceClose_ > updatesToEndIn)
         throw std::runtime_error("the game goes on although its window was closed");
     ++update_;
+    clock_ += updateMilliseconds;
     watcher.beforeUpdate(update_, core);
     Variable result = runtime_.engine.callCallable(original, arguments);
     watcher.afterUpdate(update_, core);
     return result;
+}
+
+bool GameSession::showFailure(const std::string& failure, UpdateWatcher& watcher) {
+    return kelmora::showFailure(runtime_, failure, [&] {
+        WindowCore& core = runtime_.window->core;
+        watcher.beforeUpdate(++update_, core);
+        vh_updateWindow(runtime_.window);
+        watcher.afterUpdate(update_, core);
+    });
 }
 
 std::optional<std::string> GameSession::play(UpdateWatcher& watcher) {

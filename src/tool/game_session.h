@@ -31,7 +31,11 @@ public:
 // One game, played in this process by the authors' tool.
 class GameSession {
 public:
-    // The boot script is its text. Without a display everything goes as fast as it can.
+    // Without a display a game's clock goes by this at each of its updates.
+    static constexpr std::int32_t updateMilliseconds = 33;
+
+    // The boot script is its text. Without a display everything goes as fast as it can, and the scripts'
+    // clocks by updates and sleeps.
     GameSession(HostServices& host, std::span<const unsigned char> bootText,
                 const std::filesystem::path& game, bool headless);
     GameSession(const GameSession&) = delete;
@@ -49,14 +53,23 @@ public:
     // Until the game ends. What it fails with, as it goes to standard error; nothing when it did not. A game
     // that goes on for long after its window was asked to close fails.
     std::optional<std::string> play(UpdateWatcher& watcher);
+    // Shows the failure in the game's window, where there is one. True when the author wants the game anew.
+    bool showFailure(const std::string& failure, UpdateWatcher& watcher);
+
+    int updates() const { return update_; }
+    // Updates are counted on from there.
+    void countFrom(int update) { update_ = update; }
 
 private:
+    void setClockByUpdates();
     Variable update(UpdateWatcher& watcher, const Variable& original, const std::vector<Variable>& arguments);
 
     std::span<const unsigned char> bootText_;
     Runtime runtime_;
     int update_ = 0;
     int updatesSinceClose_ = 0;
+    std::int32_t clock_ = 0;       // milliseconds, where it goes by updates
+    std::int32_t frameClock_ = 0;  // when it was last asked for
 };
 
 }  // namespace kelmora

@@ -124,11 +124,22 @@ int playGame(ToolContext& tool, std::span<const std::string> words) {
         if (!headless) std::cerr << "Played on a copy with its libraries: what is saved is not kept.\n";
     }
     const fs::path& played = scratch ? scratch->path() : game;
-    GameSession session(tool.host, bootText(), played, headless);
-    if (seed) session.fixSeed(*seed);
-    std::string failure = session.play(player).value_or("");
-    if (failure.empty() && !player.shortfall().empty()) failure = player.shortfall() + "\n";
-    std::cerr << toldOf(game, played, failure) << std::flush;
+    std::string failure;
+    bool isAgain = false;
+    int updates = 0;
+    do {
+        GameSession session(tool.host, bootText(), played, headless);
+        if (seed) session.fixSeed(*seed);
+        session.countFrom(updates);
+        failure = toldOf(game, played, session.play(player).value_or(""));
+        std::cerr << failure << std::flush;
+        isAgain = !failure.empty() && !headless && session.showFailure(failure, player);
+        updates = session.updates();
+    } while (isAgain);
+    if (failure.empty() && !player.shortfall().empty()) {
+        failure = player.shortfall() + "\n";
+        std::cerr << failure;
+    }
     return failure.empty() ? 0 : 1;
 }
 

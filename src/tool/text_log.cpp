@@ -50,6 +50,12 @@ bool TextLog::shows(const std::string& words) const {
     return false;
 }
 
+std::vector<std::string> TextLog::drawn() const {
+    std::vector<std::string> texts;
+    for (const auto& [when, text] : drawn_) texts.push_back(text);
+    return texts;
+}
+
 std::string TextLog::summary() const {
     constexpr std::size_t longest = 400;
     std::string all;

@@ -16,6 +16,8 @@ public:
     explicit TextLog(GameSession& session);
 
     bool shows(const std::string& words) const;
+    // Since the last update.
+    std::vector<std::string> drawn() const;
     // For a report, not too many.
     std::string summary() const;
     void endUpdate() { drawn_.clear(); }

@@ -1,6 +1,7 @@
 #include "workbench/failure_report.h"
 
 #include <algorithm>
+#include <cctype>
 #include <utility>
 #include <vector>
 
@@ -42,6 +43,21 @@ std::vector<std::string> calledNames(const std::string& statement) {
     return names;
 }
 
+// A line with a mark under the name; nothing where the statement's first line does not have it as it is
+// written.
+std::string markUnder(const std::string& name, const std::string& statement) {
+    const std::string line = firstLine(statement);
+    const std::string word = name.substr(0, name.find('['));
+    const auto isPart = [&](std::size_t at) {
+        return at < line.size() &&
+               (std::isalnum(static_cast<unsigned char>(line[at])) != 0 || line[at] == '_');
+    };
+    for (std::size_t at = 0; (at = line.find(word, at)) != std::string::npos; ++at)
+        if ((at == 0 || !isPart(at - 1)) && !isPart(at + word.size()))
+            return "    " + std::string(at, ' ') + "^" + std::string(word.size() - 1, '~') + "\n";
+    return {};
+}
+
 // Which of the called names holds nothing, when it is one alone.
 std::string explainCall(VesperScript& engine, const std::string& statement) {
     std::vector<std::string> known;
@@ -54,8 +70,8 @@ std::string explainCall(VesperScript& engine, const std::string& statement) {
             missing.push_back(name);
     if (missing.size() != 1) return {};
     const std::string near = missing[0].find('[') == std::string::npos ? nearestWord(missing[0], known) : "";
-    return "  `" + missing[0] + "` is nothing here" + (near.empty() ? "" : "; did you mean `" + near + "`?") +
-           "\n";
+    return markUnder(missing[0], statement) + "  `" + missing[0] + "` is nothing here" +
+           (near.empty() ? "" : "; did you mean `" + near + "`?") + "\n";
 }
 
 }  // namespace

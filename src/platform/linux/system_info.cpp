@@ -69,6 +69,10 @@ bool platform_is_windows() {
 
 void platform_read_stdin_as_bytes() {}
 
+bool platform_show_message(const char*, const char*) {
+    return false;
+}
+
 bool platform_stdout_is_terminal() {
     return isatty(STDOUT_FILENO) == 1;
 }

@@ -75,6 +75,10 @@ bool platform_is_windows() {
     return true;
 }
 
+bool platform_show_message(const char* title, const char* text) {
+    return MessageBoxA(nullptr, text, title, MB_OK | MB_ICONINFORMATION | MB_SETFOREGROUND) != 0;
+}
+
 std::uintptr_t platform_stack_low_address() {
     const char here = 0;
     MEMORY_BASIC_INFORMATION region{};
