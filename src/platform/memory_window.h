@@ -32,6 +32,7 @@ public:
     const std::string& shownTitle() const { return shownTitle_; }
     bool hidden() const { return hidden_; }
     int presentCount() const { return presentCount_; }
+    const std::string& copiedText() const { return copiedText_; }
 
     bool pumpEvents() override;
     void present() override;
@@ -44,6 +45,10 @@ public:
     // A recording finds the same window each time.
     std::optional<PixelArea> place() const override { return std::nullopt; }
     void setPlace(const PixelArea&) override {}
+    bool copyText(const std::string& text) override {
+        copiedText_ = text;
+        return true;
+    }
     std::vector<PixelArea> screens() const override { return {{0, 0, screen.width, screen.height}}; }
 
 private:
@@ -57,6 +62,7 @@ private:
     std::string shotFolder_;
     int update_ = 0;
     std::string shownTitle_;
+    std::string copiedText_;
     bool hidden_ = false;
     bool fullscreen_ = false;
     PixelSize windowSize_{1, 1};  // to come back to from full screen

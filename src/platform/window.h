@@ -45,6 +45,8 @@ void vh_clearWindow(kelmora::WindowsWindow* window, unsigned char red, unsigned 
                     unsigned char blue);
 // What the window shows, as a new record that the caller owns, or null.
 kelmora::PlushImage* vh_captureWindow(const kelmora::WindowsWindow* window);
+// Puts UTF-8 text into the system's clipboard. False where it is not taken.
+bool vh_copyText(kelmora::WindowsWindow* window, const char* text);
 // In pixels of the pushed picture; -1 and -1 for a null window.
 void vh_getMousePosition(const kelmora::WindowsWindow* window, int* x, int* y);
 // 0 left, 1 right, 2 middle; any other button is up.

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "platform/window_core.h"
@@ -49,6 +50,8 @@ public:
     // worth keeping.
     virtual std::optional<PixelArea> place() const = 0;
     virtual void setPlace(const PixelArea& area) = 0;
+    // Puts UTF-8 text into the clipboard. False where the system does not take it.
+    virtual bool copyText(const std::string& text) = 0;
     // All screens on the desktop.
     virtual std::vector<PixelArea> screens() const = 0;
 };

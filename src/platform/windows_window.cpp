@@ -125,6 +125,10 @@ kelmora::PlushImage* vh_captureWindow(const WindowsWindow* window) {
     return window ? window->core.capture() : nullptr;
 }
 
+bool vh_copyText(WindowsWindow* window, const char* text) {
+    return window && text && window->backend->copyText(text);
+}
+
 void vh_getMousePosition(const WindowsWindow* window, int* x, int* y) {
     store(x, window ? window->core.mouseX() : -1);
     store(y, window ? window->core.mouseY() : -1);

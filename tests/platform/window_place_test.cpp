@@ -63,6 +63,7 @@ public:
         area_ = area;
         core_.handle(WindowEvent::resized(area.width, area.height));
     }
+    bool copyText(const std::string&) override { return false; }
     std::vector<PixelArea> screens() const override { return {{0, 0, 1920, 1080}}; }
 
 private:

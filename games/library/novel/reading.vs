@@ -213,7 +213,8 @@ function novelHurry()
         end
     elseif novelAuto and not novelBoxSlides() and novelCameraRests()
         novelWaited += 1
-        if novelWaited > NOVEL_AUTO_BASE[settings["autoSpeed"]] + novelBox["length"] * NOVEL_AUTO_EACH[settings["autoSpeed"]]
+        local enough = NOVEL_AUTO_BASE[settings["autoSpeed"]] + novelBox["length"] * NOVEL_AUTO_EACH[settings["autoSpeed"]]
+        if novelWaited > math["max"](enough, novelAloudFrames())
             novelTurnHurried()
         end
     end

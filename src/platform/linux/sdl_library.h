@@ -58,6 +58,7 @@ public:
     decltype(&SDL_PumpEvents) pumpEvents = function("SDL_PumpEvents");
     decltype(&SDL_QuitSubSystem) quitSubSystem = function("SDL_QuitSubSystem");
     decltype(&SDL_RaiseWindow) raiseWindow = function("SDL_RaiseWindow");
+    decltype(&SDL_SetClipboardText) setClipboardText = function("SDL_SetClipboardText");
     decltype(&SDL_SetHint) setHint = function("SDL_SetHint");
     decltype(&SDL_SetMainReady) setMainReady = function("SDL_SetMainReady");
     decltype(&SDL_SetWindowFullscreen) setWindowFullscreen = function("SDL_SetWindowFullscreen");

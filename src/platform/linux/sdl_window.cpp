@@ -2,6 +2,7 @@
 #include <array>
 #include <cstdlib>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -132,6 +133,7 @@ public:
     bool isFullscreen() const override { return hasFlag(SDL_WINDOW_FULLSCREEN); }
     std::optional<PixelArea> place() const override;
     void setPlace(const PixelArea& area) override;
+    bool copyText(const std::string& text) override { return sdl().setClipboardText(text.c_str()) == 0; }
     std::vector<PixelArea> screens() const override;
 
 private:

@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <cstring>
 #include <exception>
+#include <string>
 #include <utility>
 
 #include "platform/window_backend.h"
@@ -10,6 +12,7 @@ namespace kelmora {
 namespace {
 
 constexpr const char* className = "KelmoraVesperWindow";
+constexpr std::size_t longestClipboardText = 1 << 20;
 constexpr DWORD windowStyle = WS_OVERLAPPEDWINDOW;
 
 // Pixels of ours are pixels of the screen.
@@ -32,6 +35,17 @@ PixelSize largestSize() {
 // Alt or F10 alone, which would hold the next key back for a menu that there is none of.
 bool isMenuKey(WPARAM command, LPARAM character) {
     return (command & 0xfff0) == SC_KEYMENU && character == 0;
+}
+
+// UTF-16 with line ends of two characters, as other programs want it.
+std::wstring clipboardUnits(const std::string& text) {
+    std::string lines;
+    for (const char c : text) lines += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    const int length = static_cast<int>(lines.size());
+    std::wstring units(
+        static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, lines.data(), length, nullptr, 0)), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, lines.data(), length, units.data(), static_cast<int>(units.size()));
+    return units;
 }
 
 BOOL CALLBACK addScreen(HMONITOR, HDC, LPRECT area, LPARAM list) {
@@ -58,6 +72,7 @@ public:
     bool isFullscreen() const override { return fullscreen_; }
     std::optional<PixelArea> place() const override;
     void setPlace(const PixelArea& area) override;
+    bool copyText(const std::string& text) override;
     std::vector<PixelArea> screens() const override;
 
 private:
@@ -164,6 +179,24 @@ std::vector<PixelArea> GdiWindow::screens() const {
     std::vector<PixelArea> all;
     EnumDisplayMonitors(nullptr, nullptr, addScreen, reinterpret_cast<LPARAM>(&all));
     return all;
+}
+
+bool GdiWindow::copyText(const std::string& text) {
+    if (text.size() > longestClipboardText) return false;
+    const std::wstring units = clipboardUnits(text);
+    const std::size_t bytes = (units.size() + 1) * sizeof(wchar_t);
+    if (!OpenClipboard(window_)) return false;
+    const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes);
+    void* place = memory ? GlobalLock(memory) : nullptr;
+    bool taken = false;
+    if (place) {
+        std::memcpy(place, units.c_str(), bytes);
+        GlobalUnlock(memory);
+        taken = EmptyClipboard() && SetClipboardData(CF_UNICODETEXT, memory) != nullptr;
+    }
+    if (memory && !taken) GlobalFree(memory);
+    CloseClipboard();
+    return taken;
 }
 
 // A window without a frame as large as its screen, which is what the system takes for full screen.
