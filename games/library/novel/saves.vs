@@ -279,10 +279,10 @@ function novelKeepOlderAutosave()
     local text = vesperContentsIfPresent(novelSavePath("auto"))
     if text != not
         Vesper["replaceFile"](novelSavePath("older"), text)
-        if novelIsThere(novelPicturePath("auto"))
-            local picture = Plush["loadPNG"](novelPicturePath("auto"))
-            Plush["saveImage"](novelPicturePath("older"), picture)
-            Plush["killImage"](picture)
+        local ok, picture = pcall(novelReadPicture, novelPicturePath("auto"))
+        if ok
+            pcall(Plush["saveImage"], novelPicturePath("older"), picture)
+            vesperKillSurface(picture)
         end
     end
 end
@@ -326,24 +326,4 @@ function novelOpenOld(slot)
         kept["music"] = novelPlaces[record["place"]]["music"]
     end
     return novelResume({name = name, scene = record["scene"] or "", order = novelFirstEdition, sets = [vars], path = [kept]})
-end
-
-@@ A small picture of the stage for the slots.
-NOVEL_THUMBNAIL = 0.2
-NOVEL_THUMBNAIL_SHADER = "r = (sampleR(x, y) + sampleR(x + 2, y) + sampleR(x + 4, y + 2) + sampleR(x + 1, y + 3) + sampleR(x + 3, y + 4)) / 5\ng = (sampleG(x, y) + sampleG(x + 2, y) + sampleG(x + 4, y + 2) + sampleG(x + 1, y + 3) + sampleG(x + 3, y + 4)) / 5\nb = (sampleB(x, y) + sampleB(x + 2, y) + sampleB(x + 4, y + 2) + sampleB(x + 1, y + 3) + sampleB(x + 3, y + 4)) / 5"
-
-function novelTakeThumbnail()
-    vesperKillSurface(novelThumbnail)
-    if typeOf(NOVEL_THUMBNAIL_SHADER) == "string"
-        NOVEL_THUMBNAIL_SHADER = Plush["compileShader"](NOVEL_THUMBNAIL_SHADER)
-    end
-    novelDrawStage()
-    novelThumbnail = Plush["shader"](VESPER_FRAMEBUFFER, NOVEL_THUMBNAIL_SHADER, {}, NOVEL_THUMBNAIL)
-    novelDirty = true
-end
-
-function novelKeepThumbnail(slot)
-    if novelThumbnail != not
-        pcall(Plush["saveImage"], novelPicturePath(slot), novelThumbnail)
-    end
 end

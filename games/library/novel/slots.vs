@@ -67,7 +67,7 @@ function novelSlotPicture(slot, state)
     if state != "good" or not novelIsThere(novelPicturePath(slot))
         return not
     end
-    local ok, picture = pcall(novelReadPicture, novelPicturePath(slot))
+    local ok, picture = pcall(novelReadThumbnail, novelPicturePath(slot))
     if not ok
         return not
     end
