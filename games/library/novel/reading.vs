@@ -96,10 +96,10 @@ function novelSteppers["read"]()
     end
 end
 
-@@ What moves by itself. While nothing else does it takes three steps at a time: a picture that stands is worth few
-@@ frames.
+@@ What moves by itself. While nothing else does it takes three steps at a time, unless it flies: a picture that stands
+@@ is worth few frames.
 function novelStepAir()
-    if novelBoxSlides() or not novelCameraRests() or novelCurtainLeft > 0
+    if novelBoxSlides() or not novelCameraRests() or novelCurtainLeft > 0 or novelWeatherFlies()
         novelStepWeather()
     elseif novelFrame % NOVEL_CALM_FRAMES == 0
         for i = 1, NOVEL_CALM_FRAMES
