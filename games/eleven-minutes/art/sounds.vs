@@ -1,5 +1,6 @@
 @@ Plays every sound of the game into files.
 @@     vesper run games/eleven-minutes/art/sounds.vs [FOLDER]
+@@ `art/make sounds` plays them and packs the long ones, in place.
 @@ Mono, 16 bits. Music repeats without a seam, since all that sounds at its end goes on at its beginning.
 
 folder = arguments[1] or "games/eleven-minutes/Resources/package/audio"
@@ -96,11 +97,9 @@ end
 MUSIC_RATE = 11025
 
 function makeMusic()
-    local shore = silence(MUSIC_RATE * 16)
-    breath(shore, MUSIC_RATE, 1.1, 0.06, 2)
-    melody(shore, MUSIC_RATE, "a...e...f...c...d...a...e...e...", 0.5, 0.5, 0.15, 0.5, 3.2)
-    melody(shore, MUSIC_RATE, "..E.D.C...B.A...A.B.C.D...E.B...", 0.5, 1, 0.09, 0.7, 2.2)
-    saveSound("shore", MUSIC_RATE, shore)
+    local sea = silence(MUSIC_RATE * 16)
+    breath(sea, MUSIC_RATE, 1.3, 0.06, 2)
+    saveSound("sea", MUSIC_RATE, sea)
     local grove = silence(MUSIC_RATE * 16)
     breath(grove, MUSIC_RATE, 0.6, 0.11, 3)
     melody(grove, MUSIC_RATE, "c...g...a...e...f...c...d...g...", 0.5, 0.5, 0.14, 0.6, 3)
@@ -169,6 +168,8 @@ function makeSounds()
     saveSound("birds", SOUND_RATE, birds)
 end
 
+runFile("music.vs")
 math["randomseed"](1410)
 makeMusic()
 makeSounds()
+makePieces()

@@ -217,7 +217,7 @@ function novelRecordOf(kept, sets)
     if kept["picked"] != not and kept["picked"] != ""
         record["picked"] = kept["picked"]
     end
-    record["stage"] = {place = novelKnownPlace(kept["place"]), music = kept["music"] or "", cast = novelKnownCast(novelSplit(kept["cast"] or "", ","))}
+    record["stage"] = {place = novelKnownPlace(kept["place"]), music = novelKnownMusic(kept["music"] or "", kept["place"]), cast = novelKnownCast(novelSplit(kept["cast"] or "", ","))}
     return record
 end
 
@@ -228,6 +228,14 @@ function novelKnownPlace(place)
     end
     novelTellMissing(novelReplace(novelSay("The place {name} is no longer in the story."), "{name}", place))
     return ""
+end
+
+@@ Music that has left the game gives way to what its place has now.
+function novelKnownMusic(music, place)
+    if music != "" and not novelIsThere(novelSoundPath(music, ".wav")) and not novelIsThere(novelSoundPath(music, ".ogg")) and novelPlaces[place or ""] != not
+        return novelPlaces[place]["music"] or ""
+    end
+    return music
 end
 
 function novelKnownCast(cast)
