@@ -9,9 +9,9 @@ CELL = 4
 CELLS_WIDE = 60
 CELLS_HIGH = 34
 
-keyNames = ["LEFT", "RIGHT", "UP", "DOWN", "RETURN"]
-held = {LEFT = false, RIGHT = false, UP = false, DOWN = false, RETURN = false}
-wanted = {RETURN = false}
+keyNames = ["LEFT", "RIGHT", "UP", "DOWN", "RETURN", "ESCAPE"]
+held = {LEFT = false, RIGHT = false, UP = false, DOWN = false, RETURN = false, ESCAPE = false}
+wanted = {RETURN = false, ESCAPE = false}
 lastFrame = 100000
 
 @@ Behind the tree on the right, then before it; after that whatever is nearest.
@@ -29,11 +29,13 @@ end
 
 @@ A key that shall be down in a frame has to arrive with the update of the frame before.
 function pressWanted()
+    pressedByRecord = []
     for i = 1, #keyNames
         local name = keyNames[i]
         if wanted[name] != held[name]
             held[name] = wanted[name]
             if held[name]
+                push(pressedByRecord, string["lower"](name))
                 note(frame - 1, "keydown " + name)
             else
                 note(frame - 1, "keyup " + name)
@@ -126,13 +128,18 @@ function followCells(far)
     end
 end
 
+pressedByRecord = []
 realUpdate = Metal["updateInput"]
 caughtBefore = 0
 dueShot = ""
 
 function Metal["updateInput"]()
     realUpdate()
-    wanted["RETURN"] = false
+    wanted["RETURN"] = frame == 53
+    wanted["ESCAPE"] = frame == 46
+    if frame == 50
+        dueShot = "02-pause.png"
+    end
     if phase != "walk"
         letGo()
     end
@@ -140,7 +147,7 @@ function Metal["updateInput"]()
         dueShot = "01-title.png"
     elseif frame >= 22 and frame < 25
         wanted["RETURN"] = true
-    elseif phase == "walk" and frame > 27
+    elseif phase == "walk" and frame > 27 and not isPaused
         chooseWay()
         if frame == 40
             dueShot = "02-walk.png"
@@ -160,6 +167,10 @@ function Metal["updateInput"]()
         note(frame, "shot " + dueShot)
         dueShot = ""
     end
+end
+
+function Metal["presses"]()
+    return pressedByRecord
 end
 
 function Metal["checkClose"]()

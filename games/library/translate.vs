@@ -52,7 +52,7 @@ end
 
 function wantMenus()
     local words = []
-    for part in ["saves", "notices", "sound", "drawing", "stage", "box", "items", "screens", "reading", "slots", "options", "history", "cards", "loop", "settings"]
+    for part in ["saves", "notices", "sound", "drawing", "stage", "box", "items", "screens", "reading", "slots", "options", "history", "cards", "aloud", "loop", "settings"]
         local source = readSource("novel/" + part + ".vs")
         for word in string["gmatch"](source, "re:(?:novelSay|novelChoiceItem|novelSwitchItem|novelVolumeItem)\\(\"([^\"]+)\"")
             push(words, word)

@@ -84,6 +84,16 @@ Variable setScaling(const BindingCall& call) {
     return {};
 }
 
+// The optional `language` is a code such as "de".
+Variable speak(const BindingCall& call) {
+    const std::string& text = call.text(0, "text");
+    return Variable::boolean(vh_speak(text, call.count() > 1 ? call.text(1, "language") : ""));
+}
+
+Variable copyText(const BindingCall& call) {
+    return Variable::boolean(vh_copyText(runtimeOf(call).window, call.text(0, "text").c_str()));
+}
+
 Variable getWindow(const BindingCall& call) {
     Runtime& runtime = runtimeOf(call);
     PlushImage* captured = runtime.window ? vh_captureWindow(runtime.window) : nullptr;
@@ -167,6 +177,8 @@ constexpr BindingRow metalRows[] = {
     {"setFullscreen", setFullscreen},
     {"isFullscreen", isFullscreen},
     {"setScaling", setScaling},
+    {"speak", speak},
+    {"copyText", copyText},
 };
 constexpr BindingRow sailfishRows[] = {{"key", registerSailfishButton}, {"orientation", sailfishOrientation}};
 

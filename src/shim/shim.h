@@ -5,6 +5,7 @@
 
 #include "image/plush_image.h"
 #include "platform/process.h"
+#include "platform/speech.h"
 #include "platform/system.h"
 #include "platform/window.h"
 

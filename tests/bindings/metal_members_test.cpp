@@ -4,6 +4,7 @@
 
 #include "base/whole_file.h"
 #include "host/registration.h"
+#include "platform/memory_window.h"
 #include "support/capture_host.h"
 #include "support/environment.h"
 #include "support/temporary_folder.h"
@@ -66,6 +67,23 @@ TEST(MetalMembers, ScriptsChooseFullScreenAndScaling) {
               "true\t1920\t1080\nfalse\t8\t8\n"
               "false\tMetal.setScaling: mode must be nearest, smooth, or whole\n"
               "false\tMetal.setFullscreen: missing argument 1\nfalse\n");
+}
+
+TEST(MetalMembers, TextGoesToTheClipboardOfTheWindow) {
+    const ScopedEnvironment video("KELMORA_VIDEO", "memory");
+    CaptureHost host;
+    Runtime runtime(host);
+    registerFunctions(runtime);
+    runtime.engine.runScript(
+        "print(Metal[\"copyText\"](\"nowhere\"))\n"
+        "Metal[\"spawnWindow\"](\"Test\", 8, 8)\n"
+        "print(Metal[\"copyText\"](\"“Dunkel.”\\nMaud\"))\n"
+        "print(pcall(Metal[\"copyText\"]))\nprint(pcall(Metal[\"speak\"], 5))\n");
+    EXPECT_EQ(host.output,
+              "false\ntrue\nfalse\tMetal.copyText: missing argument 1\n"
+              "false\tMetal.speak: text must be a string\n");
+    ASSERT_NE(memoryWindowOf(runtime.window), nullptr);
+    EXPECT_EQ(memoryWindowOf(runtime.window)->copiedText(), "“Dunkel.”\nMaud");
 }
 
 TEST(MetalMembers, WithoutAWindowNothingIsPressed) {

@@ -64,13 +64,13 @@ TEST_F(ElevenMinutes, PagesThatTheFirstEditionKeptComeBack) {
 // Whatever is missing is told on the screen, and the story goes on.
 TEST_F(ElevenMinutes, GoesOnWithoutPicturesFontsAndSounds) {
     for (const char* name : {"pictures/dusk-sea.png", "pictures/maud.png", "ui/no.png", "fonts/Cardo104s.ttf",
-                             "audio/shore.wav", "audio/tick.wav", "audio/click.wav"})
+                             "audio/light.ogg", "audio/tick.wav", "audio/click.wav"})
         fs::remove(package() / name);
     play(script("missing.vs"));
     EXPECT_EQ(host_.output,
               "The font Cardo104s.ttf is missing.\n"
-              "The sound shore is missing.\n"
               "The picture dusk-sea.png is missing.\n"
+              "The sound light is missing.\n"
               "The sound tick is missing.\n"
               "The picture maud.png is missing.\n"
               "true\tThree nights\n");

@@ -50,6 +50,10 @@ TEST_F(NovelLibrary, SpeaksOtherLanguagesFromTables) {
     expectSaid("languages");
 }
 
+TEST_F(NovelLibrary, IsReadAloudAndCopied) {
+    expectSaid("aloud");
+}
+
 TEST_F(NovelLibrary, TellsTheAuthorAllFaultsOfAStoryAtOnce) {
     try {
         play(folder / "faults.vs");

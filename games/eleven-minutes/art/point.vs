@@ -140,22 +140,18 @@ function flockHex(t)
     return "c2caee"
 end
 
-@@ Thousands going over: a river of them from the horizon on the left to high on the right, larger as they near.
+@@ The far ones of thousands going over: a river of them from the horizon on the left, larger as they near. Those that
+@@ are near fly, as the weather of the place.
 function paintFlock(sea)
-    for i = 1, 430
+    for i = 1, 300
         local t = random()
-        t = t * t
+        t = t * t * 0.62
         local spread = (random() + random() - 1) * (26 + t * 150)
         local bx = 90 + t * 860 + (random() - 0.5) * 60
         local by = 372 - t * 330 + spread
         if by > 4 and by < 384
             paintBird(sea, bx, by, 3.5 + t * 17 + random() * 3, (random() - 0.35) * 0.9, flockHex(t), "")
         end
-    end
-    for i = 1, 11
-        local bx = 330 + i * 52 + random(-30, 30)
-        local by = 250 - i * 13 + random(-60, 50)
-        paintBird(sea, bx, by, 24 + i * 1.9, (random() - 0.3) * 1.0, "b4bce4", "e0905c")
     end
 end
 

@@ -4,6 +4,16 @@
 FACE_X = 170
 FACE_Y = 168
 
+@@ What a face can say: how far the corners of the mouth go up, how far the inner ends of the brows come down, how wide
+@@ the eyes are open, and where they look.
+FACES = {
+    usual = {smile = 0, frown = 0, open = 1, gaze = 0},
+    grave = {smile = -5, frown = 4, open = 0.86, gaze = 2},
+    sorry = {smile = -5, frown = -6, open = 0.9, gaze = 3},
+    moved = {smile = 2, frown = -6, open = 1, gaze = 0, tears = true},
+    glad = {smile = 4, frown = -2, open = 0.8, gaze = 0, laughs = true}
+}
+
 function newPortrait()
     return canvas(360, 500)
 end
@@ -30,29 +40,49 @@ function paintFace(p, light, middle, dark, blush)
     fill(p, curve([x - 26, y + 56, x - 14, y + 58, x - 4, y + 55, x - 12, y + 62, x - 20, y + 62], true, 5), flat(dark) + "a = a * 0.5\n")
 end
 
-function paintMouth(p, lift, hex)
+function paintMouth(p, usual, face, hex)
     local x = FACE_X
     local y = FACE_Y
+    local lift = usual + face["smile"]
+    if face["laughs"]
+        fill(p, curve([x - 38, y + 44 - lift, x - 26, y + 45, x - 10, y + 45, x + 5, y + 42 - lift, x - 4, y + 54, x - 18, y + 58, x - 31, y + 53], true, 6), flat(hex))
+        fill(p, curve([x - 34, y + 45 - lift * 0.6, x - 24, y + 46.5, x - 10, y + 46.5, x + 1, y + 43.5 - lift * 0.6, x - 6, y + 49, x - 18, y + 51, x - 29, y + 49.5], true, 6), grade(x - 34, 0, "fffaf2", x + 1, 0, "d8ccc4"))
+        fill(p, stroke(curve([x - 42, y + 40 - lift, x - 38, y + 44 - lift], false, 3), 1.4, 1.8), flat(hex))
+        return not
+    end
     fill(p, stroke(curve([x - 38, y + 45 - lift, x - 28, y + 47, x - 14, y + 47.5, x + 4, y + 43 - lift], false, 6), 1.6, 2.4), flat(hex))
     fill(p, stroke(curve([x - 28, y + 49, x - 18, y + 51, x - 8, y + 49], false, 5), 2.4, 1.4), flat(hex) + "a = a * 0.35\n")
 end
 
 @@ White, iris, lid and light of an eye; `open` is its height.
-function paintEye(p, x, y, wide, open, iris, lid)
+function paintEye(p, x, y, wide, usual, face, iris, lid)
+    local open = usual * face["open"]
     local half = wide / 2
     local almond = curve([x - half, y + 1, x - half * 0.4, y - open * 0.72, x + half * 0.4, y - open * 0.7, x + half, y, x + half * 0.4, y + open * 0.5, x - half * 0.4, y + open * 0.55], true, 6)
     fill(p, almond, grade(x, y - open, "b8a89c", x, y + open * 0.5, "fff8ee"))
-    local r = open * 0.6
-    fill(p, ellipse(x - half * 0.14, y - open * 0.08, r, r), grade(x, y - r, "140c10", x, y + r, iris))
-    fill(p, ellipse(x - half * 0.14, y - open * 0.08, r * 0.46, r * 0.46), flat("0a0608"))
-    fill(p, ellipse(x - half * 0.14 - r * 0.38, y - open * 0.08 - r * 0.4, r * 0.3, r * 0.3), flat("ffffff"))
+    local r = math["min"](usual * 0.6, open * 0.68)
+    local down = face["gaze"] * 0.6
+    fill(p, ellipse(x - half * 0.14, y + down - open * 0.08, r, r), grade(x, y - r, "140c10", x, y + r, iris))
+    fill(p, ellipse(x - half * 0.14, y + down - open * 0.08, r * 0.46, r * 0.46), flat("0a0608"))
+    fill(p, ellipse(x - half * 0.14 - r * 0.38, y + down - open * 0.08 - r * 0.4, r * 0.3, r * 0.3), flat("ffffff"))
     fill(p, ellipse(x - half * 0.14 + r * 0.35, y + r * 0.3, r * 0.16, r * 0.16), flat("fff0d0") + "a = a * 0.7\n")
     fill(p, stroke(curve([x - half - 2, y + 2, x - half * 0.45, y - open * 0.76, x + half * 0.4, y - open * 0.76, x + half + 3, y - 1], false, 6), 2, 4), flat(lid))
+    if face["tears"]
+        fill(p, ellipse(x - half * 0.2, y + open * 0.5, half * 0.5, 1.6), flat("f4fbff"))
+        fill(p, ellipse(x + half * 0.3, y + open * 0.42, 2.2, 1.8), flat("ffffff"))
+    end
     fill(p, stroke(curve([x - half * 0.6, y + open * 0.58, x, y + open * 0.7, x + half * 0.7, y + open * 0.46], false, 5), 0.8, 1.4), flat(lid) + "a = a * 0.5\n")
 end
 
-function paintBrow(p, x, y, wide, arch, thick, hex)
-    fill(p, stroke(curve([x - wide / 2, y + arch * 0.4, x - wide * 0.1, y - arch * 0.6, x + wide / 2, y + arch * 0.5], false, 6), thick, thick * 0.4), flat(hex))
+@@ `side` is where the nose is: 1 to the right, -1 to the left.
+function paintBrow(p, x, y, wide, arch, thick, side, face, hex)
+    local left = 0
+    local right = face["frown"]
+    if side < 0
+        left = right
+        right = 0
+    end
+    fill(p, stroke(curve([x - wide / 2, y + arch * 0.4 + left, x - wide * 0.1, y - arch * 0.6 + (left + right) * 0.4, x + wide / 2, y + arch * 0.5 + right], false, 6), thick, thick * 0.4), flat(hex))
 end
 
 @@ Locks of hair: smooth strokes between two points with a bend, lighter towards the light.
@@ -62,7 +92,7 @@ function lock(p, x0, y0, x1, y1, bend, from, to, hex)
     fill(p, stroke(curve([x0, y0, mx, my, x1, y1], false, 8), from, to), flat(hex))
 end
 
-function paintMaud()
+function paintMaud(face, file)
     math["randomseed"](61)
     local p = newPortrait()
     local x = FACE_X
@@ -85,11 +115,11 @@ function paintMaud()
     fill(p, stroke(curve([x - 46, y + 26, x - 48, y + 36, x - 44, y + 46], false, 5), 1.6, 0.8), flat("8a4c38") + "a = a * 0.55\n")
     fill(p, stroke(curve([x - 6, y + 25, x + 8, y + 36, x + 10, y + 48], false, 5), 2, 0.8), flat("8a4c38") + "a = a * 0.55\n")
     fill(p, stroke(curve([x - 44, y - 48, x - 24, y - 52, x + 8, y - 49], false, 5), 1.2, 1), flat("a8664a") + "a = a * 0.5\n")
-    paintEye(p, x - 41, y - 6, 21, 13, "5a88a8", "3c2228")
-    paintEye(p, x + 9, y - 6, 27, 14, "5a88a8", "3c2228")
-    paintBrow(p, x - 42, y - 25, 26, 5, 5, "a8a2a4")
-    paintBrow(p, x + 9, y - 26, 36, 6, 6, "8d868c")
-    paintMouth(p, 3, "7c3830")
+    paintEye(p, x - 41, y - 6, 21, 13, face, "5a88a8", "3c2228")
+    paintEye(p, x + 9, y - 6, 27, 14, face, "5a88a8", "3c2228")
+    paintBrow(p, x - 42, y - 25, 26, 5, 5, 1, face, "a8a2a4")
+    paintBrow(p, x + 9, y - 26, 36, 6, 6, -1, face, "8d868c")
+    paintMouth(p, 3, face, "7c3830")
     @@ Hair before: parted, drawn back.
     fill(p, curve([x - 50, y - 52, x - 44, y - 92, x - 4, y - 112, x + 44, y - 104, x + 74, y - 66, x + 76, y - 12, x + 64, y + 18, x + 58, y - 20, x + 40, y - 52, x + 2, y - 66, x - 30, y - 60], true, 8), grade(x - 50, y - 90, "e4e0dc", x + 76, y - 20, "5a5460"))
     for i = 0, 7
@@ -111,10 +141,10 @@ function paintMaud()
     for i = 0, 1
         fill(p, ellipse(196, 396 + i * 54, 8, 8), grade(189, 388, "ffe0a0", 204, 404, "7a5020"))
     end
-    saveCut(p, "maud.png")
+    saveCut(p, file)
 end
 
-function paintTobias()
+function paintTobias(face, file)
     math["randomseed"](77)
     local p = newPortrait()
     local x = FACE_X
@@ -131,11 +161,11 @@ function paintTobias()
         fill(p, ellipse(x + 50 + math["cos"](i) * 10, y - 74 + i * 8, 17, 15), grade(x + 20, 0, "4a302a", x + 90, 0, "1a0f12"))
     end
     paintFace(p, "c48a5c", "96603e", "4e2c22", "b0502c")
-    paintEye(p, x - 40, y - 4, 21, 14, "6a3c1c", "1a0e10")
-    paintEye(p, x + 10, y - 4, 27, 15, "6a3c1c", "1a0e10")
-    paintBrow(p, x - 40, y - 27, 26, 5, 4.5, "1a1012")
-    paintBrow(p, x + 10, y - 28, 36, 6, 5.5, "1a1012")
-    paintMouth(p, 2, "4a1c18")
+    paintEye(p, x - 40, y - 4, 21, 14, face, "6a3c1c", "1a0e10")
+    paintEye(p, x + 10, y - 4, 27, 15, face, "6a3c1c", "1a0e10")
+    paintBrow(p, x - 40, y - 27, 26, 5, 4.5, 1, face, "1a1012")
+    paintBrow(p, x + 10, y - 28, 36, 6, 5.5, -1, face, "1a1012")
+    paintMouth(p, 2, face, "4a1c18")
     @@ Curls: rings of many tones, from the back to the front.
     for i = 1, 62
         local angle = 3.3 + random() * 2.9
@@ -162,7 +192,7 @@ function paintTobias()
     fill(p, curve([112, 322, 128, 340, 140, 420, 136, 500, 118, 500, 110, 400], true, 6), grade(108, 0, "f4c868", 142, 0, "8a5a20"))
     fill(p, curve([244, 318, 230, 340, 222, 420, 226, 500, 246, 500, 256, 400], true, 6), grade(222, 0, "b07c34", 256, 0, "4a2a14"))
     FACE_Y -= 14
-    saveCut(p, "tobias.png")
+    saveCut(p, file)
 end
 
 @@ Round glasses, lit by a window.
@@ -180,7 +210,7 @@ function paintSpectacles(p, x, y)
     fill(p, stroke(curve([x + 33, y - 6, x + 50, y - 10, x + 66, y - 8], false, 4), 2.6, 2.2), flat("a87c3c"))
 end
 
-function paintTansy()
+function paintTansy(face, file)
     math["randomseed"](83)
     local p = newPortrait()
     local x = FACE_X
@@ -202,11 +232,11 @@ function paintTansy()
     for i = 1, 20
         fill(p, ellipse(x - 54 + random(0, 78), y + 8 + random(0, 20), 1.3, 1.1), flat("b0603c") + "a = a * 0.75\n")
     end
-    paintEye(p, x - 40, y - 4, 23, 19, "4c9450", "3c1a18")
-    paintEye(p, x + 11, y - 4, 30, 21, "4c9450", "3c1a18")
-    paintBrow(p, x - 41, y - 29, 24, 5, 3.6, "6c3420")
-    paintBrow(p, x + 12, y - 31, 32, 6, 4.4, "6c3420")
-    paintMouth(p, 1.5, "8c3430")
+    paintEye(p, x - 40, y - 4, 23, 19, face, "4c9450", "3c1a18")
+    paintEye(p, x + 11, y - 4, 30, 21, face, "4c9450", "3c1a18")
+    paintBrow(p, x - 41, y - 29, 24, 5, 3.6, 1, face, "6c3420")
+    paintBrow(p, x + 12, y - 31, 32, 6, 4.4, -1, face, "6c3420")
+    paintMouth(p, 1.5, face, "8c3430")
     @@ Hair that has got out of the hood.
     fill(p, curve([x - 56, y - 40, x - 50, y - 78, x - 10, y - 100, x + 40, y - 92, x + 70, y - 50, x + 72, y - 4, x + 58, y - 30, x + 34, y - 56, x + 6, y - 66, x - 14, y - 48, x - 30, y - 58], true, 8), grade(x - 50, y - 90, "a8622c", x + 70, y - 10, "42200f"))
     for i = 0, 7
@@ -229,10 +259,32 @@ function paintTansy()
         fill(p, stroke([160 + i * 10, 353 - i * 1.6, 170 + i * 8, 362 - i], 1, 0.5), flat("7c3418"))
     end
     FACE_Y -= 50
-    saveCut(p, "tansy.png")
+    saveCut(p, file)
 end
 
-function paintCat()
+@@ Each with the faces that the story needs; the first is for whenever it says nothing.
+function paintPeople()
+    for face in ["usual", "grave", "moved"]
+        paintMaud(FACES[face], faceFile("maud", face))
+    end
+    for face in ["usual", "sorry", "glad"]
+        paintTobias(FACES[face], faceFile("tobias", face))
+    end
+    for face in ["usual", "sorry", "glad"]
+        paintTansy(FACES[face], faceFile("tansy", face))
+    end
+    paintCat(true, "cat.png")
+    paintCat(false, "cat-asleep.png")
+end
+
+function faceFile(who, face)
+    if face == "usual"
+        return who + ".png"
+    end
+    return who + "-" + face + ".png"
+end
+
+function paintCat(awake, file)
     math["randomseed"](91)
     local p = canvas(260, 320)
     local x = 118
@@ -256,10 +308,14 @@ function paintCat()
         lock(p, x + 70, y + 4 + i * 14, x + 46, y + 8 + i * 10, -0.1, 5, 1, "2a2832")
     end
     for i, cx in ipairs([x - 30, x + 30])
-        fill(p, curve([cx - 19, y - 1, cx - 6, y - 15, cx + 9, y - 14, cx + 19, y - 2, cx + 6, y + 9, cx - 9, y + 8], true, 6), grade(cx, y - 14, "c07818", cx, y + 9, "ffe080"))
-        fill(p, ellipse(cx, y - 3, 5, 11), flat("0c0808"))
-        fill(p, ellipse(cx - 6, y - 8, 3, 3), flat("ffffff"))
-        fill(p, stroke(curve([cx - 20, y - 1, cx - 6, y - 16, cx + 9, y - 15, cx + 20, y - 3], false, 6), 3, 3), flat("1c1a20"))
+        if awake
+            fill(p, curve([cx - 19, y - 1, cx - 6, y - 15, cx + 9, y - 14, cx + 19, y - 2, cx + 6, y + 9, cx - 9, y + 8], true, 6), grade(cx, y - 14, "c07818", cx, y + 9, "ffe080"))
+            fill(p, ellipse(cx, y - 3, 5, 11), flat("0c0808"))
+            fill(p, ellipse(cx - 6, y - 8, 3, 3), flat("ffffff"))
+            fill(p, stroke(curve([cx - 20, y - 1, cx - 6, y - 16, cx + 9, y - 15, cx + 20, y - 3], false, 6), 3, 3), flat("1c1a20"))
+        else
+            fill(p, stroke(curve([cx - 19, y - 4, cx - 8, y + 3, cx + 8, y + 3, cx + 19, y - 5], false, 6), 3, 3), flat("1c1a20"))
+        end
     end
     fill(p, curve([x - 9, y + 22, x + 9, y + 22, x + 1, y + 32, x - 1, y + 32], true, 4), flat("d88c84"))
     fill(p, stroke(curve([x, y + 32, x - 3, y + 41, x - 15, y + 43], false, 5), 1.8, 1.2), flat("54484a"))
@@ -268,5 +324,5 @@ function paintCat()
         fill(p, stroke(curve([x - 24, y + 30 + i * 4, x - 60, y + 26 + i * 9, x - 92, y + 30 + i * 14], false, 5), 1.3, 0.4), flat("fffaf0"))
         fill(p, stroke(curve([x + 24, y + 30 + i * 4, x + 60, y + 26 + i * 9, x + 92, y + 30 + i * 14], false, 5), 1.3, 0.4), flat("d8d0cc"))
     end
-    saveCut(p, "cat.png")
+    saveCut(p, file)
 end

@@ -22,6 +22,12 @@ function paintWeather()
     glow(down, 6, 6, 5.5, 5.5, "fff0d0", 0.5, 1.2)
     glow(down, 6, 6, 2, 2, "ffffff", 0.8, 1)
     saveCut(down, "down.png")
+    for i, lift in ipairs([1.0, 0.3, -0.45])
+        local bird = canvas(44, 34)
+        paintBird(bird, 22, 17, 38, lift, "b4bce4", "e0905c")
+        fill(bird, ellipse(31, 16, 4, 3), flat("c6cdf0"))
+        saveCut(bird, "bird" + i + ".png")
+    end
     local hexes = [["f4c060", "b8641c"], ["e08838", "8a3418"], ["c85c2c", "6a2014"]]
     for i = 1, 3
         local leaf = canvas(30, 30)

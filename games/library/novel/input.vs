@@ -10,14 +10,14 @@ novelPressesKnown = contains(Metal or {}, "presses")
 @@ For each action the keys that every window reports, and the names under which presses arrive where there are such.
 NOVEL_KEYS = {
     up = ["UP", "W"], down = ["DOWN", "S"], left = ["LEFT"], right = ["RIGHT"], go = ["RETURN", "SPACE"],
-    history = ["L"], auto = ["A"], skip = ["F"], keep = ["Q"], open = ["O"],
+    history = ["L"], auto = ["A"], skip = ["F"], keep = ["Q"], open = ["O"], aloud = ["V"], copy = ["C"],
     one = ["1"], two = ["2"], three = ["3"], four = ["4"], five = ["5"], six = ["6"]
 }
 NOVEL_PRESSES = {
     up = ["up", "w", "pad_up"], down = ["down", "s", "pad_down"], left = ["left", "pad_left"], right = ["right", "pad_right"],
     go = ["return", "enter", "space", "pad_a"], menu = ["escape", "back", "backspace", "p", "pad_start", "pad_b", "mouse_right"],
     hide = ["h", "mouse_middle", "pad_back"], history = ["l", "pad_y"], auto = ["a", "pad_x"], skip = ["f", "tab", "pad_r"],
-    keep = ["q", "f5"], open = ["o", "f9"], click = ["mouse_left"], wheelUp = ["wheel_up"], wheelDown = ["wheel_down"],
+    keep = ["q", "f5"], open = ["o", "f9"], aloud = ["v"], copy = ["c"], click = ["mouse_left"], wheelUp = ["wheel_up"], wheelDown = ["wheel_down"],
     pageUp = ["page_up", "pad_l"], pageDown = ["page_down"], first = ["home"], last = ["end"],
     one = ["1"], two = ["2"], three = ["3"], four = ["4"], five = ["5"], six = ["6"]
 }

@@ -1,5 +1,5 @@
 @@ What can be picked on a screen, by keys or by mouse. An item has `say`, a place and a size, and `act`, a function
-@@ that gets the item. `turn` is a function that gets the item and 1 or -1, for the keys to the right and left.
+@@ that gets the item. `aloud` is what is read aloud of it where that is not what it says. `turn` is a function that gets the item and 1 or -1, for the keys to the right and left.
 
 NOVEL_ITEM_HIGH = 44
 NOVEL_ITEM_SINK = 2
@@ -20,6 +20,7 @@ end
 
 @@ A line of text; `align` is "left", "middle" or "right" of x.
 function novelPutText(text, font, ink, x, y, align)
+    push(novelShownWords, text)
     local picture, w, h = novelTextPicture(text, font, ink)
     if align == "middle"
         x -= w \ 2
@@ -35,6 +36,7 @@ function novelClearScreen()
         vesperKillSurface(sprite["picture"])
     end
     novelSprites = []
+    novelShownWords = []
     novelClearItems()
 end
 

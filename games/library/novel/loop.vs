@@ -110,8 +110,12 @@ end
 function novelStepFrame()
     novelFrame += 1
     novelReadInput()
+    novelAloudKeys()
     novelSteppers[novelScreen]()
     novelStepFading()
+    if novelDirty or #novelNotes > 0
+        novelStepAloud()
+    end
     if novelDirty or #novelNotes > 0 or novelCurtainLeft > 0
         novelDraw()
     end
@@ -152,6 +156,7 @@ function Novel["play"](game)
 end
 
 function novelLeave()
+    novelHush()
     Audio["clear"]()
     novelClearScreen()
     novelDropBox()

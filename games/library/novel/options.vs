@@ -8,6 +8,9 @@ function novelOpeners["options"]()
         novelSwitchItem("Skip unread text", "skipAll"), novelChoiceItem("Text box", "box", NOVEL_BOXES), novelSwitchItem("Less motion", "lessMotion"),
         novelVolumeItem("Music", "musicVolume"), novelVolumeItem("Sounds", "soundVolume")
     ]
+    if Metal["speak"] != not
+        push(list, novelSwitchItem("Read aloud", "readAloud"))
+    end
     if Metal["setFullscreen"] != not
         push(list, novelScreenItem())
     end
@@ -127,6 +130,10 @@ function novelApplySettings(name)
         novelApplyScaling()
     elseif name == "box"
         novelDropPanels()
+    end
+    if name == "readAloud"
+        novelHush()
+        novelSaidHead = ""
     end
     if name == "lessMotion" and novelPlace != ""
         novelStartWeather(novelPlaces[novelPlace])

@@ -96,10 +96,10 @@ function novelSteppers["read"]()
     end
 end
 
-@@ What moves by itself. While nothing else does it takes three steps at a time: a picture that stands is worth few
-@@ frames.
+@@ What moves by itself. While nothing else does it takes three steps at a time, unless it flies: a picture that stands
+@@ is worth few frames.
 function novelStepAir()
-    if novelBoxSlides() or not novelCameraRests() or novelCurtainLeft > 0
+    if novelBoxSlides() or not novelCameraRests() or novelCurtainLeft > 0 or novelWeatherFlies()
         novelStepWeather()
     elseif novelFrame % NOVEL_CALM_FRAMES == 0
         for i = 1, NOVEL_CALM_FRAMES
@@ -213,7 +213,8 @@ function novelHurry()
         end
     elseif novelAuto and not novelBoxSlides() and novelCameraRests()
         novelWaited += 1
-        if novelWaited > NOVEL_AUTO_BASE[settings["autoSpeed"]] + novelBox["length"] * NOVEL_AUTO_EACH[settings["autoSpeed"]]
+        local enough = NOVEL_AUTO_BASE[settings["autoSpeed"]] + novelBox["length"] * NOVEL_AUTO_EACH[settings["autoSpeed"]]
+        if novelWaited > math["max"](enough, novelAloudFrames())
             novelTurnHurried()
         end
     end

@@ -217,7 +217,7 @@ function novelRecordOf(kept, sets)
     if kept["picked"] != not and kept["picked"] != ""
         record["picked"] = kept["picked"]
     end
-    record["stage"] = {place = novelKnownPlace(kept["place"]), music = kept["music"] or "", cast = novelKnownCast(novelSplit(kept["cast"] or "", ","))}
+    record["stage"] = {place = novelKnownPlace(kept["place"]), music = novelKnownMusic(kept["music"] or "", kept["place"]), cast = novelKnownCast(novelSplit(kept["cast"] or "", ","))}
     return record
 end
 
@@ -228,6 +228,14 @@ function novelKnownPlace(place)
     end
     novelTellMissing(novelReplace(novelSay("The place {name} is no longer in the story."), "{name}", place))
     return ""
+end
+
+@@ Music that has left the game gives way to what its place has now.
+function novelKnownMusic(music, place)
+    if music != "" and not novelIsThere(novelSoundPath(music, ".wav")) and not novelIsThere(novelSoundPath(music, ".ogg")) and novelPlaces[place or ""] != not
+        return novelPlaces[place]["music"] or ""
+    end
+    return music
 end
 
 function novelKnownCast(cast)
@@ -279,10 +287,10 @@ function novelKeepOlderAutosave()
     local text = vesperContentsIfPresent(novelSavePath("auto"))
     if text != not
         Vesper["replaceFile"](novelSavePath("older"), text)
-        if novelIsThere(novelPicturePath("auto"))
-            local picture = Plush["loadPNG"](novelPicturePath("auto"))
-            Plush["saveImage"](novelPicturePath("older"), picture)
-            Plush["killImage"](picture)
+        local ok, picture = pcall(novelReadPicture, novelPicturePath("auto"))
+        if ok
+            pcall(Plush["saveImage"], novelPicturePath("older"), picture)
+            vesperKillSurface(picture)
         end
     end
 end
@@ -326,24 +334,4 @@ function novelOpenOld(slot)
         kept["music"] = novelPlaces[record["place"]]["music"]
     end
     return novelResume({name = name, scene = record["scene"] or "", order = novelFirstEdition, sets = [vars], path = [kept]})
-end
-
-@@ A small picture of the stage for the slots.
-NOVEL_THUMBNAIL = 0.2
-NOVEL_THUMBNAIL_SHADER = "r = (sampleR(x, y) + sampleR(x + 2, y) + sampleR(x + 4, y + 2) + sampleR(x + 1, y + 3) + sampleR(x + 3, y + 4)) / 5\ng = (sampleG(x, y) + sampleG(x + 2, y) + sampleG(x + 4, y + 2) + sampleG(x + 1, y + 3) + sampleG(x + 3, y + 4)) / 5\nb = (sampleB(x, y) + sampleB(x + 2, y) + sampleB(x + 4, y + 2) + sampleB(x + 1, y + 3) + sampleB(x + 3, y + 4)) / 5"
-
-function novelTakeThumbnail()
-    vesperKillSurface(novelThumbnail)
-    if typeOf(NOVEL_THUMBNAIL_SHADER) == "string"
-        NOVEL_THUMBNAIL_SHADER = Plush["compileShader"](NOVEL_THUMBNAIL_SHADER)
-    end
-    novelDrawStage()
-    novelThumbnail = Plush["shader"](VESPER_FRAMEBUFFER, NOVEL_THUMBNAIL_SHADER, {}, NOVEL_THUMBNAIL)
-    novelDirty = true
-end
-
-function novelKeepThumbnail(slot)
-    if novelThumbnail != not
-        pcall(Plush["saveImage"], novelPicturePath(slot), novelThumbnail)
-    end
 end

@@ -50,6 +50,7 @@ function novelMendSettings()
     novelSwitch("plainFont", false)
     novelSwitch("skipAll", false)
     novelSwitch("lessMotion", false)
+    novelSwitch("readAloud", false)
     if typeOf(settings["language"]) != "string"
         settings["language"] = novelLanguages[1][1]
     end

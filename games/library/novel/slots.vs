@@ -50,6 +50,7 @@ function novelAddSlot(slot, x, y)
         said = novelDate(header["seconds"] + novelZone())
         line = novelShortened(novelTranslated(header["name"], header["line"]), 38 - 4 * settings["textSize"])
     end
+    item["aloud"] = novelJoinWords([novelSlotName(slot), said, line])
     novelMarkLine(item, novelSlotName(slot), "paper", 116)
     novelMarkLine(item, said, "gold", 140)
     novelMarkLine(item, line, "paper", 164)
@@ -66,7 +67,7 @@ function novelSlotPicture(slot, state)
     if state != "good" or not novelIsThere(novelPicturePath(slot))
         return not
     end
-    local ok, picture = pcall(novelReadPicture, novelPicturePath(slot))
+    local ok, picture = pcall(novelReadThumbnail, novelPicturePath(slot))
     if not ok
         return not
     end
@@ -82,16 +83,18 @@ function novelAddSlotPages()
     local x = 42
     for page = first, pages
         local label = "" + page
+        local aloud = novelReplace(novelSay("Page {name}"), "{name}", label)
         local width = 60
         if page == 0
             label = novelSay("Automatic")
+            aloud = label
             width = novelWidthFor([label], 60)
         end
         if page == novelSlotPage
             label = "· " + label + " ·"
             width += 20
         end
-        novelAddItem({say = label, x = x, y = 488, w = width, page = page, act = novelTurnSlots})
+        novelAddItem({say = label, aloud = aloud, x = x, y = 488, w = width, page = page, act = novelTurnSlots})
         x += width + 10
     end
     local back = novelSay("Back")

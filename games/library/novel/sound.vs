@@ -20,9 +20,13 @@ function novelTrack(name, group)
     return novelTracks[name]
 end
 
+function novelSoundPath(name, ending)
+    return append + "/audio/" + name + ending
+end
+
 function novelOpenTrack(name, group)
     for ending in [".wav", ".ogg"]
-        local path = append + "/audio/" + name + ending
+        local path = novelSoundPath(name, ending)
         if novelIsThere(path)
             local track, opened = Audio["open"](path)
             if opened

@@ -2,38 +2,21 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <unordered_map>
-#include <utility>
+
+#include "platform/linux/spawn.h"
 
 extern char** environ;
 
 namespace {
 
+using kelmora::Descriptor;
+using kelmora::SpawnSettings;
+
 std::unordered_map<std::FILE*, pid_t> gPipeProcesses;
-
-// A file descriptor that closes with its scope.
-class Descriptor {
-public:
-    explicit Descriptor(int number = -1) : number_(number) {}
-    Descriptor(Descriptor&& other) noexcept : number_(other.release()) {}
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(number_, other.number_);
-        return *this;
-    }
-    ~Descriptor() {
-        if (number_ >= 0) close(number_);
-    }
-    int get() const { return number_; }
-    int release() { return std::exchange(number_, -1); }
-
-private:
-    int number_;
-};
 
 // Above the standard handles, so that setting those up in the child cannot overwrite the pipe.
 Descriptor movedUp(int number) {
@@ -49,38 +32,10 @@ bool openPipe(Descriptor& readEnd, Descriptor& writeEnd) {
     return readEnd.get() >= 0 && writeEnd.get() >= 0;
 }
 
-class SpawnSettings {
-public:
-    SpawnSettings() {
-        posix_spawn_file_actions_init(&actions);
-        posix_spawnattr_init(&attributes);
-    }
-    SpawnSettings(const SpawnSettings&) = delete;
-    SpawnSettings& operator=(const SpawnSettings&) = delete;
-    ~SpawnSettings() {
-        posix_spawn_file_actions_destroy(&actions);
-        posix_spawnattr_destroy(&attributes);
-    }
-
-    posix_spawn_file_actions_t actions;
-    posix_spawnattr_t attributes;
-};
-
 // Runs the command with `pipeEnd` as its standard handle `pipeHandle`. Gives its process, or -1.
 pid_t spawnShell(const char* command, int pipeEnd, int pipeHandle) {
     SpawnSettings settings;
-    bool ready = true;
-    for (int handle = STDIN_FILENO; handle <= STDERR_FILENO; ++handle)
-        ready = ready && 0 == (handle == pipeHandle
-                                   ? posix_spawn_file_actions_adddup2(&settings.actions, pipeEnd, handle)
-                                   : posix_spawn_file_actions_addopen(&settings.actions, handle, "/dev/null",
-                                                                      O_RDWR, 0));
-    sigset_t defaults;
-    sigemptyset(&defaults);
-    sigaddset(&defaults, SIGPIPE);
-    ready = ready && posix_spawnattr_setsigdefault(&settings.attributes, &defaults) == 0 &&
-            posix_spawnattr_setflags(&settings.attributes, POSIX_SPAWN_SETSIGDEF) == 0;
-    if (!ready) return -1;
+    if (!settings.connect(pipeHandle, pipeEnd)) return -1;
 
     char shell[] = "sh";
     char option[] = "-c";

@@ -69,10 +69,23 @@ function tellHeader()
     print(header["line"], novelDate(header["seconds"]) > "2023-11-14", novelIsThere(novelPicturePath("1")))
 end
 
+@@ Kept small and shown whole; those of earlier versions, which were whole pictures, are shown as they are.
+function tellThumbnails()
+    local kept = novelReadPicture(novelPicturePath("1"))
+    local shown = novelReadThumbnail(novelPicturePath("1"))
+    print("thumbnail", Plush["imageSize"](kept), Plush["imageSize"](shown))
+    local dusk = Plush["createImage"](192, 109, 40, 60, 120, 255)
+    Plush["blitImage"](dusk, Plush["createImage"](96, 60, 230, 150, 60, 255), 0, 0, false, 1, 0)
+    local back = novelUnpacked(novelPacked(dusk))
+    print(Plush["getPixel"](back, 20, 20), Plush["getPixel"](back, 191, 108))
+    Plush["saveImage"](novelPicturePath("1"), dusk)
+    print(Plush["imageSize"](novelReadThumbnail(novelPicturePath("1"))))
+end
+
 playSteps([
     "wait 20", tellScreen, states, "return", "return", "return", tellPage,
     @@ Slot 1 is empty and taken at once; the second time it is asked about, and No is the answer at hand.
-    "escape", "down", "down", "return", tellScreen, "wait 2", "down", "return", states, tellHeader, "return", "wait 14", tellScreen, "return", tellScreen, "escape", "escape", tellPage,
+    "escape", "down", "down", "return", tellScreen, "wait 2", "down", "return", states, tellHeader, tellThumbnails, "return", "wait 14", tellScreen, "return", tellScreen, "escape", "escape", tellPage,
     "q", states, "return", "return", "return", "wait 16", "1", tellPage, states,
     @@ The quick save is loaded after a question; what was left stays in the autosave.
     "o", "wait 14", tellScreen, "left", "return", tellPage, tellVars, toTitle, "wait 20", tellScreen,

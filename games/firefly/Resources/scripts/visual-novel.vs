@@ -1,6 +1,8 @@
 @@ Firefly Glade: a keeper walks a moonlit glade and gathers the fireflies until it dawns.
 
 gameFolder = append + "/game/"
+runFile(gameFolder + "keys.vs")
+runFile(gameFolder + "sounds.vs")
 runFile(gameFolder + "stage.vs")
 runFile(gameFolder + "lantern.vs")
 runFile(gameFolder + "daybreak.vs")
@@ -18,4 +20,7 @@ if not hasWindow
     error("no window")
 end
 playNights()
+if MIXER_ENABLED
+    Audio["clear"]()
+end
 Metal["killWindow"]()

@@ -2,6 +2,8 @@
 
 STRIDE_X = 2
 STRIDE_Y = 1.4
+EDGE = 9
+STEP_FRAMES = 8
 START_X = 130
 START_Y = 103
 steps = [1, 2, 1, 3]
@@ -14,7 +16,7 @@ function placeKeeper()
 end
 
 function canStand(footX, footY)
-    if footX < 6 or footX > WIDE - 7 or footY < 66 or footY > HIGH - 4
+    if footX < EDGE or footX > WIDE - 1 - EDGE or footY < 66 or footY > HIGH - 4
         return false
     end
     local p = math["floor"](footY) * WIDE + math["floor"](footX) + 1
@@ -24,16 +26,16 @@ end
 function walkKeeper()
     local goX = 0
     local goY = 0
-    if VESPER_KEY_LEFT
+    if goesLeft
         goX -= STRIDE_X
     end
-    if VESPER_KEY_RIGHT
+    if goesRight
         goX += STRIDE_X
     end
-    if VESPER_KEY_UP
+    if goesUp
         goY -= STRIDE_Y
     end
-    if VESPER_KEY_DOWN
+    if goesDown
         goY += STRIDE_Y
     end
     if goX == 0 and goY == 0
@@ -41,6 +43,9 @@ function walkKeeper()
         return not
     end
     keeperStride += 1
+    if keeperStride % STEP_FRAMES == 3
+        hear(stepTrack)
+    end
     if goX < 0
         keeperFaces = "left"
     elseif goX > 0

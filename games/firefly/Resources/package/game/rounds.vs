@@ -11,6 +11,11 @@ beginWords = makeWords("ENTER TO BEGIN", 1, goldRows)
 dawnWords = makeWords("GOOD MORNING", 2, goldRows)
 homeWords = makeWords("EVERY LIGHT IS HOME", 1, paleRows)
 againWords = makeWords("ENTER TO WALK AGAIN", 1, goldRows)
+pauseWords = makeWords("PAUSE", 2, goldRows)
+onWords = makeWords("ENTER TO WALK ON", 1, paleRows)
+leaveWords = makeWords("Q TO LEAVE - M FOR SILENCE", 1, paleRows)
+PAUSE_TOP = 40
+PAUSE_LOW = 84
 
 function startNight(part)
     phase = part
@@ -28,11 +33,34 @@ function countTaken()
     restore(WIDE - 44, 2, WIDE - 1, 18)
 end
 
-@@ True once for each time that Enter goes down.
-function enterPressed()
-    local pressed = VESPER_KEY_RETURN and not enterWasDown
-    enterWasDown = VESPER_KEY_RETURN
-    return pressed
+@@ Everything stands while the night is paused. Escape on the title leaves the game.
+function stepPause()
+    if wasPressed(["m"])
+        isMute = not isMute
+        applyLoudness()
+    end
+    if isPaused and wasPressed(["q", "pad_b"])
+        playing = false
+    elseif isPaused and (enterPressed() or pausePressed())
+        pause(false)
+        pressedNow = []
+    elseif phase == "title" and pausePressed()
+        playing = false
+    elseif phase == "walk" and pausePressed()
+        pause(true)
+    end
+end
+
+function pause(on)
+    isPaused = on
+    applyLoudness()
+    if on
+        drawCentred(pauseWords, PAUSE_TOP)
+        drawCentred(onWords, PAUSE_TOP + 24)
+        drawCentred(leaveWords, PAUSE_TOP + 35)
+    else
+        restore(0, PAUSE_TOP, WIDE - 1, PAUSE_LOW)
+    end
 end
 
 function stepNight()
@@ -42,6 +70,7 @@ function stepNight()
         if enter
             phase = "walk"
             phaseFrame = 0
+            hear(beginTrack)
             fillStage(NIGHT_PLANE)
         end
     elseif phase == "walk"
@@ -63,6 +92,7 @@ function stepNight()
         if enter
             night += 1
             startNight("walk")
+            hear(beginTrack)
         end
     end
     driftFlies(frame)
@@ -71,11 +101,13 @@ end
 function stepCatch()
     local caughtNow = catchFlies()
     if caughtNow > 0
+        hear(catchTracks[math["min"](caught + caughtNow, #catchTracks)])
         caught += caughtNow
         countTaken()
         shapeLight(LIGHT_RADIUS + caught * LIGHT_GROWTH)
         if caught == FLY_COUNT
             phase = "dawn"
+            hear(dawnTrack)
             phaseFrame = -12
             keeperFaces = "down"
             restore(WIDE - 44, 2, WIDE - 1, 18)
@@ -133,17 +165,23 @@ function waitForFrame()
     end
 end
 
-@@ Until the window's button is pressed.
+@@ Until the player leaves or the window's button is pressed.
 function playNights()
     night = 1
     frame = 0
-    enterWasDown = false
+    playing = true
+    isPaused = false
+    openSounds()
+    hear(nightTrack, true)
     startNight("title")
-    while not Metal["checkClose"]()
+    while playing and not Metal["checkClose"]()
         frame += 1
-        Metal["updateInput"]()
-        stepNight()
-        drawNight()
+        readKeys()
+        stepPause()
+        if not isPaused
+            stepNight()
+            drawNight()
+        end
         Metal["renderImage"](screen)
         Metal["forceUpdate"]()
         waitForFrame()
