@@ -17,7 +17,8 @@ bool isBoundary(const std::string& path, std::size_t before) {
 bool isSameSource(const std::string& one, const std::string& other) {
     const std::string& longer = one.size() >= other.size() ? one : other;
     const std::string& shorter = one.size() >= other.size() ? other : one;
-    return !shorter.empty() && longer.ends_with(shorter) && isBoundary(longer, longer.size() - shorter.size());
+    return !shorter.empty() && longer.ends_with(shorter) &&
+           isBoundary(longer, longer.size() - shorter.size());
 }
 
 std::string withoutDots(std::string path) {

@@ -19,8 +19,8 @@ struct Breakpoint {
 enum class StopReason : std::uint8_t { Entry, Step, Breakpoint, Pause };
 enum class Resume : std::uint8_t { Continue, StepIn, StepOver, StepOut };
 
-// Breakpoints and steps over running script. It stands in front of statements; what is done there is its owner's
-// affair.
+// Breakpoints and steps over running script. It stands in front of statements; what is done there is its
+// owner's affair.
 class Debugger : public StatementWatcher {
 public:
     // Gives how to go on. May change breakpoints.
@@ -56,7 +56,8 @@ private:
 // The lines, from 1, that have a statement to stop at.
 std::vector<std::uint32_t> statementLines(const std::string& source);
 
-// The value of an expression or statement, with the names that the running statement sees. Raises its failure.
+// The value of an expression or statement, with the names that the running statement sees. Raises its
+// failure.
 Variable evaluateHere(Interpreter& script, const std::string& source);
 
 }  // namespace kelmora

@@ -13,16 +13,16 @@ namespace kelmora {
 namespace {
 
 constexpr const char* source =
-    "function double(n)\n"          // 1
-    "    local twice = n * 2\n"     // 2
-    "    return twice\n"            // 3
-    "end\n"                         // 4
-    "total = 0\n"                   // 5
-    "for i = 1, 3\n"                // 6
-    "    total += double(i)\n"      // 7
-    "end\n"                         // 8
-    "\n"                            // 9
-    "print(total)\n";               // 10
+    "function double(n)\n"       // 1
+    "    local twice = n * 2\n"  // 2
+    "    return twice\n"         // 3
+    "end\n"                      // 4
+    "total = 0\n"                // 5
+    "for i = 1, 3\n"             // 6
+    "    total += double(i)\n"   // 7
+    "end\n"                      // 8
+    "\n"                         // 9
+    "print(total)\n";            // 10
 
 class DebuggerTest : public ::testing::Test {
 protected:

@@ -23,10 +23,12 @@ std::vector<unsigned char> imageOf(VesperScript& engine, const std::string& sour
     std::string shifted = " ";
     for (const char c : source) shifted += c == '\n' ? std::string("\n ") : std::string(1, c);
     BytecodeProgram program = engine.compileToBytecode(shifted, "a.vs");
-    for (ParsedScriptLine& line : program.lines) {
+    std::vector<ParsedScriptLine> lines = program.lines.linked();
+    for (ParsedScriptLine& line : lines) {
         line.text.clear();
         for (const std::string& token : line.tokens) line.text += token + ' ';
     }
+    program.lines = std::move(lines);
     return VesperScript::serialiseBytecode(program);
 }
 

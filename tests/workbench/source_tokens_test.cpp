@@ -55,7 +55,7 @@ TEST(SourceTokens, AreThoseOfTheInterpreter) {
         }
         const std::vector<Statement> found = scanned(file.source);
         std::size_t at = 0;
-        for (const ParsedScriptLine& line : program.lines) {
+        for (const ParsedScriptLine& line : program.lines.linked()) {
             if (line.tokens.empty()) continue;
             ASSERT_LT(at, found.size()) << file.path;
             ASSERT_EQ(found[at].line, line.lineNumber) << file.path;
