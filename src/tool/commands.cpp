@@ -18,6 +18,7 @@ extern const ToolCommand playCommand;
 extern const ToolCommand testCommand;
 extern const ToolCommand roamCommand;
 extern const ToolCommand lspCommand;
+extern const ToolCommand dapCommand;
 extern const ToolCommand helpCommand;
 
 std::span<const ToolCommand* const> toolCommands() {
@@ -26,7 +27,7 @@ std::span<const ToolCommand* const> toolCommands() {
         &runCommand, &compileCommand, &dumpCommand,
         &checkCommand, &formatCommand,
         &newCommand, &playCommand, &testCommand, &roamCommand,
-        &lspCommand,
+        &lspCommand, &dapCommand,
         &helpCommand,
     };
     // clang-format on

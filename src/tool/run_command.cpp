@@ -1,3 +1,5 @@
+#include "tool/run_command.h"
+
 #include "host/registration.h"
 #include "tool/guest_tool.h"
 #include "tool/source_text.h"
@@ -15,10 +17,15 @@ int runGuestFile(Runtime& runtime, const GuestTool& guest, std::span<const std::
                             [&] { return guest.run(runtime, words[0], words.subspan(1), isImage); });
 }
 
-int runFile(ToolContext& tool, std::span<const std::string> words) {
+int run(ToolContext& tool, std::span<const std::string> words) {
     if (words.empty()) throw UsageError("run wants a file");
     const ToolOptions options(words.first(1), {});
-    Runtime& runtime = tool.runtime;
+    return runFile(tool.runtime, words);
+}
+
+}  // namespace
+
+int runFile(Runtime& runtime, std::span<const std::string> words) {
     const std::string content = readSource(words[0]);
     if (const GuestTool* guest = guestToolForImage(content))
         return runGuestFile(runtime, *guest, words, content, true);
@@ -37,12 +44,10 @@ int runFile(ToolContext& tool, std::span<const std::string> words) {
     return 0;
 }
 
-}  // namespace
-
 extern const ToolCommand runCommand{
     "run", "FILE [ARGUMENT...]", "run a script; arguments are in the global array `arguments`",
     "Runs a source or an image of any of the three languages. Sources of the guest languages are told by\n"
     "their names (.lua, .rwby), images by their first bytes. The exit code is 1 when the script fails.\n",
-    runFile};
+    run};
 
 }  // namespace kelmora

@@ -48,6 +48,10 @@ void Debugger::setBreakpoints(const std::string& path, const std::vector<Breakpo
     for (const Breakpoint& each : breakpoints) breakpoints_[each.line].push_back({plain, each.condition});
 }
 
+void Debugger::hideSource(const std::string& path) {
+    hidden_ = path;
+}
+
 bool Debugger::isAtBreakpoint(Interpreter& script) const {
     const auto found = breakpoints_.find(script.context.line()->lineNumber + 1);
     if (found == breakpoints_.end()) return false;
@@ -72,9 +76,11 @@ bool Debugger::hasStepped(const Interpreter& script) const {
 }
 
 void Debugger::beforeStatement(Interpreter& script) {
-    if (!script.context.line()) return;
+    const bool wantsPause = wantsPause_();
+    isPausing_ = isPausing_ || wantsPause;
+    if (!script.context.line() || (!hidden_.empty() && script.context.path() == hidden_)) return;
     StopReason reason = StopReason::Step;
-    if (wantsPause_()) {
+    if (std::exchange(isPausing_, false)) {
         reason = StopReason::Pause;
     } else if (std::exchange(isEntering_, false)) {
         reason = StopReason::Entry;

@@ -33,6 +33,9 @@ public:
     // In place of those that the source had. Paths are compared by their last parts where one is relative.
     void setBreakpoints(const std::string& path, const std::vector<Breakpoint>& breakpoints);
 
+    // Nothing stops in this source.
+    void hideSource(const std::string& path);
+
     void beforeStatement(Interpreter& script) override;
 
 private:
@@ -46,8 +49,10 @@ private:
 
     OnStop onStop_;
     WantsPause wantsPause_;
+    std::string hidden_;
     std::unordered_map<std::uint32_t, std::vector<Placed>> breakpoints_;  // by line
     bool isEntering_;
+    bool isPausing_ = false;
     Resume resume_ = Resume::Continue;
     std::uint32_t stepDepth_ = 0;  // calls around the statement that was stopped at
     bool stepInTurn_ = false;      // it was a coroutine's
