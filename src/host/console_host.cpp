@@ -23,8 +23,9 @@ void ConsoleHost::flush() {
 }
 
 bool ConsoleHost::showsTrueColour() const {
-    const char* colours = std::getenv("COLORTERM");
-    if (!flushes_ || colours == nullptr) return false;
+    const char* const unwanted = std::getenv("NO_COLOR");
+    const char* const colours = std::getenv("COLORTERM");
+    if (!flushes_ || colours == nullptr || (unwanted && *unwanted)) return false;
     return std::string_view(colours) == "truecolor" || std::string_view(colours) == "24bit";
 }
 
