@@ -411,14 +411,17 @@ opReturn:
     goto leaveFunction;
 opReturnTaken:
     // A temporary outlasts the call.
-    if (script_.callRecords.size() != boundary_) [[likely]] {
+    if (script_.callRecords.size() == boundary_) [[unlikely]] {
+        result_ = takeB(i);
+        goto leaveFunction;
+    }
+    {
+        // Ends before the jump to the next instruction, which would not let go of it.
         Variable value(std::move(*i->b->value));
         i = leave();
         if (i->a) *i->a->value = std::move(value);
-        NEXT_OR_ATTEND;
     }
-    result_ = takeB(i);
-    goto leaveFunction;
+    NEXT_OR_ATTEND;
 opReturnNothing:
     goto leaveFunction;
 opFinish:

@@ -10,6 +10,7 @@
 #include "font/font_service.h"
 #include "font/installed_fonts.h"
 #include "font/tiny_font.h"
+#include "image/pixel_memory.h"
 
 namespace kelmora {
 namespace {
@@ -43,7 +44,7 @@ TEST_F(TextWrap, TheSizeIsThePicturesOwn) {
                              "f",
                              "\xFF"}) {
         const std::unique_ptr<PlushImage> image(vh_ttf_font_render(font_, text, 1, 2, 3, 255));
-        const std::unique_ptr<unsigned char[]> pixels(image->pixels);
+        const PixelMemory pixels(image->pixels);
         int width = 0;
         int height = 0;
         EXPECT_TRUE(vh_ttf_font_text_size(font_, text, &width, &height));

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/whole_file.h"
+#include "image/pixel_memory.h"
 #include "platform/memory_window.h"
 #include "shim/shim.h"
 #include "support/environment.h"
@@ -96,7 +97,7 @@ TEST_F(ShimWindow, TitleAndSizeAreWhatTheGameAsked) {
     EXPECT_EQ(width, 30);  // the user's size is the client's, not the game's
     EXPECT_EQ(height, 40);
     const std::unique_ptr<PlushImage> shown(vh_captureWindow(window.get()));
-    const std::unique_ptr<unsigned char[]> pixels(shown->pixels);
+    const PixelMemory pixels(shown->pixels);
     EXPECT_EQ(shown->width, 20);
     EXPECT_EQ(shown->height, 10);
 }
@@ -115,7 +116,7 @@ TEST_F(ShimWindow, PresentsOnlyWhatChanged) {
     vh_updateWindow(window.get());
     EXPECT_EQ(display->presentCount(), 2);
     const std::unique_ptr<PlushImage> shown(vh_captureWindow(window.get()));
-    const std::unique_ptr<unsigned char[]> pixels(shown->pixels);
+    const PixelMemory pixels(shown->pixels);
     EXPECT_EQ(pixels[0], 9);
 }
 
@@ -177,7 +178,7 @@ TEST_F(ShimWindow, ThePlayerAndTheGameTurnFullScreenOnAndOff) {
     const auto shownWidth = [&] {
         vh_updateWindow(window.get());
         const std::unique_ptr<PlushImage> shown(vh_captureWindow(window.get()));
-        const std::unique_ptr<unsigned char[]> pixels(shown->pixels);
+        const PixelMemory pixels(shown->pixels);
         return shown->width;
     };
     EXPECT_FALSE(vh_isFullscreen(window.get()));
@@ -238,7 +239,7 @@ TEST_F(ShimWindow, ARecordingIsPlayedByTheUpdate) {
 
     int width = 0;
     int height = 0;
-    const std::unique_ptr<unsigned char[]> pixels(vh_load_png(shot.c_str(), &width, &height));
+    const PixelMemory pixels(vh_load_png(shot.c_str(), &width, &height));
     ASSERT_NE(pixels, nullptr);
     EXPECT_EQ(width, 6);
     EXPECT_EQ(height, 4);

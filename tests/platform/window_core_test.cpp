@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "image/pixel_memory.h"
+
 namespace kelmora {
 namespace {
 
@@ -352,7 +354,7 @@ TEST(WindowCore, CaptureIsACopyOfTheBackbuffer) {
     core.setClearColour({1, 2, 3});
     core.composeIfDirty();
     const std::unique_ptr<PlushImage> image(core.capture());
-    const std::unique_ptr<unsigned char[]> pixels(image->pixels);
+    const PixelMemory pixels(image->pixels);
     EXPECT_EQ(image->width, 3);
     EXPECT_EQ(image->height, 2);
     EXPECT_EQ(image->reflectPixels, nullptr);

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "image/pixel_memory.h"
 #include "shim/shim.h"
 #include "support/temporary_folder.h"
 
@@ -19,7 +20,7 @@ TEST(ShimPictures, EveryFormatIsWrittenAndLoadedThroughOneCall) {
         ASSERT_TRUE(save(path.c_str(), pixels.data(), 5, 3));
         int width = 0;
         int height = 0;
-        const std::unique_ptr<unsigned char[]> loaded(vh_load_png(path.c_str(), &width, &height));
+        const PixelMemory loaded(vh_load_png(path.c_str(), &width, &height));
         ASSERT_NE(loaded, nullptr);
         EXPECT_EQ(width, 5);
         EXPECT_EQ(height, 3);
