@@ -1,5 +1,7 @@
 #pragma once
 
+#include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -10,6 +12,9 @@ namespace kelmora {
 
 // Registers what a game finds, on a machine without a display too, for checks that run nothing.
 void registerForCheck(Runtime& runtime);
+
+// What a game comes with: its files, its libraries' and its fonts, without what it keeps while it is played.
+std::shared_ptr<const AssetFiles> assetsOf(const std::filesystem::path& game);
 
 // The boot script's text.
 std::string bootSource();

@@ -53,6 +53,10 @@ std::vector<fs::path> librariesOf(const fs::path& game) {
     return found;
 }
 
+std::vector<std::string> fontsOf(const fs::path& game) {
+    return linesOf(game / "fonts.txt");
+}
+
 ScratchFolder::ScratchFolder() {
     std::random_device random;
     const fs::path parent = fs::temp_directory_path();
@@ -75,7 +79,7 @@ void copyGame(const fs::path& game, const fs::path& target) {
     for (const fs::path& library : librariesOf(game))
         copyTree(library, target / "Libraries" / library.filename());
     const fs::path fonts = target / "Resources/package/fonts";
-    for (const std::string& font : linesOf(game / "fonts.txt")) {
+    for (const std::string& font : fontsOf(game)) {
         fs::create_directories(fonts);
         if (fs::is_regular_file(font))
             fs::copy_file(font, fonts / fs::path(font).filename(), fs::copy_options::overwrite_existing);

@@ -13,6 +13,9 @@ std::filesystem::path findGame(const std::string& path);
 // `library` beside it.
 std::vector<std::filesystem::path> librariesOf(const std::filesystem::path& game);
 
+// The paths of the fonts that the game's fonts.txt names.
+std::vector<std::string> fontsOf(const std::filesystem::path& game);
+
 // A folder among the system's temporary ones that goes with the object.
 class ScratchFolder {
 public:

@@ -52,22 +52,22 @@ public:
 
     const std::string& prefix() const { return prefix_; }
 
-    void add(const std::string& label, ItemKind kind, const std::string& detail = {}, Json data = nullptr) {
+    void add(const std::string& label, ItemKind kind, const std::string& detail = {}, std::string data = {}) {
         const auto same = [](char a, char b) {
             return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
         };
         if (label.size() < prefix_.size() ||
             !std::equal(prefix_.begin(), prefix_.end(), label.begin(), same) || !seen_.insert(label).second)
             return;
-        Json item{{"label", label},
-                  {"kind", static_cast<int>(kind)},
-                  {"textEdit", {{"range", range_}, {"newText", label}}}};
+        Json item{{"label", label}, {"kind", static_cast<int>(kind)}};
+        // With nothing typed yet, nothing is replaced.
+        if (!prefix_.empty()) item["textEdit"] = {{"range", range_}, {"newText", label}};
         if (!detail.empty()) item["detail"] = detail;
-        if (!data.is_null()) item["data"] = std::move(data);
+        if (!data.empty()) item["data"] = std::move(data);
         items_.push_back(std::move(item));
     }
     void add(const WordEntry& entry) {
-        add(entry.word, kindOf(entry), entry.forms[0], {{"table", entry.table}, {"word", entry.word}});
+        add(entry.word, kindOf(entry), entry.forms[0], entry.table + "." + entry.word);
     }
     Json list() && { return {{"isIncomplete", false}, {"items", std::move(items_)}}; }
 
@@ -194,8 +194,10 @@ Json completionDocumented(const Json& item, const WordBook& words) {
     Json made = item;
     const auto data = item.find("data");
     if (data == item.end()) return made;
+    const auto name = data->get<std::string>();
+    const std::size_t point = std::min(name.find('.'), name.size());
     const WordEntry* entry =
-        words.find(data->at("table").get<std::string>(), data->at("word").get<std::string>());
+        words.find(name.substr(0, point), std::string_view(name).substr(std::min(point + 1, name.size())));
     if (entry) made["documentation"] = {{"kind", "markdown"}, {"value", markdown(*entry)}};
     return made;
 }

@@ -21,6 +21,7 @@ ScriptProject::ScriptProject(Runtime& runtime, const std::string& folder) : chec
     };
     addHost(bootSource());
     if (folder.empty()) return;
+    assets_ = assetsOf(folder);
     for (const fs::path& library : librariesOf(folder))
         for (const std::string& path : sourcesBelow(library))
             if (isVesperScript(path)) addHost(readWholeFile(path).value_or(""));
@@ -30,6 +31,7 @@ ScriptProject::ScriptProject(Runtime& runtime, const std::string& folder) : chec
 
 void ScriptProject::set(const std::string& path, const std::string& source, bool isOpen) {
     check_.replace(path, source, isOpen);
+    if (assets_) check_.setAssets(path, assets_);
     symbols_.set(path, source);
 }
 

@@ -32,6 +32,7 @@ public:
 
 private:
     ScriptCheck check_;
+    std::shared_ptr<const AssetFiles> assets_;  // of the game
     ProjectSymbols symbols_;
 };
 

@@ -24,7 +24,8 @@ fs::path gameOf(const std::string& path) {
     std::error_code ignored;
     for (fs::path folder = fs::absolute(path, ignored).parent_path(); folder.has_relative_path();
          folder = folder.parent_path())
-        if (folder.filename() == "Resources") return folder.parent_path();
+        if (folder.filename() == "Resources" && fs::is_directory(folder, ignored))
+            return folder.parent_path();
     return {};
 }
 

@@ -12,6 +12,7 @@
 #include "workbench/block_check.h"
 #include "workbench/name_reads.h"
 #include "workbench/nearest.h"
+#include "workbench/render_entry_check.h"
 
 namespace kelmora {
 namespace {
@@ -261,6 +262,7 @@ void ScriptCheck::collectLine(const ParsedScriptLine& line, Facts& facts) {
     forEachMemberSet(line, [&](NameId name, const std::string& member) {
         facts.members.emplace_back(nameText(name), member);
     });
+    collectHandledNames(line, facts.handled);
     for (const TokenAnalysis& token : line.analysis)
         if (token.kind == TokenKind::String) facts.texts.insert(token.literal.text());
 }
@@ -270,6 +272,7 @@ void ScriptCheck::gather() {
     redefined_.clear();
     texts_.clear();
     labels_.clear();
+    handled_.clear();
     members_.clear();
     for (const std::string& table : hostTables_) members_[table];
     const auto give = [this](const Facts& facts) {
@@ -277,6 +280,7 @@ void ScriptCheck::gather() {
         redefined_.insert(facts.redefined.begin(), facts.redefined.end());
         texts_.insert(facts.texts.begin(), facts.texts.end());
         labels_.insert(facts.labels.begin(), facts.labels.end());
+        handled_.insert(facts.handled.begin(), facts.handled.end());
         for (const auto& [name, member] : facts.members)
             if (const auto table = members_.find(name); table != members_.end()) table->second.insert(member);
     };
@@ -321,6 +325,8 @@ void ScriptCheck::check(const Source& source, std::vector<Diagnostic>& found) {
         checkNames(source, line, reportedNames, found);
         checkMembers(source, line, found);
         checkLabels(source, line, found);
+        checkEntries(source, line, found);
+        checkFiles(source, line, found);
     }
 }
 
@@ -372,6 +378,25 @@ void ScriptCheck::checkLabels(const Source& source, const ParsedScriptLine& line
         found.push_back(diagnosticAt(source.path, source.physicalLines, line, i + 2,
                                      "no nest block has the label " + line.tokens[i + 2], Severity::Warning));
         suggest(found.back(), label, labels_);
+    }
+}
+
+void ScriptCheck::checkEntries(const Source& source, const ParsedScriptLine& line,
+                               std::vector<Diagnostic>& found) {
+    if (const auto token = wrongEntryType(line))
+        found.push_back(diagnosticAt(source.path, source.physicalLines, line, *token,
+                                     line.tokens[*token] + " is no type of the render queue",
+                                     Severity::Warning));
+}
+
+void ScriptCheck::checkFiles(const Source& source, const ParsedScriptLine& line,
+                             std::vector<Diagnostic>& found) const {
+    const auto assets = assets_.find(source.path);
+    if (assets == assets_.end()) return;
+    for (AssetFault& fault : checkAssets(line, *assets->second, handled_)) {
+        found.push_back(diagnosticAt(source.path, source.physicalLines, line, fault.token,
+                                     std::move(fault.message), Severity::Warning));
+        found.back().hint = std::move(fault.hint);
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <utility>
@@ -8,6 +9,7 @@
 
 #include "script/parsed_line.h"
 #include "script/vesper_script.h"
+#include "workbench/asset_check.h"
 #include "workbench/diagnostic.h"
 
 namespace kelmora {
@@ -26,6 +28,10 @@ public:
     void add(const std::string& path, const std::string& source);
     // Takes the place of what stands under that path, checked or not, or is added.
     void replace(const std::string& path, const std::string& source, bool isChecked);
+    // The files of the game that a script belongs to: its constants that look like one are held to them.
+    void setAssets(const std::string& path, std::shared_ptr<const AssetFiles> files) {
+        assets_[path] = std::move(files);
+    }
     void remove(const std::string& path);
     // The faults of all that was added, in that order, line by line.
     std::vector<Diagnostic> run();
@@ -38,6 +44,7 @@ private:
         std::vector<std::pair<std::string, std::string>> members;
         std::set<std::string> texts;
         std::set<std::string> labels;
+        std::set<std::string> handled;  // names in statements that make files or look for them
     };
     struct Source {
         std::string path;
@@ -62,6 +69,9 @@ private:
     void checkNames(const Source& source, const ParsedScriptLine& line, std::set<std::string>& reported,
                     std::vector<Diagnostic>& found);
     void checkMembers(const Source& source, const ParsedScriptLine& line, std::vector<Diagnostic>& found);
+    static void checkEntries(const Source& source, const ParsedScriptLine& line,
+                             std::vector<Diagnostic>& found);
+    void checkFiles(const Source& source, const ParsedScriptLine& line, std::vector<Diagnostic>& found) const;
     void checkLabels(const Source& source, const ParsedScriptLine& line, std::vector<Diagnostic>& found);
 
     VesperScript& engine_;
@@ -72,6 +82,8 @@ private:
     std::set<std::string> redefined_;                       // those that the sources set themselves
     std::set<std::string> texts_;                           // every string of the sources
     std::set<std::string> labels_;
+    std::set<std::string> handled_;
+    std::map<std::string, std::shared_ptr<const AssetFiles>> assets_;
     std::vector<Source> sources_;
 };
 

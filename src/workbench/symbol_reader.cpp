@@ -271,15 +271,17 @@ void SymbolReader::noteMember(std::uint32_t at) {
     symbols_.members_.push_back({std::string(text(at)), decodeStringToken(text(at + 2)), code_[at + 2]});
 }
 
+// All locals of the function come first, then its parameters and loop variables, each from the inside out.
 std::uint32_t SymbolReader::look(std::string_view name, bool localsOnly) const {
+    std::uint32_t other = noIndex;
     for (auto block = blocks_.rbegin(); block != blocks_.rend(); ++block) {
-        const auto found = block->bindings.find(name);
-        if (found != block->bindings.end() &&
-            (!localsOnly || symbols_.bindings_[found->second].kind == NameUse::Local))
-            return found->second;
+        if (const auto found = block->bindings.find(name); found != block->bindings.end()) {
+            if (symbols_.bindings_[found->second].kind == NameUse::Local) return found->second;
+            if (other == noIndex) other = found->second;
+        }
         if (block->isBody) break;
     }
-    return noIndex;
+    return localsOnly ? noIndex : other;
 }
 
 std::uint32_t SymbolReader::currentFunction() const {

@@ -6,9 +6,9 @@
 namespace kelmora {
 namespace {
 
-constexpr std::array<std::string_view, 21> keywords{
-    "and",   "break",  "decay", "else", "elseif", "end",    "external", "for",   "function", "if", "in",
-    "local", "native", "nest",  "not",  "or",     "repeat", "return",   "until", "while",    "do"};
+constexpr std::array<std::string_view, 20> keywords{
+    "and", "break", "decay",  "else", "elseif", "end", "external", "for",    "function", "if",
+    "in",  "local", "native", "nest", "not",    "or",  "repeat",   "return", "until",    "while"};
 
 bool isOpener(std::string_view text) {
     return text == "(" || text == "[" || text == "{";

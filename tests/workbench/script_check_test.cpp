@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 #include <sstream>
 
 #include "base/whole_file.h"
@@ -12,6 +13,8 @@
 #include "support/capture_host.h"
 #include "support/places.h"
 #include "support/script_run.h"
+#include "tool/game_check.h"
+#include "tool/source_files.h"
 #include "workbench/nearest.h"
 
 namespace kelmora {
@@ -137,10 +140,17 @@ TEST_F(ScriptCheckTest, RaisesNoFalseAlarm) {
     ScriptCheck check(runtime_.engine);
     check.addHostScript(knownToTheTool());
     const fs::path root = sourceFolder();
+    std::map<fs::path, std::shared_ptr<const AssetFiles>> assets;
     for (const char* folder : {"games", "src/host/boot"})
         for (const auto& entry : fs::recursive_directory_iterator(root / folder))
-            if (entry.path().extension() == ".vs")
-                check.add(entry.path().string(), readWholeFile(entry.path().string()).value());
+            if (entry.path().extension() == ".vs") {
+                const std::string path = entry.path().string();
+                check.add(path, readWholeFile(path).value());
+                const fs::path game = gameOf(path);
+                if (game.empty()) continue;
+                if (!assets[game]) assets[game] = assetsOf(game);
+                check.setAssets(path, assets[game]);
+            }
     for (const Diagnostic& fault : check.run())
         ADD_FAILURE() << fault.path << ':' << fault.line << ' ' << fault.message;
     for (const auto& entry : fs::recursive_directory_iterator(root / "tests/scripts")) {
@@ -151,6 +161,50 @@ TEST_F(ScriptCheckTest, RaisesNoFalseAlarm) {
                         source.find(fault.message) != std::string::npos)
                 << entry.path() << ':' << fault.line << ' ' << fault.message;
     }
+}
+
+TEST_F(ScriptCheckTest, HoldsNamesOfFilesToTheGamesOwn) {
+    const auto files = std::make_shared<const AssetFiles>(std::vector<std::string>{
+        "Resources/package/images/Gate.png", "Resources/package/images/inn-small.png",
+        "Libraries/novel/novel.vs", "Resources/package/fonts/words.ttf"});
+    ScriptCheck check(runtime_.engine);
+    check.addHostScript("append = name");
+    check.add(
+        "a.vs",
+        "image = Plush[\"loadPNG\"](append + \"/images/gate.png\")\n"
+        "loadFile(append + \"/images/cellar.png\")\n"
+        "fine = [\"Gate.png\", \"images/Gate.png\", \"../Libraries/novel/novel.vs\", name + \"-small.png\"]\n"
+        "fine = [\"words.ttf\", image + \".png\", \"half.png\" + image, \"*.png\", \"about a.png\", "
+        "\"e.g.\"]\n"
+        "shot = append + \"/shot.png\"\n"
+        "Plush[\"saveImage\"](shot, image)\n"
+        "file = io[\"open\"](\"maybe.ogg\")\n"
+        "list = [\"ate.png\", \"night.json\", image + \"-large.png\"]\n");
+    check.setAssets("a.vs", files);
+    std::string told;
+    for (const Diagnostic& fault : check.run())
+        told += std::to_string(fault.line) + ':' + std::to_string(fault.column) + ' ' + fault.message + '\n';
+    EXPECT_EQ(told,
+              "1:35 the file differs in letter case: images/Gate.png\n"
+              "2:19 the game has no file images/cellar.png\n"
+              "8:9 the game has no file ate.png\n"
+              "8:42 the game has no file -large.png\n");
+}
+
+TEST_F(ScriptCheckTest, KnowsTheTypesOfTheRenderQueue) {
+    EXPECT_EQ(told("table[\"insert\"](renderQueue, {type = VESPER_IMAGE, text = \"a\"})\n"
+                   "entry = {layer = 2, type = VESPER_MENU_SAVE}\n"
+                   "entry = {kind = {type = 4}, layer = 2, \"type\": \"image\"}\n"
+                   "push(renderQueue, {type = 4711})\n"
+                   "entry = {type = VESPER_MENU_SAVE}\n"
+                   "entry = {layer = 1, type = VESPER_TEXT or entry}\n"
+                   "entry = {layer = 1, type = entry}\n"
+                   "entry = {layer = 1, type ="),
+              "1:17 warning: renderQueue is never set\n"
+              "2:28 warning: VESPER_MENU_SAVE is no type of the render queue\n"
+              "3:48 warning: \"image\" is no type of the render queue\n"
+              "4:27 warning: 4711 is no type of the render queue\n"
+              "8:9 Unexpected end of expression\n");
 }
 
 TEST(Nearest, FindsWhatWasMeant) {

@@ -1,10 +1,15 @@
 #include <gtest/gtest.h>
 
+#include "host/registration.h"
 #include "support/all_scripts.h"
+#include "support/capture_host.h"
+#include "support/script_run.h"
 #include "workbench/project_symbols.h"
 
 namespace kelmora {
 namespace {
+
+namespace fs = std::filesystem;
 
 class SymbolsTest : public testing::Test {
 protected:
@@ -143,6 +148,39 @@ TEST_F(SymbolsTest, ReadsEveryScript) {
                 << file.path << ' ' << symbols.text(symbols.occurrences()[i].token);
         for (std::size_t offset = 0; offset < file.source.size(); offset += 37) symbols.tokenAt(offset);
     }
+}
+
+// A renamed script prints what it printed before.
+TEST_F(SymbolsTest, RenamesKeepWhatScriptsDo) {
+    CaptureHost host;
+    Runtime runtime(host);
+    registerFunctions(runtime);
+    for (const auto& [name, value] : runtime.engine.globals()) project_.addHostName(name);
+    std::size_t tried = 0;
+    for (const ScriptFile& file :
+         scriptsBelow({"tests/scripts/call", "tests/scripts/coroutine", "tests/scripts/scope",
+                       "tests/scripts/statement", "tests/scripts/expression", "tests/scripts/label",
+                       "tests/scripts/library"})) {
+        const std::string shown = fs::path(file.path).filename().string();
+        const ScriptOutcome before = runTestScript(file.source, shown, ScriptWay::Text);
+        if (!before.error.empty()) continue;
+        project_.set("a", file.source);
+        std::set<std::string> done;
+        const SourceSymbols symbols = *project_.find("a");
+        for (const NameOccurrence& each : symbols.occurrences()) {
+            const std::string name(symbols.name(each));
+            if (!done.insert(name + std::to_string(each.binding)).second) continue;
+            const RenamePlan plan = project_.rename("a", symbols.tokens()[each.token].begin, "renamedHere");
+            std::string source = file.source;
+            for (auto place = plan.places.rbegin(); place != plan.places.rend(); ++place)
+                source.replace(place->begin, place->end - place->begin, "renamedHere");
+            const ScriptOutcome after = runTestScript(source, shown, ScriptWay::Text);
+            tried += !plan.places.empty();
+            EXPECT_EQ(after.output, before.output) << file.path << ' ' << name;
+            EXPECT_EQ(after.error, before.error) << file.path << ' ' << name;
+        }
+    }
+    EXPECT_GT(tried, 100u);
 }
 
 }  // namespace

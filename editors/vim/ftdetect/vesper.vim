@@ -1,0 +1,1 @@
+autocmd BufRead,BufNewFile *.vs set filetype=vesper
