@@ -37,6 +37,9 @@ public:
     void setClearColour(ClearColour colour);
     // Keeps a copy. A picture without pixels is ignored.
     void pushImage(const PlushImage& image);
+    // Lies over the picture from a row of the client area on, in its pixels; null takes it away. Keeps a
+    // copy.
+    void setOverlay(const PlushImage* image, int top);
     void setScaling(Scaling scaling);
     void requestClose() { shouldClose_ = true; }
     // Composes the picture if anything about it has changed; tells whether it did.
@@ -84,6 +87,8 @@ private:
     int pictureHeight() const { return image_.empty() ? logicalHeight_ : imageHeight_; }
     Letterbox letterbox() const;
     void renderIntoBackbuffer();
+    void renderPicture();
+    void renderOverlay();
     void renderImage(const Letterbox& box, std::uint32_t clearPixel);
     void renderRow(const Letterbox& box, int y, int imageRow, std::uint32_t clearPixel);
     void repeatRowAbove(int y);
@@ -117,6 +122,9 @@ private:
     std::vector<std::uint32_t> image_;
     int imageWidth_ = 0;
     int imageHeight_ = 0;
+    std::vector<std::uint32_t> overlay_;
+    int overlayWidth_ = 0;
+    int overlayTop_ = 0;
     std::vector<std::uint32_t> dibPixels_;
     mutable std::vector<std::uint32_t> backbuffer_;
     mutable bool isBackbufferOld_ = false;

@@ -1,0 +1,48 @@
+#include "tool/overlay.h"
+
+#include <algorithm>
+
+#include "image/image_registry.h"
+
+namespace kelmora {
+namespace {
+
+constexpr PlainLetters::Colour ground{16, 16, 24};
+constexpr PlainLetters::Colour caretColour{255, 255, 255};
+constexpr unsigned char groundAlpha = 226;
+
+std::vector<OverlayLine> wrapped(const std::vector<OverlayLine>& lines, std::size_t cells) {
+    std::vector<OverlayLine> all;
+    for (const OverlayLine& line : lines) {
+        if (line.text.empty()) all.push_back(line);
+        for (std::string& part : PlainLetters::wrap(line.text, cells))
+            all.push_back({std::move(part), line.colour});
+    }
+    return all;
+}
+
+}  // namespace
+
+void showOverlay(WindowCore& core, const std::vector<OverlayLine>& lines, bool atTop, int caret) {
+    const int width = core.clientWidth();
+    const int height = core.clientHeight();
+    const int scale = std::clamp(std::min(width / 400, height / 220), 1, 8);
+    const int cell = PlainLetters::cellWidth * scale;
+    const int row = (PlainLetters::cellHeight + 1) * scale;
+    std::vector<OverlayLine> all = wrapped(lines, static_cast<std::size_t>(std::max(width / cell - 2, 4)));
+    const auto room = static_cast<std::size_t>(std::max((height - row) / row, 1));
+    if (all.size() > room) all.erase(all.begin(), all.end() - static_cast<std::ptrdiff_t>(room));
+    const int high = row * static_cast<int>(all.size()) + row;
+
+    PlushImage* picture = createSolidColourImage(width, high, ground[0], ground[1], ground[2], groundAlpha);
+    for (std::size_t i = 0; i < all.size(); ++i)
+        PlainLetters::draw(*picture, all[i].text, cell, row * static_cast<int>(i) + row / 2, scale,
+                           all[i].colour);
+    if (caret >= 0 && !all.empty())
+        PlainLetters::fill(*picture, cell * (caret + 1), high - row / 2 - scale * 2, cell - scale, scale,
+                           caretColour);
+    core.setOverlay(picture, atTop ? 0 : height - high);
+    killPlushImage(picture);
+}
+
+}  // namespace kelmora
