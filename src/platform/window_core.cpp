@@ -23,6 +23,7 @@ WindowCore::WindowCore(const char* title, int width, int height) {
 void WindowCore::handle(const WindowEvent& event) {
     using Kind = WindowEvent::Kind;
     if (listener_) listener_(event);
+    if (filter_ && filter_(event)) return;
     switch (event.kind) {
         case Kind::resized:
             return setClientSize(event.x, event.y);
@@ -48,12 +49,18 @@ void WindowCore::handle(const WindowEvent& event) {
             return;
         case Kind::wheelTurned:
             return turnWheel(event.y);
+        case Kind::typed:
+            return;
     }
 }
 
 // The releases go to whoever has the focus now, so nothing may stay down here.
 void WindowCore::loseFocus() {
     focused_ = false;
+    releaseAll();
+}
+
+void WindowCore::releaseAll() {
     buttons_.fill(false);
     keys_.fill(false);
     returnIsTaken_ = false;

@@ -30,6 +30,11 @@ public:
     // Hears every event before it is handled. One listener at a time; an empty one ends it.
     void listen(std::function<void(const WindowEvent&)> listener) { listener_ = std::move(listener); }
 
+    // What it gives true for goes no further. Hears events behind the listener; an empty one ends it.
+    void intercept(std::function<bool(const WindowEvent&)> filter) { filter_ = std::move(filter); }
+    // As if every key and button had been let go.
+    void releaseAll();
+
     void setTitle(const char* title);
     void setLogicalSize(int width, int height);
     // The backbuffer takes the client area's size, and is blank until the next composition if that changed.
@@ -102,6 +107,7 @@ private:
     }
 
     std::function<void(const WindowEvent&)> listener_;
+    std::function<bool(const WindowEvent&)> filter_;
     bool shouldClose_ = false;
     bool focused_ = false;
     bool dirty_ = true;

@@ -8,6 +8,7 @@
 #include "tool/game_folder.h"
 #include "tool/novel_view.h"
 #include "tool/overlay.h"
+#include "tool/protected_call.h"
 #include "workbench/changed_statements.h"
 #include "workbench/script_check.h"
 
@@ -147,12 +148,7 @@ void LiveReload::takePicture(const fs::path& file) {
 }
 
 void LiveReload::call(const Variable& function, const std::vector<Variable>& arguments) {
-    VesperScript& engine = session_.runtime().engine;
-    std::vector<Variable> words{function};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    const Variable result = engine.callCallable(globalOf(engine, "pcall"), words);
-    if (!result.isMulti() || result.values().empty() || isTruthy(result.values()[0])) return;
-    throw std::runtime_error(result.values().size() > 1 ? result.values()[1].toString() : "it failed");
+    protectedCall(session_.runtime().engine, function, arguments);
 }
 
 void LiveReload::callNamed(const char* name, const std::vector<Variable>& arguments) {
@@ -176,24 +172,15 @@ void LiveReload::tell(const std::string& words, bool isFault) {
     told_ = words;
     isFault_ = isFault;
     age_ = 0;
-    shownWidth_ = 0;
 }
 
-void LiveReload::show(WindowCore& core) {
-    if (told_.empty()) return;
-    if (!isFault_ && ++age_ > noteUpdates) {
-        told_.clear();
-        core.setOverlay(nullptr, 0);
-        return;
-    }
-    if (core.clientWidth() == shownWidth_ && core.clientHeight() == shownHeight_) return;
-    shownWidth_ = core.clientWidth();
-    shownHeight_ = core.clientHeight();
+std::vector<OverlayLine> LiveReload::lines() {
+    if (!isFault_ && ++age_ > noteUpdates) told_.clear();
     std::vector<OverlayLine> lines;
     std::istringstream text(told_);
     for (std::string line; std::getline(text, line);)
         lines.push_back({line, !isFault_ ? noteColour : line.starts_with(' ') ? sourceColour : faultColour});
-    showOverlay(core, lines, true);
+    return lines;
 }
 
 }  // namespace kelmora

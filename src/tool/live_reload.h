@@ -3,10 +3,12 @@
 #include <filesystem>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "tool/file_watch.h"
 #include "tool/game_session.h"
 #include "tool/loaded_pictures.h"
+#include "tool/overlay.h"
 
 namespace kelmora {
 
@@ -19,8 +21,8 @@ public:
 
     // Takes over what has changed since the last look.
     void look();
-    // Draws what there is to tell; to be called in each update.
-    void show(WindowCore& core);
+    // What there is to tell in this update; a note goes after a while, a fault stays.
+    std::vector<OverlayLine> lines();
     // The last thing that was told, for a game without a window.
     const std::string& told() const { return told_; }
 
@@ -32,7 +34,6 @@ private:
     void tellStoryAnew();
     void runChanged(const std::string& source, const std::string& before,
                     const std::filesystem::path& played);
-    // Calls within script's own pcall: a failure must not reach the game that goes on. Raises it here.
     void call(const Variable& function, const std::vector<Variable>& arguments);
     void callNamed(const char* name, const std::vector<Variable>& arguments);
     std::filesystem::path playedPath(const std::filesystem::path& file) const;
@@ -49,8 +50,6 @@ private:
     std::string told_;
     bool isFault_ = false;
     int age_ = 0;  // updates since something was told
-    int shownWidth_ = 0;
-    int shownHeight_ = 0;
 };
 
 }  // namespace kelmora

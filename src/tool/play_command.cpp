@@ -9,6 +9,7 @@
 #include "platform/recorded_input.h"
 #include "platform/window_backend.h"
 #include "platform/window_core.h"
+#include "tool/console.h"
 #include "tool/game_folder.h"
 #include "tool/game_session.h"
 #include "tool/input_text.h"
@@ -63,10 +64,13 @@ public:
     void begin(GameSession& session, const fs::path& game, const fs::path& played) {
         reload_.reset();
         start_.reset();
+        console_.emplace(session);
+        overlay_ = Overlay();
         if (watches_) reload_.emplace(session, game, played);
         if (!startAt_.empty()) start_.emplace(session, startAt_);
     }
     void end() {
+        console_.reset();
         reload_.reset();
         start_.reset();
     }
@@ -78,7 +82,7 @@ public:
             reload_->look();
             lastLook_ = Clock::now();
         }
-        if (reload_) reload_->show(core);
+        if (console_) console_->beforeUpdate(core);
         if (record_.is_open()) core.listen([this](const WindowEvent& event) { write(recordedLine(event)); });
         for (; next_ < steps_.size() && steps_[next_].update <= update; ++next_) {
             if (steps_[next_].event)
@@ -86,6 +90,7 @@ public:
             else
                 due_.push_back(steps_[next_].shotPath);
         }
+        if (console_) showOverlay(core);
         // A recording holds what was played, not that it was cut off.
         if (frames_ && update >= *frames_) core.requestClose();
     }
@@ -110,6 +115,12 @@ public:
     }
 
 private:
+    void showOverlay(WindowCore& core) {
+        const std::vector<OverlayLine> told = reload_ ? reload_->lines() : std::vector<OverlayLine>();
+        std::vector<OverlayLine> lines = console_->lines();
+        if (!console_->isOpen()) lines.insert(lines.end(), told.begin(), told.end());
+        overlay_.show(core, lines, console_->caret());
+    }
     void write(const std::string& line) {
         if (record_.is_open() && !line.empty()) record_ << update_ << ' ' << line << std::endl;
     }
@@ -126,6 +137,8 @@ private:
     std::string startAt_;
     std::optional<LiveReload> reload_;
     std::optional<StartPlace> start_;
+    std::optional<Console> console_;
+    Overlay overlay_;
     Clock::time_point lastLook_{};
 };
 

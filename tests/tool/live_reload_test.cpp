@@ -27,7 +27,7 @@ public:
     void beforeUpdate(int update, WindowCore& core) override {
         if (const auto deed = deeds_.find(update); deed != deeds_.end()) deed->second();
         reload_.look();
-        reload_.show(core);
+        overlay_.show(core, reload_.lines());
         if (update == last_) core.requestClose();
     }
     void afterUpdate(int, WindowCore&) override {}
@@ -36,6 +36,7 @@ private:
     LiveReload& reload_;
     std::map<int, std::function<void()>> deeds_;
     int last_;
+    Overlay overlay_;
 };
 
 class Live : public ByTool {
