@@ -21,8 +21,7 @@ public:
 
     RecordedStep read(int earliestUpdate, int& mouseX, int& mouseY) {
         RecordedStep step;
-        step.update = number(earliestUpdate, std::numeric_limits<int>::max(),
-                             "the number of an update, " + std::to_string(earliestUpdate) + " or more");
+        step.update = readUpdate(earliestUpdate);
         const std::string_view action = word("an action");
         if (action == "shot")
             step.shotPath = word("a file name");
@@ -30,6 +29,11 @@ public:
             step.event = event(action, mouseX, mouseY);
         if (next_ != words_.size()) fail("the end of the line");
         return step;
+    }
+
+    int readUpdate(int earliestUpdate) {
+        return number(earliestUpdate, std::numeric_limits<int>::max(),
+                      "the number of an update, " + std::to_string(earliestUpdate) + " or more");
     }
 
 private:
@@ -55,7 +59,7 @@ private:
         }
         if (action == "close") return WindowEvent::closeRequested();
         --next_;
-        fail("keydown, keyup, mouse, button, wheel, focus, resize, close or shot");
+        fail("keydown, keyup, mouse, button, wheel, focus, resize, close, type or shot");
     }
 
     int key() {
@@ -111,6 +115,17 @@ private:
     std::size_t next_ = 0;
 };
 
+// Everything behind the blank that follows the word, blanks too.
+void addTyped(std::string_view line, int lineNumber, const std::vector<std::string_view>& words, int& update,
+              std::vector<RecordedStep>& steps) {
+    update = StepReader({words[0], "type"}).readUpdate(update);
+    const auto behind = static_cast<std::size_t>(words[1].data() + words[1].size() - line.data()) + 1;
+    if (behind >= line.size()) throw std::runtime_error("found the end of the line, expected what is typed");
+    for (const char byte : line.substr(behind))
+        if (byte != '\r')
+            steps.push_back({update, lineNumber, WindowEvent::typed(static_cast<unsigned char>(byte)), ""});
+}
+
 }  // namespace
 
 std::vector<RecordedStep> parseRecordedInput(std::string_view text, const std::string& name) {
@@ -124,6 +139,10 @@ std::vector<RecordedStep> parseRecordedInput(std::string_view text, const std::s
         std::vector<std::string_view> words = wordsOf(line);
         if (words.empty() || words[0].front() == '#') continue;
         try {
+            if (words.size() > 1 && words[1] == "type") {
+                addTyped(line, lineNumber, words, update, steps);
+                continue;
+            }
             steps.push_back(StepReader(std::move(words)).read(update, mouseX, mouseY));
             steps.back().line = lineNumber;
             update = steps.back().update;

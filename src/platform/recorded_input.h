@@ -26,6 +26,7 @@ struct RecordedStep {
 //     focus gained|lost
 //     resize WIDTH HEIGHT
 //     close
+//     type TEXT                            all behind the first blank, as characters
 //     shot PATH                            what the update shows in the end; no blanks in the path
 // Empty lines and lines that start with # are skipped. A bad line raises std::runtime_error with `name`, the
 // line's number and its text.

@@ -42,6 +42,8 @@ public:
     // Asks for a client area; the result is the size it really has now.
     virtual PixelSize setSize(int width, int height) = 0;
     virtual void hide() = 0;
+    // Whether characters are told as they are typed.
+    virtual void setTextInput(bool) {}
     virtual PixelSize screenSize() const = 0;
     // The whole screen, or the window as it was before. The new client size is told as an event.
     virtual void setFullscreen(bool on) = 0;

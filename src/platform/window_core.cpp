@@ -23,6 +23,7 @@ WindowCore::WindowCore(const char* title, int width, int height) {
 void WindowCore::handle(const WindowEvent& event) {
     using Kind = WindowEvent::Kind;
     if (listener_) listener_(event);
+    if (filter_ && filter_(event)) return;
     switch (event.kind) {
         case Kind::resized:
             return setClientSize(event.x, event.y);
@@ -48,12 +49,18 @@ void WindowCore::handle(const WindowEvent& event) {
             return;
         case Kind::wheelTurned:
             return turnWheel(event.y);
+        case Kind::typed:
+            return;
     }
 }
 
 // The releases go to whoever has the focus now, so nothing may stay down here.
 void WindowCore::loseFocus() {
     focused_ = false;
+    releaseAll();
+}
+
+void WindowCore::releaseAll() {
     buttons_.fill(false);
     keys_.fill(false);
     returnIsTaken_ = false;
@@ -157,8 +164,38 @@ bool WindowCore::composeIfDirty() {
     return true;
 }
 
+void WindowCore::setOverlay(const PlushImage* image, int top) {
+    dirty_ = dirty_ || image || !overlay_.empty();
+    overlay_.clear();
+    if (!image || image->width < 1 || image->height < 1 || !image->pixels) return;
+    overlayWidth_ = image->width;
+    overlayTop_ = top;
+    overlay_.resize(static_cast<std::size_t>(image->width) * static_cast<std::size_t>(image->height));
+    std::memcpy(overlay_.data(), image->pixels, overlay_.size() * sizeof(std::uint32_t));
+}
+
 void WindowCore::renderIntoBackbuffer() {
     isBackbufferOld_ = true;
+    renderPicture();
+    if (!overlay_.empty()) renderOverlay();
+}
+
+void WindowCore::renderOverlay() {
+    const auto width = static_cast<std::size_t>(overlayWidth_);
+    const int height = static_cast<int>(overlay_.size() / width);
+    for (int y = std::max(-overlayTop_, 0); y < height && overlayTop_ + y < clientHeight_; ++y) {
+        const std::uint32_t* source = overlay_.data() + static_cast<std::size_t>(y) * width;
+        std::uint32_t* target = dibPixels_.data() + rowStart(overlayTop_ + y);
+        for (int x = 0; x < std::min(overlayWidth_, clientWidth_); ++x) {
+            const std::uint32_t below = devicePixel(target[x]);
+            const ClearColour colour{static_cast<std::uint8_t>(below), static_cast<std::uint8_t>(below >> 8),
+                                     static_cast<std::uint8_t>(below >> 16)};
+            target[x] = devicePixel(blendPixel(colour, source[x]));
+        }
+    }
+}
+
+void WindowCore::renderPicture() {
     const std::uint32_t clearPixel = devicePixel(clear_.opaqueWord());
     if (image_.empty()) {
         std::fill(dibPixels_.begin(), dibPixels_.end(), clearPixel);

@@ -30,6 +30,11 @@ public:
     // Hears every event before it is handled. One listener at a time; an empty one ends it.
     void listen(std::function<void(const WindowEvent&)> listener) { listener_ = std::move(listener); }
 
+    // What it gives true for goes no further. Hears events behind the listener; an empty one ends it.
+    void intercept(std::function<bool(const WindowEvent&)> filter) { filter_ = std::move(filter); }
+    // As if every key and button had been let go.
+    void releaseAll();
+
     void setTitle(const char* title);
     void setLogicalSize(int width, int height);
     // The backbuffer takes the client area's size, and is blank until the next composition if that changed.
@@ -37,6 +42,9 @@ public:
     void setClearColour(ClearColour colour);
     // Keeps a copy. A picture without pixels is ignored.
     void pushImage(const PlushImage& image);
+    // Lies over the picture from a row of the client area on, in its pixels; null takes it away. Keeps a
+    // copy.
+    void setOverlay(const PlushImage* image, int top);
     void setScaling(Scaling scaling);
     void requestClose() { shouldClose_ = true; }
     // Composes the picture if anything about it has changed; tells whether it did.
@@ -84,6 +92,8 @@ private:
     int pictureHeight() const { return image_.empty() ? logicalHeight_ : imageHeight_; }
     Letterbox letterbox() const;
     void renderIntoBackbuffer();
+    void renderPicture();
+    void renderOverlay();
     void renderImage(const Letterbox& box, std::uint32_t clearPixel);
     void renderRow(const Letterbox& box, int y, int imageRow, std::uint32_t clearPixel);
     void repeatRowAbove(int y);
@@ -97,6 +107,7 @@ private:
     }
 
     std::function<void(const WindowEvent&)> listener_;
+    std::function<bool(const WindowEvent&)> filter_;
     bool shouldClose_ = false;
     bool focused_ = false;
     bool dirty_ = true;
@@ -117,6 +128,9 @@ private:
     std::vector<std::uint32_t> image_;
     int imageWidth_ = 0;
     int imageHeight_ = 0;
+    std::vector<std::uint32_t> overlay_;
+    int overlayWidth_ = 0;
+    int overlayTop_ = 0;
     std::vector<std::uint32_t> dibPixels_;
     mutable std::vector<std::uint32_t> backbuffer_;
     mutable bool isBackbufferOld_ = false;

@@ -18,11 +18,12 @@ struct WindowEvent {
         mouseMoved,
         buttonDown,
         buttonUp,
-        wheelTurned
+        wheelTurned,
+        typed
     };
 
     Kind kind;
-    int keyCode = 0;  // virtual-key code
+    int keyCode = 0;  // virtual-key code, or the byte that was typed
     MouseButton button = MouseButton::left;
     int x = 0;  // position, or the new client width
     int y = 0;  // position, or the new client height, or the wheel's notches away from its user
@@ -42,6 +43,8 @@ struct WindowEvent {
     static WindowEvent buttonUp(MouseButton button, int x, int y) {
         return {Kind::buttonUp, 0, button, x, y};
     }
+    // A byte of UTF-8 text, whatever keys brought it; displays tell it while text is asked for.
+    static WindowEvent typed(unsigned char byte) { return {Kind::typed, byte}; }
     static WindowEvent wheelTurned(int notches) {
         return {Kind::wheelTurned, 0, MouseButton::left, 0, notches};
     }

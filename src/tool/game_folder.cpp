@@ -86,6 +86,17 @@ void copyGame(const fs::path& game, const fs::path& target) {
     }
 }
 
+std::map<fs::path, fs::path> watchedFolders(const fs::path& game, const fs::path& played) {
+    std::map<fs::path, fs::path> folders{{game / "Resources", played / "Resources"}};
+    if (fs::is_directory(game / "Libraries")) folders[game / "Libraries"] = played / "Libraries";
+    for (const std::string& library : linesOf(game / "libraries.txt")) {
+        const fs::path source = game.parent_path() / "library" / library;
+        if (!fs::exists(game / "Libraries" / library) && fs::is_directory(source))
+            folders[source] = played / "Libraries" / library;
+    }
+    return folders;
+}
+
 std::string toldOf(const fs::path& game, const fs::path& copy, std::string failure) {
     const auto replaceAll = [&](const std::string& from, const std::string& to) {
         for (std::size_t at = 0; (at = failure.find(from, at)) != std::string::npos; at += to.size())

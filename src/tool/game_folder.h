@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,10 @@ private:
 // Copies a game without anything that it has kept. The libraries that its libraries.txt names come from the
 // folder `library` beside it unless it has its own, the fonts of its fonts.txt from where they stand.
 void copyGame(const std::filesystem::path& game, const std::filesystem::path& target);
+
+// The folders that a game's files come from, and for each where it is played: those of the copy, or the same.
+std::map<std::filesystem::path, std::filesystem::path> watchedFolders(const std::filesystem::path& game,
+                                                                      const std::filesystem::path& played);
 
 // A failure of the copy told as one of the game itself.
 std::string toldOf(const std::filesystem::path& game, const std::filesystem::path& copy, std::string failure);

@@ -56,6 +56,8 @@ std::string recordedLine(const WindowEvent& event) {
             return buttonLine(event, "up");
         case Kind::wheelTurned:
             return event.y > 0 ? "wheel up" : "wheel down";
+        case Kind::typed:
+            return std::string("type ") + static_cast<char>(event.keyCode);
     }
     return "";
 }

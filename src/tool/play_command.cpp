@@ -1,3 +1,4 @@
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
@@ -8,9 +9,12 @@
 #include "platform/recorded_input.h"
 #include "platform/window_backend.h"
 #include "platform/window_core.h"
+#include "tool/console.h"
 #include "tool/game_folder.h"
 #include "tool/game_session.h"
 #include "tool/input_text.h"
+#include "tool/live_reload.h"
+#include "tool/start_place.h"
 #include "tool/tool_command.h"
 #include "tool/tool_options.h"
 
@@ -18,9 +22,12 @@ namespace kelmora {
 namespace {
 
 namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
 
+constexpr std::chrono::milliseconds timeBetweenLooks{150};
 constexpr ToolOption playOptions[] = {{"--headless"},    {"--frames", true}, {"--shot", true},
-                                      {"--input", true}, {"--record", true}, {"--seed", true}};
+                                      {"--input", true}, {"--record", true}, {"--seed", true},
+                                      {"--watch"},       {"--at", true}};
 
 void savePicture(const WindowCore& core, const std::string& path) {
     const auto* pixels = reinterpret_cast<const unsigned char*>(core.backbuffer().data());
@@ -42,6 +49,8 @@ public:
             }
         }
         frames_ = options.number("--frames", 1);
+        watches_ = options.has("--watch");
+        startAt_ = options.value("--at").value_or("");
         shot_ = options.value("--shot").value_or("");
         if (!shot_.empty() && !frames_) throw UsageError("--shot wants --frames, which tells when");
         if (const auto path = options.value("--record")) {
@@ -51,8 +60,29 @@ public:
         }
     }
 
+    // A game is played anew with each session.
+    void begin(GameSession& session, const fs::path& game, const fs::path& played) {
+        reload_.reset();
+        start_.reset();
+        console_.emplace(session);
+        overlay_ = Overlay();
+        if (watches_) reload_.emplace(session, game, played);
+        if (!startAt_.empty()) start_.emplace(session, startAt_);
+    }
+    void end() {
+        console_.reset();
+        reload_.reset();
+        start_.reset();
+    }
+
     void beforeUpdate(int update, WindowCore& core) override {
         update_ = update;
+        if (start_) start_->beforeUpdate();
+        if (reload_ && Clock::now() - lastLook_ >= timeBetweenLooks) {
+            reload_->look();
+            lastLook_ = Clock::now();
+        }
+        if (console_) console_->beforeUpdate(core);
         if (record_.is_open()) core.listen([this](const WindowEvent& event) { write(recordedLine(event)); });
         for (; next_ < steps_.size() && steps_[next_].update <= update; ++next_) {
             if (steps_[next_].event)
@@ -60,6 +90,7 @@ public:
             else
                 due_.push_back(steps_[next_].shotPath);
         }
+        if (console_) showOverlay(core);
         // A recording holds what was played, not that it was cut off.
         if (frames_ && update >= *frames_) core.requestClose();
     }
@@ -84,6 +115,12 @@ public:
     }
 
 private:
+    void showOverlay(WindowCore& core) {
+        const std::vector<OverlayLine> told = reload_ ? reload_->lines() : std::vector<OverlayLine>();
+        std::vector<OverlayLine> lines = console_->lines();
+        if (!console_->isOpen()) lines.insert(lines.end(), told.begin(), told.end());
+        overlay_.show(core, lines, console_->caret());
+    }
     void write(const std::string& line) {
         if (record_.is_open() && !line.empty()) record_ << update_ << ' ' << line << std::endl;
     }
@@ -96,6 +133,13 @@ private:
     bool tookShot_ = false;
     std::ofstream record_;
     int update_ = 0;
+    bool watches_ = false;
+    std::string startAt_;
+    std::optional<LiveReload> reload_;
+    std::optional<StartPlace> start_;
+    std::optional<Console> console_;
+    Overlay overlay_;
+    Clock::time_point lastLook_{};
 };
 
 // In place, so that a player's saves are there, unless a library is only to be had by a copy.
@@ -131,7 +175,9 @@ int playGame(ToolContext& tool, std::span<const std::string> words) {
         GameSession session(tool.host, bootText(), played, headless);
         if (seed) session.fixSeed(*seed);
         session.countFrom(updates);
+        player.begin(session, game, played);
         failure = toldOf(game, played, session.play(player).value_or(""));
+        player.end();
         std::cerr << failure << std::flush;
         isAgain = !failure.empty() && !headless && session.showFailure(failure, player);
         updates = session.updates();
@@ -153,6 +199,8 @@ extern const ToolCommand playCommand{
     "--input FILE     plays a recorded input\n"
     "--record FILE    records the input that arrives, in the form of --input\n"
     "--seed N         random numbers of the scripts and of VesperLua start from N wherever they are seeded\n"
+    "--watch          takes over scripts and pictures as they are saved, and the game goes on where it is\n"
+    "--at NAME        begins at a scene or a mark of a novel; in other games at a label\n"
     "The exit code is 1 when the game fails.\n",
     playGame};
 

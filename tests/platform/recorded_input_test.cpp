@@ -45,7 +45,7 @@ TEST(RecordedInput, BadLinesAreNamedWithTheirTextAndWhatWasExpected) {
     EXPECT_EQ(
         complaintAbout("# start\n30 keydwn RIGHT\n"),
         "walk.txt, line 2: found \"keydwn\", expected keydown, keyup, mouse, button, wheel, focus, resize, "
-        "close or shot in \"30 keydwn RIGHT\"");
+        "close, type or shot in \"30 keydwn RIGHT\"");
     EXPECT_EQ(complaintAbout("1 keydown right"),
               "walk.txt, line 1: found \"right\", expected the name of a key in \"1 keydown right\"");
     EXPECT_EQ(complaintAbout("1 close\n0 close"),

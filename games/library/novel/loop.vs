@@ -130,6 +130,10 @@ function Novel["play"](game)
     if #faults > 0
         error("Novel: the story has faults:\n" + table["concat"](faults, "\n"))
     end
+    if novelTelling
+        novelGame = game
+        return not
+    end
     local hasWindow = false
     if Metal
         hasWindow = Metal["spawnWindow"](game["name"], VESPER_SCREEN_X, VESPER_SCREEN_Y)

@@ -5,6 +5,6 @@ Novel = {}
 @@ Set by whoever plays without waiting for frames.
 fastForward = fastForward or false
 novelFolder = Vesper["getPath"]() + "../Libraries/novel/"
-for novelPart in ["text", "po", "story", "reader", "find", "translation", "settings", "saves", "thumbnails", "notices", "input", "sound", "drawing", "stage", "weather", "box", "items", "screens", "reading", "slots", "options", "history", "cards", "aloud", "loop"]
+for novelPart in ["text", "po", "story", "reader", "find", "translation", "settings", "saves", "thumbnails", "notices", "input", "sound", "drawing", "stage", "weather", "box", "items", "screens", "reading", "slots", "options", "history", "cards", "aloud", "loop", "live"]
     runFile(novelFolder + novelPart + ".vs")
 end

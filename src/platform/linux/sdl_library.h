@@ -65,6 +65,7 @@ public:
     decltype(&SDL_SetWindowPosition) setWindowPosition = function("SDL_SetWindowPosition");
     decltype(&SDL_SetWindowSize) setWindowSize = function("SDL_SetWindowSize");
     decltype(&SDL_SetWindowTitle) setWindowTitle = function("SDL_SetWindowTitle");
+    decltype(&SDL_StartTextInput) startTextInput = function("SDL_StartTextInput");
     decltype(&SDL_StopTextInput) stopTextInput = function("SDL_StopTextInput");
     decltype(&SDL_UnionRect) unionRect = function("SDL_UnionRect");
     decltype(&SDL_UpdateWindowSurface) updateWindowSurface = function("SDL_UpdateWindowSurface");

@@ -128,6 +128,7 @@ public:
     void setTitle(const char* title) override { sdl().setWindowTitle(window_, title); }
     PixelSize setSize(int width, int height) override;
     void hide() override { sdl().hideWindow(window_); }
+    void setTextInput(bool on) override { on ? sdl().startTextInput() : sdl().stopTextInput(); }
     PixelSize screenSize() const override;
     void setFullscreen(bool on) override;
     bool isFullscreen() const override { return hasFlag(SDL_WINDOW_FULLSCREEN); }
@@ -280,6 +281,11 @@ void SdlWindow::dispatch(const SDL_Event& event, WindowCore& updatedCore) {
         case SDL_KEYDOWN:
         case SDL_KEYUP:
             if (SdlWindow* window = find(event.key.windowID)) window->handleKey(event.key);
+            break;
+        case SDL_TEXTINPUT:
+            if (SdlWindow* window = find(event.text.windowID))
+                for (const char* byte = event.text.text; *byte; ++byte)
+                    window->core_.handle(WindowEvent::typed(static_cast<unsigned char>(*byte)));
             break;
         case SDL_MOUSEMOTION:
             if (SdlWindow* window = find(event.motion.windowID))

@@ -297,6 +297,10 @@ bool GdiWindow::handle(UINT message, WPARAM first, LPARAM second) {
         case WM_SYSKEYUP:
             core_.handle(WindowEvent::keyUp(static_cast<int>(first)));
             return message == WM_KEYUP;
+        case WM_CHAR:
+            if (first >= ' ' && first < 127)
+                core_.handle(WindowEvent::typed(static_cast<unsigned char>(first)));
+            return true;
         case WM_SYSCHAR:
             return first == keyReturn;  // else Alt+Return beeps
         case WM_SYSCOMMAND:
