@@ -37,7 +37,7 @@ function beginEbb()
     lampsSeen = []
     tideFrom = [playerX, playerY, playerTurn, eyeHeight]
     forgetTold()
-    playAmbience("lake")
+    novelPlayMusic("lake")
 end
 
 function stepEbb()
@@ -97,7 +97,7 @@ function stepFlood()
         showPlace("village")
         lanternLit = false
         lampsSeen = []
-        playAmbience("lake")
+        novelPlayMusic("lake")
     end
     for i, words in ipairs(FLOOD_WORDS)
         if words[1] == tideAge
