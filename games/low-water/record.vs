@@ -20,12 +20,14 @@ end
 
 @@ A key that shall be down in a frame has to arrive with the update of the frame before.
 function pressWanted()
+    pressedNow = []
     for name in HELD_KEYS
         local down = wanted[name] == true
         if down != (held[name] == true)
             held[name] = down
             if down
                 note(frame - 1, "keydown " + name)
+                push(pressedNow, string["lower"](name))
             else
                 note(frame - 1, "keyup " + name)
             end
@@ -36,6 +38,7 @@ function pressWanted()
         button = wantedButton
         if button
             note(frame - 1, "button left down")
+            push(pressedNow, "mouse_left")
         else
             note(frame - 1, "button left up")
         end
@@ -260,13 +263,13 @@ function coax(name)
 end
 
 jobs = [
-    ["waitFor", 30], ["shoot", "01-title.png"], ["byMouse", 3], ["waitFor", 4], ["shoot", "02-help.png"], ["press", "RETURN"],
+    ["waitFor", 30], ["shoot", "01-title.png"], ["byMouse", 2], ["waitFor", 4], ["shoot", "02-help.png"], ["press", "RETURN"],
     ["waitFor", 20], ["byMouse", 1], ["waitFor", 140], ["shoot", "03-ebb.png"], ["press", "RETURN"],
     ["waitFor", 40], ["shoot", "04-road.png"], ["ringFor", "gold", 30], ["waitFor", 170], ["goTo", 280, 500, 12], ["faceAndShoot", 240, 504, "05-first-lamp.png"], ["callHome", "oar"],
     ["waitFor", 6], ["goTo", 248, 520, 10], ["faceAndShoot", 218, 500, "06-first-window.png"],
     ["goTo", 136, 500, 14], ["chase", "rose"], ["callWrong", "hive"], ["goTo", 176, 424, 10], ["faceAndShoot", 120, 404, "07-wrong-door.png"],
     ["goTo", 392, 320, 10], ["faceAndShoot", 440, 290, "08-pond.png"], ["coax", "green"], ["callHome", "hive"], ["goTo", 216, 424, 10], ["faceAndShoot", 130, 330, "09-square.png"],
-    ["press", "P"], ["waitFor", 4], ["shoot", "10-pause.png"], ["press", "P"],
+    ["press", "P"], ["waitFor", 4], ["shoot", "10-pause.png"], ["byMouse", 4], ["waitFor", 4], ["press", "RIGHT"], ["press", "LEFT"], ["press", "LEFT"], ["waitFor", 2], ["shoot", "10-settings.png"], ["press", "P"], ["press", "P"],
     ["goTo", 288, 256, 10], ["faceAndShoot", 160, 170, "11-bridge.png"], ["callHome", "bell"], ["goTo", 400, 120, 12], ["faceAndShoot", 436, 70, "12-founder.png"],
     ["goTo", 318, 140, 10], ["faceAndShoot", 290, 70, "13-graves.png"],
     ["enterAt", "church", 160, 198, "church"], ["waitFor", 6], ["faceAndShoot", 88, 0, "14-nave.png"], ["goTo", 110, 66, 8], ["press", "L"], ["waitFor", 20], ["ringFor", "blue", 40], ["waitFor", 170], ["goTo", 70, 176, 8], ["faceAndShoot", 110, 30, "15-altar.png"], ["press", "L"],
@@ -275,7 +278,7 @@ jobs = [
     ["goTo", 310, 236, 8], ["faceAndShoot", 390, 190, "18-mill.png"],
     ["goTo", 288, 340, 10], ["faceAndShoot", 190, 400, "19-all-lit.png"],
     ["enterAt", "church", 160, 198, "church"], ["waitFor", 6], ["pullTheRope"], ["waitFor", 160], ["shoot", "20-flood.png"], ["waitFor", 150], ["shoot", "21-rising.png"], ["waitFor", 230], ["shoot", "22-high-water.png"], ["press", "RETURN"],
-    ["waitFor", 20], ["press", "DOWN"], ["press", "RETURN"], ["waitFor", 20], ["shoot", "23-kept.png"], ["press", "P"], ["byMouse", 6], ["waitFor", 10], ["byMouse", 4], ["waitFor", 5]
+    ["waitFor", 20], ["shoot", "22-title.png"], ["press", "RETURN"], ["waitFor", 20], ["shoot", "23-kept.png"], ["press", "P"], ["byMouse", 5], ["waitFor", 10], ["byMouse", 5], ["waitFor", 5]
 ]
 
 function press(name)
@@ -325,7 +328,12 @@ function pullTheRope()
     return false
 end
 
+pressedNow = []
 realUpdate = Metal["updateInput"]
+
+function Metal["presses"]()
+    return pressedNow
+end
 overdue = 0
 
 function Metal["updateInput"]()

@@ -69,8 +69,8 @@ TEST_F(ElevenMinutes, GoesOnWithoutPicturesFontsAndSounds) {
     play(script("missing.vs"));
     EXPECT_EQ(host_.output,
               "The font Cardo104s.ttf is missing.\n"
-              "The picture dusk-sea.png is missing.\n"
               "The sound light is missing.\n"
+              "The picture dusk-sea.png is missing.\n"
               "The sound tick is missing.\n"
               "The picture maud.png is missing.\n"
               "true\tThree nights\n");

@@ -90,6 +90,17 @@ TEST_F(LowWater, AKeptNightComesBackAndAChangedOneStaysClosed) {
               "another telling\tfalse\n");
 }
 
+TEST_F(LowWater, SettingsAreFeltAndKeptAndAClosedWindowKeepsTheNight) {
+    playNight("settings.vs");
+    EXPECT_EQ(host_.output,
+              "0\t0\tnot\t2\n"
+              "Air and water: 10 %\tBells and steps: 20 %\tFull screen: off\n"
+              "Full screen: on\ttrue\n"
+              "true\tWalk on\tempty\n"
+              "good\n"
+              "1\t2\n");
+}
+
 // Whatever is missing is told on the screen, and the night goes on.
 TEST_F(LowWater, GoesOnWithoutPicturesFontsSoundsAndWords) {
     for (const char* name : {"textures/slate.png", "textures/still-wet.png", "audio/bell.wav",

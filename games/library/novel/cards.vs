@@ -9,7 +9,7 @@ function novelShowTitle()
     novelAt = not
     novelScene = {place = novelGame["place"] or "", cast = ["", "", "", ""], music = novelScene["music"]}
     if novelPlaces[novelScene["place"]] != not
-        novelScene["music"] = novelPlaces[novelScene["place"]]["music"] or novelScene["music"]
+        novelScene["music"] = novelGame["music"] or novelPlaces[novelScene["place"]]["music"] or novelScene["music"]
     end
     novelSetStage(not)
     novelCamera = NOVEL_CAMERA_DOWN

@@ -122,7 +122,7 @@ function novelStepFrame()
     Metal["forceUpdate"]()
 end
 
-@@ Plays a game: `name`, the lines of the `title`, its `place`, `credits` and theirs. Until the player leaves or the
+@@ Plays a game: `name`, the lines of the `title`, its `place` and `music`, `credits` and their place. Until the player leaves or the
 @@ window's button is pressed.
 function Novel["play"](game)
     novelGame = game

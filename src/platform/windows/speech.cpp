@@ -56,7 +56,7 @@ private:
         const std::string program = powerShell();
         process_ = startChild(
             program.c_str(),
-            "\"" + program + "\" -NoLogo -NoProfile -NonInteractive -Command \"" + speakerScript + "\"",
+            "\"" + program + "\" -NoLogo -NoProfile -NonInteractive -InputFormat None -Command \"" + speakerScript + "\"",
             theirs.get(), input);
         if (process_) pipe_ = std::move(ours);
         return static_cast<bool>(process_);

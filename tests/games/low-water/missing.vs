@@ -3,7 +3,7 @@
 function testNight()
     playSound("handbell")
     playPeal()
-    playAmbience("lake")
+    novelPlayMusic("lake")
     for text in missing
         print(text)
     end

@@ -4,7 +4,7 @@ runFile(Vesper["getPath"]() + "../Resources/scripts/driver.vs")
 
 canSpeak = true
 function Metal["speak"](text, language)
-    print("said" + (language or "") + ": " + novelReplace(text, "\n", " | "))
+    print("said in " + (language or "any") + ": " + novelReplace(text, "\n", " | "))
     return canSpeak
 end
 

@@ -1,7 +1,8 @@
 @@ Low Water: one night in which a drowned village lies dry, and five lamps look for their windows.
 
 VESPER_GAME_NAME = "Low Water"
-for i, part in ipairs(["textures", "sounds", "keys", "lettering", "notices", "items", "quads", "world", "sky", "view", "chart", "walk", "words", "book", "night", "lamps", "creatures", "acting", "saves", "hud", "title", "pause", "tide", "frames"])
+libraryFolder = Vesper["getPath"]() + "../Libraries/novel/"
+for i, part in ipairs(["textures", "sounds", "keys", "lettering", "notices", "items", "quads", "world", "sky", "view", "chart", "walk", "words", "book", "night", "lamps", "creatures", "acting", "saves", "hud", "title", "pause", "options", "tide", "frames"])
     runFile(append + "/game/" + part + ".vs")
 end
 for i, part in ipairs(["village", "church", "vaults"])
@@ -17,6 +18,7 @@ if not hasWindow
     print(VESPER_GAME_NAME + " cannot open a window here.")
     error("no window")
 end
+Metal["setScaling"]("smooth")
 playGame()
 Audio["clear"]()
 closeFonts()

@@ -5,6 +5,7 @@ Novel["languages"]([["en", "English"], ["de", "Deutsch"]])
 gameCards = {
     name = "Eleven Minutes Dark",
     place = "night",
+    music = "light",
     title = [
         {text = "Eleven Minutes", font = "title"},
         {text = "Dark", font = "title", ink = "gold"},

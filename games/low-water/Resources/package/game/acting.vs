@@ -78,7 +78,7 @@ function arriveAt(name, spot)
     Lua["setVar"]("arriving", [name, playerX, playerY])
     Lua["runScript"]("arrive(arriving[1], arriving[2], arriving[3])", "lamps")
     doorNear = not
-    playAmbience(place["sound"])
+    novelPlayMusic(place["sound"])
     if night["told"][name] == not
         night["told"][name] = true
         if name == "vaults"

@@ -34,6 +34,8 @@ function stepMode()
         stepTitle()
     elseif mode == VESPER_MENU_PAUSE
         stepPause()
+    elseif mode == VESPER_MENU_OPTION and optionPage == "settings"
+        stepOptions()
     elseif mode == VESPER_MENU_OPTION
         stepHelp()
     elseif mode == VESPER_GAME_NEW
@@ -109,6 +111,28 @@ function waitForFrame()
     end
 end
 
+@@ Whether a night is being walked, be it under the pause.
+function isNight()
+    if mode == VESPER_MENU_OPTION and optionPage == "settings"
+        return optionsFrom != VESPER_MENU_MAIN
+    elseif mode == VESPER_MENU_OPTION
+        return helpFrom != VESPER_MENU_MAIN
+    end
+    return mode == VESPER_GAME_TARGET or mode == VESPER_MENU_PAUSE
+end
+
+@@ Every two minutes of walking; also when the window is closed.
+KEEP_FRAMES = 3600
+
+function keepByItself()
+    if mode == VESPER_GAME_TARGET and passage == not
+        walked = (walked or 0) + 1
+        if walked % KEEP_FRAMES == 0
+            keepNight()
+        end
+    end
+end
+
 @@ Until the player leaves or the window's button is pressed.
 function playGame()
     makeVillage()
@@ -117,13 +141,17 @@ function playGame()
     openTitle()
     while playing and not Metal["checkClose"]()
         frame += 1
-        Metal["updateInput"]()
         readKeys()
         stepMode()
+        novelStepFading()
+        keepByItself()
         if isDrawn()
             drawFrame()
         end
         Metal["forceUpdate"]()
         waitForFrame()
+    end
+    if isNight()
+        keepNight()
     end
 end

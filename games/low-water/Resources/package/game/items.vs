@@ -1,4 +1,5 @@
-@@ A column of things to pick, by keys or by mouse. An item has `say` and `act`, a function that gets the item.
+@@ A column of things to pick, by keys or by mouse. An item has `say`, `act`, a function that gets the
+@@ item, and may have `turn`, one that gets the item and 1 or -1 for the keys to the right and left.
 
 ITEM_STEP = 46
 items = []
@@ -58,6 +59,16 @@ function stepItems()
     if step > 0
         focusOn((focus - 1 + step) % #items + 1)
         playSound("tick")
+    end
+    local chosen = items[focus]
+    if chosen["turn"] != not and (pressed["turnLeft"] or pressed["turnRight"])
+        local turn = chosen["turn"]
+        if pressed["turnLeft"]
+            turn(chosen, -1)
+        else
+            turn(chosen, 1)
+        end
+        return not
     end
     local picked = 0
     if pressed["act"] or pressed["bell"]

@@ -1,42 +1,42 @@
-@@ Keys and mouse, as what went down in this frame.
+@@ Keys, mouse and pad as actions: what went down since the last frame, and what is held.
 
-keysDown = {}
+runFile(libraryFolder + "input.vs")
 pressed = {}
 mouseMoved = false
 mouseX = -1
 mouseY = -1
 
-KEYS = {ahead = ["UP", "W"], behind = ["DOWN", "S"], turnLeft = ["LEFT"], turnRight = ["RIGHT"], stepLeft = ["A"], stepRight = ["D"], act = ["RETURN", "E"], bell = ["SPACE"], lantern = ["L", "F"], chart = ["M"], help = ["H"], back = ["BACK", "P"]}
+NOVEL_PRESSES = {
+    ahead = ["up", "w", "pad_up", "wheel_up"], behind = ["down", "s", "pad_down", "wheel_down"], turnLeft = ["left", "pad_left"], turnRight = ["right", "pad_right"],
+    act = ["return", "enter", "e", "pad_a"], bell = ["space", "pad_x"], lantern = ["l", "f", "pad_y"], chart = ["m", "pad_back"], help = ["h"],
+    back = ["escape", "back", "backspace", "p", "pad_start", "pad_b"], click = ["mouse_left"], menu = ["mouse_right"]
+}
+HELD = {ahead = ["KEY_UP", "KEY_W", "PAD_UP"], behind = ["KEY_DOWN", "KEY_S", "PAD_DOWN"], turnLeft = ["KEY_LEFT", "PAD_LEFT"], turnRight = ["KEY_RIGHT", "PAD_RIGHT"], stepLeft = ["KEY_A", "PAD_L"], stepRight = ["KEY_D", "PAD_R"]}
 
 function readKeys()
-    for action, names in pairs(KEYS)
-        local isDown = false
-        for i, name in ipairs(names)
-            if Vesper["getVar"]("VESPER_KEY_" + name)
-                isDown = true
-            end
-        end
-        notePress(action, isDown)
-    end
-    notePress("click", VESPER_MOUSE_1)
-    notePress("menu", VESPER_MOUSE_3)
-    mouseMoved = VESPER_MOUSE_X != mouseX or VESPER_MOUSE_Y != mouseY
-    mouseX = VESPER_MOUSE_X
-    mouseY = VESPER_MOUSE_Y
+    novelReadInput()
+    pressed = novelPressed
+    mouseMoved = novelMouseMoved
+    mouseX = novelMouseX
+    mouseY = novelMouseY
 end
 
-function notePress(action, isDown)
-    pressed[action] = isDown and not keysDown[action]
-    keysDown[action] = isDown
+function isHeld(action)
+    for name in HELD[action]
+        if Vesper["getVar"]("VESPER_" + name)
+            return true
+        end
+    end
+    return false
 end
 
 @@ 1, 0 or -1.
 function axis(plus, minus)
     local value = 0
-    if keysDown[plus]
+    if isHeld(plus)
         value += 1
     end
-    if keysDown[minus]
+    if isHeld(minus)
         value -= 1
     end
     return value

@@ -8,7 +8,9 @@ HELP = [
     ["Enter or E", "call at a door, read, go in"],
     ["L or F", "shade the lantern, or bare it"],
     ["M", "put the chart away, or take it out"],
-    ["P or the right mouse button", "pause"]
+    ["Escape, P or the right button", "pause"],
+    ["F11", "the whole screen"],
+    ["a pad", "stick, A acts, X rings, Y shades, Start pauses"]
 ]
 modeBefore = 0
 
@@ -19,9 +21,7 @@ function openPause()
     dropEntries("told")
     viewFade = 0.4
     addText("pause", "A breath", headFont, lampGold, 0, 70, VESPER_SCREEN_X)
-    local sound = ["Sound: on", "Sound: off"]
-    local picture = ["Picture: fine", "Picture: swift"]
-    showItems([{say = "Walk on", act = closePause}, {say = "Keep this night", act = keepFromPause}, {say = "How to walk", act = openHelp}, {say = sound[settings["sound"]], act = switchSound}, {say = picture[settings["picture"]], act = switchPicture}, {say = "To the title", act = pauseToTitle}], 345, 150, 270)
+    showItems([{say = "Walk on", act = closePause}, {say = "Keep this night", act = keepFromPause}, {say = "How to walk", act = openHelp}, {say = "Settings", act = openOptions}, {say = "To the title", act = pauseToTitle}], 345, 150, 270)
 end
 
 function dropPause()
@@ -46,26 +46,6 @@ function keepFromPause(item)
     end
 end
 
-function reopenPause()
-    dropPause()
-    keepSettings()
-    openPause()
-end
-
-function switchSound(item)
-    settings["sound"] = 3 - settings["sound"]
-    applySound()
-    reopenPause()
-    focusOn(4)
-end
-
-function switchPicture(item)
-    settings["picture"] = 3 - settings["picture"]
-    settings["chosen"] = true
-    reopenPause()
-    focusOn(5)
-end
-
 @@ The night is kept on the way out.
 function pauseToTitle(item)
     keepNight()
@@ -83,6 +63,7 @@ end
 
 function openHelp(item)
     helpFrom = mode
+    optionPage = "help"
     if mode == VESPER_MENU_MAIN
         closeTitle()
     else
@@ -94,11 +75,11 @@ function openHelp(item)
     dropEntries("told")
     addText("help", "How to walk", headFont, lampGold, 0, 48, VESPER_SCREEN_X)
     for i, line in ipairs(HELP)
-        addText("help", line[1], smallFont, dimPaper, 250, 122 + i * 32, not)
-        addText("help", line[2], smallFont, paper, 480, 122 + i * 32, not)
+        addText("help", line[1], smallFont, dimPaper, 250, 112 + i * 30, not)
+        addText("help", line[2], smallFont, paper, 480, 112 + i * 30, not)
     end
     for i, line in ipairs(evenly("Five lamps were left burning when the lake was let in. Find them, hear what they remember, and bring each to the door it came from.", tellFont, 640))
-        addText("help", line, tellFont, paper, 0, 400 + i * 30, VESPER_SCREEN_X)
+        addText("help", line, tellFont, paper, 0, 412 + i * 28, VESPER_SCREEN_X)
     end
 end
 
@@ -111,18 +92,4 @@ function stepHelp()
             closePause()
         end
     end
-end
-
-@@ Kept in the chunk that the boot library runs at start.
-if typeOf(settings) != "table"
-    settings = {}
-end
-for i, name in ipairs(["sound", "picture"])
-    if settings[name] != 2
-        settings[name] = 1
-    end
-end
-
-function keepSettings()
-    Vesper["replaceFile"](volatileFolder + "save-1.plush", "settings = " + Vesper["jsonEncode"](settings) + "\n")
 end

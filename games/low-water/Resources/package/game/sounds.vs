@@ -1,9 +1,20 @@
 @@ Sounds come from a few files; the rest is made of them at start: five bells of one, steps of one step, and the
-@@ peal, in the order in which the lamps came home.
+@@ peal, in the order in which the lamps came home. What goes on in the air is the library's music.
 
+runFile(libraryFolder + "text.vs")
+runFile(libraryFolder + "settings.vs")
+runFile(libraryFolder + "sound.vs")
 tracks = {}
-ambience = not
-ambienceName = ""
+
+@@ Sound was on or off once.
+for name in ["musicVolume", "soundVolume"]
+    novelWhole(name, NOVEL_LOUDEST * (2 - (settings["sound"] or 1)), 0, NOVEL_LOUDEST)
+end
+erase(settings, "sound")
+
+function novelTellMissing(text)
+    tellMissing(text)
+end
 
 @@ Ratios of the five bells, a scale down from the treble.
 BELLS = [1.5, 1.3333, 1.25, 1.125, 1.0]
@@ -70,7 +81,7 @@ end
 footfalls = 0
 
 function playSound(name)
-    if not MIXER_ENABLED or settings["sound"] == 2
+    if not MIXER_ENABLED or settings["soundVolume"] == 0
         return not
     end
     if name == "step" or name == "soft-step" or name == "splash"
@@ -117,36 +128,5 @@ function playPeal()
     playSound("peal")
 end
 
-@@ Goes on where it is when it is the same.
-function playAmbience(name)
-    if name == ambienceName
-        return not
-    end
-    stopAmbience()
-    ambienceName = name
-    if MIXER_ENABLED and settings["sound"] == 1
-        ambience = soundOf(name)
-        if ambience != not
-            Audio["play"](ambience, true, 0)
-        end
-    end
-end
-
-function stopAmbience()
-    if ambience != not
-        Audio["pause"](ambience)
-    end
-    ambience = not
-    ambienceName = ""
-end
-
-function applySound()
-    local name = ambienceName
-    stopAmbience()
-    if settings["sound"] == 2
-        Audio["clear"]()
-    end
-    playAmbience(name)
-end
-
 loadSounds()
+novelApplyLoudness()

@@ -37,7 +37,7 @@ function beginEbb()
     lampsSeen = []
     tideFrom = [playerX, playerY, playerTurn, eyeHeight]
     forgetTold()
-    playAmbience("lake")
+    novelPlayMusic("lake")
 end
 
 function stepEbb()
@@ -57,7 +57,7 @@ function stepEbb()
     playerTilt = between(0.02, 0.03, share)
     eyeHeight = between(tideFrom[4], EYE, math["min"](1, share * 1.04))
     viewFade = 1.0
-    if tideAge >= EBB_FRAMES or pressed["act"] or pressed["bell"] or pressed["click"]
+    if tideAge >= EBB_FRAMES or pressed["act"] or pressed["bell"] or pressed["click"] or pressed["back"]
         endEbb()
     end
 end
@@ -97,7 +97,7 @@ function stepFlood()
         showPlace("village")
         lanternLit = false
         lampsSeen = []
-        playAmbience("lake")
+        novelPlayMusic("lake")
     end
     for i, words in ipairs(FLOOD_WORDS)
         if words[1] == tideAge
@@ -117,7 +117,7 @@ function stepFlood()
     eyeHeight = between(20, LAKE + 22, share)
     if tideAge == FLOOD_FRAMES + 60
         showClosing()
-    elseif tideAge > FLOOD_FRAMES + 90 and (pressed["act"] or pressed["bell"] or pressed["click"])
+    elseif tideAge > FLOOD_FRAMES + 90 and (pressed["act"] or pressed["bell"] or pressed["click"] or pressed["back"])
         dropEntries("closing")
         endingSeen = true
         openTitle()

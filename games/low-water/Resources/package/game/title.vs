@@ -18,12 +18,15 @@ function openTitle()
     lakeTexture = "still"
     setTide(LAKE)
     lanternLit = false
-    playAmbience("lake")
+    novelPlayMusic("lake")
     viewFade = 0.0
     addText("title", "Low Water", titleFont, paper, 64, 62, not)
     addText("title", "one night in Nether Alder", tellFont, dimPaper, 70, 164, not)
-    addText("title", "Arrows or W A S D, Enter and Space. P pauses, H helps.", smallFont, dimPaper, 70, 500, not)
-    TITLE_ITEMS = [{say = "Begin", act = beginNight}, {say = "Go on", act = goOn}, {say = "How to walk", act = openHelp}, {say = "Leave", act = leaveGame}]
+    addText("title", "Arrows or W A S D, Enter and Space. Escape pauses, H helps.", smallFont, dimPaper, 70, 500, not)
+    TITLE_ITEMS = [{say = "Begin", act = beginNight}, {say = "How to walk", act = openHelp}, {say = "Settings", act = openOptions}, {say = "Leave", act = leaveGame}]
+    if stateOfSave() != "empty"
+        table["insert"](TITLE_ITEMS, 1, {say = "Go on", act = goOn})
+    end
     showItems(TITLE_ITEMS, 66, 230, 250)
 end
 
@@ -42,7 +45,13 @@ function stepTitle()
     viewFade = math["min"](1.0, viewFade + 0.05)
     local c = math["sin"](frame * 0.004)
     lampsSeen = [{name = "gold", ink = "gold", place = "village", far = 999, x = 138 + c * 14, y = 212 + c * 8, z = LAKE + 6 + math["sin"](frame * 0.05) * 0.7}]
-    stepItems()
+    if pressed["back"] and items[1]["sure"]
+        backToTitle()
+    elseif pressed["back"]
+        leaveGame()
+    else
+        stepItems()
+    end
 end
 
 @@ The night's own numbers come from when it was begun.
