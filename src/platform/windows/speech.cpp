@@ -54,10 +54,11 @@ private:
             !SetNamedPipeHandleState(ours.get(), &mode, nullptr, nullptr))
             return false;
         const std::string program = powerShell();
-        process_ = startChild(
-            program.c_str(),
-            "\"" + program + "\" -NoLogo -NoProfile -NonInteractive -InputFormat None -Command \"" + speakerScript + "\"",
-            theirs.get(), input);
+        process_ = startChild(program.c_str(),
+                              "\"" + program +
+                                  "\" -NoLogo -NoProfile -NonInteractive -InputFormat None -Command \"" +
+                                  speakerScript + "\"",
+                              theirs.get(), input);
         if (process_) pipe_ = std::move(ours);
         return static_cast<bool>(process_);
     }
