@@ -93,7 +93,7 @@ void DebugAdapter::output(const char* category, const std::string& text) {
 }
 
 void DebugAdapter::handle(const std::string& message) {
-    const Json request = Json::parse(message, nullptr, false);
+    const Json request = parseMessage(message);
     if (!request.is_object() || request.value("type", Json()) != "request") return;
     Json response{{"type", "response"}, {"success", true}};
     response["request_seq"] = request.value("seq", Json(0));

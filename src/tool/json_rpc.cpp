@@ -10,6 +10,7 @@ namespace {
 
 constexpr std::size_t maximumLength = std::size_t{64} << 20;
 constexpr std::size_t maximumHeader = 4096;  // what is longer is cut
+constexpr int maximumDepth = 100;
 constexpr std::size_t readAtOnce = 65536;
 
 // The number of a `Content-Length` header, also behind the rest of a message that was too long; npos for
@@ -74,6 +75,11 @@ Received MessageReader::read() {
         if (static_cast<std::size_t>(in_.gcount()) < part) return {};
     }
     return received;
+}
+
+Json parseMessage(std::string_view text) {
+    const auto isShallow = [](int depth, Json::parse_event_t, const Json&) { return depth <= maximumDepth; };
+    return Json::parse(text, isShallow, false);
 }
 
 void writeMessage(std::ostream& out, const Json& message) {

@@ -35,6 +35,9 @@ private:
     std::istream& in_;
 };
 
+// A discarded value for what is no JSON; values that are nested deeper than any message of ours are left out.
+Json parseMessage(std::string_view text);
+
 // Text that is no UTF-8 is sent with marks in its place.
 void writeMessage(std::ostream& out, const Json& message);
 

@@ -55,7 +55,7 @@ void LanguageServer::refuse(const std::string& reason) {
 }
 
 void LanguageServer::handle(std::string_view message) {
-    const Json json = Json::parse(message, nullptr, false);
+    const Json json = parseMessage(message);
     if (json.is_discarded()) {
         refuse("no JSON");
         return;

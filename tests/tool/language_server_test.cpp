@@ -231,6 +231,10 @@ TEST_F(LanguageServerTest, AnswersNonsenseWithErrors) {
     }
     sent_.clear();
     server_.handle(std::string(200000, '['));
+    const std::string deep = std::string(200000, '[') + std::string(200000, ']');
+    server_.handle(R"({"id": 1, "method": "textDocument/hover", "params": )" + deep + "}");
+    EXPECT_TRUE(sent_.back().contains("error"));
+    sent_.pop_back();
     notify("textDocument/didChange", 5);
     notify("textDocument/didOpen", here);
     notify("$/setTrace", {{"value", "off"}});
