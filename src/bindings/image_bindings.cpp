@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/kept_place.h"
 #include "bindings/image_arguments.h"
 #include "bindings/modules.h"
 #include "codec/pmg_file.h"
@@ -125,12 +126,12 @@ Variable saveImage(const BindingCall& call) {
 Variable saveImageRaw(const BindingCall& call) {
     call.require(2);
     PlushImage* image = imageHandle(call, 0);
-    const std::string& path = call.text(1, "path");
+    const std::string path = placeOf(call.text(1, "path"));
     return Variable::boolean(livePlushImages.contains(image) && savePlushImage(image, path.c_str()));
 }
 
 Variable loadImageRaw(const BindingCall& call) {
-    PlushImage* image = loadPlushImage(call.text(0, "path").c_str());
+    PlushImage* image = loadPlushImage(placeOf(call.text(0, "path")).c_str());
     if (!image) return returnValues({Variable(), sizeValue(0), sizeValue(0)});
     return returnValues({Variable::pointer(image), sizeValue(image->width), sizeValue(image->height)});
 }

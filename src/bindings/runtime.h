@@ -27,7 +27,8 @@ struct Runtime {
     Runtime& operator=(const Runtime&) = delete;
 
     // Where the game keeps saves, settings and the window's place, with its last separator.
-    std::string keptFolder() const { return path + "../Resources/volatile/"; }
+    std::string keptFolder() const { return keptElsewhere.empty() ? usualKeptFolder() : keptElsewhere; }
+    std::string usualKeptFolder() const { return path + "../Resources/volatile/"; }
     std::string windowPlacePath() const { return keptFolder() + "window.txt"; }
     void destroyWindow();
 
@@ -37,6 +38,7 @@ struct Runtime {
     vesper::ruby::RubyVM ruby;
     // Directory of the executable with its last separator, forward slashes only.
     std::string path = " ";
+    std::string keptElsewhere;  // for a game in a place that cannot be written to
     std::vector<buttonVec> buttons;
     Scene scene;
     std::string windowTitle;

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "base/kept_place.h"
 #include "shim/shim.h"
 
 namespace kelmora {
@@ -35,7 +36,7 @@ std::FILE* ConsoleHost::openProcess(const std::string& command, const std::strin
 }
 
 bool ConsoleHost::replaceFile(const std::string& path, std::span<const unsigned char> content) {
-    return platform_replace_file(path.c_str(), content.data(), content.size());
+    return platform_replace_file(placeOf(path).c_str(), content.data(), content.size());
 }
 
 int ConsoleHost::closeProcess(std::FILE* stream) {

@@ -7,6 +7,7 @@
 
 #include "host/console_host.h"
 #include "host/failure_page.h"
+#include "host/kept_folder.h"
 #include "image/image_registry.h"
 #include "script/source_path.h"
 #include "shim/shim.h"
@@ -54,6 +55,7 @@ int runKelmora(std::span<const unsigned char> bootImage, int argc, const char* c
     for (;;) {
         Runtime runtime(host);
         runtime.path = findBaseDirectory(argc, argv);
+        chooseKeptFolder(runtime);
         const std::optional<std::string> failure = playGame(runtime, bootImage);
         bool isAgain = false;
         if (failure) {

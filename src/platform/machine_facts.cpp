@@ -52,6 +52,10 @@ bool windows_processor_name(char* buffer, unsigned size) {
     return copyOut(platform.empty() ? "Unknown" : "Unknown " + platform, buffer, size);
 }
 
+bool platform_user_data_directory(char* buffer, unsigned size) {
+    return copyOut(kelmora::userDataFolder(), buffer, size);
+}
+
 bool windows_temp_directory(char* buffer, unsigned size) {
     return copyOut(kelmora::temporaryFolder(), buffer, size) || copyOut("./", buffer, size);
 }

@@ -14,5 +14,6 @@ std::string systemVersion();
 std::string processorModel();
 // With its last separator.
 std::string temporaryFolder();
+std::string userDataFolder();
 
 }  // namespace kelmora

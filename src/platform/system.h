@@ -17,6 +17,8 @@ bool windows_user_name(char* buffer, unsigned size);
 bool windows_platform_name(char* buffer, unsigned size);
 bool windows_version_string(char* buffer, unsigned size);
 bool windows_processor_name(char* buffer, unsigned size);
+// Where programs keep what is one user's, with its last separator.
+bool platform_user_data_directory(char* buffer, unsigned size);
 // With its last separator.
 bool windows_temp_directory(char* buffer, unsigned size);
 

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "base/kept_place.h"
 #include "base/paths.h"
 #include "script/numbers.h"
 #include "script/table_object.h"
@@ -41,7 +42,7 @@ std::int32_t BindingCall::integer(std::size_t index, std::string_view name) cons
 }
 
 std::string BindingCall::path(std::size_t index, std::string_view name) const {
-    return normalisePath(text(index, name));
+    return placeOf(normalisePath(text(index, name)));
 }
 
 Variable makeModule(std::string_view moduleName, std::initializer_list<std::span<const BindingRow>> tables) {

@@ -17,6 +17,7 @@ extern const ToolCommand newCommand;
 extern const ToolCommand playCommand;
 extern const ToolCommand testCommand;
 extern const ToolCommand roamCommand;
+extern const ToolCommand packageCommand;
 extern const ToolCommand lspCommand;
 extern const ToolCommand dapCommand;
 extern const ToolCommand helpCommand;
@@ -26,7 +27,7 @@ std::span<const ToolCommand* const> toolCommands() {
     static constexpr std::array commands{
         &runCommand, &compileCommand, &dumpCommand,
         &checkCommand, &formatCommand,
-        &newCommand, &playCommand, &testCommand, &roamCommand,
+        &newCommand, &playCommand, &testCommand, &roamCommand, &packageCommand,
         &lspCommand, &dapCommand,
         &helpCommand,
     };

@@ -61,6 +61,13 @@ std::string temporaryFolder() {
     return folder;
 }
 
+std::string userDataFolder() {
+    const char* chosen = std::getenv("XDG_DATA_HOME");
+    if (chosen && *chosen == '/') return std::string(chosen) + "/";
+    const char* home = std::getenv("HOME");
+    return home && *home ? std::string(home) + "/.local/share/" : "";
+}
+
 }  // namespace kelmora
 
 bool platform_is_windows() {

@@ -69,6 +69,12 @@ std::string temporaryFolder() {
     return length < folder.size() ? std::string(folder.data(), length) : std::string();
 }
 
+std::string userDataFolder() {
+    std::array<char, 1024> folder{};
+    const DWORD length = GetEnvironmentVariableA("LOCALAPPDATA", folder.data(), folder.size());
+    return length > 0 && length < folder.size() ? std::string(folder.data(), length) + "\\" : std::string();
+}
+
 }  // namespace kelmora
 
 bool platform_is_windows() {

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "base/file_stream.h"
+#include "base/kept_place.h"
 #include "script/interpreter.h"
 #include "script/library/library.h"
 #include "script/table_object.h"
@@ -98,7 +99,7 @@ Variable timeFunction(Interpreter&, Arguments arguments) {
 // True when the file was there and went, else nil.
 Variable removeFile(Interpreter& script, Arguments arguments) {
     require(arguments.size() == 1 && arguments[0].isString(), "os['remove'](path) requires a path string");
-    const std::string path = script.resolvePath(arguments[0].text());
+    const std::string path = placeOf(script.resolvePath(arguments[0].text()));
     return std::remove(path.c_str()) == 0 ? Variable::boolean(true) : Variable();
 }
 
