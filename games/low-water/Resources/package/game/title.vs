@@ -47,8 +47,10 @@ function stepTitle()
     lampsSeen = [{name = "gold", ink = "gold", place = "village", far = 999, x = 138 + c * 14, y = 212 + c * 8, z = LAKE + 6 + math["sin"](frame * 0.05) * 0.7}]
     if pressed["back"] and items[1]["sure"]
         backToTitle()
-    elseif pressed["back"]
+    elseif pressed["back"] and focus == #items
         leaveGame()
+    elseif pressed["back"]
+        focusOn(#items)
     else
         stepItems()
     end
