@@ -25,9 +25,12 @@ protected:
         std::string text;
         for (const SourceSpan& place : places) {
             const std::string& source = project_.find(place.path)->source();
-            text += (text.empty() ? "" : " ") + place.path + ':' +
-                    std::to_string(std::count(source.begin(), source.begin() + place.begin, '\n') + 1) + ':' +
-                    source.substr(place.begin, place.end - place.begin);
+            text +=
+                (text.empty() ? "" : " ") + place.path + ':' +
+                std::to_string(std::count(source.begin(),
+                                          source.begin() + static_cast<std::ptrdiff_t>(place.begin), '\n') +
+                               1) +
+                ':' + source.substr(place.begin, place.end - place.begin);
         }
         return text;
     }
