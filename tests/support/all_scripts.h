@@ -23,7 +23,8 @@ inline std::vector<ScriptFile> scriptsBelow(const std::vector<std::string>& fold
         for (const auto& entry :
              std::filesystem::recursive_directory_iterator(std::filesystem::path(sourceFolder()) / folder))
             if (entry.path().extension() == ".vs")
-                found.push_back({entry.path().string(), readWholeFile(entry.path().string()).value()});
+                found.push_back(
+                    {entry.path().generic_string(), readWholeFile(entry.path().string()).value()});
     std::sort(found.begin(), found.end(),
               [](const ScriptFile& a, const ScriptFile& b) { return a.path < b.path; });
     return found;
