@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "script/line_parser.h"
+#include "script/open_brackets.h"
 #include "script/source_context.h"
 
 namespace kelmora {
@@ -76,34 +77,13 @@ private:
         }
     }
     void scanCodeByte(char c) {
-        switch (c) {
-            case '"':
-            case '\'':
-                quote_ = c;
-                break;
-            case '(':
-                ++parentheses_;
-                break;
-            case '[':
-                ++brackets_;
-                break;
-            case '{':
-                ++braces_;
-                break;
-            case ')':
-                parentheses_ -= parentheses_ > 0 ? 1 : 0;
-                break;
-            case ']':
-                brackets_ -= brackets_ > 0 ? 1 : 0;
-                break;
-            case '}':
-                braces_ -= braces_ > 0 ? 1 : 0;
-                break;
-            default:
-                break;
+        if (c == '"' || c == '\'') {
+            quote_ = c;
+        } else {
+            open_.take(c);
         }
     }
-    bool bracketOpen() const { return parentheses_ > 0 || brackets_ > 0 || braces_ > 0; }
+    bool bracketOpen() const { return open_.count() > 0; }
 
     void append(std::string_view part) {
         part = trimBlanks(part);
@@ -128,7 +108,7 @@ private:
         pending_.clear();
         quote_ = '\0';
         escaped_ = false;
-        parentheses_ = brackets_ = braces_ = 0;
+        open_ = {};
     }
 
     const std::string& source_;
@@ -139,9 +119,7 @@ private:
     std::uint32_t pendingLine_ = 0;
     char quote_ = '\0';
     bool escaped_ = false;
-    std::size_t parentheses_ = 0;
-    std::size_t brackets_ = 0;
-    std::size_t braces_ = 0;
+    OpenBrackets open_;
 };
 
 }  // namespace

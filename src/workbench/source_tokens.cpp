@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 
+#include "script/open_brackets.h"
+
 namespace kelmora {
 namespace {
 
@@ -64,9 +66,8 @@ private:
     void nextLine() {
         ++line_;
         lineStart_ = at_;
-        if (openCount() == 0) inStatement_ = false;
+        if (open_.count() == 0) inStatement_ = false;
     }
-    std::uint32_t openCount() const { return parentheses_ + brackets_ + braces_; }
 
     // The token that begins here; the scan goes on behind it.
     SourceToken& add(SourceTokenKind kind, std::size_t end) {
@@ -76,7 +77,7 @@ private:
         token.end = static_cast<std::uint32_t>(end);
         token.line = line_;
         token.column = static_cast<std::uint32_t>(at_ - lineStart_);
-        token.openBrackets = openCount();
+        token.openBrackets = open_.count();
         if (kind != SourceTokenKind::Comment) {
             token.startsStatement = !inStatement_;
             inStatement_ = true;
@@ -97,36 +98,14 @@ private:
             lineStart_ = i + 1;
         }
     }
-    static void close(std::uint32_t& depth) { depth -= depth > 0 ? 1 : 0; }
     void takeSign(char c) {
-        const bool endsStatement = c == ';' && openCount() == 0;
+        const bool endsStatement = c == ';' && open_.count() == 0;
         SourceToken& token = add(SourceTokenKind::Sign, at_ + 1);
         if (endsStatement) {
             token.startsStatement = inStatement_ = false;
             return;
         }
-        switch (c) {
-            case '(':
-                ++parentheses_;
-                break;
-            case '[':
-                ++brackets_;
-                break;
-            case '{':
-                ++braces_;
-                break;
-            case ')':
-                close(parentheses_);
-                break;
-            case ']':
-                close(brackets_);
-                break;
-            case '}':
-                close(braces_);
-                break;
-            default:
-                break;
-        }
+        open_.take(c);
     }
     void takeWord() {
         std::size_t end = at_ + 1;
@@ -147,9 +126,7 @@ private:
     std::size_t lineStart_ = 0;
     std::uint32_t line_ = 0;
     bool inStatement_ = false;
-    std::uint32_t parentheses_ = 0;
-    std::uint32_t brackets_ = 0;
-    std::uint32_t braces_ = 0;
+    OpenBrackets open_;
 };
 
 }  // namespace
