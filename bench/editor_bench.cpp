@@ -10,9 +10,9 @@
 #include "race.h"
 #include "support/capture_host.h"
 #include "tool/document_texts.h"
-#include "tool/file_uri.h"
+#include "tool/editor/file_uri.h"
+#include "tool/editor/language_server.h"
 #include "tool/game_check.h"
-#include "tool/language_server.h"
 #include "tool/source_files.h"
 
 // What an author waits for, in one process: a check of all games beside a compilation of the same files, and

@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "tool/debug_adapter.h"
+#include "tool/editor/debug_adapter.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 
 #include "support/capture_host.h"
 #include "tool/document_texts.h"
+#include "tool/editor/language_server.h"
 #include "tool/game_check.h"
-#include "tool/language_server.h"
 
 // A session with an editor, as it comes over the pipe.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

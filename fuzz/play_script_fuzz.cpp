@@ -2,7 +2,7 @@
 #include <cstdint>
 #include <stdexcept>
 
-#include "tool/play_script.h"
+#include "tool/play/play_script.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     try {

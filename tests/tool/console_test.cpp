@@ -1,4 +1,4 @@
-#include "tool/console.h"
+#include "tool/play/console.h"
 
 #include <gtest/gtest.h>
 

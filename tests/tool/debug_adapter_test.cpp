@@ -1,4 +1,4 @@
-#include "tool/debug_adapter.h"
+#include "tool/editor/debug_adapter.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tool/language_server.h"
+#include "tool/editor/language_server.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@
 #include "support/capture_host.h"
 #include "support/temporary_folder.h"
 #include "tool/document_texts.h"
-#include "tool/file_uri.h"
+#include "tool/editor/file_uri.h"
 #include "tool/game_check.h"
 
 namespace kelmora {

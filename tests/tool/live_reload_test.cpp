@@ -1,4 +1,4 @@
-#include "tool/live_reload.h"
+#include "tool/play/live_reload.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@
 #include "platform/window_core.h"
 #include "script/table_object.h"
 #include "support/by_tool.h"
-#include "tool/novel_view.h"
+#include "tool/play/novel_view.h"
 #include "workbench/changed_statements.h"
 
 // An author saves files while the game runs.

@@ -1,9 +1,9 @@
-#include "tool/play_script.h"
+#include "tool/play/play_script.h"
 
 #include <gtest/gtest.h>
 
 #include "platform/recorded_input.h"
-#include "tool/input_text.h"
+#include "tool/play/input_text.h"
 #include "tool/tool_options.h"
 
 namespace kelmora {
