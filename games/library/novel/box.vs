@@ -195,6 +195,9 @@ function novelDrawBar()
     if #novelBarWords == 0
         novelMakeBar()
     end
+    @@ A shade, so that the words can be read on every ground.
+    local first = novelBarWords[1]["x"] - 14
+    Plush["fillBox"](VESPER_FRAMEBUFFER, first, NOVEL_BOX_LOW + 1, NOVEL_BOX_X + NOVEL_BOX_WIDE - 2 - first, 18, 9, 8, 10, 24, 150)
     for i, word in ipairs(novelBarWords)
         local picture = word["dim"]
         if i == novelBarUnder or word["action"] == "auto" and novelAuto or word["action"] == "skip" and novelSkip
