@@ -109,13 +109,13 @@ void WindowCore::setTitle(const char* title) {
 void WindowCore::setLogicalSize(int width, int height) {
     logicalWidth_ = std::max(width, 1);
     logicalHeight_ = std::max(height, 1);
-    dirty_ = true;
+    renewAll();
 }
 
 void WindowCore::setClientSize(int width, int height) {
     width = std::max(width, 1);
     height = std::max(height, 1);
-    dirty_ = true;
+    renewAll();
     if (width == clientWidth_ && height == clientHeight_) return;
     const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     std::vector<std::uint32_t> backbuffer(count);
@@ -129,22 +129,39 @@ void WindowCore::setClientSize(int width, int height) {
 
 void WindowCore::setClearColour(ClearColour colour) {
     clear_ = colour;
-    dirty_ = true;
+    renewAll();
 }
 
 void WindowCore::setScaling(Scaling scaling) {
     scaling_ = scaling;
-    dirty_ = true;
+    renewAll();
 }
 
 void WindowCore::pushImage(const PlushImage& image) {
     if (image.width < 1 || image.height < 1 || !image.pixels) return;
-    const std::size_t count = static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height);
-    image_.resize(count);
-    std::memcpy(image_.data(), image.pixels, count * sizeof(std::uint32_t));
-    imageWidth_ = image.width;
-    imageHeight_ = image.height;
     dirty_ = true;
+    const auto width = static_cast<std::size_t>(image.width);
+    const auto height = static_cast<std::size_t>(image.height);
+    if (image.width != imageWidth_ || image.height != imageHeight_) {
+        isAllStale_ = true;
+        image_.resize(width * height);
+        staleRows_.assign(height, false);
+        imageWidth_ = image.width;
+        imageHeight_ = image.height;
+    }
+    const std::size_t rowBytes = width * sizeof(std::uint32_t);
+    for (std::size_t y = 0; y < height; ++y) {
+        std::uint32_t* const row = image_.data() + y * width;
+        const unsigned char* const pushed = image.pixels + y * rowBytes;
+        if (std::memcmp(row, pushed, rowBytes) == 0) continue;
+        std::memcpy(row, pushed, rowBytes);
+        staleRows_[y] = true;
+    }
+}
+
+void WindowCore::renewAll() {
+    dirty_ = true;
+    isAllStale_ = true;
 }
 
 Letterbox WindowCore::letterbox() const {
@@ -165,7 +182,7 @@ bool WindowCore::composeIfDirty() {
 }
 
 void WindowCore::setOverlay(const PlushImage* image, int top) {
-    dirty_ = dirty_ || image || !overlay_.empty();
+    if (image || !overlay_.empty()) renewAll();
     overlay_.clear();
     if (!image || image->width < 1 || image->height < 1 || !image->pixels) return;
     overlayWidth_ = image->width;
@@ -178,6 +195,8 @@ void WindowCore::renderIntoBackbuffer() {
     isBackbufferOld_ = true;
     renderPicture();
     if (!overlay_.empty()) renderOverlay();
+    isAllStale_ = !overlay_.empty();
+    std::fill(staleRows_.begin(), staleRows_.end(), false);
 }
 
 void WindowCore::renderOverlay() {
@@ -202,12 +221,13 @@ void WindowCore::renderPicture() {
         return;
     }
     const Letterbox box = letterbox();
-    std::fill_n(dibPixels_.data(), rowStart(box.y), clearPixel);
+    if (isAllStale_) std::fill_n(dibPixels_.data(), rowStart(box.y), clearPixel);
     const bool isSameSize = box.width == imageWidth_ && box.height == imageHeight_;
     if (scaling_ == Scaling::smooth && !isSameSize)
         renderSmooth(box, clearPixel);
     else
         renderImage(box, clearPixel);
+    if (!isAllStale_) return;
     const std::size_t below = rowStart(box.y + box.height);
     std::fill_n(dibPixels_.data() + below, dibPixels_.size() - below, clearPixel);
 }
@@ -221,6 +241,7 @@ void WindowCore::renderImage(const Letterbox& box, std::uint32_t clearPixel) {
     int previousImageRow = -1;
     for (int y = 0; y < box.height; ++y) {
         const int imageRow = sourcePosition(y, imageHeight_, box.height);
+        if (!isStale(imageRow)) continue;
         if (imageRow == previousImageRow)
             repeatRowAbove(box.y + y);
         else
@@ -238,6 +259,7 @@ void WindowCore::renderSmooth(const Letterbox& box, std::uint32_t clearPixel) {
     scaler_.prepare(imageWidth_, imageHeight_, box.width, box.height);
     for (int y = 0; y < box.height; ++y) {
         const SmoothScaler::Between between = scaler_.rowsAt(y);
+        if (!isStale(between.upper) && !isStale(between.lower)) continue;
         bringRow(between.upper);
         bringRow(between.lower);
         row_.resize(static_cast<std::size_t>(box.width));

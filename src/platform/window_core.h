@@ -91,6 +91,9 @@ private:
     int pictureWidth() const { return image_.empty() ? logicalWidth_ : imageWidth_; }
     int pictureHeight() const { return image_.empty() ? logicalHeight_ : imageHeight_; }
     Letterbox letterbox() const;
+    // What is shown does not hold any more, and not for a changed row alone.
+    void renewAll();
+    bool isStale(int imageRow) const { return isAllStale_ || staleRows_[static_cast<std::size_t>(imageRow)]; }
     void renderIntoBackbuffer();
     void renderPicture();
     void renderOverlay();
@@ -126,6 +129,8 @@ private:
     bool fullscreenToggle_ = false;
     bool returnIsTaken_ = false;  // by a toggle, until it comes up
     std::vector<std::uint32_t> image_;
+    std::vector<bool> staleRows_;  // of the picture, since it was last shown
+    bool isAllStale_ = true;
     int imageWidth_ = 0;
     int imageHeight_ = 0;
     std::vector<std::uint32_t> overlay_;

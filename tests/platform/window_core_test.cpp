@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <memory>
+#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -347,6 +350,43 @@ TEST(WindowCore, OnlyANewSizeBlanksTheBackbuffer) {
     EXPECT_EQ(core.backbuffer()[0], 0u);
     EXPECT_EQ(core.logicalWidth(), 8);
     EXPECT_TRUE(core.composeIfDirty());
+}
+
+// Only rows that changed are drawn again: it must not show.
+TEST(WindowCore, ARedrawnWindowIsThatOfANewOne) {
+    std::mt19937 random(3);
+    const auto below = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
+    WindowCore core = coreOf(30, 20);
+    TestPicture picture(12, 9);
+    ClearColour clear{1, 2, 3};
+    core.setClearColour(clear);
+    Scaling scaling = Scaling::nearest;
+    int width = 30;
+    int height = 20;
+    for (int round = 0; round < 400; ++round) {
+        for (int changes = below(4); changes > 0; --changes)
+            picture.at(below(12), below(9)) = rgba(random() % 256, 7, 9, below(3) == 0 ? 90 : 255);
+        core.pushImage(picture.image());
+        if (below(12) == 0) core.setClearColour(clear = {static_cast<std::uint8_t>(below(256)), 5, 6});
+        if (below(12) == 0)
+            core.setScaling(scaling =
+                                std::array{Scaling::nearest, Scaling::smooth, Scaling::whole}[random() % 3]);
+        if (below(12) == 0) core.handle(WindowEvent::resized(width = 5 + below(40), height = 5 + below(40)));
+        TestPicture shade(3, 2, rgba(9, 9, 9, 128));
+        const PlushImage overlay = shade.image();
+        const bool isCovered = below(12) == 0;
+        if (isCovered) core.setOverlay(&overlay, 1);
+        core.composeIfDirty();
+
+        WindowCore fresh = coreOf(width, height);
+        fresh.setClearColour(clear);
+        fresh.setScaling(scaling);
+        fresh.pushImage(picture.image());
+        if (isCovered) fresh.setOverlay(&overlay, 1);
+        fresh.composeIfDirty();
+        ASSERT_TRUE(std::ranges::equal(core.dibPixels(), fresh.dibPixels())) << round;
+        if (isCovered) core.setOverlay(nullptr, 0);
+    }
 }
 
 TEST(WindowCore, CaptureIsACopyOfTheBackbuffer) {
