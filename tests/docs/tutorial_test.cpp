@@ -17,5 +17,10 @@ TEST_F(Tutorial, FirstArcade) {
     expectPacked();
 }
 
+TEST_F(Tutorial, MakingGames) {
+    follow("making-games.md", "marks");
+    EXPECT_GE(looks(), 3u);
+}
+
 }  // namespace
 }  // namespace kelmora
