@@ -1,5 +1,6 @@
 #include "docs/document_steps.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <sstream>
 
@@ -8,6 +9,27 @@ namespace kelmora {
 namespace fs = std::filesystem;
 
 namespace {
+
+constexpr std::uintmax_t largestPicture = 15 * 1024;
+
+// Half as wide and high, each pixel the mean of four.
+vh::png::Image halved(const vh::png::Image& image) {
+    vh::png::Image half;
+    half.width = image.width / 2;
+    half.height = image.height / 2;
+    const auto wide = static_cast<std::size_t>(half.width);
+    const auto high = static_cast<std::size_t>(half.height);
+    const std::size_t row = static_cast<std::size_t>(image.width) * 4;
+    half.pixels.resize(wide * high * 4);
+    for (std::size_t y = 0; y < high; ++y) {
+        for (std::size_t at = 0; at < wide * 4; ++at) {
+            const unsigned char* from = image.pixels.data() + y * 2 * row + at / 4 * 8 + at % 4;
+            half.pixels[y * wide * 4 + at] =
+                static_cast<unsigned char>((from[0] + from[4] + from[row] + from[row + 4] + 2) / 4);
+        }
+    }
+    return half;
+}
 
 std::vector<DocumentPiece> readPieces(const std::string& text) {
     std::vector<DocumentPiece> pieces;
@@ -25,7 +47,8 @@ std::vector<DocumentPiece> readPieces(const std::string& text) {
             end = "```";
         } else if (line.starts_with("<!-- ")) {
             const bool isWhole = line.ends_with(" -->");
-            pieces.push_back({DocumentPiece::Kind::Note, line.substr(5, line.size() - (isWhole ? 9 : 5)), "", number});
+            pieces.push_back(
+                {DocumentPiece::Kind::Note, line.substr(5, line.size() - (isWhole ? 9 : 5)), "", number});
             if (!isWhole) end = "-->";
         } else {
             pieces.push_back({DocumentPiece::Kind::Sentence, line, "", number});
@@ -73,7 +96,8 @@ void DocumentSteps::expectPacked() const {
 }
 
 std::string DocumentSteps::takeBlock() {
-    if (next_ < pieces_.size() && pieces_[next_].kind == DocumentPiece::Kind::Block) return pieces_[next_++].body;
+    if (next_ < pieces_.size() && pieces_[next_].kind == DocumentPiece::Kind::Block)
+        return pieces_[next_++].body;
     ADD_FAILURE() << "a block should follow";
     return "";
 }
@@ -140,6 +164,8 @@ void DocumentSteps::look(const DocumentPiece& note) {
         EXPECT_EQ(outcome.exitCode, 0) << outcome.text;
     } else if (note.head.starts_with("colours ")) {
         expectColours(note.head);
+    } else if (note.head.starts_with("shown ")) {
+        expectShown(note.head);
     } else if (!lookAlso(note)) {
         ADD_FAILURE() << "unknown note " << note.head;
     }
@@ -165,6 +191,31 @@ void DocumentSteps::expectColours(const std::string& note) {
         for (std::size_t channel = 0; channel < 3; ++channel)
             EXPECT_EQ(image.pixels[at + channel], colour[channel]) << file << " " << x << "," << y;
     } while (words >> word && word == ";");
+}
+
+void DocumentSteps::expectShown(const std::string& note) {
+    std::istringstream words(note);
+    std::string word;
+    std::string file;
+    std::string picture;
+    words >> word >> file >> picture;
+    vh::png::Image image;
+    ASSERT_TRUE(vh::png::load_file(pathOf(file).c_str(), image)) << file;
+    comparePicture(picture, image);
+}
+
+void DocumentSteps::comparePicture(const std::string& name, const vh::png::Image& whole) const {
+    const vh::png::Image seen = halved(whole);
+    const std::string path = sourceFolder() + "/docs/" + name;
+    if (std::getenv("KELMORA_STORE_PICTURES")) {
+        EXPECT_TRUE(vh::png::save_png_rgba8_file(path.c_str(), seen.pixels.data(), seen.width, seen.height));
+        return;
+    }
+    vh::png::Image kept;
+    ASSERT_TRUE(vh::png::load_file(path.c_str(), kept)) << path;
+    EXPECT_EQ(kept.width, seen.width);
+    EXPECT_TRUE(kept.pixels == seen.pixels) << path << " is not what its example shows";
+    EXPECT_LT(fs::file_size(path), largestPicture) << path;
 }
 
 }  // namespace kelmora
