@@ -1,5 +1,6 @@
 #include "tool/game_folder.h"
 
+#include <algorithm>
 #include <fstream>
 #include <random>
 
@@ -84,6 +85,28 @@ void copyGame(const fs::path& game, const fs::path& target) {
         if (fs::is_regular_file(font))
             fs::copy_file(font, fonts / fs::path(font).filename(), fs::copy_options::overwrite_existing);
     }
+}
+
+bool lacksParts(const fs::path& game) {
+    const fs::path fonts = game / "Resources/package/fonts";
+    const std::vector<std::string> wanted = fontsOf(game);
+    return !librariesOf(game).empty() || std::any_of(wanted.begin(), wanted.end(), [&](const fs::path& font) {
+        return fs::is_regular_file(font) && !fs::exists(fonts / font.filename());
+    });
+}
+
+KeptInCopy::KeptInCopy(const fs::path& game, const fs::path& copy)
+    : original_(game / "Resources/volatile"), copy_(copy / "Resources/volatile") {
+    if (fs::is_directory(original_)) copyTree(original_, copy_);
+}
+
+KeptInCopy::~KeptInCopy() try {
+    copyTree(copy_, original_);
+    std::vector<fs::path> gone;
+    for (const auto& entry : fs::recursive_directory_iterator(original_))
+        if (!fs::exists(copy_ / entry.path().lexically_relative(original_))) gone.push_back(entry.path());
+    for (const fs::path& path : gone) fs::remove_all(path);
+} catch (const fs::filesystem_error&) {  // a folder that cannot be written to keeps nothing
 }
 
 std::map<fs::path, fs::path> watchedFolders(const fs::path& game, const fs::path& played) {

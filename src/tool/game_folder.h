@@ -35,6 +35,22 @@ private:
 // folder `library` beside it unless it has its own, the fonts of its fonts.txt from where they stand.
 void copyGame(const std::filesystem::path& game, const std::filesystem::path& target);
 
+// A library or font that the game wants is only to be had by a copy.
+bool lacksParts(const std::filesystem::path& game);
+
+// What a game has kept goes with a copy of it, and comes back as the copy leaves it.
+class KeptInCopy {
+public:
+    KeptInCopy(const std::filesystem::path& game, const std::filesystem::path& copy);
+    KeptInCopy(const KeptInCopy&) = delete;
+    KeptInCopy& operator=(const KeptInCopy&) = delete;
+    ~KeptInCopy();
+
+private:
+    std::filesystem::path original_;
+    std::filesystem::path copy_;
+};
+
 // The folders that a game's files come from, and for each where it is played: those of the copy, or the same.
 std::map<std::filesystem::path, std::filesystem::path> watchedFolders(const std::filesystem::path& game,
                                                                       const std::filesystem::path& played);

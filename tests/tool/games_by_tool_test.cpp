@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "platform/environment.h"
 #include "support/by_tool.h"
 
 // An author makes a game, plays it and tests it: each command as it is typed, in an empty folder.
@@ -47,6 +48,28 @@ TEST_P(NewGame, IsFaultlessPlaysAndPassesItsTests) {
 
 INSTANTIATE_TEST_SUITE_P(Kinds, NewGame, testing::Values("novel", "arcade", "walk"),
                          [](const auto& each) { return std::string(each.param); });
+
+// A library beside the game is only to be had by a copy; what is saved lies with the game all the same.
+TEST_F(GamesByTool, SavesOfAGameWithSharedPartsStayWithIt) {
+    write("library/shared/say.vs", "said = \"shared\"\n");
+    write("inn/libraries.txt", "shared\n");
+    write("inn/Resources/volatile/old.plush", "old");
+    write("inn/Resources/package/graphics.vs", "");
+    write("inn/Resources/scripts/visual-novel.vs",
+          "local kept = Vesper[\"getPath\"]() + \"../Resources/volatile/\"\n"
+          "runFile(Vesper[\"getPath\"]() + \"../Libraries/shared/say.vs\")\n"
+          "Vesper[\"replaceFile\"](kept + \"new.plush\", said)\n"
+          "local old = io[\"open\"](kept + \"old.plush\", \"r\")\n"
+          "print(old[\"read\"](\"*a\"))\n"
+          "old[\"close\"]()\n"
+          "os[\"remove\"](kept + \"old.plush\")\n");
+    setEnvironment("KELMORA_VIDEO", "memory");
+    expectOutcome("play inn", 0, "old\n");
+    setEnvironment("KELMORA_VIDEO", nullptr);
+    EXPECT_EQ(read("inn/Resources/volatile/new.plush"), "shared");
+    EXPECT_FALSE(fs::exists(pathOf("inn/Resources/volatile/old.plush")));
+    expectOutcome("play inn --headless", 1, "visual-novel.vs:5");
+}
 
 TEST_F(GamesByTool, NewRefusesWhatItWouldSpoilOrCannotName) {
     fs::create_directories(pathOf("taken"));

@@ -189,7 +189,7 @@ int DebugAdapter::runScript(Debugger& debugger) {
 int DebugAdapter::runGame(Debugger& debugger) {
     const fs::path game = findGame(launch_->program);
     const ScratchFolder scratch;
-    const bool isCopied = launch_->isHeadless || fs::exists(game / "libraries.txt");
+    const bool isCopied = launch_->isHeadless || lacksParts(game);
     if (isCopied) {
         copyGame(game, scratch.path());
         clientRoot_ = plain(game);

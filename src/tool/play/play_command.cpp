@@ -142,11 +142,6 @@ private:
     Clock::time_point lastLook_{};
 };
 
-// In place, so that a player's saves are there, unless a library is only to be had by a copy.
-bool isPlayedInPlace(const fs::path& game, bool headless) {
-    return !headless && (!fs::exists(game / "libraries.txt") || fs::exists(game / "Libraries"));
-}
-
 void refuseWithoutDisplay() {
     if (std::getenv("KELMORA_VIDEO") || systemDisplayIsNamed()) return;
     throw UsageError("there is no display here; --headless plays without one");
@@ -162,10 +157,11 @@ int playGame(ToolContext& tool, std::span<const std::string> words) {
     PlayWatcher player(options);
 
     std::optional<ScratchFolder> scratch;
-    if (!isPlayedInPlace(game, headless)) {
+    std::optional<KeptInCopy> kept;
+    if (headless || lacksParts(game)) {
         scratch.emplace();
         copyGame(game, scratch->path());
-        if (!headless) std::cerr << "Played on a copy with its libraries: what is saved is not kept.\n";
+        if (!headless) kept.emplace(game, scratch->path());
     }
     const fs::path& played = scratch ? scratch->path() : game;
     std::string failure;
