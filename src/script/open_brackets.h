@@ -4,7 +4,8 @@
 
 namespace kelmora {
 
-// The brackets that are open in a statement, each kind counted by itself: a closer of one kind closes none of another.
+// The brackets that are open in a statement, each kind counted by itself: a closer of one kind closes none of
+// another.
 class OpenBrackets {
 public:
     // Of a character outside strings.
