@@ -43,7 +43,7 @@ std::vector<unsigned char> compileSource(vesper::ruby::RubyVM& machine, const st
 // None is `not`, several are a multi value.
 Variable resultOf(const BindingCall& call, const vesper::lua::LuaResult& result) {
     if (result.valuesCannotLeave) call.fail(result.error);
-    if (!result.success) throw std::runtime_error(result.error);
+    if (!result.success) throw TracedError(result.error, result.trail);
     std::vector<Variable> values;
     for (const vesper::lua::LuaValue& value : result.values)
         values.push_back(outOfGuest<LuaGuest>(value, call.function()));
@@ -51,7 +51,7 @@ Variable resultOf(const BindingCall& call, const vesper::lua::LuaResult& result)
     return values.empty() ? Variable() : std::move(values[0]);
 }
 Variable resultOf(const BindingCall& call, const vesper::ruby::RubyResult& result) {
-    if (!result.success) throw std::runtime_error(result.error);
+    if (!result.success) throw TracedError(result.error, result.trail);
     return outOfGuest<RubyGuest>(result.value, call.function());
 }
 

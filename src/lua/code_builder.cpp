@@ -28,9 +28,12 @@ std::string constantKey(const Value& value) {
 
 }  // namespace
 
-CodeBuilder::CodeBuilder(const FunctionExpr& function, CodeBuilder* parent, Value chunkName)
+CodeBuilder::CodeBuilder(const FunctionExpr& function, CodeBuilder* parent, Value chunkName,
+                         kelmora::guest::SharedSource source)
     : function_(function), parent_(parent), prototype_(kelmora::makeRef<Prototype>()) {
     prototype_->chunkName = std::move(chunkName);
+    prototype_->source = std::move(source);
+    prototype_->name = function.name;
 }
 
 void CodeBuilder::emit(Opcode opcode, std::size_t a, std::size_t b, std::size_t c, std::uint32_t line) {

@@ -16,7 +16,8 @@ using JumpList = std::vector<std::size_t>;
 // Gathers the code of one function: instructions with their lines, constants, registers in use, captures.
 class CodeBuilder {
 public:
-    CodeBuilder(const FunctionExpr& function, CodeBuilder* parent, Value chunkName);
+    CodeBuilder(const FunctionExpr& function, CodeBuilder* parent, Value chunkName,
+                kelmora::guest::SharedSource source);
 
     const FunctionExpr& function() const { return function_; }
     CodeBuilder* parent() const { return parent_; }

@@ -15,7 +15,7 @@ void Compiler::checkDepth(const Node& node) const {
 }
 
 kelmora::Ref<const Prototype> Compiler::compileFunction(const FunctionExpr& function) {
-    CodeBuilder builder(function, code_, chunkName_);
+    CodeBuilder builder(function, code_, chunkName_, source_);
     CodeBuilder* outer = std::exchange(code_, &builder);
     const Register first = code_->allocate(function.line, function.parameters.size());
     for (std::size_t i = 0; i < function.locals.size(); ++i)

@@ -10,8 +10,8 @@ namespace vesper::lua {
 // many registers.
 class Compiler {
 public:
-    Compiler(Value chunkName, const kelmora::NativeStack& stack)
-        : chunkName_(std::move(chunkName)), stack_(stack) {}
+    Compiler(Value chunkName, kelmora::guest::SharedSource source, const kelmora::NativeStack& stack)
+        : chunkName_(std::move(chunkName)), source_(std::move(source)), stack_(stack) {}
 
     kelmora::Ref<const Prototype> compile(const SyntaxTree& tree) { return compileFunction(*tree.main); }
 
@@ -75,6 +75,7 @@ private:
     void move(Register target, Register source, std::uint32_t line);
 
     Value chunkName_;
+    kelmora::guest::SharedSource source_;
     const kelmora::NativeStack& stack_;
     CodeBuilder* code_ = nullptr;
 };

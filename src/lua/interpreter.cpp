@@ -32,10 +32,11 @@ T* allocateZeroed(std::size_t count) {
 
 const Value NativeCall::nothing;
 
-RuntimeError::RuntimeError(Value value)
-    : GuestError(value.isString() || value.isNumber()
-                     ? value.toString()
-                     : "(error value of kind " + std::string(describeValueType(value)) + ")"),
+RuntimeError::RuntimeError(Value value, kelmora::CallTrail trail)
+    : TracedGuestError(value.isString() || value.isNumber()
+                           ? value.toString()
+                           : "(error value of kind " + std::string(describeValueType(value)) + ")",
+                       std::move(trail)),
       value_(std::move(value)) {}
 
 Interpreter::Interpreter(kelmora::HostServices& host, kelmora::NativeStack& stack)
@@ -64,7 +65,8 @@ kelmora::Ref<const Prototype> Interpreter::compile(std::string_view source, std:
     Resolver resolver(tree, globals_, chunkName, nativeStack_);
     resolver.setAlwaysBoxed(alwaysBoxed_);
     resolver.resolve();
-    return Compiler(strings_.intern(chunkName), nativeStack_).compile(tree);
+    return Compiler(strings_.intern(chunkName), std::make_shared<const std::string>(source), nativeStack_)
+        .compile(tree);
 }
 
 // --- Frames ---
@@ -200,6 +202,22 @@ Value Interpreter::currentError() {
     }
 }
 
+// Of the exception that is being handled: what it has gathered, and the calls down to the entry.
+kelmora::CallTrail Interpreter::trailFrom(const Frame* entry) const noexcept try {
+    kelmora::CallTrail trail = kelmora::guest::trailOfFailure();
+    for (const Frame* frame = frame_; frame >= entry; --frame) {
+        const Prototype& prototype = frame->function->prototype();
+        const std::ptrdiff_t position = std::max<std::ptrdiff_t>(frame->pc - prototype.code.data() - 1, 0);
+        if (!kelmora::guest::addCall(trail, prototype.name, prototype.chunkName.letters(),
+                                     prototype.lines[static_cast<std::size_t>(position)],
+                                     prototype.source.get()))
+            break;
+    }
+    return trail;
+} catch (...) {
+    return {};
+}
+
 void Interpreter::stopAtLimit() {
     steps_ = 0;
     throw StopRun{false, 0, located("Step limit reached", 1)};
@@ -215,8 +233,9 @@ void Interpreter::runUntilReturn(const Frame* entry) {
         } catch (const std::exception&) {
             const Value error = currentError();
             if (raiseToGuard(entry, error)) continue;
+            kelmora::CallTrail trail = trailFrom(entry);
             dropFrames(entry);
-            throw RuntimeError(error);
+            throw RuntimeError(error, std::move(trail));
         } catch (...) {
             dropFrames(entry);
             throw;

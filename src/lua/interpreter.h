@@ -100,6 +100,7 @@ private:
     Value errorValue(std::span<const Value> arguments) const;
     std::string located(std::string_view message, std::size_t level) const;
     Value currentError();
+    kelmora::CallTrail trailFrom(const Frame* entry) const noexcept;
     void ensureStack(const Value* end);
     [[noreturn]] void failStack() const;
     [[noreturn]] static void failAssignment(const Value& object);

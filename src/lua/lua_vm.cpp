@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "guest/location_error.h"
+#include "guest/traced_error.h"
 #include "lua/bytecode_file.h"
 #include "lua/conversion.h"
 #include "lua/interpreter.h"
@@ -65,7 +65,9 @@ LuaResult LuaVM::Impl::run(std::string_view source, std::string_view chunkName) 
     } catch (const std::bad_alloc&) {
         return makeFailure(std::string(chunkName) + ": not enough memory");
     } catch (const std::exception& error) {
-        return makeFailure(error.what());
+        LuaResult result = makeFailure(error.what());
+        result.trail = kelmora::guest::trailOfFailure();
+        return result;
     }
 }
 

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/call_trail.h"
 #include "base/host_services.h"
 #include "base/native_stack.h"
 #include "lua/lua_value.h"
@@ -25,6 +26,7 @@ struct LuaResult {
     std::vector<LuaValue> values;
     std::optional<int> exitCode;     // what os.exit was called with
     bool valuesCannotLeave = false;  // the run itself went well
+    kelmora::CallTrail trail = {};   // the calls that led to the failure
 };
 
 using LuaNative = std::function<LuaValue(std::span<const LuaValue> arguments)>;

@@ -1,12 +1,36 @@
 #include "lua/parser.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
 #include <utility>
 
+#include "base/call_trail.h"
 #include "base/number_parse.h"
 
 namespace vesper::lua {
+namespace {
+
+// a.b.c, or a.b:c when the last separator is a colon; nothing for a target of another form.
+std::string nameOfTarget(const Expr& target, char lastSeparator = '.') {
+    std::string name;
+    char separator = lastSeparator;
+    const Expr* part = &target;
+    for (; part->kind == ExprKind::Field; part = static_cast<const FieldExpr*>(part)->object) {
+        if (name.size() > kelmora::maximumTrailName) return {};
+        name.insert(0, static_cast<const FieldExpr*>(part)->name.letters());
+        name.insert(name.begin(), std::exchange(separator, '.'));
+    }
+    if (part->kind != ExprKind::Variable) return {};
+    return name.insert(0, static_cast<const VariableExpr*>(part)->name.letters());
+}
+
+// Of a function that is written where it gets its name.
+void nameFunction(Expr& value, std::string name) {
+    if (value.kind == ExprKind::Function) static_cast<FunctionExpr&>(value).name = std::move(name);
+}
+
+}  // namespace
 
 Parser::Parser(std::string_view source, std::string_view chunkName, StringPool& strings,
                const kelmora::NativeStack& stack)
@@ -202,6 +226,7 @@ Stmt* Parser::parseFunctionDeclaration() {
     }
     if (at(TokenKind::LeftBracket)) fail("invalid function target");
     statement->function = parseFunctionBody(line, isMethod);
+    statement->function->name = nameOfTarget(*statement->target, isMethod ? ':' : '.');
     return statement;
 }
 
@@ -215,6 +240,8 @@ Stmt* Parser::parseLocal() {
         statement->names.push_back(expectName("expected local variable name"));
     } while (accept(TokenKind::Comma));
     if (accept(TokenKind::Assign)) statement->values = parseExpressionList();
+    for (std::size_t i = 0; i < std::min(statement->names.size(), statement->values.size()); ++i)
+        nameFunction(*statement->values[i], std::string(statement->names[i].letters()));
     return statement;
 }
 
@@ -222,6 +249,7 @@ Stmt* Parser::parseLocalFunction(std::uint32_t line) {
     auto* statement = tree_.make<FunctionDeclarationStmt>(line);
     statement->localName = expectName("expected local function name");
     statement->function = parseFunctionBody(line, false);
+    statement->function->name = statement->localName.letters();
     return statement;
 }
 
@@ -261,6 +289,9 @@ Stmt* Parser::parseAssignment(std::uint32_t line, Expr* first) {
     while (accept(TokenKind::Comma)) addTarget(parseExpression());
     expect(TokenKind::Assign, "expected '=' in assignment");
     statement->values = parseExpressionList();
+    for (std::size_t i = 0; i < std::min(statement->targets.size(), statement->values.size()); ++i)
+        if (statement->values[i]->kind == ExprKind::Function)
+            nameFunction(*statement->values[i], nameOfTarget(*statement->targets[i]));
     return statement;
 }
 
@@ -499,6 +530,10 @@ TableExpr::Field Parser::parseTableField() {
         expect(TokenKind::Assign, "expected '=' after table field name");
     }
     field.value = parseExpression();
+    if (field.key && field.key->kind == ExprKind::Literal) {
+        const Value& key = static_cast<const LiteralExpr*>(field.key)->value;
+        if (key.isString()) nameFunction(*field.value, std::string(key.letters()));
+    }
     return field;
 }
 

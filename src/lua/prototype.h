@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "guest/traced_error.h"
 #include "lua/value.h"
 
 namespace vesper::lua {
@@ -141,6 +142,9 @@ struct Prototype : kelmora::RefCounted {
     Value chunkName;
     std::uint16_t parameters = 0;
     std::uint16_t registers = 0;
+    // For the trails of failures.
+    std::string name;  // empty without one
+    kelmora::guest::SharedSource source;
 };
 
 }  // namespace vesper::lua

@@ -2,15 +2,15 @@
 
 #include <string>
 
-#include "guest/location_error.h"
+#include "guest/traced_error.h"
 #include "lua/value.h"
 
 namespace vesper::lua {
 
 // A failure of a running program; the value is what pcall hands on. Texts have their place in front.
-class RuntimeError : public kelmora::guest::GuestError {
+class RuntimeError : public kelmora::guest::TracedGuestError {
 public:
-    explicit RuntimeError(Value value);
+    explicit RuntimeError(Value value, kelmora::CallTrail trail = {});
 
     const Value& value() const { return value_; }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -89,6 +90,7 @@ struct TableExpr : Expr {
 
 struct FunctionExpr : Expr {
     FunctionExpr() : Expr(ExprKind::Function) {}
+    std::string name;  // as it was declared or first assigned
     std::vector<Value> parameters;
     std::vector<LocalVariable*> locals;  // of the parameters
     Block body;

@@ -204,10 +204,11 @@ RubyValue RubyVM::Impl::executeFastFunction(const Program& program, const Compil
         RubyValue result;
         evaluator.evaluateFastNode(function.fast.root, result);
         return result;
-    } catch (const kelmora::guest::GuestError&) {
+    } catch (const kelmora::guest::TracedGuestError& error) {
+        if (error.trail()) addCall(*error.trail(), function, {&program, evaluator.line()});
         throw;
     } catch (const std::exception&) {
-        throw kelmora::guest::GuestError(textOfFailure({&program, evaluator.line()}));
+        throwFromCall(function, {&program, evaluator.line()});
     }
 }
 

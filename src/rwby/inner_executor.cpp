@@ -40,7 +40,8 @@ public:
                 throw;
             } catch (const std::exception&) {
                 std::string text = textOfFailure({program_, currentLine()});
-                if (!recover(text)) throw kelmora::guest::GuestError(text);
+                kelmora::CallTrail trail = hasProtectedCall() ? kelmora::CallTrail() : trailUntilHere();
+                if (!recover(text)) throw kelmora::guest::TracedGuestError(text, std::move(trail));
             }
         }
     }
@@ -81,6 +82,8 @@ private:
     void releaseAbove(RubyValue* top);
     void unwind();
     bool recover(std::string_view text);
+    bool hasProtectedCall() const;
+    kelmora::CallTrail trailUntilHere() const;
 
     [[gnu::noinline]] void slowBinary(const InnerInstruction& i, OpCode op);
     [[gnu::noinline]] bool slowTest(const InnerInstruction& i, OpCode op);
@@ -201,6 +204,26 @@ bool InnerRun::recover(std::string_view text) {
     }
     unwind();
     return false;
+}
+
+bool InnerRun::hasProtectedCall() const {
+    const InnerFrame* frame = machine_.frameEnd;
+    while (frame != entryFrame_)
+        if ((--frame)->isProtected) return true;
+    return false;
+}
+
+// Of the exception that is being handled: what it has gathered, and the calls of this run.
+kelmora::CallTrail InnerRun::trailUntilHere() const {
+    kelmora::CallTrail trail = kelmora::guest::trailOfFailure();
+    bool hasRoom = addCall(trail, *function_, {program_, currentLine()});
+    for (const InnerFrame* frame = machine_.frameEnd; hasRoom && frame-- != entryFrame_;) {
+        const InnerCode& code = frame->function->inner;
+        const InnerLines& at =
+            code.lines[static_cast<std::size_t>(frame->next - code.instructions.data()) - 1];
+        hasRoom = addCall(trail, *frame->function, {code.program, at.op});
+    }
+    return trail;
 }
 
 const RubyValue& InnerRun::fetchUndefined(std::int32_t operand, std::uint32_t line) {
@@ -349,7 +372,8 @@ void InnerRun::callProtected(const InnerInstruction& i) {
 void InnerRun::raise(const InnerInstruction& i) {
     // Up to a zero byte, as in an exception.
     const std::string text = locatedText(*program_, lines().op, base()[i.a + 1].toString()).c_str();
-    if (!recover(text)) throw kelmora::guest::GuestError(text);
+    if (!hasProtectedCall()) throw kelmora::guest::GuestError(text);
+    recover(text);
 }
 
 void InnerRun::defineFunction(const InnerInstruction& i) {

@@ -4,7 +4,6 @@
 #include <array>
 #include <new>
 
-#include "guest/location_error.h"
 #include "rwby/compiler.h"
 
 namespace vesper::ruby {
@@ -74,6 +73,20 @@ std::string textOfFailure(CallSite site) {
     } catch (const std::exception& error) {
         return located(error.what());
     }
+}
+
+void throwFromCall(const CompiledFunction& function, CallSite site) {
+    std::string text = textOfFailure(site);
+    kelmora::CallTrail trail = kelmora::guest::trailOfFailure();
+    addCall(trail, function, site);
+    throw kelmora::guest::TracedGuestError(text, std::move(trail));
+}
+
+// Function 0 is the program around the functions, which has no name of its own.
+bool addCall(kelmora::CallTrail& trail, const CompiledFunction& function, CallSite site) {
+    const bool isMain = &function == site.program->functions.data();
+    return kelmora::guest::addCall(trail, isMain ? std::string_view() : function.name,
+                                   site.program->sourceName, site.line, site.program->source.get());
 }
 
 void checkArgumentCount(const CompiledFunction& function, std::size_t received) {
@@ -160,6 +173,7 @@ RubyValue RubyVM::Impl::protectedCall(Arguments arguments, CallSite site) {
 
 kelmora::Ref<Program> RubyVM::Impl::compile(std::string_view source, std::string_view chunkName) {
     auto program = compileSource(source, chunkName, nativeStack);
+    program->source = std::make_shared<const std::string>(source);
     finalise(*program);
     return program;
 }
@@ -178,7 +192,7 @@ RubyResult RubyVM::Impl::run(const std::function<kelmora::Ref<Program>()>& load)
     } catch (const std::bad_alloc&) {
         return {false, "out of memory", {}};
     } catch (const std::exception& error) {
-        return {false, error.what(), {}};
+        return {false, error.what(), {}, kelmora::guest::trailOfFailure()};
     }
 }
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "guest/location_error.h"
+#include "guest/traced_error.h"
 #include "rwby/globals.h"
 #include "rwby/library/random_source.h"
 #include "rwby/ruby_vm.h"
@@ -36,6 +36,11 @@ std::string locatedText(const Program& program, std::uint32_t line, std::string_
 // Called in a handler: the text of the exception at hand, with the place unless it has one already. What no
 // program may catch goes on.
 std::string textOfFailure(CallSite site);
+
+// Called in a handler: raises the failure with its text and the call that it leaves.
+[[noreturn]] void throwFromCall(const CompiledFunction& function, CallSite site);
+// False when the trail is full.
+bool addCall(kelmora::CallTrail& trail, const CompiledFunction& function, CallSite site);
 
 // Memory for the registers of all calls at work. It never moves, and every value in use is a valid one.
 class ValueStack {

@@ -31,10 +31,11 @@ public:
                 execute(instruction, pc_ - 1);
             }
             return std::move(result_);
-        } catch (const kelmora::guest::GuestError&) {
+        } catch (const kelmora::guest::TracedGuestError& error) {
+            if (error.trail()) addCall(*error.trail(), function_, {&program_, line_});
             throw;
         } catch (const std::exception&) {
-            throw kelmora::guest::GuestError(textOfFailure({&program_, line_}));
+            throwFromCall(function_, {&program_, line_});
         }
     }
 

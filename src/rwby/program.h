@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "guest/traced_error.h"
 #include "rwby/fast_form.h"
 #include "rwby/inner_code.h"
 #include "rwby/opcode.h"
@@ -42,6 +43,7 @@ struct Program : kelmora::RefCounted {
     std::vector<CompiledFunction> functions;
     RubyItems constants;
     std::string sourceName = "<string>";
+    kelmora::guest::SharedSource source;  // null for one that comes from an image
 
     // Null when there is no such constant, or it is no string.
     const StringObject* nameConstant(std::int32_t index) const;

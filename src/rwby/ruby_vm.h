@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/call_trail.h"
 #include "base/host_services.h"
 #include "base/native_stack.h"
 #include "rwby/program.h"
@@ -22,8 +23,9 @@ using RubyBytecode = std::vector<std::uint8_t>;
 
 struct RubyResult {
     bool success = false;
-    std::string error;  // with its place: "chunk:line: message"
-    RubyValue value;    // of a top-level `return`, else nil
+    std::string error;              // with its place: "chunk:line: message"
+    RubyValue value;                // of a top-level `return`, else nil
+    kelmora::CallTrail trail = {};  // the calls that led to the failure
 };
 
 struct RubyCompilation {

@@ -143,10 +143,11 @@ Variable Interpreter::finishCall(BlockSignal& signal, Variable normalValue) {
     return signal.kind == BlockSignal::Kind::Return ? std::move(signal.value) : normalValue;
 }
 
-Variable protectedFailure(std::string message) {
+Variable protectedFailure(std::string message, ErrorTrail& trail) {
     std::vector<Variable> values(2);
     values[0] = Variable::boolean(false);
     values[1] = Variable::text(std::move(message));
+    trail.caught(values[1]);
     return Variable::makeMulti(std::move(values));
 }
 
@@ -171,14 +172,15 @@ Variable Interpreter::pcallFunction(std::span<const Variable> arguments) {
     } catch (const std::exception& error) {
         failed = true;
         failure = error.what();
+        trail.note(*this, failure);
     } catch (...) {
         softError.leaveProtected();
         throw;
     }
     softError.leaveProtected();
     std::string message;
-    if (softError.take(depth, message)) return protectedFailure(std::move(message));
-    return failed ? protectedFailure(std::move(failure)) : protectedSuccess(result);
+    if (softError.take(depth, message)) return protectedFailure(std::move(message), trail);
+    return failed ? protectedFailure(std::move(failure), trail) : protectedSuccess(result);
 }
 
 }  // namespace kelmora

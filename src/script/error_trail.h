@@ -1,39 +1,70 @@
 #pragma once
 
-#include <cstdint>
+#include <array>
 #include <exception>
 #include <string>
-#include <vector>
+
+#include "base/call_trail.h"
+#include "script/variable.h"
 
 namespace kelmora {
 
 struct Interpreter;
+struct ParsedScriptLine;
 
-// Where script was when the exception that is on its way was raised. Costs nothing while nothing is raised.
+// Where script was when a failure was raised. Costs nothing while nothing is raised.
 class ErrorTrail {
 public:
-    struct Place {
-        std::string path;        // empty for text that came from no file
-        std::uint32_t line = 0;  // from 1
-        std::string statement;
-        std::uint32_t times = 1;  // for a call that led to itself
-    };
-
     // To be called while an exception passes through a call, before the call's frame is gone.
-    void note(const Interpreter& script);
+    void note(const Interpreter& script, const std::string& message);
+    // The same for a failure that is not thrown, when it is raised.
+    void noteSoft(const Interpreter& script, const std::string& message);
+    // The failure that was noted last reaches script as this text.
+    void caught(const Variable& text);
+    // Script raises this value: with a text that it got from a protected call, the failure behind it is
+    // meant.
+    void raising(const Variable& value);
 
-    // The statement that raised the exception in the handler that asks, then those that led there by calls,
-    // the innermost first; at most 16. Nothing for one that was not noted. Where script caught an exception
-    // and raised its message again, the way of the first.
-    const std::vector<Place>& places(const std::string& message) const;
+    // The statement that raised the exception in the handler that asks, then those that led there by calls.
+    // Nothing for one that was not noted.
+    const CallTrail& places() const;
+    // Of a failure that script was given as this text.
+    const CallTrail& placesOf(const Variable& text) const;
+
+    // While it stands, the calls that are at work when it is made belong to no failure: to try something in
+    // the midst of a game.
+    class Foot {
+    public:
+        explicit Foot(Interpreter& script);
+        Foot(const Foot&) = delete;
+        Foot& operator=(const Foot&) = delete;
+        ~Foot();
+
+    private:
+        friend ErrorTrail;
+        ErrorTrail& trail_;
+        const Foot* below_;
+        std::uint32_t calls_;
+        const ParsedScriptLine* line_;
+    };
 
 private:
     struct Way {
-        std::exception_ptr of;
-        std::vector<Place> places;
+        std::exception_ptr of;  // null for what is not thrown
+        std::string message;
+        Variable text;  // as script has it; the object itself tells it from an equal one
+        CallTrail places;
     };
+    void begin(const Interpreter& script, const std::string& message, std::exception_ptr passing);
+    void addRunningCalls(const Interpreter& script, std::uint32_t maximumCalls, CallTrail& places) const;
+    const Way* wayOf(const Variable& text) const;
+
+    const Foot* foot_ = nullptr;
+
     Way last_;
-    Way earlier_;
+    std::array<Way, 4> caught_;  // the latest that script caught
+    std::size_t nextCaught_ = 0;
+    Way again_;  // what is about to be raised once more
 };
 
 }  // namespace kelmora

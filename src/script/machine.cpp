@@ -496,7 +496,7 @@ Variable Interpreter::runCode(const Code& code, std::optional<std::uint32_t> ste
             restore();
             return result;
         } catch (const std::exception& error) {
-            trail.note(*this);
+            trail.note(*this, error.what());
             i = machine.recover(error.what());
             if (!i) {
                 machine.abandon();
@@ -504,7 +504,6 @@ Variable Interpreter::runCode(const Code& code, std::optional<std::uint32_t> ste
                 throw;
             }
         } catch (...) {
-            trail.note(*this);
             machine.abandon();
             restore();
             throw;

@@ -36,9 +36,9 @@ void Machine::endProtected(const char* thrown) {
     script_.softError.leaveProtected();
     std::string message;
     if (script_.softError.take(script_.callDepth, message)) {
-        result_ = protectedFailure(std::move(message));
+        result_ = protectedFailure(std::move(message), script_.trail);
     } else {
-        result_ = thrown ? protectedFailure(thrown) : protectedSuccess(result_);
+        result_ = thrown ? protectedFailure(thrown, script_.trail) : protectedSuccess(result_);
     }
     --script_.callDepth;
 }

@@ -12,8 +12,9 @@
 namespace kelmora {
 namespace {
 
-std::string nameOfPlace(const ErrorTrail::Place& place) {
-    return (place.path.empty() ? "line " : place.path + ":") + std::to_string(place.line);
+std::string nameOfPlace(const CallPlace& place) {
+    return (place.path.empty() ? "line " : place.path + ":") + std::to_string(place.line) +
+           (place.function.empty() ? "" : " in function " + place.function);
 }
 
 std::string firstLine(const std::string& statement) {
@@ -74,17 +75,16 @@ std::string explainCall(VesperScript& engine, const std::string& statement) {
            (near.empty() ? "" : "; did you mean `" + near + "`?") + "\n";
 }
 
-}  // namespace
-
-std::string failurePlaces(VesperScript& engine, const std::string& message, const std::string& hiddenPath) {
+std::string describePlaces(VesperScript& engine, const CallTrail& places, const std::string& message,
+                           const std::string& hiddenPath) {
     std::string text;
     bool isInnermost = true;
     // Reports of faults of form name their place themselves.
     bool named = message.find("\n  at ") != std::string::npos;
-    for (const ErrorTrail::Place& place : engine.interpreter().trail.places(message)) {
+    for (const CallPlace& place : places) {
         if (!std::exchange(named, false) && (hiddenPath.empty() || place.path != hiddenPath)) {
-            text += (isInnermost ? "  at " : "  called at ") + nameOfPlace(place) + "\n    " +
-                    firstLine(place.statement) + "\n";
+            text += (isInnermost ? "  at " : "  called at ") + nameOfPlace(place) + "\n";
+            if (!place.statement.empty()) text += "    " + firstLine(place.statement) + "\n";
             if (isInnermost && message.starts_with("Attempted to call a non-function value of type not"))
                 text += explainCall(engine, place.statement);
             if (place.times > 1) text += "    (" + std::to_string(place.times) + " times)\n";
@@ -92,6 +92,12 @@ std::string failurePlaces(VesperScript& engine, const std::string& message, cons
         isInnermost = false;
     }
     return text;
+}
+
+}  // namespace
+
+std::string failurePlaces(VesperScript& engine, const std::string& message, const std::string& hiddenPath) {
+    return describePlaces(engine, engine.interpreter().trail.places(), message, hiddenPath);
 }
 
 }  // namespace kelmora

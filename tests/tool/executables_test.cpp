@@ -78,12 +78,14 @@ TEST_F(Executables, FailuresLeadToTheirPlace) {
         return text;
     };
     EXPECT_EQ(placesOf("2"),
-              "Attempted to call a non-function value of type not\n  at fail.vs:3\n    prnt(x)\n    ^~~~\n"
-              "  `prnt` is nothing here; did you mean `print`?\n  called at fail.vs:8\n    return inner(x)\n"
+              "Attempted to call a non-function value of type not\n  at fail.vs:3 in function inner\n    "
+              "prnt(x)\n    ^~~~\n"
+              "  `prnt` is nothing here; did you mean `print`?\n  called at fail.vs:8 in function outer\n    "
+              "return inner(x)\n"
               "  called at fail.vs:18\n    outer(toNumber(arguments[1]))\n");
     EXPECT_NE(placesOf("1").find("  `t[\"go\"]` is nothing here\n"), std::string::npos);
     const std::string deep = placesOf("deep");
-    EXPECT_NE(deep.find("fail.vs:13\n    return deep() + 1\n    ("), std::string::npos);
+    EXPECT_NE(deep.find("fail.vs:13 in function deep\n    return deep() + 1\n    ("), std::string::npos);
     EXPECT_LT(deep.size(), 300u);
 }
 

@@ -98,14 +98,22 @@ TEST_F(Live, FunctionsAndValuesOfARunningGameChangeAndItGoesOn) {
                      note();
                      write(script, text("1000", "function onReload(path)\n    told = path\nend\n"));
                  }},
-                {14, [&, note] {
+                {14,
+                 [&, note] {
                      note();
                      seen.push_back(value(session, "told"));
-                 }}};
+                     write(script, text("1000", "function onReload(path)\n    prnt(path)\nend\n"));
+                 }},
+                {15,
+                 [&, note] {
+                     note();
+                     write(script, text("1000", "\nworth = 1 \\ 0\n"));
+                 }},
+                {16, note}};
         },
         16);
     EXPECT_EQ(failure, "");
-    ASSERT_EQ(seen.size(), 6u);
+    ASSERT_EQ(seen.size(), 8u);
     EXPECT_EQ(seen[0], "10 ");
     EXPECT_EQ(seen[1], "110 Resources/scripts/visual-novel.vs is taken over.");
     EXPECT_EQ(seen[2], "5");
@@ -114,6 +122,15 @@ TEST_F(Live, FunctionsAndValuesOfARunningGameChangeAndItGoesOn) {
     EXPECT_NE(seen[3].find("score += 100 +\n"), std::string::npos) << seen[3];
     EXPECT_EQ(seen[4].find("1310 "), 0u) << seen[4];
     EXPECT_TRUE(seen[5].ends_with("g/Resources/scripts/visual-novel.vs")) << seen[5];
+    // What fails when it runs has its place, without the calls of the game around.
+    EXPECT_TRUE(
+        seen[6].ends_with("type not\n  at Resources/scripts/visual-novel.vs:3 in function onReload\n"
+                          "    prnt(path)\n    ^~~~\n  `prnt` is nothing here; did you mean `print`?\n"))
+        << seen[6];
+    EXPECT_TRUE(
+        seen[7].ends_with("Division by zero\n  at Resources/scripts/visual-novel.vs:3\n"
+                          "    worth = 1 \\ 0\n"))
+        << seen[7];
 }
 
 TEST_F(Live, ANovelKeepsItsPageAndWhatItRemembers) {

@@ -10,6 +10,7 @@
 #include "tool/play/overlay.h"
 #include "tool/play/protected_call.h"
 #include "workbench/changed_statements.h"
+#include "workbench/failure_report.h"
 #include "workbench/script_check.h"
 
 namespace kelmora {
@@ -100,9 +101,19 @@ void LiveReload::takeScript(const fs::path& file, const fs::path& played) {
         if (globalOf(engine, "onReload").isFunction())
             callNamed("onReload", {Variable::text(played.generic_string())});
     } catch (const std::exception& error) {
-        throw std::runtime_error(shortName(file) + ": " + error.what());
+        throw std::runtime_error(shortName(file) + ": " + error.what() + "\n" +
+                                 placesOfFailure(error.what()));
     }
     before = *source;
+}
+
+// In the handler of what failed: where, with files of the game named from its folder on.
+std::string LiveReload::placesOfFailure(const std::string& message) const {
+    std::string text = failurePlaces(session_.runtime().engine, message);
+    const std::string folder = played_.generic_string() + "/";
+    for (std::size_t at = 0; (at = text.find(folder, at)) != std::string::npos;)
+        text.erase(at, folder.size());
+    return text;
 }
 
 bool LiveReload::isStory(const fs::path& played) const {

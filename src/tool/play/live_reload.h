@@ -30,6 +30,7 @@ private:
     void takeOver(const std::filesystem::path& file);
     void takeScript(const std::filesystem::path& file, const std::filesystem::path& played);
     void takePicture(const std::filesystem::path& file);
+    std::string placesOfFailure(const std::string& message) const;
     bool isStory(const std::filesystem::path& played) const;
     void tellStoryAnew();
     void runChanged(const std::string& source, const std::string& before,
