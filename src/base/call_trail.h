@@ -11,10 +11,10 @@ namespace kelmora {
 
 // A statement on the way to a failure, in any of the languages.
 struct CallPlace {
-    std::string function;    // that it stands in; empty where that has no name
-    std::string path;        // empty for text that came from no file
-    std::uint32_t line = 0;  // from 1
-    std::string statement;   // empty where the source is not known
+    std::string function;     // that it stands in; empty where that has no name
+    std::string path;         // empty for text that came from no file
+    std::uint32_t line = 0;   // from 1
+    std::string statement;    // empty where the source is not known
     std::uint32_t times = 1;  // for a call that led to itself
 };
 

@@ -69,11 +69,11 @@ TEST_F(FailureTrail, LeadsThroughRwbyToTheScript) {
                       "  called at heart.rwby:21\n    down(3)\n"
                       "  called at ask.vs:2\n    Ruby[\"runFile\"](\"heart.rwby\")\n");
     expectFailure("ask.vs cold", printed +
-                                "heart.rwby:18: cold\n  at heart.rwby:18 in function start\n"
-                                "    if got[0] == false then error(\"cold\") end\n"
-                                "  called at heart.rwby:20\n"
-                                "    if isCold then start(1) end\n"
-                                "  called at ask.vs:2\n    Ruby[\"runFile\"](\"heart.rwby\")\n");
+                                     "heart.rwby:18: cold\n  at heart.rwby:18 in function start\n"
+                                     "    if got[0] == false then error(\"cold\") end\n"
+                                     "  called at heart.rwby:20\n"
+                                     "    if isCold then start(1) end\n"
+                                     "  called at ask.vs:2\n    Ruby[\"runFile\"](\"heart.rwby\")\n");
 }
 
 TEST_F(FailureTrail, NamesWhatIsKnownAndNoMore) {
