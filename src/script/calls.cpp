@@ -143,11 +143,10 @@ Variable Interpreter::finishCall(BlockSignal& signal, Variable normalValue) {
     return signal.kind == BlockSignal::Kind::Return ? std::move(signal.value) : normalValue;
 }
 
-Variable protectedFailure(std::string message, ErrorTrail& trail) {
+Variable protectedFailure(std::string message) {
     std::vector<Variable> values(2);
     values[0] = Variable::boolean(false);
     values[1] = Variable::text(std::move(message));
-    trail.caught(values[1]);
     return Variable::makeMulti(std::move(values));
 }
 
@@ -179,8 +178,11 @@ Variable Interpreter::pcallFunction(std::span<const Variable> arguments) {
     }
     softError.leaveProtected();
     std::string message;
-    if (softError.take(depth, message)) return protectedFailure(std::move(message), trail);
-    return failed ? protectedFailure(std::move(failure), trail) : protectedSuccess(result);
+    if (softError.take(depth, message)) return protectedFailure(std::move(message));
+    if (!failed) return protectedSuccess(result);
+    Variable results = protectedFailure(std::move(failure));
+    trail.caught(results.values()[1]);
+    return results;
 }
 
 }  // namespace kelmora

@@ -10,8 +10,6 @@ namespace kelmora {
 namespace {
 
 const CallTrail nowhere;
-// How far a failure that stays within a protected call looks down: deep recursion may use them to go on.
-constexpr std::uint32_t maximumSoftCalls = 256;
 
 // What the exception at hand brings with it.
 const CallTrail* broughtAlong() {
@@ -33,35 +31,25 @@ CallPlace placeAt(const ParsedScriptLine& line, const SourceFile& file) {
 void ErrorTrail::note(const Interpreter& script, const std::string& message) {
     std::exception_ptr passing = std::current_exception();
     if (passing == last_.of) return;
-    begin(script, message, std::move(passing));
-}
-
-void ErrorTrail::noteSoft(const Interpreter& script, const std::string& message) {
-    begin(script, message, nullptr);
-}
-
-void ErrorTrail::begin(const Interpreter& script, const std::string& message, std::exception_ptr passing) {
     const Way again = std::exchange(again_, {});
     CallTrail places;
     if (again.message == message) places = again.places;
     if (places.empty()) {
-        if (const CallTrail* brought = passing ? broughtAlong() : nullptr) places = *brought;
-        addRunningCalls(script, passing ? UINT32_MAX : maximumSoftCalls, places);
+        if (const CallTrail* brought = broughtAlong()) places = *brought;
+        addRunningCalls(script, places);
     }
     last_ = {std::move(passing), message, {}, std::move(places)};
 }
 
 // The calls at work, within a coroutine's turn that coroutine's.
-void ErrorTrail::addRunningCalls(const Interpreter& script, std::uint32_t maximumCalls,
-                                 CallTrail& places) const {
+void ErrorTrail::addRunningCalls(const Interpreter& script, CallTrail& places) const {
     const std::uint32_t turn = script.coroutines.inTurn ? script.coroutines.callsAround : 0;
     const std::uint32_t base = std::max(turn, foot_ ? foot_->calls_ : 0);
     const std::size_t most = places.size() + maximumTrailPlaces;
     const ParsedScriptLine* line = script.context.line();
     const ParsedScriptLine* inner = nullptr;
     const SourceFile* file = &script.context.file();
-    const std::uint32_t all = script.callRecords.size();
-    for (std::uint32_t i = all; all - i < maximumCalls; --i) {
+    for (std::uint32_t i = script.callRecords.size();; --i) {
         if (foot_ && i == foot_->calls_ && line == foot_->line_) return;
         const bool isNew = line && line != inner;
         if (isNew && places.size() == most) return;

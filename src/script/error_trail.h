@@ -17,8 +17,6 @@ class ErrorTrail {
 public:
     // To be called while an exception passes through a call, before the call's frame is gone.
     void note(const Interpreter& script, const std::string& message);
-    // The same for a failure that is not thrown, when it is raised.
-    void noteSoft(const Interpreter& script, const std::string& message);
     // The failure that was noted last reaches script as this text.
     void caught(const Variable& text);
     // Script raises this value: with a text that it got from a protected call, the failure behind it is
@@ -50,13 +48,12 @@ public:
 
 private:
     struct Way {
-        std::exception_ptr of;  // null for what is not thrown
+        std::exception_ptr of;
         std::string message;
         Variable text;  // as script has it; the object itself tells it from an equal one
         CallTrail places;
     };
-    void begin(const Interpreter& script, const std::string& message, std::exception_ptr passing);
-    void addRunningCalls(const Interpreter& script, std::uint32_t maximumCalls, CallTrail& places) const;
+    void addRunningCalls(const Interpreter& script, CallTrail& places) const;
     const Way* wayOf(const Variable& text) const;
 
     const Foot* foot_ = nullptr;

@@ -63,7 +63,6 @@ struct Interpreter {
     Variable invokeCallable(const Variable& callee, std::span<const Variable> arguments);
     Variable pcallFunction(std::span<const Variable> arguments);
     void raiseScriptErrorSoft(std::string message) {
-        if (softError.isFree()) trail.noteSoft(*this, message);
         softError.raise(std::move(message));
         mayNeedAttention = true;
     }

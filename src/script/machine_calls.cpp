@@ -36,9 +36,10 @@ void Machine::endProtected(const char* thrown) {
     script_.softError.leaveProtected();
     std::string message;
     if (script_.softError.take(script_.callDepth, message)) {
-        result_ = protectedFailure(std::move(message), script_.trail);
+        result_ = protectedFailure(std::move(message));
     } else {
-        result_ = thrown ? protectedFailure(thrown, script_.trail) : protectedSuccess(result_);
+        result_ = thrown ? protectedFailure(thrown) : protectedSuccess(result_);
+        if (thrown) script_.trail.caught(result_.values()[1]);
     }
     --script_.callDepth;
 }

@@ -31,8 +31,8 @@ public:
         message_ = std::move(message);
     }
     bool pending() const { return pending_; }
-    // True when an error raised now would be the one that is taken.
-    bool isFree() const { return !protectedDepths_.empty() && !pending_; }
+    // An error that is raised now is thrown: no protected call is running.
+    bool throws() const { return protectedDepths_.empty(); }
     // True when code at this call depth has to return at once.
     bool aborts(std::uint32_t callDepth) const { return pending_ && callDepth > depth_; }
 

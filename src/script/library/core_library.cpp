@@ -106,7 +106,7 @@ Variable assertFunction(Interpreter&, Arguments arguments) {
 }
 
 Variable errorFunction(Interpreter& script, Arguments arguments) {
-    if (!arguments.empty() && !script.softError.pending()) script.trail.raising(arguments[0]);
+    if (!arguments.empty() && script.softError.throws()) script.trail.raising(arguments[0]);
     script.raiseScriptErrorSoft(arguments.empty() ? "error" : arguments[0].toString());
     return {};
 }
