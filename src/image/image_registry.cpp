@@ -84,8 +84,8 @@ PlushImage* createSolidColourImage(int width, int height, unsigned char r, unsig
 
 void killPlushImage(PlushImage* image) {
     if (!image || livePlushImages.erase(image) == 0) return;
-    std::free(image->pixels);
-    std::free(image->reflectPixels);
+    releasePixels(image->pixels);
+    releasePixels(image->reflectPixels);
     delete image;
 }
 
@@ -108,7 +108,7 @@ void insertReflection(PlushImage& image, const PlushImage& map) {
     const std::size_t size = byteCount(map.width, map.height);
     PixelMemory copy = allocatePixels(size);
     std::memcpy(copy.get(), map.pixels, size);
-    std::free(image.reflectPixels);
+    releasePixels(image.reflectPixels);
     image.reflectWidth = map.width;
     image.reflectHeight = map.height;
     image.reflectPixels = copy.release();

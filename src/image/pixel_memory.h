@@ -13,6 +13,11 @@ struct PixelRelease {
 };
 using PixelMemory = std::unique_ptr<unsigned char[], PixelRelease>;
 
+// Of a record that holds them by a plain pointer.
+inline void releasePixels(unsigned char* pixels) {
+    PixelRelease()(pixels);
+}
+
 inline PixelMemory heldPixels(void* memory) {
     if (!memory) throw std::bad_alloc();
     return PixelMemory(static_cast<unsigned char*>(memory));

@@ -44,9 +44,20 @@ constexpr std::uint8_t padCode(PadButton button) {
     return static_cast<std::uint8_t>(firstPadCode + static_cast<int>(button));
 }
 
+inline constexpr int keyBack = 8;
+inline constexpr int keyTab = 9;
 inline constexpr int keyReturn = 13;
 inline constexpr int keyAlt = 18;
+inline constexpr int keyEscape = 27;
+inline constexpr int keyEnd = 35;
+inline constexpr int keyHome = 36;
+inline constexpr int keyArrowLeft = 37;
+inline constexpr int keyArrowUp = 38;
+inline constexpr int keyArrowRight = 39;
+inline constexpr int keyArrowDown = 40;
+inline constexpr int keyDelete = 46;
 inline constexpr int keyF11 = 122;
+inline constexpr int keyF12 = 123;
 
 // Keys that scripts can read beside those of `keyTable`, whose record is settled.
 inline constexpr KeySlot moreKeyTable[] = {

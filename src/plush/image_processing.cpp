@@ -20,7 +20,7 @@ unsigned char* rowOf(const PlushImage& image, std::int32_t y) {
 }
 
 void replacePixels(PlushImage& image, PixelMemory pixels, std::int32_t width, std::int32_t height) {
-    std::free(image.pixels);
+    releasePixels(image.pixels);
     image.pixels = pixels.release();
     image.width = width;
     image.height = height;

@@ -1,5 +1,6 @@
 #include "workbench/debugger.h"
 
+#include <filesystem>
 #include <utility>
 
 #include "script/interpreter.h"
@@ -21,18 +22,8 @@ bool isSameSource(const std::string& one, const std::string& other) {
            isBoundary(longer, longer.size() - shorter.size());
 }
 
-std::string withoutDots(std::string path) {
-    for (std::size_t at; (at = path.find("/./")) != std::string::npos;) path.erase(at, 2);
-    for (std::size_t at; (at = path.find("/../")) != std::string::npos && at > 0;) {
-        const std::size_t before = path.rfind('/', at - 1);
-        if (before == std::string::npos) break;
-        path.erase(before, at + 3 - before);
-    }
-    return path.starts_with("./") ? path.substr(2) : path;
-}
-
 std::string plainPath(const std::string& path) {
-    return withoutDots(VesperScript::normalisePath(path));
+    return std::filesystem::path(VesperScript::normalisePath(path)).lexically_normal().generic_string();
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "tool/run_command.h"
 #include "tool/tool_options.h"
 #include "workbench/failure_report.h"
+#include "workbench/symbols.h"
 
 namespace kelmora {
 namespace {
@@ -51,12 +52,6 @@ std::string moved(const std::string& path, const std::string& from, const std::s
 std::string plain(const fs::path& path) {
     std::error_code ignored;
     return fs::weakly_canonical(path, ignored).generic_string();
-}
-
-bool isName(const std::string& text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
-        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
-    });
 }
 
 const Variable* findNamed(const RunningFrame& frame, const std::string& name) {
@@ -173,9 +168,7 @@ int DebugAdapter::runScript(Debugger& debugger) {
     Runtime runtime(host);
     runtime.path = plain(fs::path(launch_->program).parent_path()) + "/";
     registerFunctions(runtime);
-    for (const auto& [name, value] : runtime.engine.globals()) libraryNames_.insert(name);
-    for (const auto& [path, points] : breakpoints_) debugger.setBreakpoints(path, points);
-    runtime.engine.interpreter().watchStatements(&debugger);
+    attach(debugger, runtime.engine);
     std::vector<std::string> words{launch_->program};
     words.insert(words.end(), launch_->arguments.begin(), launch_->arguments.end());
     try {
@@ -199,15 +192,20 @@ int DebugAdapter::runGame(Debugger& debugger) {
         [this](const char* category, std::string_view text) { output(category, std::string(text)); });
     GameSession session(host, bootText(), isCopied ? scratch.path() : game, launch_->isHeadless);
     Runtime& runtime = session.runtime();
-    for (const auto& [name, value] : runtime.engine.globals()) libraryNames_.insert(name);
     debugger.hideSource(startupSourcePath(runtime));
-    for (const auto& [path, points] : breakpoints_)
-        debugger.setBreakpoints(moved(path, clientRoot_, playedRoot_), points);
-    runtime.engine.interpreter().watchStatements(&debugger);
+    attach(debugger, runtime.engine);
     NoWatcher watcher;
     const std::optional<std::string> failure = session.play(watcher);
     if (failure) output("stderr", toldOf(game, scratch.path(), *failure));
     return failure ? 1 : 0;
+}
+
+// With the globals that it has now as those of the library.
+void DebugAdapter::attach(Debugger& debugger, VesperScript& engine) {
+    for (const auto& [name, value] : engine.globals()) libraryNames_.insert(name);
+    for (const auto& [path, points] : breakpoints_)
+        debugger.setBreakpoints(moved(path, clientRoot_, playedRoot_), points);
+    engine.interpreter().watchStatements(&debugger);
 }
 
 bool DebugAdapter::lookAtInbox() {
@@ -368,7 +366,7 @@ Variable DebugAdapter::evaluated(const std::string& expression) {
 Variable DebugAdapter::evaluatedIn(const Json& arguments) {
     const std::string expression = arguments.at("expression").get<std::string>();
     standing();
-    if (isName(expression))
+    if (isVariableName(expression))
         if (const Variable* found = findNamed(frameOf(arguments), expression)) return *found;
     return evaluated(expression);
 }
@@ -391,7 +389,7 @@ Json DebugAdapter::setVariable(const Json& arguments) {
         // Arrays go by number.
         const Variable key = container.isTable() ? Variable::text(name) : evaluated(name);
         Interpreter::setIndexedValue(container, key, value, true);
-    } else if (isName(name)) {
+    } else if (isVariableName(name)) {
         script.scopes.assignDefault(internName(name), Variable(value));
         frames_ = runningFrames(script);
     }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/console_host.h"
+#include "script/vesper_script.h"
 #include "tool/editor/debug_variables.h"
 #include "tool/editor/json_rpc.h"
 #include "workbench/debugger.h"
@@ -61,6 +62,7 @@ private:
     int runProgram();
     int runScript(Debugger& debugger);
     int runGame(Debugger& debugger);
+    void attach(Debugger& debugger, VesperScript& engine);
     Resume stop(Interpreter& script, StopReason reason);
     bool lookAtInbox();
     // Raises RpcError while the script runs.

@@ -3,22 +3,11 @@
 #include <algorithm>
 #include <sstream>
 
+#include "platform/key_table.h"
 #include "platform/windows_window.h"
 
 namespace kelmora {
 namespace {
-
-constexpr int keyBack = 8;
-constexpr int keyTab = 9;
-constexpr int keyEscape = 27;
-constexpr int keyEnd = 35;
-constexpr int keyHome = 36;
-constexpr int keyLeft = 37;
-constexpr int keyUp = 38;
-constexpr int keyRight = 39;
-constexpr int keyDown = 40;
-constexpr int keyDelete = 46;
-constexpr int keyF12 = 123;
 
 constexpr std::size_t mostSaid = 14;
 constexpr std::size_t mostOffered = 12;
@@ -98,17 +87,17 @@ void Console::press(int key) {
             return field_.eraseBefore();
         case keyDelete:
             return field_.eraseBehind();
-        case keyLeft:
+        case keyArrowLeft:
             return field_.moveLeft();
-        case keyRight:
+        case keyArrowRight:
             return field_.moveRight();
         case keyHome:
             return field_.moveToStart();
         case keyEnd:
             return field_.moveToEnd();
-        case keyUp:
+        case keyArrowUp:
             return field_.showOlder();
-        case keyDown:
+        case keyArrowDown:
             return field_.showNewer();
         default:
             return;

@@ -4,11 +4,10 @@
 #include <span>
 #include <string>
 
+#include "platform/key_table.h"
+
 namespace kelmora {
 namespace {
-
-constexpr int keyReturnCode = 13;
-constexpr int keyEscape = 27;
 
 // Down and up in one update, which novels see as a press.
 std::vector<WindowEvent> tap(int code) {
@@ -46,15 +45,15 @@ std::vector<WindowEvent> RandomHand::next(const NovelView& novel, const Coverage
     if (novel.asksForChoice()) return choose(novel, coverage);
     if (screen == "read") return readOn();
     if (screen == "title") return chooseOnTitle(novel);
-    if (screen == "ending" || screen == "credits") return tap(keyReturnCode);
+    if (screen == "ending" || screen == "credits") return tap(keyReturn);
     return wander(novel);
 }
 
 // Mostly on; now and then all else that a reader may do.
 std::vector<WindowEvent> RandomHand::readOn() {
-    constexpr int others[] = {keyEscape, 'L', 'Q', 'A', 'F', 'H', 'O', 37, 9, 116};
+    constexpr int others[] = {keyEscape, 'L', 'Q', 'A', 'F', 'H', 'O', keyArrowLeft, keyTab, 116};
     const int roll = below(100);
-    if (roll < 86) return tap(keyReturnCode);
+    if (roll < 86) return tap(keyReturn);
     if (roll < 90) return clickAt(400 + below(100), 150 + below(100));
     if (roll < 94) {
         rest_ = 1 + below(24);
@@ -68,7 +67,7 @@ std::vector<WindowEvent> RandomHand::choose(const NovelView& novel, const Covera
     if (!novel.itemsAreOpen()) return {};
     const std::vector<NovelView::Item> items = novel.items();
     const std::vector<NovelView::Page> pages = novel.lastPages();
-    if (items.empty() || pages.empty()) return tap(keyReturnCode);
+    if (items.empty() || pages.empty()) return tap(keyReturn);
     std::vector<int> weights;
     for (const NovelView::Item& item : items)
         weights.push_back(coverage.wasTaken(pages.back().name, item.option) ? 1 : 6);
@@ -77,22 +76,22 @@ std::vector<WindowEvent> RandomHand::choose(const NovelView& novel, const Covera
 
 std::vector<WindowEvent> RandomHand::chooseOnTitle(const NovelView& novel) {
     const std::vector<NovelView::Item> items = novel.items();
-    if (items.empty()) return tap(keyReturnCode);
+    if (items.empty()) return tap(keyReturn);
     std::vector<int> weights;
     for (const NovelView::Item& item : items) weights.push_back(item.leaves ? 0 : item.begins ? 12 : 1);
-    if (sumOf(weights) == 0) return tap(keyReturnCode);
+    if (sumOf(weights) == 0) return tap(keyReturn);
     return pickItem(items, pickWeighted(weights, below(sumOf(weights))));
 }
 
 // In menus, and soon out of them.
 std::vector<WindowEvent> RandomHand::wander(const NovelView& novel) {
-    constexpr int keys[] = {38, 40, 37, 39, 40};
+    constexpr int keys[] = {keyArrowUp, keyArrowDown, keyArrowLeft, keyArrowRight, keyArrowDown};
     if (novel.screen() == "ask" && !oneIn(8)) return tap(keyEscape);
     const int roll = below(10);
     if (roll < 3) return tap(keyEscape);
     if (roll < 6) return tap(keys[below(static_cast<int>(std::size(keys)))]);
     const std::vector<NovelView::Item> items = novel.items();
-    if (items.empty() || roll == 6) return tap(keyReturnCode);
+    if (items.empty() || roll == 6) return tap(keyReturn);
     return pickItem(items, static_cast<std::size_t>(below(static_cast<int>(items.size()))));
 }
 
@@ -115,7 +114,9 @@ void RandomHand::letGo(std::vector<WindowEvent>& events) {
 
 // Keys are held for a while, since games look at what is down.
 std::vector<WindowEvent> RandomHand::playOther(int width, int height) {
-    constexpr int usual[] = {37, 38, 39, 40, 37, 39, keyReturnCode, 32, 'W', 'A', 'S', 'D', 'Z', 'X'};
+    constexpr int usual[] = {
+        keyArrowLeft, keyArrowUp, keyArrowRight, keyArrowDown, keyArrowLeft, keyArrowRight, keyReturn,
+        32,           'W',        'A',           'S',          'D',          'Z',           'X'};
     std::vector<WindowEvent> events;
     letGo(events);
     if (held_.size() < 3 && oneIn(5)) {
