@@ -17,11 +17,18 @@ namespace kelmora {
 struct BindingLink {
     Cell* cell;  // null without a name
     Variable* hidden;
-    BindingIndex shadowed;  // of a local, the one of the same name before it
 };
+struct LocalLink : BindingLink {
+    BindingIndex shadowed;  // the local of the same name before it
+};
+
+[[noreturn, gnu::noinline]] inline void failStackFull() {
+    throw std::runtime_error("Stack overflow: calls or expressions are nested too deeply");
+}
 
 // Stack of bound values that never move: pointers to them hold until they are dropped, and those that stand
 // side by side are a span.
+template <typename Link>
 class BindingStack {
 public:
     static constexpr BindingIndex fullCapacity = 1 << 17;
@@ -29,91 +36,99 @@ public:
     BindingStack() : BindingStack(fullCapacity) {}
     explicit BindingStack(BindingIndex capacity)
         : values_(std::allocator<Variable>().allocate(static_cast<std::size_t>(capacity))),
-          links_(static_cast<BindingLink*>(
-              std::calloc(static_cast<std::size_t>(capacity), sizeof(BindingLink)))),
-          capacity_(capacity) {
+          links_(static_cast<Link*>(std::calloc(static_cast<std::size_t>(capacity), sizeof(Link)))),
+          top_(values_),
+          limit_(values_ + capacity) {
         if (!links_) throw std::bad_alloc();
     }
     BindingStack(BindingStack&& other) noexcept
         : values_(std::exchange(other.values_, nullptr)),
           links_(std::exchange(other.links_, nullptr)),
-          size_(std::exchange(other.size_, 0)),
-          capacity_(std::exchange(other.capacity_, 0)) {}
+          top_(std::exchange(other.top_, nullptr)),
+          limit_(std::exchange(other.limit_, nullptr)) {}
     BindingStack& operator=(BindingStack&& other) noexcept {
         swap(other);
         return *this;
     }
     ~BindingStack() {
-        dropTo(0, [](const BindingLink&) {});
+        dropTo(values_, [](const Link&) {});
         if (!values_) return;
-        std::allocator<Variable>().deallocate(values_, static_cast<std::size_t>(capacity_));
+        std::allocator<Variable>().deallocate(values_, static_cast<std::size_t>(limit_ - values_));
         std::free(links_);
     }
 
-    [[noreturn, gnu::noinline]] static void failFull() {
-        throw std::runtime_error("Stack overflow: calls or expressions are nested too deeply");
-    }
-
-    BindingIndex size() const { return size_; }
+    BindingIndex size() const { return placeOf(top_); }
+    BindingIndex placeOf(const Variable* value) const { return static_cast<BindingIndex>(value - values_); }
     Variable& value(BindingIndex place) { return values_[place]; }
     const Variable& value(BindingIndex place) const { return values_[place]; }
-    BindingLink& link(BindingIndex place) { return links_[place]; }
-    const BindingLink& link(BindingIndex place) const { return links_[place]; }
-    std::span<const Variable> from(BindingIndex place) const {
-        return {values_ + place, static_cast<std::size_t>(size_ - place)};
-    }
+    Link& link(BindingIndex place) { return links_[place]; }
+    const Link& link(BindingIndex place) const { return links_[place]; }
+    Link& linkOf(const Variable* value) { return links_[value - values_]; }
+    // Behind the newest value.
+    Variable* top() const { return top_; }
+    // The newest values.
+    std::span<const Variable> newest(std::size_t count) const { return {top_ - count, count}; }
 
     // Adds a value without a name.
     [[gnu::always_inline]] Variable& push(Variable&& value) {
-        if (size_ == capacity_) [[unlikely]]
-            failFull();
-        return *std::construct_at(values_ + size_++, std::move(value));
+        if (top_ == limit_) [[unlikely]]
+            failStackFull();
+        return *std::construct_at(top_++, std::move(value));
     }
     [[gnu::always_inline]] Variable& push(const Variable& value) { return push(Variable(value)); }
     [[gnu::always_inline]] Variable pop() {
-        --size_;
-        return std::move(values_[size_]);  // what is moved from holds nothing
+        return std::move(*--top_);  // what is moved from holds nothing
     }
-    // Drops from the top down to this size; `leave` sees the links of values with a name.
+    // Drops from the top down to this value; `leave` sees the links of values with a name.
     template <typename Leave>
-    [[gnu::always_inline]] void dropTo(BindingIndex size, Leave leave) {
-        const BindingIndex top = size_;
-        if (top <= size) return;
-        size_ = size;
-        bool ownsAny = false;
-        for (BindingIndex place = top; place-- > size;) {
-            BindingLink& link = links_[place];
-            if (link.cell) {
-                leave(link);
-                link.cell = nullptr;
+    [[gnu::always_inline]] void dropTo(Variable* bottom, Leave leave) {
+        Variable* value = top_;
+        if (value <= bottom) return;
+        top_ = bottom;
+        Link* link = &linkOf(value);
+        do {
+            --value;
+            --link;
+            if (link->cell) {
+                leave(*link);
+                link->cell = nullptr;
             }
-            ownsAny |= values_[place].ownsObject();
-        }
-        if (ownsAny) destroyValues(size, top);
+            if (value->ownsObject()) [[unlikely]]
+                return destroyTo(value, bottom, link, leave);
+        } while (value != bottom);
     }
     // The same of values without a name.
-    [[gnu::always_inline]] void drop(BindingIndex count) {
-        Variable* value = values_ + size_;
-        size_ -= count;
-        for (const Variable* const bottom = values_ + size_; value != bottom;) std::destroy_at(--value);
+    [[gnu::always_inline]] void dropTo(Variable* bottom) {
+        for (Variable* value = std::exchange(top_, bottom); value != bottom;) std::destroy_at(--value);
     }
+    void drop(std::size_t count) { dropTo(top_ - count); }
     void swap(BindingStack& other) noexcept {
         std::swap(values_, other.values_);
         std::swap(links_, other.links_);
-        std::swap(size_, other.size_);
-        std::swap(capacity_, other.capacity_);
+        std::swap(top_, other.top_);
+        std::swap(limit_, other.limit_);
     }
 
 private:
-    [[gnu::noinline]] void destroyValues(BindingIndex bottom, BindingIndex top) {
-        while (top > bottom) std::destroy_at(values_ + --top);
+    // Goes on from a value whose name is gone.
+    template <typename Leave>
+    [[gnu::noinline]] static void destroyTo(Variable* value, const Variable* bottom, Link* link,
+                                            Leave leave) {
+        for (;;) {
+            std::destroy_at(value);
+            if (value == bottom) return;
+            --value;
+            --link;
+            if (!link->cell) continue;
+            leave(*link);
+            link->cell = nullptr;
+        }
     }
 
-    Variable* values_;  // constructed below size_
-    BindingLink*
-        links_;  // without a cell from size_ on; zeroed memory, which costs nothing until it is touched
-    BindingIndex size_ = 0;
-    BindingIndex capacity_;
+    Variable* values_;  // constructed below top_
+    Link* links_;       // without a cell from top_ on; zeroed memory, which costs nothing until it is touched
+    Variable* top_;
+    const Variable* limit_;
 };
 
 }  // namespace kelmora

@@ -172,7 +172,7 @@ private:
         if (script_.shouldAbortForSoftRaisedError()) return;
         const LoopScope scope(script_.scopes, opener.forHeader->names);
         while (loop.next()) {
-            script_.scopes.callEntry(scope.scope(), 0) = Variable::integer(loop.value);
+            *scope.scope() = Variable::integer(loop.value);
             if (!runBody(index_ + 1)) return;
         }
     }

@@ -14,9 +14,13 @@ class CallFrame {
 public:
     CallFrame(Interpreter& script, ScriptCallable& callable)
         : script_(script), line_(script.context), level_(script.scopes, script.scopes.nativeLevel()) {
-        script.callRecords.push({nullptr, nullptr, &callable, script.context.line(), &script.context.file(),
-                                 script.scopes.callerView(), script.scopes.calls().size(), 0,
-                                 script.walkCount, script.activeChunks.size()});
+        if (script.callRecords.isFull()) failStackFull();
+        Interpreter::CallRecord& record = script.callRecords.push();
+        record.call = nullptr;
+        record.code = nullptr;
+        record.callable = &callable;
+        record.line = script.context.line();
+        script.recordSurroundings(record, script.scopes.calls().top());
     }
     void enter(const ScriptCallable& callable, std::span<const Variable> arguments) {
         Scopes& scopes = script_.scopes;
@@ -24,7 +28,7 @@ public:
         scopes.setNativeLevel(callable.nativeScopeIndex);
         const CallScope parameters = scopes.pushCallScope(callable.parameters);
         const std::size_t count = std::min(arguments.size(), callable.parameters.size());
-        for (std::size_t i = 0; i < count; ++i) scopes.callEntry(parameters, i) = arguments[i];
+        std::copy_n(arguments.begin(), count, parameters);
         if (callable.source.isKnown()) script_.context.setFile(callable.source);
     }
     CallFrame(const CallFrame&) = delete;
@@ -59,7 +63,7 @@ private:
 };
 
 Variable Interpreter::runLibrary(LibraryFunction body, std::span<const Variable> arguments) {
-    const DepthGuard depth(callDepth);
+    const DepthGuard depth(nativeCalls);
     stack.check();
     Variable result = body(*this, arguments);
     if (shouldAbortForSoftRaisedError()) return {};
@@ -67,7 +71,7 @@ Variable Interpreter::runLibrary(LibraryFunction body, std::span<const Variable>
 }
 
 Variable Interpreter::runBinding(const ScriptCallable& callable, std::span<const Variable> arguments) {
-    const DepthGuard depth(callDepth);
+    const DepthGuard depth(nativeCalls);
     stack.check();
     Variable result = callable.binding(BindingCall(face, callable.name, arguments));
     if (shouldAbortForSoftRaisedError()) return {};
@@ -78,7 +82,7 @@ Variable Interpreter::invokeCallable(const Variable& callee, std::span<const Var
     markStackBase();
     if (callee.isFunction() && callee.function().library)
         return runLibrary(callee.function().library, arguments);
-    const DepthGuard depth(callDepth);
+    const DepthGuard depth(nativeCalls);
     stack.check();
     if (!callee.isFunction())
         throw std::runtime_error("Attempted to call a non-function value of type " +
@@ -161,7 +165,7 @@ Variable protectedSuccess(const Variable& result) {
 
 Variable Interpreter::pcallFunction(std::span<const Variable> arguments) {
     if (arguments.empty()) throw std::runtime_error("pcall requires a callable value");
-    const std::uint32_t depth = callDepth;
+    const std::uint32_t depth = callDepth();
     softError.enterProtected(depth);
     Variable result;
     std::string failure;

@@ -98,7 +98,6 @@ struct ParsedScriptLine;
     OPERATION(Fault)                                                                                    \
     /* out of a function, out of the code */                                                            \
     OPERATION(Return)                                                                                   \
-    OPERATION(ReturnTaken)                                                                              \
     OPERATION(ReturnNothing)                                                                            \
     OPERATION(Finish)                                                                                   \
     OPERATION(FinishNothing)                                                                            \
@@ -138,6 +137,11 @@ struct CodeSite {
 struct CodeText {
     const char* text;
     const char* token = nullptr;
+};
+
+// What becomes of a call's result.
+struct CallFlags {
+    static constexpr std::uint8_t dropsResult = 1;  // what holds no object may be written to `a` all the same
 };
 
 // What an OpenBlock does.

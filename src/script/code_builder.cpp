@@ -215,7 +215,11 @@ void CodeBuilder::callFor(const FastExprNode& node, Place* result) {
     argument = &node.rightNode();
     for (std::uint32_t i = 0; i < node.count; ++i, argument = &argument->nextNode()) push(*argument);
     const Operation call = isMember ? Operation::CallMember : Operation::Call;
-    emitCalling(callee ? call : Operation::CallPushed, {.a = result, .b = callee, .number = node.count});
+    emitCalling(callee ? call : Operation::CallPushed,
+                {.a = result ? result : newTemporary(),
+                 .b = callee,
+                 .number = node.count,
+                 .flags = result ? std::uint8_t{0} : CallFlags::dropsResult});
     release(before);
 
     for (std::size_t i = kept.size(); i-- > 0;) emit(Operation::Pop, {.a = hold(kept[i])});

@@ -511,8 +511,7 @@ private:
         if (code_.isAttentive()) {
             builder_.emit(Operation::LeaveServed, {.b = value, .number = blocks});
         } else if (code_.isFunction) {
-            const Operation give = builder_.isTemporary(value) ? Operation::ReturnTaken : Operation::Return;
-            builder_.emit(value ? give : Operation::ReturnNothing, {.b = value});
+            builder_.emit(value ? Operation::Return : Operation::ReturnNothing, {.b = value});
         } else {
             builder_.emit(value ? Operation::Finish : Operation::FinishNothing, {.b = value});
         }

@@ -238,7 +238,7 @@ private:
                 return !script_.evaluateCondition(clause, "until");
             case Kind::NumericFor:
                 if (!loop.numbers.next()) return false;
-                script_.scopes.callEntry(loop.variables, 0) = Variable::integer(loop.numbers.value);
+                *loop.variables = Variable::integer(loop.numbers.value);
                 return true;
             default:
                 return script_.bindNext(*clause.forHeader, loop.variables, loop.sequence);

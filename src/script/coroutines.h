@@ -24,10 +24,10 @@ struct CoroutineFrame {
     enum class Kind : std::uint8_t { Block = 0, While = 1, Repeat = 2, NumericFor = 3, GenericFor = 4 };
 
     Kind kind = Kind::Block;
-    std::uint32_t current = 0;   // next line
-    std::uint32_t end = 0;       // the frame is over when `current` gets here
-    std::uint32_t loopLine = 0;  // line with the loop's condition or clause
-    CallScope variables = 0;     // of a for loop
+    std::uint32_t current = 0;      // next line
+    std::uint32_t end = 0;          // the frame is over when `current` gets here
+    std::uint32_t loopLine = 0;     // line with the loop's condition or clause
+    CallScope variables = nullptr;  // of a for loop
     NumericLoop numbers;
     SequenceWalk sequence;
 };

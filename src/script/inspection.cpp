@@ -16,7 +16,8 @@ void addNew(NamedValues& values, NameId name, const Variable& value) {
     if (!isKnown) values.emplace_back(text, value);
 }
 
-NamedValues namedBetween(const BindingStack& stack, BindingIndex first, BindingIndex end) {
+template <typename Link>
+NamedValues namedBetween(const BindingStack<Link>& stack, BindingIndex first, BindingIndex end) {
     NamedValues values;
     for (BindingIndex place = std::min(end, stack.size()); place-- > first;)
         if (const Cell* cell = stack.link(place).cell) addNew(values, cell->name, stack.value(place));
@@ -38,7 +39,7 @@ std::vector<RunningFrame> runningFrames(const Interpreter& script) {
     const SourceFile* file = &script.context.file();
     BindingIndex entriesEnd = scopes.calls().size();
     BindingIndex localsEnd = scopes.locals().size();
-    BindingIndex localsFirst = scopes.callerView().visibleLocals;
+    BindingIndex localsFirst = scopes.view().visibleLocals;
     for (std::uint32_t i = script.callRecords.size();; --i) {
         const bool isOutermost = i <= base;
         RunningFrame& frame = frames.emplace_back();
@@ -51,12 +52,13 @@ std::vector<RunningFrame> runningFrames(const Interpreter& script) {
             return frames;
         }
         const Interpreter::CallRecord& record = script.callRecords[i - 1];
-        frame.parameters = namedBetween(scopes.calls(), record.bottom, entriesEnd);
+        const BindingIndex bottom = scopes.calls().placeOf(record.bottom);
+        frame.parameters = namedBetween(scopes.calls(), bottom, entriesEnd);
         if (record.callable) frame.function = record.callable->name;
         line = record.call ? record.code->siteOf(record.call).line : nullptr;
         if (!line) line = record.line;
         file = record.file;
-        entriesEnd = record.bottom;
+        entriesEnd = bottom;
         localsEnd = localsFirst;
         localsFirst = record.view.visibleLocals;
     }

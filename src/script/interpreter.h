@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <random>
@@ -12,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/fixed_stack.h"
 #include "base/host_services.h"
 #include "base/native_stack.h"
 #include "script/block_signal.h"
@@ -44,7 +46,7 @@ struct Interpreter {
     // program_runner.cpp
     // Marks where the native stack begins, unless something runs already.
     void markStackBase() {
-        if (callDepth == 0 && programDepth == 0) stack.markBase();
+        if (callDepth() == 0 && programDepth == 0) stack.markBase();
     }
     Variable runBytecodeProgram(const std::shared_ptr<const BytecodeProgram>& program);
     BytecodeProgram compileToBytecode(const std::string& source);
@@ -70,7 +72,7 @@ struct Interpreter {
         labels.requestJump(std::move(label));
         mayNeedAttention = true;
     }
-    bool shouldAbortForSoftRaisedError() const { return softError.aborts(callDepth); }
+    bool shouldAbortForSoftRaisedError() const { return softError.aborts(callDepth()); }
 
     // indexing.cpp
     Variable getIndexedValue(const Variable& container, const Variable& key);
@@ -82,10 +84,6 @@ struct Interpreter {
 
     Variable evaluateExpression(const ParsedScriptLine& line, std::uint32_t& index);
 
-    struct ActiveBytecodeChunk {
-        const BytecodeProgram* program;
-        std::uint32_t chunk;
-    };
     // What a running call has taken over from its caller.
     struct CallRecord {
         // Of a call inside running code: its instruction, and the function, which is kept.
@@ -94,12 +92,16 @@ struct Interpreter {
         ScriptCallable* callable;
         const ParsedScriptLine* line;  // of a call from elsewhere, or of the expression that the code is
         const SourceFile* file;
-        Scopes::CallerView view;
         CallScope bottom;  // everything from here on the stack is the call's
-        std::uint32_t level;
-        std::uint32_t walks;
-        std::uint32_t activeChunks;
+        Scopes::View view;
+        std::uint32_t openParts;
     };
+    [[gnu::always_inline]] void recordSurroundings(CallRecord& record, CallScope bottom) {
+        record.file = &context.file();
+        record.bottom = bottom;
+        record.view = scopes.view();
+        record.openParts = openParts.size();
+    }
     // Undoes what the newest call has changed.
     [[gnu::always_inline]] inline void leaveCall();
 
@@ -181,7 +183,7 @@ struct Interpreter {
     }
 
     void countStep() {
-        if (stepsLeft-- == 0) [[unlikely]]
+        if (--stepsLeft < 0) [[unlikely]]
             failSteps();
     }
     [[noreturn, gnu::noinline]] void failSteps() {
@@ -210,11 +212,16 @@ struct Interpreter {
     // Set by all that may ask for attention; a look that finds nothing left clears it.
     bool mayNeedAttention = false;
     StatementWatcher* watcher = nullptr;
-    std::uint32_t callDepth = 0;
+    // Running calls of script functions have records; all calls from native code are counted, whatever is
+    // called.
+    static constexpr std::uint32_t maximumCalls = 1 << 16;
+    FixedStack<CallRecord> callRecords{maximumCalls};
+    std::uint32_t nativeCalls = 0;
+    // More inside a call than around it.
+    std::uint32_t callDepth() const { return callRecords.size() + nativeCalls; }
     std::uint32_t programDepth = 0;  // running programs
     std::uint32_t chunkDepth = 0;    // running loaded chunks
     std::vector<std::vector<Variable>> varargs;
-    SmallStack<CallRecord> callRecords;
     // The open `for` loops over containers.
     struct OpenWalk {
         SequenceWalk walk;
@@ -222,17 +229,26 @@ struct Interpreter {
     };
     std::vector<OpenWalk> walks;  // those from walkCount on are empty
     std::uint32_t walkCount = 0;
-    [[gnu::noinline]] void closeWalksTo(std::uint32_t count) {
-        while (walkCount > count) walks[--walkCount].walk = {};
+    // What running code has open beside scopes: blocks that jumps look into, and walks, without a program.
+    struct OpenPart {
+        const BytecodeProgram* program;
+        std::uint32_t chunk;
+    };
+    SmallStack<OpenPart> openParts;
+    void closePart() {
+        if (!openParts.back().program) walks[--walkCount].walk = {};
+        openParts.drop();
+    }
+    [[gnu::noinline]] void closePartsTo(std::uint32_t count) {
+        while (openParts.size() > count) closePart();
     }
     std::unique_ptr<ValuePlace[]> temporaries;
     const std::uint64_t serial;  // tells what was compiled for this interpreter
-    SmallStack<ActiveBytecodeChunk> activeChunks;
     // Whole programs that ran: their labels stay reachable.
     std::vector<Variable> programCallables;
     // Off, every expression is evaluated by the token walk. The results are the same.
     bool fastExpressions = true;
-    std::uint64_t stepsLeft = ~std::uint64_t{0};
+    std::int64_t stepsLeft = std::numeric_limits<std::int64_t>::max();
     std::mt19937 generator;
     std::chrono::steady_clock::time_point started = std::chrono::steady_clock::now();
 };
@@ -241,9 +257,8 @@ inline void Interpreter::leaveCall() {
     const CallRecord& record = callRecords.back();
     context.setFile(*record.file);
     scopes.leaveCall(record.view, record.bottom);
-    if (walkCount > record.walks) [[unlikely]]
-        closeWalksTo(record.walks);
-    activeChunks.dropTo(record.activeChunks);
+    if (openParts.size() > record.openParts) [[unlikely]]
+        closePartsTo(record.openParts);
     callRecords.drop();
 }
 

@@ -86,8 +86,7 @@ template <TokenKind operation>
 
 // Gives the variable the next number; false behind the last.
 [[gnu::always_inline]] inline bool Machine::roundOfFor(bool isFirst) {
-    BindingStack& stack = script_.scopes.calls();
-    Variable* const variable = &stack.value(stack.size() - 1);
+    Variable* const variable = script_.scopes.calls().top() - 1;
     const std::int32_t stop = variable[-3].intValue();
     const std::int32_t step = variable[-2].intValue();
     std::int32_t value = variable[-1].intValue();
@@ -103,24 +102,34 @@ template <TokenKind operation>
 
 // --- Calls ---
 
+namespace {
+
+[[gnu::always_inline]] inline void giveResult(const Instruction* i, Variable& result) {
+    if (i->flags & CallFlags::dropsResult) {
+        dropValue(result);
+    } else {
+        *i->a->value = std::move(result);
+    }
+}
+
+}  // namespace
+
 inline void Machine::callLibrary(const Instruction* i, LibraryFunction body, std::uint32_t count,
                                  CallScope bottom) {
     enterSite(i);
-    BindingStack& stack = script_.scopes.calls();
-    ++script_.callDepth;
-    Variable result = body(script_, stack.from(stack.size() - static_cast<BindingIndex>(count)));
+    ++script_.nativeCalls;
+    Variable result = body(script_, script_.scopes.calls().newest(count));
     if (script_.mayNeedAttention && aborted()) result = Variable();
-    --script_.callDepth;
-    stack.drop(stack.size() - bottom);
+    --script_.nativeCalls;
+    script_.scopes.calls().dropTo(bottom);
     if (i->temporaries & Instruction::usesUpB) dropValue(*i->b->value);
-    if (i->a) *i->a->value = std::move(result);
+    giveResult(i, result);
 }
 
 // A protected call of a function of script needs no native stack either.
 inline bool Machine::isProtectable(const ScriptCallable& callable, std::uint32_t count) const {
     if (callable.builtinId != BuiltinId::Pcall || count == 0) return false;
-    BindingStack& stack = script_.scopes.calls();
-    const Variable& wanted = stack.value(stack.size() - static_cast<BindingIndex>(count));
+    const Variable& wanted = *(script_.scopes.calls().top() - count);
     return wanted.isFunction() && wanted.function().boundCode;
 }
 
@@ -170,7 +179,7 @@ Variable Machine::execute(const Instruction* i, bool attends) {
     // Of a call: what is called, with how many of the values on top of the stack, and what goes with it.
     const Variable* callee = nullptr;
     std::uint32_t count = 0;
-    CallScope bottom = 0;
+    CallScope bottom = nullptr;
     const Instruction* entered = nullptr;
 
     if (attends && script_.mayNeedAttention) goto attention;
@@ -302,18 +311,18 @@ opMember:
 opCall:
     callee = i->b->value;
     count = i->number;
-    bottom = script_.scopes.calls().size() - static_cast<CallScope>(count);
+    bottom = script_.scopes.calls().top() - count;
     goto call;
 opCallPushed:
     count = i->number;
-    bottom = script_.scopes.calls().size() - static_cast<CallScope>(count) - 1;
-    callee = &script_.scopes.calls().value(bottom);
+    bottom = script_.scopes.calls().top() - count - 1;
+    callee = bottom;
     goto call;
 opCallMember:
     callee = i->b->value;
     count = i->number;
-    bottom = script_.scopes.calls().size() - static_cast<CallScope>(count) - 1;
-    if (script_.scopes.calls().value(bottom).isString()) ++count;  // with the string that has the method
+    bottom = script_.scopes.calls().top() - count - 1;
+    if (bottom->isString()) ++count;  // with the string that has the method
     goto call;
 
 call:
@@ -337,11 +346,7 @@ call:
     i = entered;
     DISPATCH;
 called:
-    if (i->a) {
-        *i->a->value = std::move(result_);
-    } else {
-        dropValue(result_);
-    }
+    giveResult(i, result_);
     NEXT_OR_ATTEND;
 
 opRunLine:
@@ -384,7 +389,7 @@ opNextFor:
     if (roundOfFor(false)) JUMP;
     NEXT;
 opCloseFor:
-    script_.scopes.popCallScope(script_.scopes.calls().size() - 4);
+    script_.scopes.popCallScope(script_.scopes.calls().top() - 4);
     NEXT;
 opOpenWalk:
     openWalk(i);
@@ -401,27 +406,19 @@ opFault:
     fail(i);
 
 opReturn:
-    if (script_.callRecords.size() != boundary_ && !i->b->value->ownsObject()) [[likely]] {
-        const Variable::Plain value = i->b->value->plain();
-        i = leave();
-        if (i->a) i->a->value->assign(value);
-        NEXT_OR_ATTEND;
-    }
-    result_ = takeB(i);
-    goto leaveFunction;
-opReturnTaken:
-    // A temporary outlasts the call.
-    if (script_.callRecords.size() == boundary_) [[unlikely]] {
+    if (script_.callRecords.top() == boundary_) [[unlikely]] {
         result_ = takeB(i);
         goto leaveFunction;
     }
-    {
-        // Ends before the jump to the next instruction, which would not let go of it.
-        Variable value(std::move(*i->b->value));
+    if (!i->b->value->ownsObject()) {
+        const Variable::Plain value = i->b->value->plain();
         i = leave();
-        if (i->a) *i->a->value = std::move(value);
+        i->a->value->assign(value);
+        NEXT_OR_ATTEND;
     }
-    NEXT_OR_ATTEND;
+    result_ = takeB(i);
+    i = leave();
+    goto called;
 opReturnNothing:
     goto leaveFunction;
 opFinish:
@@ -455,8 +452,8 @@ error:
     leaveForError(i);
     dropValue(result_);
 leaveFunction:
-    if (!code_->isFunction || script_.callRecords.size() == base_) return std::move(result_);
-    if (script_.callRecords.size() == protectedAt_) [[unlikely]] {
+    if (!code_->isFunction || script_.callRecords.top() == base_) return std::move(result_);
+    if (script_.callRecords.top() == protectedAt_) [[unlikely]] {
         i = leave();
         endProtected();
     } else {
@@ -478,15 +475,13 @@ Variable Interpreter::runCode(const Code& code, std::optional<std::uint32_t> ste
     stack.check();
     const std::uint32_t level = scopes.nativeLevel();
     const std::uint32_t localScopes = scopes.localScopeCount();
-    const BindingIndex bottom = scopes.calls().size();
-    const std::uint32_t openWalks = walkCount;
-    const std::uint32_t active = activeChunks.size();
+    const CallScope bottom = scopes.calls().top();
+    const std::uint32_t parts = openParts.size();
     const auto restore = [&] {
         scopes.setNativeLevel(level);
         scopes.popLocalScopesTo(localScopes);
         scopes.popCallScope(bottom);
-        closeWalksTo(openWalks);
-        activeChunks.dropTo(active);
+        closePartsTo(parts);
     };
     Machine machine(*this);
     const Instruction* i = machine.begin(code, step);

@@ -29,10 +29,10 @@ class Machine {
 public:
     explicit Machine(Interpreter& script)
         : script_(script),
-          level_(script.scopes.nativeLevel()),
-          base_(script.callRecords.size()),
+          base_(script.callRecords.top()),
           boundary_(base_),
-          depth_(script.callDepth),
+          level_(script.scopes.nativeLevel()),
+          nativeCalls_(script.nativeCalls),
           line_(script.context.line()) {}
 
     // The first instruction: of a step of the outermost block, which holds labels, or of all.
@@ -58,11 +58,20 @@ private:
     // Notes the instruction's place, for what may fail or look at it.
     void enterSite(const Instruction* i) {
         const CodeSite& site = code_->siteOf(i);
-        if (site.line) script_.context.setLine(*site.line);
-        script_.scopes.setNativeLevel(level_ + site.depth);
+        if (site.line) {
+            script_.context.setLine(*site.line);
+        } else if (script_.context.line() != line_) {
+            script_.context.restoreLine(line_);
+        }
+        script_.scopes.setNativeLevel(nativeLevel() + site.depth);
+    }
+    // Of the running function.
+    std::uint32_t nativeLevel() const {
+        const bool isCall = script_.callRecords.top() != base_;
+        return isCall ? script_.callRecords.back().callable->nativeScopeIndex : level_;
     }
     void countStep(const Instruction* i) {
-        if (__builtin_sub_overflow(script_.stepsLeft, 1u, &script_.stepsLeft)) [[unlikely]]
+        if (--script_.stepsLeft < 0) [[unlikely]]
             failSteps(i);
     }
     [[noreturn]] void failSteps(const Instruction* i) {
@@ -133,8 +142,7 @@ private:
                                                    std::uint32_t count, CallScope bottom);
     [[gnu::always_inline]] inline bool isProtectable(const ScriptCallable& callable,
                                                      std::uint32_t count) const;
-    // Room for one more call, up to a limit.
-    [[gnu::noinline]] void moreCalls(const Instruction* i);
+    [[noreturn, gnu::noinline]] void failCalls(const Instruction* i);
     const Instruction* enterProtected(const Instruction* i, std::uint32_t count, CallScope bottom);
     void endProtected(const char* thrown = nullptr);
     void clearTemporaries() {
@@ -164,20 +172,22 @@ private:
 
     Interpreter& script_;
     const Code* code_ = nullptr;
-    std::uint32_t level_;  // native level of the running function
-    std::uint32_t base_;   // calls that this run did not make
+    using CallRecord = Interpreter::CallRecord;
+    const CallRecord* base_;  // top of the calls that this run did not make
     // A return from a call that is not above these ends the run or a protected call.
-    std::uint32_t boundary_;
-    std::uint32_t depth_;           // of the calls around it
-    const ParsedScriptLine* line_;  // that runs where the run began
-    Variable result_;               // of a call or of the code
+    const CallRecord* boundary_;
+    // What was there where the run began.
+    std::uint32_t level_;
+    std::uint32_t nativeCalls_;
+    const ParsedScriptLine* line_;
+    Variable result_;  // of a call or of the code
 
-    // The running protected calls of this run, by the number of calls with theirs.
-    SmallStack<std::uint32_t> protected_;
-    std::uint32_t protectedAt_ = 0;  // the newest one, or 0
-    void setProtectedAt(std::uint32_t calls) {
+    // The running protected calls of this run, by the top of the calls with theirs.
+    SmallStack<const CallRecord*> protected_;
+    const CallRecord* protectedAt_ = nullptr;  // the newest one
+    void setProtectedAt(const CallRecord* calls) {
         protectedAt_ = calls;
-        boundary_ = calls > 0 ? calls : base_;
+        boundary_ = calls ? calls : base_;
     }
 };
 
@@ -186,15 +196,16 @@ inline const Instruction* Machine::enter(const Instruction* i, ScriptCallable& c
                                          CallScope bottom) {
     Interpreter& script = script_;
     if (script.callRecords.isFull()) [[unlikely]]
-        moreCalls(i);
+        failCalls(i);
     countStep(i);
     callable.retain();  // what it is called by may be overwritten
-    script.callRecords.pushBelowCapacity({i, code_, &callable, line_, &script.context.file(),
-                                          script.scopes.callerView(), bottom, level_, script.walkCount,
-                                          script.activeChunks.size()});
+    CallRecord& record = script.callRecords.push();
+    record.call = i;
+    record.code = code_;
+    record.callable = &callable;
+    record.line = line_;
+    script.recordSurroundings(record, bottom);
     if (i->temporaries & Instruction::usesUpB) dropValue(*i->b->value);
-    ++script.callDepth;
-    level_ = callable.nativeScopeIndex;
     script.scopes.enterCall();
     script.scopes.nameArguments(count, callable.parameterCells.data(), callable.parameterCount);
     if (callable.source.isKnown()) script.context.setFile(callable.source);
@@ -205,16 +216,11 @@ inline const Instruction* Machine::enter(const Instruction* i, ScriptCallable& c
 // Gives back what the newest call has taken; its instruction.
 inline const Instruction* Machine::leave() {
     Interpreter& script = script_;
-    const Interpreter::CallRecord& record = script.callRecords.back();
+    const CallRecord& record = script.callRecords.back();
     const Instruction* const call = record.call;
     ScriptCallable* const callable = record.callable;
-    level_ = record.level;
     code_ = record.code;
-    // Code with a program notes its line where it matters.
-    if (!code_->program) [[unlikely]]
-        script.context.restoreLine(line_);
     script.leaveCall();
-    --script.callDepth;
     if (callable->release()) [[unlikely]]
         Variable::destroyFunction(callable);
     return call;

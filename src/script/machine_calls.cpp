@@ -9,23 +9,20 @@
 // Calls other than the frequent ones, and what a run does when something asks for attention.
 namespace kelmora {
 
-void Machine::moreCalls(const Instruction* i) {
-    constexpr std::uint32_t maximumCalls = 1 << 16;  // they take no native stack
+void Machine::failCalls(const Instruction* i) {
     enterSite(i);
-    if (script_.callRecords.size() >= maximumCalls) BindingStack::failFull();
-    script_.callRecords.widen();
+    failStackFull();
 }
 
 const Instruction* Machine::enterProtected(const Instruction* i, std::uint32_t count, CallScope bottom) {
     // A protected call begins with its record: what keeps it from having one is no failure of its own.
-    if (script_.callRecords.isFull()) moreCalls(i);
+    if (script_.callRecords.isFull()) failCalls(i);
     if (script_.stepsLeft == 0) countStep(i);
-    BindingStack& stack = script_.scopes.calls();
-    ScriptCallable& wanted = stack.value(stack.size() - static_cast<BindingIndex>(count)).function();
-    ++script_.callDepth;
-    script_.softError.enterProtected(script_.callDepth);
+    ScriptCallable& wanted = (script_.scopes.calls().top() - count)->function();
+    ++script_.nativeCalls;
+    script_.softError.enterProtected(script_.callDepth());
     protected_.push(protectedAt_);
-    setProtectedAt(script_.callRecords.size() + 1);
+    setProtectedAt(script_.callRecords.top() + 1);
     return enter(i, wanted, count - 1, bottom);
 }
 
@@ -35,34 +32,34 @@ void Machine::endProtected(const char* thrown) {
     protected_.drop();
     script_.softError.leaveProtected();
     std::string message;
-    if (script_.softError.take(script_.callDepth, message)) {
+    if (script_.softError.take(script_.callDepth(), message)) {
         result_ = protectedFailure(std::move(message));
     } else {
         result_ = thrown ? protectedFailure(thrown) : protectedSuccess(result_);
         if (thrown) script_.trail.caught(result_.values()[1]);
     }
-    --script_.callDepth;
+    --script_.nativeCalls;
 }
 
 const Instruction* Machine::recover(const char* message) {
     clearTemporaries();
-    if (protectedAt_ == 0) return nullptr;
+    if (!protectedAt_) return nullptr;
     const Instruction* call = nullptr;
-    while (script_.callRecords.size() >= protectedAt_) call = leave();
-    // The exception may have come out of calls that have no record here.
-    script_.callDepth = depth_ + (protectedAt_ - 1 - base_) + protected_.size();
+    while (script_.callRecords.top() >= protectedAt_) call = leave();
+    // The exception may have come out of native calls.
+    script_.nativeCalls = nativeCalls_ + protected_.size();
     endProtected(message);
-    if (call->a) *call->a->value = std::move(result_);
+    if (!(call->flags & CallFlags::dropsResult)) *call->a->value = std::move(result_);
     dropValue(result_);
     return call + 1;
 }
 
 void Machine::abandon() {
     clearTemporaries();
-    while (script_.callRecords.size() > base_) leave();
+    while (script_.callRecords.top() > base_) leave();
     for (; protected_.size() > 0; protected_.drop()) script_.softError.leaveProtected();
-    setProtectedAt(0);
-    script_.callDepth = depth_;
+    setProtectedAt(nullptr);
+    script_.nativeCalls = nativeCalls_;
 }
 
 // Enters a script function or calls anything else; where to go on.
@@ -75,11 +72,10 @@ const Instruction* Machine::callOther(const Instruction* i, const Variable& call
         if (kept.function().boundCode) return enter(i, kept.function(), count, bottom);
     }
     if (i->temporaries & Instruction::usesUpB) dropValue(*i->b->value);
-    BindingStack& stack = script_.scopes.calls();
-    const std::span<const Variable> arguments = stack.from(stack.size() - static_cast<BindingIndex>(count));
+    const std::span<const Variable> arguments = script_.scopes.calls().newest(count);
     result_ = kept.isFunction() && kept.function().binding ? script_.runBinding(kept.function(), arguments)
                                                            : script_.invokeCallable(kept, arguments);
-    stack.drop(stack.size() - bottom);
+    script_.scopes.calls().dropTo(bottom);
     return nullptr;
 }
 
@@ -165,9 +161,9 @@ const Instruction* Machine::jumpToLabel(const Instruction* i) {
 
 bool Machine::activeBlockHas(const std::string& label) const {
     std::uint32_t step = 0;
-    for (std::uint32_t n = script_.activeChunks.size(); n > 0; --n) {
-        const Interpreter::ActiveBytecodeChunk& active = script_.activeChunks[n - 1];
-        if (Labels::findInChunk(*active.program, active.chunk, label, step)) return true;
+    for (std::uint32_t n = script_.openParts.size(); n > 0; --n) {
+        const Interpreter::OpenPart& active = script_.openParts[n - 1];
+        if (active.program && Labels::findInChunk(*active.program, active.chunk, label, step)) return true;
     }
     return false;
 }

@@ -210,12 +210,11 @@ void Machine::updateElement(const Instruction* i) {
 }
 
 void Machine::addItems(const Instruction* i) {
-    BindingStack& stack = script_.scopes.calls();
+    BindingStack<BindingLink>& stack = script_.scopes.calls();
     std::vector<Variable>& items = i->a->value->items();
-    const BindingIndex first = stack.size() - static_cast<BindingIndex>(i->number);
-    for (BindingIndex place = first; place < stack.size(); ++place)
-        items.push_back(std::move(stack.value(place)));
-    stack.drop(static_cast<BindingIndex>(i->number));
+    for (Variable* value = stack.top() - i->number; value != stack.top(); ++value)
+        items.push_back(std::move(*value));
+    stack.drop(i->number);
 }
 
 void Machine::checkKey(const Instruction* i) {
@@ -272,26 +271,25 @@ void Machine::declare(const Instruction* i) {
 void Machine::openBlock(const Instruction* i) {
     script_.scopes.calls().push(
         Variable::integer(static_cast<std::int32_t>(script_.scopes.localScopeCount())));
-    if (i->flags & BlockFlags::holdsLabels) script_.activeChunks.push({code_->program, i->number});
+    if (i->flags & BlockFlags::holdsLabels) script_.openParts.push({code_->program, i->number});
     const bool joins = !(i->flags & BlockFlags::keepsScope) && script_.scopes.hasVisibleLocalScope();
     if ((i->flags & BlockFlags::opensScope) || joins) script_.scopes.pushLocalScope();
 }
 
 void Machine::closeBlock(const Instruction* i) {
     const Variable count = script_.scopes.calls().pop();
-    if (i->flags & BlockFlags::holdsLabels) script_.activeChunks.drop();
+    if (i->flags & BlockFlags::holdsLabels) script_.openParts.drop();
     script_.scopes.popLocalScopesTo(static_cast<std::uint32_t>(count.intValue()));
 }
 
 // Last number, step and current number of a loop, under its variable.
 void Machine::pushLoop(const ParsedFor& header, const NumericLoop& loop) {
-    BindingStack& stack = script_.scopes.calls();
+    BindingStack<BindingLink>& stack = script_.scopes.calls();
     stack.push(Variable::integer(loop.stop));
     stack.push(Variable::integer(loop.step));
     stack.push(Variable::integer(loop.value));
-    stack.push(Variable());
-    if (!header.names.empty())
-        script_.scopes.nameCallEntry(stack.size() - 1, script_.scopes.cell(header.names[0]));
+    Variable& variable = stack.push(Variable());
+    if (!header.names.empty()) script_.scopes.nameCallEntry(variable, script_.scopes.cell(header.names[0]));
 }
 
 void Machine::openFor(const Instruction* i) {
@@ -320,10 +318,11 @@ void Machine::openWalk(const Instruction* i) {
     SequenceWalk walk = script_.openSequenceWalk(line);
     if (script_.walkCount == script_.walks.size()) script_.walks.emplace_back();
     script_.walks[script_.walkCount++] = {std::move(walk), scope};
+    script_.openParts.push({nullptr, 0});
 }
 
 void Machine::closeWalk() {
-    script_.closeWalksTo(script_.walkCount - 1);
+    script_.closePart();
     script_.scopes.popCallScope(script_.walks[script_.walkCount].scope);
 }
 

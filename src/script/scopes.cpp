@@ -9,6 +9,15 @@ namespace {
 // Levels follow the nesting of blocks, but a state file may claim any.
 constexpr std::uint32_t maximumNativeLevel = 0xFFFF;
 
+// From now on a look that gets past all bindings of the name has to search.
+template <typename Link>
+void forgetGlobal(BindingStack<Link>& stack, const Cell& cell) {
+    for (BindingIndex place = 0; place < stack.size(); ++place) {
+        Link& link = stack.link(place);
+        if (link.cell == &cell && link.hidden == &cell.global) link.hidden = &Variable::unfound();
+    }
+}
+
 }  // namespace
 
 void Scopes::growCells(NameId name) {
@@ -22,7 +31,7 @@ void Scopes::growCells(NameId name) {
 // Gives a call as many arguments as there are parameters.
 void Scopes::fitArguments(std::uint32_t count, std::uint32_t wanted) {
     for (; count < wanted; ++count) calls_.push(Variable());
-    calls_.drop(static_cast<BindingIndex>(count - wanted));
+    calls_.drop(count - wanted);
 }
 
 Variable* Scopes::findIn(Scope& scope, NameId name) {
@@ -49,7 +58,7 @@ Variable* Scopes::findExplicit(NameId name, int scope) {
     if (scope == 2) return findNative(name);
     Cell& cell = this->cell(name);
     if (scope == 1) return cell.defined ? &cell.global : nullptr;
-    return cell.newestLocal >= visibleLocals_ ? &locals_.value(cell.newestLocal) : nullptr;
+    return cell.newestLocal >= view_.visibleLocals ? &locals_.value(cell.newestLocal) : nullptr;
 }
 
 void Scopes::setGlobal(Cell& cell, Variable value) {
@@ -109,42 +118,36 @@ void Scopes::commitExternals() {
     for (auto& [name, value] : entries) setGlobal(name, std::move(value));
 }
 
-// From now on a look that gets past all bindings of the name has to search.
-void Scopes::forgetGlobal(BindingStack& stack, const Cell& cell) {
-    for (BindingIndex place = 0; place < stack.size(); ++place) {
-        BindingLink& link = stack.link(place);
-        if (link.cell == &cell && link.hidden == &cell.global) link.hidden = &Variable::unfound();
-    }
-}
-
 CallScope Scopes::pushCallScope(std::span<const NameId> names) {
-    const CallScope scope = calls_.size();
+    const CallScope scope = calls_.top();
     for (const NameId name : names) {
-        calls_.push(Variable());
+        Variable& entry = calls_.push(Variable());
         Cell& cell = this->cell(name);
         const Variable* const top = *topOf(cell);
-        const bool isRepeated = top >= &calls_.value(scope) && top < &calls_.value(calls_.size() - 1);
-        if (!isRepeated) nameCallEntry(calls_.size() - 1, cell);
+        const bool isRepeated = top >= scope && top < &entry;
+        if (!isRepeated) nameCallEntry(entry, cell);
     }
     return scope;
 }
 
 Variable** Scopes::topBelowLocals(Cell& cell) {
     BindingIndex oldest = cell.newestLocal;
-    while (locals_.link(oldest).shadowed >= visibleLocals_) oldest = locals_.link(oldest).shadowed;
+    while (locals_.link(oldest).shadowed >= view_.visibleLocals) oldest = locals_.link(oldest).shadowed;
     return &locals_.link(oldest).hidden;
 }
 
 void Scopes::hideLocals() {
-    for (BindingIndex place = locals_.size() - 1; place >= visibleLocals_; --place) {
-        const BindingLink& link = locals_.link(place);
+    for (BindingIndex place = locals_.size() - 1; place >= view_.visibleLocals; --place) {
+        const LocalLink& link = locals_.link(place);
         link.cell->value = link.hidden;
     }
+    view_ = {localScopes_.size(), locals_.size()};
 }
 
-void Scopes::showLocals() {
-    for (BindingIndex place = visibleLocals_; place < locals_.size(); ++place) {
-        BindingLink& link = locals_.link(place);
+void Scopes::showLocals(const View& view) {
+    view_ = view;
+    for (BindingIndex place = view_.visibleLocals; place < locals_.size(); ++place) {
+        LocalLink& link = locals_.link(place);
         link.hidden = std::exchange(link.cell->value, &locals_.value(place));
     }
 }
@@ -162,7 +165,7 @@ Scopes::Frames Scopes::framesWithLocals(std::span<const NameId> names, std::span
     Frames frames;
     frames.localScopes.push(0);
     frames.nativeLevel = nativeLevel;
-    BindingStack& locals = frames.locals;
+    BindingStack<LocalLink>& locals = frames.locals;
     for (std::size_t i = 0; i < names.size(); ++i) {
         Cell& name = cell(names[i]);
         Variable value = i < values.size() ? Variable(values[i]) : Variable();
@@ -189,27 +192,26 @@ void Scopes::detach() {
     }
 }
 
-void Scopes::attach() {
+void Scopes::attach(const View& view) {
     for (BindingIndex place = 0; place < calls_.size(); ++place) {
         BindingLink& link = calls_.link(place);
         if (link.cell) link.hidden = std::exchange(link.cell->value, &calls_.value(place));
     }
     for (BindingIndex place = 0; place < locals_.size(); ++place) {
-        BindingLink& link = locals_.link(place);
+        LocalLink& link = locals_.link(place);
         link.shadowed = std::exchange(link.cell->newestLocal, place);
     }
-    showLocals();
+    showLocals(view);
 }
 
 void Scopes::exchangeFrames(Frames& frames) {
+    const View view = std::exchange(frames.view, view_);
     detach();
     locals_.swap(frames.locals);
     calls_.swap(frames.calls);
     localScopes_.swap(frames.localScopes);
-    std::swap(localBase_, frames.localBase);
-    std::swap(visibleLocals_, frames.visibleLocals);
     std::swap(nativeLevel_, frames.nativeLevel);
-    attach();
+    attach(view);
 }
 
 }  // namespace kelmora

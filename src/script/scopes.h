@@ -12,8 +12,8 @@
 
 namespace kelmora {
 
-// An open call scope, by the place of its first binding.
-using CallScope = BindingIndex;
+// An open call scope, by its first value.
+using CallScope = Variable*;
 
 // All variable storage of an interpreter. A name is looked for in the local scopes of the running call,
 // then in the call scopes of all running calls from the newest, then in the current native scope, then
@@ -44,9 +44,9 @@ public:
             locals_.value(cell.newestLocal) = std::move(value);
             return;
         }
+        const BindingIndex place = locals_.size();
         Variable& bound = locals_.push(std::move(value));
-        const BindingIndex place = locals_.size() - 1;
-        locals_.link(place) = {&cell, cell.value, cell.newestLocal};
+        locals_.link(place) = {{&cell, cell.value}, cell.newestLocal};
         cell.newestLocal = place;
         cell.value = &bound;
     }
@@ -68,7 +68,7 @@ public:
     // Local scopes: one for each running block.
     void pushLocalScope() { localScopes_.push(locals_.size()); }
     void popLocalScope() {
-        locals_.dropTo(localScopes_.back(), [](const BindingLink& link) {
+        locals_.dropTo(&locals_.value(localScopes_.back()), [](const LocalLink& link) {
             link.cell->newestLocal = link.shadowed;
             link.cell->value = link.hidden;
         });
@@ -78,13 +78,13 @@ public:
     void popLocalScopesTo(std::uint32_t count) {
         while (localScopes_.size() > count) popLocalScope();
     }
-    bool hasVisibleLocalScope() const { return localScopes_.size() > localBase_; }
+    bool hasVisibleLocalScope() const { return localScopes_.size() > view_.localBase; }
 
     // Call scopes: parameters, loop variables, and the values without a name that calls and loops keep.
     // Scopes are closed in the reverse order of opening.
-    BindingStack& calls() { return calls_; }
-    const BindingStack& calls() const { return calls_; }
-    const BindingStack& locals() const { return locals_; }
+    BindingStack<BindingLink>& calls() { return calls_; }
+    const BindingStack<BindingLink>& calls() const { return calls_; }
+    const BindingStack<LocalLink>& locals() const { return locals_; }
     // Missing values are nil. A name that stands twice keeps its first place.
     CallScope pushCallScope(std::span<const NameId> names);
     // Closes a scope in a call that goes on, or all that a call has opened: its locals are gone then.
@@ -94,17 +94,11 @@ public:
     void leaveCallScopes(CallScope scope) {
         calls_.dropTo(scope, [](const BindingLink& link) { link.cell->value = link.hidden; });
     }
-    // The n-th entry of a call scope.
-    Variable& callEntry(CallScope scope, std::size_t index) {
-        return calls_.value(scope + static_cast<BindingIndex>(index));
-    }
     // Gives a value of the running call's stack a name that it does not hold there yet.
-    void nameCallEntry(BindingIndex place, Cell& cell) {
+    void nameCallEntry(Variable& entry, Cell& cell) {
         Variable** const top = topOf(cell);
-        BindingLink& link = calls_.link(place);
-        link.cell = &cell;
-        link.hidden = *top;
-        *top = &calls_.value(place);
+        calls_.linkOf(&entry) = {&cell, *top};
+        *top = &entry;
     }
     // Gives the top `count` values the names of so many parameters, which differ from each other; values
     // without a name are dropped. The caller's locals are out of sight already.
@@ -112,41 +106,32 @@ public:
                                               std::uint32_t parameterCount) {
         if (count != parameterCount) [[unlikely]]
             fitArguments(count, parameterCount);
-        const BindingIndex scope = calls_.size() - static_cast<BindingIndex>(parameterCount);
-        BindingLink* link = &calls_.link(scope);
-        Variable* value = &calls_.value(scope);
-        for (Cell* const* const end = parameters + parameterCount; parameters != end; ++parameters) {
+        Variable* const top = calls_.top();
+        Variable* value = top - parameterCount;
+        for (BindingLink* link = &calls_.linkOf(value); value != top; ++value, ++link, ++parameters) {
             Cell& parameter = **parameters;
             link->cell = &parameter;
             link->hidden = parameter.value;
             parameter.value = value;
-            ++link;
-            ++value;
         }
     }
 
     // What a call hides of its caller and gives back at its end.
-    struct CallerView {
-        std::uint32_t localBase;
-        BindingIndex visibleLocals;
+    struct View {
+        std::uint32_t localBase = 0;     // local scopes below this belong to callers
+        BindingIndex visibleLocals = 0;  // first binding of the scopes above localBase
+        bool operator==(const View&) const = default;
     };
-    CallerView callerView() const { return {localBase_, visibleLocals_}; }
+    const View& view() const { return view_; }
     // Starts a call: the block locals of the caller go out of sight.
     [[gnu::always_inline]] void enterCall() {
-        if (locals_.size() > visibleLocals_) [[unlikely]]
-            hideLocals();
-        localBase_ = localScopes_.size();
-        visibleLocals_ = locals_.size();
+        if (hasVisibleLocalScope()) hideLocals();
     }
     // Ends a call with all scopes that it has left open, down to its first argument.
-    [[gnu::always_inline]] void leaveCall(const CallerView& view, CallScope arguments) {
-        if (hasVisibleLocalScope()) [[unlikely]]
-            popLocalScopesTo(localBase_);
+    [[gnu::always_inline]] void leaveCall(const View& caller, CallScope arguments) {
+        if (hasVisibleLocalScope()) popLocalScopesTo(view_.localBase);
         leaveCallScopes(arguments);
-        localBase_ = view.localBase;
-        visibleLocals_ = view.visibleLocals;
-        if (locals_.size() > visibleLocals_) [[unlikely]]
-            showLocals();
+        if (view_ != caller) showLocals(caller);
     }
 
     std::uint32_t nativeLevel() const { return nativeLevel_; }
@@ -163,11 +148,10 @@ public:
     // Local and call scopes of a coroutine, which take the place of the main script's for its turn.
     struct Frames {
         static constexpr BindingIndex capacity = 1 << 14;
-        BindingStack locals{capacity};
-        BindingStack calls{capacity};
+        BindingStack<LocalLink> locals{capacity};
+        BindingStack<BindingLink> calls{capacity};
         SmallStack<BindingIndex> localScopes;
-        std::uint32_t localBase = 0;
-        BindingIndex visibleLocals = 0;
+        View view;
         std::uint32_t nativeLevel = 0;
     };
     // With one local scope of these names; missing values are nil.
@@ -188,24 +172,23 @@ private:
 
     // What a call binding of the name hides or is hidden by: the running call's locals go before it.
     Variable** topOf(Cell& cell) {
-        return cell.newestLocal >= visibleLocals_ ? topBelowLocals(cell) : &cell.value;
+        return cell.newestLocal >= view_.visibleLocals ? topBelowLocals(cell) : &cell.value;
     }
     Variable** topBelowLocals(Cell& cell);
     void fitArguments(std::uint32_t count, std::uint32_t wanted);
-    void hideLocals();
-    void showLocals();
+    // The running call's locals go out of sight; those of the view come back.
+    [[gnu::noinline]] void hideLocals();
+    [[gnu::noinline]] void showLocals(const View& view);
     void detach();
-    void attach();
-    void forgetGlobal(BindingStack& stack, const Cell& cell);
+    void attach(const View& view);
 
     std::vector<std::unique_ptr<Cell[]>> cells_;  // by name, in blocks
-    BindingStack locals_;
-    BindingStack calls_;
+    BindingStack<LocalLink> locals_;
+    BindingStack<BindingLink> calls_;
     SmallStack<BindingIndex> localScopes_;  // place of each scope's first binding
     std::vector<Scope> nativeScopes_;       // by level
     Scope externalScope_;
-    std::uint32_t localBase_ = 0;     // local scopes below this belong to callers
-    BindingIndex visibleLocals_ = 0;  // first binding of the scopes above localBase_
+    View view_;
     std::uint32_t nativeLevel_ = 0;
 };
 

@@ -123,23 +123,22 @@ bool Interpreter::bindNext(const ParsedFor& header, CallScope scope, SequenceWal
 
 void Interpreter::bindPair(const ParsedFor& header, CallScope scope, Variable key, Variable value) {
     if (header.names.size() == 1) {
-        scopes.callEntry(scope, 0) = Variable::array({std::move(key), std::move(value)});
+        scope[0] = Variable::array({std::move(key), std::move(value)});
         return;
     }
-    scopes.callEntry(scope, 0) = std::move(key);
-    scopes.callEntry(scope, 1) = std::move(value);
-    for (std::size_t i = 2; i < header.names.size(); ++i) scopes.callEntry(scope, i) = Variable();
+    scope[0] = std::move(key);
+    scope[1] = std::move(value);
+    for (std::size_t i = 2; i < header.names.size(); ++i) scope[i] = Variable();
 }
 
 void Interpreter::bindElement(const ParsedFor& header, CallScope scope, Variable element) {
     if (header.names.size() == 1 || !element.isArray()) {
-        scopes.callEntry(scope, 0) = std::move(element);
-        for (std::size_t i = 1; i < header.names.size(); ++i) scopes.callEntry(scope, i) = Variable();
+        scope[0] = std::move(element);
+        for (std::size_t i = 1; i < header.names.size(); ++i) scope[i] = Variable();
         return;
     }
     const std::vector<Variable>& items = element.items();
-    for (std::size_t i = 0; i < header.names.size(); ++i)
-        scopes.callEntry(scope, i) = i < items.size() ? items[i] : Variable();
+    for (std::size_t i = 0; i < header.names.size(); ++i) scope[i] = i < items.size() ? items[i] : Variable();
 }
 
 namespace {

@@ -68,7 +68,8 @@ void VesperScript::setFastExpressions(bool on) {
     interpreter_->fastExpressions = on;
 }
 void VesperScript::setStepLimit(std::uint64_t steps) {
-    interpreter_->stepsLeft = steps;
+    constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
+    interpreter_->stepsLeft = static_cast<std::int64_t>(std::min(steps, most));
 }
 bool VesperScript::stepLimitReached() const {
     return interpreter_->stepsLeft == 0;
