@@ -27,7 +27,8 @@ struct LocalLink : BindingLink {
 }
 
 // Stack of bound values that never move: pointers to them hold until they are dropped, and those that stand
-// side by side are a span.
+// side by side are a span. What lies above the newest value owns nothing, so that instructions may write
+// their result to the next place before it is made part of the stack.
 template <typename Link>
 class BindingStack {
 public:
@@ -35,29 +36,28 @@ public:
 
     BindingStack() : BindingStack(fullCapacity) {}
     explicit BindingStack(BindingIndex capacity)
-        : values_(std::allocator<Variable>().allocate(static_cast<std::size_t>(capacity))),
-          links_(static_cast<Link*>(std::calloc(static_cast<std::size_t>(capacity), sizeof(Link)))),
-          top_(values_),
+        : values_(zeroed<Variable>(capacity + 1)),
+          links_(zeroed<Link>(capacity)),
           limit_(values_ + capacity) {
-        if (!links_) throw std::bad_alloc();
+        next_.value = values_;
     }
     BindingStack(BindingStack&& other) noexcept
         : values_(std::exchange(other.values_, nullptr)),
           links_(std::exchange(other.links_, nullptr)),
-          top_(std::exchange(other.top_, nullptr)),
-          limit_(std::exchange(other.limit_, nullptr)) {}
+          limit_(std::exchange(other.limit_, nullptr)) {
+        next_.value = std::exchange(other.next_.value, nullptr);
+    }
     BindingStack& operator=(BindingStack&& other) noexcept {
         swap(other);
         return *this;
     }
     ~BindingStack() {
         dropTo(values_, [](const Link&) {});
-        if (!values_) return;
-        std::allocator<Variable>().deallocate(values_, static_cast<std::size_t>(limit_ - values_));
+        std::free(values_);
         std::free(links_);
     }
 
-    BindingIndex size() const { return placeOf(top_); }
+    BindingIndex size() const { return placeOf(top()); }
     BindingIndex placeOf(const Variable* value) const { return static_cast<BindingIndex>(value - values_); }
     Variable& value(BindingIndex place) { return values_[place]; }
     const Variable& value(BindingIndex place) const { return values_[place]; }
@@ -65,26 +65,41 @@ public:
     const Link& link(BindingIndex place) const { return links_[place]; }
     Link& linkOf(const Variable* value) { return links_[value - values_]; }
     // Behind the newest value.
-    Variable* top() const { return top_; }
+    Variable* top() const { return next_.value; }
+    Place& next() { return next_; }
+    // The value that was written to the next place becomes the newest one; and back.
+    [[gnu::always_inline]] void keep() {
+        if (next_.value == limit_) [[unlikely]]
+            failStackFull();
+        ++next_.value;
+    }
+    void retake() { --next_.value; }
+    // Nothing that was written there is wanted.
+    void clearNext() { *next_.value = Variable(); }
     // The newest values.
-    std::span<const Variable> newest(std::size_t count) const { return {top_ - count, count}; }
+    std::span<const Variable> newest(std::size_t count) const { return {top() - count, count}; }
 
     // Adds a value without a name.
     [[gnu::always_inline]] Variable& push(Variable&& value) {
-        if (top_ == limit_) [[unlikely]]
+        if (next_.value == limit_) [[unlikely]]
             failStackFull();
-        return *std::construct_at(top_++, std::move(value));
+        return *std::construct_at(next_.value++, std::move(value));
     }
     [[gnu::always_inline]] Variable& push(const Variable& value) { return push(Variable(value)); }
+    [[gnu::always_inline]] void pushInteger(std::int32_t value) {
+        if (next_.value == limit_) [[unlikely]]
+            failStackFull();
+        ::new (static_cast<void*>(next_.value++)) Variable(Variable::integer(value));
+    }
     [[gnu::always_inline]] Variable pop() {
-        return std::move(*--top_);  // what is moved from holds nothing
+        return std::move(*--next_.value);  // what is moved from holds nothing
     }
     // Drops from the top down to this value; `leave` sees the links of values with a name.
     template <typename Leave>
     [[gnu::always_inline]] void dropTo(Variable* bottom, Leave leave) {
-        Variable* value = top_;
+        Variable* value = next_.value;
         if (value <= bottom) return;
-        top_ = bottom;
+        next_.value = bottom;
         Link* link = &linkOf(value);
         do {
             --value;
@@ -99,13 +114,13 @@ public:
     }
     // The same of values without a name.
     [[gnu::always_inline]] void dropTo(Variable* bottom) {
-        for (Variable* value = std::exchange(top_, bottom); value != bottom;) std::destroy_at(--value);
+        for (Variable* value = std::exchange(next_.value, bottom); value != bottom;) *--value = Variable();
     }
-    void drop(std::size_t count) { dropTo(top_ - count); }
+    void drop(std::size_t count) { dropTo(top() - count); }
     void swap(BindingStack& other) noexcept {
         std::swap(values_, other.values_);
         std::swap(links_, other.links_);
-        std::swap(top_, other.top_);
+        std::swap(next_.value, other.next_.value);
         std::swap(limit_, other.limit_);
     }
 
@@ -115,7 +130,7 @@ private:
     [[gnu::noinline]] static void destroyTo(Variable* value, const Variable* bottom, Link* link,
                                             Leave leave) {
         for (;;) {
-            std::destroy_at(value);
+            *value = Variable();
             if (value == bottom) return;
             --value;
             --link;
@@ -125,9 +140,17 @@ private:
         }
     }
 
-    Variable* values_;  // constructed below top_
-    Link* links_;       // without a cell from top_ on; zeroed memory, which costs nothing until it is touched
-    Variable* top_;
+    // Memory from the system, all of whose bytes are zero, costs nothing until it is touched.
+    template <typename T>
+    static T* zeroed(BindingIndex count) {
+        if (void* const memory = std::calloc(static_cast<std::size_t>(count), sizeof(T)))
+            return static_cast<T*>(memory);
+        throw std::bad_alloc();
+    }
+
+    Variable* values_;  // all zero is nil
+    Link* links_;       // without a cell from the next place on
+    Place next_;
     const Variable* limit_;
 };
 

@@ -32,6 +32,17 @@ struct ParsedScriptLine;
     OPERATION(IntegerDivide)                                                                            \
     OPERATION(Remainder)                                                                                \
     OPERATION(Operate)                                                                                  \
+    /* the same where c is an integer constant */                                                       \
+    OPERATION(AddInteger)                                                                               \
+    OPERATION(SubtractInteger)                                                                          \
+    OPERATION(MultiplyInteger)                                                                          \
+    OPERATION(IntegerDivideInteger)                                                                     \
+    OPERATION(RemainderInteger)                                                                         \
+    /* the result goes on the stack, by way of a if it is no integer */                                 \
+    OPERATION(PushAdd)                                                                                  \
+    OPERATION(PushSubtract)                                                                             \
+    OPERATION(PushAddInteger)                                                                           \
+    OPERATION(PushSubtractInteger)                                                                      \
     /* a = a operation b */                                                                             \
     OPERATION(AddTo)                                                                                    \
     OPERATION(SubtractFrom)                                                                             \
@@ -40,7 +51,7 @@ struct ParsedScriptLine;
     OPERATION(Not)                                                                                      \
     OPERATION(Length)                                                                                   \
     OPERATION(Compare)                                                                                  \
-    /* to `number` */                                                                                   \
+    /* by `number` */                                                                                   \
     OPERATION(Jump)                                                                                     \
     OPERATION(Loop) /* counted as a step */                                                             \
     OPERATION(JumpIf)                                                                                   \
@@ -59,6 +70,19 @@ struct ParsedScriptLine;
     OPERATION(JumpUnlessGreater)                                                                        \
     OPERATION(JumpUnlessLessEqual)                                                                      \
     OPERATION(JumpUnlessGreaterEqual)                                                                   \
+    /* c is an integer constant */                                                                      \
+    OPERATION(JumpIfEqualInteger)                                                                       \
+    OPERATION(JumpIfNotEqualInteger)                                                                    \
+    OPERATION(JumpIfLessInteger)                                                                        \
+    OPERATION(JumpIfGreaterInteger)                                                                     \
+    OPERATION(JumpIfLessEqualInteger)                                                                   \
+    OPERATION(JumpIfGreaterEqualInteger)                                                                \
+    OPERATION(JumpUnlessEqualInteger)                                                                   \
+    OPERATION(JumpUnlessNotEqualInteger)                                                                \
+    OPERATION(JumpUnlessLessInteger)                                                                    \
+    OPERATION(JumpUnlessGreaterInteger)                                                                 \
+    OPERATION(JumpUnlessLessEqualInteger)                                                               \
+    OPERATION(JumpUnlessGreaterEqualInteger)                                                            \
     OPERATION(Element)       /* a = b[c] */                                                             \
     OPERATION(SetElement)    /* a[b] = c */                                                             \
     OPERATION(UpdateElement) /* a[b] = a[b] operation c */                                              \
@@ -70,6 +94,9 @@ struct ParsedScriptLine;
     OPERATION(Push)                                                                                     \
     OPERATION(PushTaken)                                                                                \
     OPERATION(Pop)                                                                                      \
+    /* what stands in the next place becomes part of the stack, and back */                             \
+    OPERATION(Keep)                                                                                     \
+    OPERATION(Retake)                                                                                   \
     /* b, or what lies under the arguments, with the `number` values on top of the stack */             \
     OPERATION(Call)                                                                                     \
     OPERATION(CallPushed)                                                                               \
@@ -113,11 +140,12 @@ enum class Operation : std::uint8_t {
 };
 
 struct Instruction {
+    const void* handler = nullptr;
     Operation operation = Operation::Fault;
     TokenKind kind = TokenKind::Unknown;  // of an operator
     std::uint8_t flags = 0;
     std::uint8_t temporaries = 0;  // the operands that are such, whose values are used up
-    std::uint32_t number = 0;      // target of a jump, count, or index
+    std::uint32_t number = 0;      // distance of a jump, count, or index
     Place* a = nullptr;
     Place* b = nullptr;
     Place* c = nullptr;

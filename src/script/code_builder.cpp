@@ -22,6 +22,50 @@ Operation arithmeticOf(TokenKind operation) {
     }
 }
 
+bool isIntegerConstant(const FastExprNode& node) {
+    return node.kind == FastExprNodeKind::Constant && node.constant.isInt();
+}
+
+// Steps of one kind, in the order of the operations.
+Operation later(Operation operation, Operation first, Operation same) {
+    return static_cast<Operation>(static_cast<int>(operation) - static_cast<int>(first) +
+                                  static_cast<int>(same));
+}
+
+Operation withIntegerConstant(Operation operation) {
+    if (operation >= Operation::Add && operation <= Operation::Remainder)
+        return later(operation, Operation::Add, Operation::AddInteger);
+    if (operation >= Operation::JumpIfEqual && operation <= Operation::JumpUnlessGreaterEqual)
+        return later(operation, Operation::JumpIfEqual, Operation::JumpIfEqualInteger);
+    return operation;
+}
+
+const FastExprNode& withoutIdentity(const FastExprNode& node) {
+    return node.kind == FastExprNodeKind::Identity ? withoutIdentity(node.leftNode()) : node;
+}
+
+// Puts the result on the stack, if there is an operation that does.
+bool pushResult(Instruction& instruction, Place* way) {
+    switch (instruction.operation) {
+        case Operation::Add:
+            instruction.operation = Operation::PushAdd;
+            break;
+        case Operation::Subtract:
+            instruction.operation = Operation::PushSubtract;
+            break;
+        case Operation::AddInteger:
+            instruction.operation = Operation::PushAddInteger;
+            break;
+        case Operation::SubtractInteger:
+            instruction.operation = Operation::PushSubtractInteger;
+            break;
+        default:
+            return false;
+    }
+    instruction.a = way;
+    return true;
+}
+
 Operation jumpOf(TokenKind comparison, bool when) {
     const Operation first = when ? Operation::JumpIfEqual : Operation::JumpUnlessEqual;
     const auto distance = static_cast<int>(comparison) - static_cast<int>(TokenKind::Equal);
@@ -36,8 +80,8 @@ bool isNamedElement(const FastExprNode& node) {
 }  // namespace
 
 void CodeBuilder::emit(Operation operation, Operands operands) {
-    Instruction instruction{operation,       operands.kind, operands.flags, 0,
-                            operands.number, operands.a,    operands.b,     operands.c};
+    Instruction instruction{nullptr,         operation,  operands.kind, operands.flags, 0,
+                            operands.number, operands.a, operands.b,    operands.c};
     if (operation == Operation::OpenFor && isTemporary(operands.a))
         instruction.temporaries |= Instruction::usesUpA;
     if (isTemporary(operands.b)) instruction.temporaries |= Instruction::usesUpB;
@@ -65,8 +109,12 @@ void CodeBuilder::emitJump(Jumps& jumps, Operation operation, Operands operands)
     emit(operation, operands);
 }
 
+void CodeBuilder::emitJumpBack(Operation operation, std::uint32_t target) {
+    emit(operation, {.number = target - here()});
+}
+
 void CodeBuilder::land(Jumps& jumps) {
-    for (const std::uint32_t jump : jumps) code_.instructions[jump].number = here();
+    for (const std::uint32_t jump : jumps) code_.instructions[jump].number = here() - jump;
     jumps.clear();
 }
 
@@ -139,9 +187,10 @@ void CodeBuilder::evaluateInto(const FastExprNode& node, Place* target) {
             emit(Operation::Length, {.a = target, .b = operand(node.leftNode())});
             break;
         case FastExprNodeKind::Binary: {
-            Place* const left = operand(node.leftNode(), node.rightNode().mayCall);
-            Place* const right = operand(node.rightNode());
-            emit(node.isComparison() ? Operation::Compare : arithmeticOf(node.operation),
+            const auto [left, right] = operands(node);
+            const Operation operation =
+                node.isComparison() ? Operation::Compare : arithmeticOf(node.operation);
+            emit(isIntegerConstant(node.rightNode()) ? withIntegerConstant(operation) : operation,
                  {.a = target, .b = left, .c = right, .kind = node.operation});
             break;
         }
@@ -162,7 +211,7 @@ void CodeBuilder::evaluateInto(const FastExprNode& node, Place* target) {
 }
 
 void CodeBuilder::logical(const FastExprNode& node, Place* target) {
-    Place* const value = isTemporary(target) ? target : newTemporary();
+    Place* const value = isTemporary(target) && target != next() ? target : newTemporary();
     Jumps decided;
     evaluateInto(node.leftNode(), value);
     emitJump(decided, node.kind == FastExprNodeKind::Or ? Operation::KeepIf : Operation::KeepUnless,
@@ -173,10 +222,25 @@ void CodeBuilder::logical(const FastExprNode& node, Place* target) {
 }
 
 void CodeBuilder::push(const FastExprNode& node) {
+    const FastExprNode& plain = withoutIdentity(node);
+    if (plain.kind == FastExprNodeKind::Constant || plain.kind == FastExprNodeKind::Variable)
+        return emit(Operation::Push, {.b = operand(plain)});
     const std::size_t before = mark();
-    Place* const value = operand(node);
-    emit(isTemporary(value) ? Operation::PushTaken : Operation::Push, {.b = value});
+    evaluateInto(plain, next());
+    if (plain.kind != FastExprNodeKind::Binary || !pushResult(code_.instructions.back(), newTemporary()))
+        emit(Operation::Keep);
     release(before);
+}
+
+std::pair<Place*, Place*> CodeBuilder::operands(const FastExprNode& node) {
+    if (!node.rightNode().mayCall) {
+        Place* const left = operand(node.leftNode());
+        return {left, operand(node.rightNode())};
+    }
+    push(node.leftNode());
+    Place* const right = operand(node.rightNode());
+    emit(Operation::Retake);
+    return {next(), right};
 }
 
 Place* CodeBuilder::member(const FastExprNode& node) {
@@ -215,14 +279,18 @@ void CodeBuilder::callFor(const FastExprNode& node, Place* result) {
     argument = &node.rightNode();
     for (std::uint32_t i = 0; i < node.count; ++i, argument = &argument->nextNode()) push(*argument);
     const Operation call = isMember ? Operation::CallMember : Operation::Call;
+    // What was kept stands on the stack where the result would go.
+    const bool isOnItsWay = !result || (result == next() && !kept.empty());
+    Place* const given = isOnItsWay ? newTemporary() : result;
     emitCalling(callee ? call : Operation::CallPushed,
-                {.a = result ? result : newTemporary(),
+                {.a = given,
                  .b = callee,
                  .number = node.count,
                  .flags = result ? std::uint8_t{0} : CallFlags::dropsResult});
     release(before);
 
     for (std::size_t i = kept.size(); i-- > 0;) emit(Operation::Pop, {.a = hold(kept[i])});
+    if (result && given != result) emit(Operation::Take, {.a = result, .b = given});
 }
 
 // Long ones are made in parts, which the stack has room for.
@@ -285,9 +353,10 @@ void CodeBuilder::test(const FastExprNode& node, bool when, Jumps& jumps) {
             land(decided);
         }
     } else if (node.isComparison()) {
-        Place* const left = operand(node.leftNode(), node.rightNode().mayCall);
-        Place* const right = operand(node.rightNode());
-        emitJump(jumps, jumpOf(node.operation, when), {.b = left, .c = right});
+        const auto [left, right] = operands(node);
+        const Operation jump = jumpOf(node.operation, when);
+        emitJump(jumps, isIntegerConstant(node.rightNode()) ? withIntegerConstant(jump) : jump,
+                 {.b = left, .c = right});
     } else {
         emitJump(jumps, when ? Operation::JumpIf : Operation::JumpUnless, {.b = operand(node)});
     }

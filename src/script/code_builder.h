@@ -43,6 +43,7 @@ public:
     void emitJump(Jumps& jumps, Operation operation, Operands operands);
     void emitJump(Jumps& jumps, Operation operation) { emitJump(jumps, operation, Operands{}); }
     void land(Jumps& jumps);
+    void emitJumpBack(Operation operation, std::uint32_t target);
 
     // The value, where it stands or in a temporary; there if what follows may change where it stands.
     Place* operand(const FastExprNode& node, bool isKept = false);
@@ -54,8 +55,10 @@ public:
 
     Place* cell(NameId name) { return &scopes_.cell(name); }
     Place* constant(const Variable& value);
+    // On the stack. Nothing may be pushed while a value there is wanted.
+    Place* next() const { return &scopes_.calls().next(); }
     bool isTemporary(const Place* place) const {
-        return place >= temporaries_ && place < temporaries_ + temporaryCount;
+        return (place >= temporaries_ && place < temporaries_ + temporaryCount) || place == next();
     }
     // Temporaries are handed out in order and given back to a mark.
     std::size_t mark() const { return held_.size(); }
@@ -70,6 +73,8 @@ private:
     void array(const FastExprNode& node, Place* target);
     void table(const FastExprNode& node, Place* target);
     void push(const FastExprNode& node);
+    // The left operand: on the stack while the right one calls.
+    std::pair<Place*, Place*> operands(const FastExprNode& node);
     // The element that a call without calls among its arguments calls.
     Place* member(const FastExprNode& node);
 

@@ -6,6 +6,7 @@
 #include "script/bytecode_program.h"
 #include "script/code_builder.h"
 #include "script/interpreter.h"
+#include "script/machine.h"
 #include "script/parsed_header.h"
 #include "script/program_walk.h"
 
@@ -374,7 +375,7 @@ private:
         Jumps otherwise;
         testCondition(*line, line->expression, "while", otherwise);
         compileLoopBody(program_.whileLoops[operand].bodyChunk);
-        builder_.emit(Operation::Loop, {.number = start});
+        builder_.emitJumpBack(Operation::Loop, start);
         builder_.land(otherwise);
         landBreaks();
     }
@@ -416,7 +417,7 @@ private:
         builder_.emitJump(done, Operation::Jump);
         builder_.land(otherwise);
         if (hasScope) builder_.emit(Operation::CloseBlock);
-        builder_.emit(Operation::Loop, {.number = start});
+        builder_.emitJumpBack(Operation::Loop, start);
         landBreaks();  // with the scope still open
         if (hasScope) builder_.emit(Operation::CloseBlock);
         builder_.land(done);
@@ -458,7 +459,7 @@ private:
         const std::uint32_t start = builder_.here();
         compileLoopBody(program_.numericForLoops[operand].bodyChunk);
         setLine(&line);
-        builder_.emit(Operation::NextFor, {.number = start});
+        builder_.emitJumpBack(Operation::NextFor, start);
         builder_.land(done);
         landBreaks();
         builder_.emit(Operation::CloseFor);
@@ -474,7 +475,7 @@ private:
         builder_.emitJump(done, Operation::NextWalk);
         compileLoopBody(program_.genericForLoops[operand].bodyChunk);
         setLine(&line);
-        builder_.emit(Operation::Loop, {.number = start});
+        builder_.emitJumpBack(Operation::Loop, start);
         builder_.land(done);
         landBreaks();
         builder_.emit(Operation::CloseWalk);
@@ -560,6 +561,7 @@ std::unique_ptr<const Code> compileChunk(Interpreter& script, const BytecodeProg
     code->isFunction = isFunction;
     code->plain = plain;
     ChunkCompiler(script, program, *code).run();
+    Machine::link(script, *code);
     return code;
 }
 
@@ -568,6 +570,7 @@ std::unique_ptr<const Code> compileExpression(Interpreter& script, const FastExp
     CodeBuilder builder(*code, script.scopes, script.temporaries.get());
     Place* const value = builder.operand(expression.root());
     builder.emit(Operation::Finish, {.b = value});
+    Machine::link(script, *code);
     return code;
 }
 

@@ -13,15 +13,34 @@ namespace {
 
 // --- What the frequent cases do. False, with nothing done, where it takes more. ---
 
-template <TokenKind operation>
-[[gnu::always_inline]] inline bool operateOnIntegers(const Instruction& i) {
+// The right operand: any, or an integer constant.
+enum class Right : std::uint8_t { Any, Integer };
+template <Right kind>
+[[gnu::always_inline]] inline const Variable& rightOf(const Instruction& i) {
+    if constexpr (kind == Right::Any) return *i.c->value;
+    return static_cast<const ValuePlace*>(i.c)->own;
+}
+template <Right kind>
+[[gnu::always_inline]] inline bool areIntegers(const Instruction& i) {
     const Variable* const left = i.b->value;
-    const Variable* const right = i.c->value;
-    Variable* const target = i.a->value;
-    if (!left->isInt() || !right->isInt()) return false;
+    return left->isInt() && (kind == Right::Integer || rightOf<kind>(i).isInt());
+}
+
+template <TokenKind operation, Right kind>
+[[gnu::always_inline]] inline bool operateOnIntegers(const Instruction& i) {
     std::int32_t result = 0;
-    return applyToIntegers(operation, left->intValue(), right->intValue(), result) &&
-           target->assignPlain(Variable::integer(result));
+    return areIntegers<kind>(i) &&
+           applyToIntegers(operation, i.b->value->intValue(), rightOf<kind>(i).intValue(), result) &&
+           i.a->value->assignInteger(result);
+}
+
+template <TokenKind operation, Right kind>
+[[gnu::always_inline]] inline bool pushIntegers(const Instruction& i, BindingStack<BindingLink>& stack) {
+    if (!areIntegers<kind>(i)) return false;
+    std::int32_t result = 0;
+    applyToIntegers(operation, i.b->value->intValue(), rightOf<kind>(i).intValue(), result);
+    stack.pushInteger(result);
+    return true;
 }
 
 template <TokenKind operation>
@@ -31,16 +50,10 @@ template <TokenKind operation>
     return updateInteger(*target, operation, *value);
 }
 
-[[gnu::always_inline]] inline bool areIntegers(const Instruction& i) {
-    const Variable* const left = i.b->value;
-    const Variable* const right = i.c->value;
-    return left->isInt() && right->isInt();
-}
-
-template <TokenKind operation>
+template <TokenKind operation, Right kind>
 [[gnu::always_inline]] inline bool compareIntegers(const Instruction& i) {
     const std::int32_t left = i.b->value->intValue();
-    const std::int32_t right = i.c->value->intValue();
+    const std::int32_t right = rightOf<kind>(i).intValue();
     if constexpr (operation == TokenKind::Equal) return left == right;
     if constexpr (operation == TokenKind::NotEqual) return left != right;
     if constexpr (operation == TokenKind::Less) return left < right;
@@ -93,10 +106,10 @@ template <TokenKind operation>
     if (!isFirst) {
         value =
             static_cast<std::int32_t>(static_cast<std::uint32_t>(value) + static_cast<std::uint32_t>(step));
-        variable[-1].assignPlain(Variable::integer(value));
+        variable[-1].assignInteger(value);
     }
     if (step > 0 ? value > stop : value < stop) return false;
-    if (!variable->assignPlain(Variable::integer(value))) *variable = Variable::integer(value);
+    if (!variable->assignInteger(value)) *variable = Variable::integer(value);
     return true;
 }
 
@@ -149,16 +162,16 @@ Variable Machine::execute(const Instruction* i, bool attends) {
         VESPER_OPERATIONS(VESPER_LABEL)
 #undef VESPER_LABEL
     };
-#define DISPATCH goto* labels[static_cast<std::size_t>(i->operation)]
+#define DISPATCH goto * i->handler
 #define NEXT      \
     do {          \
         ++i;      \
         DISPATCH; \
     } while (false)
-#define JUMP                            \
-    do {                                \
-        i = code_->begin() + i->number; \
-        DISPATCH;                       \
+#define JUMP                                       \
+    do {                                           \
+        i += static_cast<std::int32_t>(i->number); \
+        DISPATCH;                                  \
     } while (false)
 #define QUICK_OR(quick, general)     \
     do {                             \
@@ -175,6 +188,11 @@ Variable Machine::execute(const Instruction* i, bool attends) {
             goto attention;                        \
         DISPATCH;                                  \
     } while (false)
+
+    if (!i) [[unlikely]] {
+        handlers_ = labels;
+        return {};
+    }
 
     // Of a call: what is called, with how many of the values on top of the stack, and what goes with it.
     const Variable* callee = nullptr;
@@ -207,16 +225,22 @@ opVarargs:
     makeVarargs(i);
     NEXT;
 
-opAdd:
-    QUICK_OR(operateOnIntegers<TokenKind::Plus>(*i), operate(i));
-opSubtract:
-    QUICK_OR(operateOnIntegers<TokenKind::Minus>(*i), operate(i));
-opMultiply:
-    QUICK_OR(operateOnIntegers<TokenKind::Multiply>(*i), operate(i));
-opIntegerDivide:
-    QUICK_OR(operateOnIntegers<TokenKind::IntegerDivide>(*i), operate(i));
-opRemainder:
-    QUICK_OR(operateOnIntegers<TokenKind::Remainder>(*i), operate(i));
+#define VESPER_ARITHMETIC(name, token)                                           \
+    op##name : QUICK_OR((operateOnIntegers<token, Right::Any>(*i)), operate(i)); \
+    op##name##Integer : QUICK_OR((operateOnIntegers<token, Right::Integer>(*i)), operate(i));
+    VESPER_ARITHMETIC(Add, TokenKind::Plus)
+    VESPER_ARITHMETIC(Subtract, TokenKind::Minus)
+    VESPER_ARITHMETIC(Multiply, TokenKind::Multiply)
+    VESPER_ARITHMETIC(IntegerDivide, TokenKind::IntegerDivide)
+    VESPER_ARITHMETIC(Remainder, TokenKind::Remainder)
+#undef VESPER_ARITHMETIC
+#define VESPER_PUSHED_ARITHMETIC(name, token)                                                            \
+    op##name : QUICK_OR((pushIntegers<token, Right::Any>(*i, script_.scopes.calls())), pushOperated(i)); \
+    op##name##Integer                                                                                    \
+        : QUICK_OR((pushIntegers<token, Right::Integer>(*i, script_.scopes.calls())), pushOperated(i));
+    VESPER_PUSHED_ARITHMETIC(PushAdd, TokenKind::Plus)
+    VESPER_PUSHED_ARITHMETIC(PushSubtract, TokenKind::Minus)
+#undef VESPER_PUSHED_ARITHMETIC
 opOperate:
     operate(i);
     NEXT;
@@ -257,15 +281,20 @@ opKeepIf:
 opKeepUnless:
     if (!isTruthy(*i->b->value)) JUMP;
     NEXT;
-#define VESPER_COMPARISON_JUMPS(name)                                                                        \
-    opJumpIf##name                                                                                           \
-        : if (areIntegers(*i) ? compareIntegers<TokenKind::name>(*i) : compare(i, TokenKind::name)) JUMP;    \
-    NEXT;                                                                                                    \
-    opJumpUnless##name                                                                                       \
-        : if (!(areIntegers(*i) ? compareIntegers<TokenKind::name>(*i) : compare(i, TokenKind::name))) JUMP; \
+#define COMPARE(name, right) \
+    (areIntegers<right>(*i) ? compareIntegers<TokenKind::name, right>(*i) : compare(i, TokenKind::name))
+#define VESPER_COMPARISON_JUMPS(name)                                       \
+    opJumpIf##name : if (COMPARE(name, Right::Any)) JUMP;                   \
+    NEXT;                                                                   \
+    opJumpUnless##name : if (!COMPARE(name, Right::Any)) JUMP;              \
+    NEXT;                                                                   \
+    opJumpIf##name##Integer : if (COMPARE(name, Right::Integer)) JUMP;      \
+    NEXT;                                                                   \
+    opJumpUnless##name##Integer : if (!COMPARE(name, Right::Integer)) JUMP; \
     NEXT;
     VESPER_COMPARISONS(VESPER_COMPARISON_JUMPS)
 #undef VESPER_COMPARISON_JUMPS
+#undef COMPARE
 
 opElement:
     QUICK_OR(readElement(*i), element(i));
@@ -300,6 +329,12 @@ opPush:
     NEXT;
 opPushTaken:
     script_.scopes.calls().push(std::move(*i->b->value));
+    NEXT;
+opKeep:
+    script_.scopes.calls().keep();
+    NEXT;
+opRetake:
+    script_.scopes.calls().retake();
     NEXT;
 opPop:
     *i->a->value = script_.scopes.calls().pop();
@@ -449,6 +484,7 @@ attention : {
     DISPATCH;
 }
 error:
+    script_.scopes.calls().clearNext();
     leaveForError(i);
     dropValue(result_);
 leaveFunction:
@@ -468,6 +504,11 @@ leaveFunction:
 #undef NEXT_OR_ATTEND
 }
 #pragma GCC diagnostic pop
+
+void Machine::link(Interpreter& script, Code& code) {
+    if (!handlers_) Machine(script).execute(nullptr, false);
+    for (Instruction& i : code.instructions) i.handler = handlers_[static_cast<std::size_t>(i.operation)];
+}
 
 // --- Runs ---
 

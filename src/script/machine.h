@@ -42,6 +42,8 @@ public:
         openBlock(code_->begin());
         return code_->begin() + code_->blocks[0].starts[*step];
     }
+    // Makes the code ready to run.
+    static void link(Interpreter& script, Code& code);
     // What the code returns. From behind a call, with `attends` set.
     Variable execute(const Instruction* i, bool attends);
     // After an exception: ends all calls down to the newest protected one, which gives false and the message,
@@ -52,6 +54,7 @@ public:
 
 private:
     static inline const Variable nothing_;
+    static inline const void* const* handlers_ = nullptr;  // by operation: where the loop carries it out
 
     bool aborted() const { return script_.shouldAbortForSoftRaisedError(); }
 
@@ -106,6 +109,10 @@ private:
     void readScoped(const Instruction* i);
     void makeVarargs(const Instruction* i);
     void operate(const Instruction* i);
+    void pushOperated(const Instruction* i) {
+        operate(i);
+        script_.scopes.calls().push(std::move(*i->a->value));
+    }
     void update(const Instruction* i);
     void negate(const Instruction* i);
     void invert(const Instruction* i);
@@ -146,6 +153,7 @@ private:
     const Instruction* enterProtected(const Instruction* i, std::uint32_t count, CallScope bottom);
     void endProtected(const char* thrown = nullptr);
     void clearTemporaries() {
+        script_.scopes.calls().clearNext();
         for (std::size_t i = 0; i < temporaryCount; ++i) script_.temporaries[i].own = Variable();
     }
     const Instruction* callOther(const Instruction* i, const Variable& callee, std::uint32_t count,
@@ -195,6 +203,7 @@ private:
 inline const Instruction* Machine::enter(const Instruction* i, ScriptCallable& callable, std::uint32_t count,
                                          CallScope bottom) {
     Interpreter& script = script_;
+    Variable* const arguments = script.scopes.calls().top() - count;
     if (script.callRecords.isFull()) [[unlikely]]
         failCalls(i);
     countStep(i);
@@ -207,7 +216,7 @@ inline const Instruction* Machine::enter(const Instruction* i, ScriptCallable& c
     script.recordSurroundings(record, bottom);
     if (i->temporaries & Instruction::usesUpB) dropValue(*i->b->value);
     script.scopes.enterCall();
-    script.scopes.nameArguments(count, callable.parameterCells.data(), callable.parameterCount);
+    script.scopes.nameArguments(arguments, count, callable.parameterCells.data(), callable.parameterCount);
     if (callable.source.isKnown()) script.context.setFile(callable.source);
     code_ = &codeForNow(*callable.boundCode);
     return code_->begin();

@@ -100,15 +100,15 @@ public:
         calls_.linkOf(&entry) = {&cell, *top};
         *top = &entry;
     }
-    // Gives the top `count` values the names of so many parameters, which differ from each other; values
-    // without a name are dropped. The caller's locals are out of sight already.
-    [[gnu::always_inline]] void nameArguments(std::uint32_t count, Cell* const* parameters,
+    // Gives the newest values, which begin here, the names of so many parameters, which differ from each
+    // other; values without a name are dropped. The caller's locals are out of sight already.
+    [[gnu::always_inline]] void nameArguments(Variable* value, std::uint32_t count, Cell* const* parameters,
                                               std::uint32_t parameterCount) {
         if (count != parameterCount) [[unlikely]]
             fitArguments(count, parameterCount);
-        Variable* const top = calls_.top();
-        Variable* value = top - parameterCount;
-        for (BindingLink* link = &calls_.linkOf(value); value != top; ++value, ++link, ++parameters) {
+        BindingLink* link = &calls_.linkOf(value);
+        for (Cell* const* const end = parameters + parameterCount; parameters != end;
+             ++value, ++link, ++parameters) {
             Cell& parameter = **parameters;
             link->cell = &parameter;
             link->hidden = parameter.value;
@@ -120,7 +120,6 @@ public:
     struct View {
         std::uint32_t localBase = 0;     // local scopes below this belong to callers
         BindingIndex visibleLocals = 0;  // first binding of the scopes above localBase
-        bool operator==(const View&) const = default;
     };
     const View& view() const { return view_; }
     // Starts a call: the block locals of the caller go out of sight.
@@ -131,7 +130,7 @@ public:
     [[gnu::always_inline]] void leaveCall(const View& caller, CallScope arguments) {
         if (hasVisibleLocalScope()) popLocalScopesTo(view_.localBase);
         leaveCallScopes(arguments);
-        if (view_ != caller) showLocals(caller);
+        if (view_.localBase != caller.localBase) showLocals(caller);
     }
 
     std::uint32_t nativeLevel() const { return nativeLevel_; }

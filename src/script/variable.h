@@ -121,6 +121,13 @@ public:
         return true;
     }
 
+    bool assignInteger(std::int32_t value) {
+        if (isCounted()) return false;
+        bits_ = static_cast<std::uint32_t>(value);
+        type_ = VarType::Int;
+        return true;
+    }
+
     // The value of one that owns nothing, to be kept while that goes.
     struct Plain {
         std::uint64_t bits;
