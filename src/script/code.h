@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <memory>
@@ -32,7 +33,7 @@ struct ParsedScriptLine;
     OPERATION(IntegerDivide)                                                                            \
     OPERATION(Remainder)                                                                                \
     OPERATION(Operate)                                                                                  \
-    /* the same where c is an integer constant */                                                       \
+    /* the same where c is the integer constant `number` */                                             \
     OPERATION(AddInteger)                                                                               \
     OPERATION(SubtractInteger)                                                                          \
     OPERATION(MultiplyInteger)                                                                          \
@@ -51,7 +52,7 @@ struct ParsedScriptLine;
     OPERATION(Not)                                                                                      \
     OPERATION(Length)                                                                                   \
     OPERATION(Compare)                                                                                  \
-    /* by `number` */                                                                                   \
+    /* by `distance` */                                                                                 \
     OPERATION(Jump)                                                                                     \
     OPERATION(Loop) /* counted as a step */                                                             \
     OPERATION(JumpIf)                                                                                   \
@@ -70,7 +71,7 @@ struct ParsedScriptLine;
     OPERATION(JumpUnlessGreater)                                                                        \
     OPERATION(JumpUnlessLessEqual)                                                                      \
     OPERATION(JumpUnlessGreaterEqual)                                                                   \
-    /* c is an integer constant */                                                                      \
+    /* c is the integer constant `number` */                                                            \
     OPERATION(JumpIfEqualInteger)                                                                       \
     OPERATION(JumpIfNotEqualInteger)                                                                    \
     OPERATION(JumpIfLessInteger)                                                                        \
@@ -100,7 +101,7 @@ struct ParsedScriptLine;
     /* b, or what lies under the arguments, with the `number` values on top of the stack */             \
     OPERATION(Call)                                                                                     \
     OPERATION(CallPushed)                                                                               \
-    /* a = b[c] to be called: of a string its method, which has the string as its first argument */     \
+    /* b[c] to be called, on the stack: of a string its method, and the string as its first argument */ \
     OPERATION(Member)                                                                                   \
     OPERATION(CallMember)                                                                               \
     /* the line by its tokens */                                                                        \
@@ -145,10 +146,18 @@ struct Instruction {
     TokenKind kind = TokenKind::Unknown;  // of an operator
     std::uint8_t flags = 0;
     std::uint8_t temporaries = 0;  // the operands that are such, whose values are used up
-    std::uint32_t number = 0;      // distance of a jump, count, or index
-    Place* a = nullptr;
+    std::uint32_t number = 0;      // count, index, or integer constant
+    union {
+        Place* a = nullptr;
+        std::ptrdiff_t distance;  // of a jump, in bytes
+    };
     Place* b = nullptr;
     Place* c = nullptr;
+
+    const Instruction* target() const {
+        return reinterpret_cast<const Instruction*>(reinterpret_cast<const char*>(this) + distance);
+    }
+    std::int32_t integer() const { return static_cast<std::int32_t>(number); }
 
     static constexpr std::uint8_t usesUpA = 1;
     static constexpr std::uint8_t usesUpB = 2;

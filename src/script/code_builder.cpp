@@ -22,22 +22,23 @@ Operation arithmeticOf(TokenKind operation) {
     }
 }
 
-bool isIntegerConstant(const FastExprNode& node) {
-    return node.kind == FastExprNodeKind::Constant && node.constant.isInt();
+std::ptrdiff_t distance(std::uint32_t from, std::uint32_t to) {
+    constexpr std::ptrdiff_t size = sizeof(Instruction);
+    return (static_cast<std::ptrdiff_t>(to) - static_cast<std::ptrdiff_t>(from)) * size;
 }
 
-// Steps of one kind, in the order of the operations.
-Operation later(Operation operation, Operation first, Operation same) {
-    return static_cast<Operation>(static_cast<int>(operation) - static_cast<int>(first) +
-                                  static_cast<int>(same));
-}
-
-Operation withIntegerConstant(Operation operation) {
-    if (operation >= Operation::Add && operation <= Operation::Remainder)
-        return later(operation, Operation::Add, Operation::AddInteger);
-    if (operation >= Operation::JumpIfEqual && operation <= Operation::JumpUnlessGreaterEqual)
-        return later(operation, Operation::JumpIfEqual, Operation::JumpIfEqualInteger);
-    return operation;
+// Makes use of a right operand that is an integer constant.
+void takeInteger(Instruction& instruction, const FastExprNode& right) {
+    if (right.kind != FastExprNodeKind::Constant || !right.constant.isInt()) return;
+    const auto change = [&](Operation first, Operation last, Operation same) {
+        if (instruction.operation < first || instruction.operation > last) return false;
+        const int distance = static_cast<int>(same) - static_cast<int>(first);
+        instruction.operation = static_cast<Operation>(static_cast<int>(instruction.operation) + distance);
+        instruction.number = static_cast<std::uint32_t>(right.constant.intValue());
+        return true;
+    };
+    if (!change(Operation::Add, Operation::Remainder, Operation::AddInteger))
+        change(Operation::JumpIfEqual, Operation::JumpUnlessGreaterEqual, Operation::JumpIfEqualInteger);
 }
 
 const FastExprNode& withoutIdentity(const FastExprNode& node) {
@@ -80,8 +81,14 @@ bool isNamedElement(const FastExprNode& node) {
 }  // namespace
 
 void CodeBuilder::emit(Operation operation, Operands operands) {
-    Instruction instruction{nullptr,         operation,  operands.kind, operands.flags, 0,
-                            operands.number, operands.a, operands.b,    operands.c};
+    Instruction instruction;
+    instruction.operation = operation;
+    instruction.kind = operands.kind;
+    instruction.flags = operands.flags;
+    instruction.number = operands.number;
+    instruction.a = operands.a;
+    instruction.b = operands.b;
+    instruction.c = operands.c;
     if (operation == Operation::OpenFor && isTemporary(operands.a))
         instruction.temporaries |= Instruction::usesUpA;
     if (isTemporary(operands.b)) instruction.temporaries |= Instruction::usesUpB;
@@ -110,11 +117,12 @@ void CodeBuilder::emitJump(Jumps& jumps, Operation operation, Operands operands)
 }
 
 void CodeBuilder::emitJumpBack(Operation operation, std::uint32_t target) {
-    emit(operation, {.number = target - here()});
+    emit(operation);
+    code_.instructions.back().distance = distance(here() - 1, target);
 }
 
 void CodeBuilder::land(Jumps& jumps) {
-    for (const std::uint32_t jump : jumps) code_.instructions[jump].number = here() - jump;
+    for (const std::uint32_t jump : jumps) code_.instructions[jump].distance = distance(jump, here());
     jumps.clear();
 }
 
@@ -190,8 +198,8 @@ void CodeBuilder::evaluateInto(const FastExprNode& node, Place* target) {
             const auto [left, right] = operands(node);
             const Operation operation =
                 node.isComparison() ? Operation::Compare : arithmeticOf(node.operation);
-            emit(isIntegerConstant(node.rightNode()) ? withIntegerConstant(operation) : operation,
-                 {.a = target, .b = left, .c = right, .kind = node.operation});
+            emit(operation, {.a = target, .b = left, .c = right, .kind = node.operation});
+            takeInteger(code_.instructions.back(), node.rightNode());
             break;
         }
         case FastExprNodeKind::And:
@@ -243,15 +251,6 @@ std::pair<Place*, Place*> CodeBuilder::operands(const FastExprNode& node) {
     return {next(), right};
 }
 
-Place* CodeBuilder::member(const FastExprNode& node) {
-    Place* const found = newTemporary();
-    const std::size_t before = mark();
-    Place* const container = operand(node.leftNode());
-    emit(Operation::Member, {.a = found, .b = container, .c = constant(node.rightNode().constant)});
-    release(before);
-    return hold(found);
-}
-
 void CodeBuilder::callFor(const FastExprNode& node, Place* result) {
     const std::size_t before = mark();
     std::vector<Place*> kept;
@@ -267,26 +266,28 @@ void CodeBuilder::callFor(const FastExprNode& node, Place* result) {
     for (std::uint32_t i = 0; i < node.count; ++i, argument = &argument->nextNode())
         argumentsCall = argumentsCall || argument->mayCall;
     // What is called is settled before the arguments run.
+    const FastExprNode& left = withoutIdentity(node.leftNode());
+    Operation call = Operation::CallPushed;
     Place* callee = nullptr;
-    const bool isMember = !argumentsCall && isNamedElement(node.leftNode());
-    if (argumentsCall) {
-        push(node.leftNode());
-    } else if (isMember) {
-        callee = member(node.leftNode());
+    if (isNamedElement(left)) {
+        Place* const container = operand(left.leftNode());
+        emit(Operation::Member, {.b = container, .c = constant(left.rightNode().constant)});
+        call = Operation::CallMember;
+    } else if (left.kind == FastExprNodeKind::Variable && !argumentsCall) {
+        callee = cell(left.name);
+        call = Operation::Call;
     } else {
-        callee = operand(node.leftNode());
+        push(left);
     }
     argument = &node.rightNode();
     for (std::uint32_t i = 0; i < node.count; ++i, argument = &argument->nextNode()) push(*argument);
-    const Operation call = isMember ? Operation::CallMember : Operation::Call;
     // What was kept stands on the stack where the result would go.
     const bool isOnItsWay = !result || (result == next() && !kept.empty());
     Place* const given = isOnItsWay ? newTemporary() : result;
-    emitCalling(callee ? call : Operation::CallPushed,
-                {.a = given,
-                 .b = callee,
-                 .number = node.count,
-                 .flags = result ? std::uint8_t{0} : CallFlags::dropsResult});
+    emitCalling(call, {.a = given,
+                       .b = callee,
+                       .number = node.count,
+                       .flags = result ? std::uint8_t{0} : CallFlags::dropsResult});
     release(before);
 
     for (std::size_t i = kept.size(); i-- > 0;) emit(Operation::Pop, {.a = hold(kept[i])});
@@ -354,9 +355,8 @@ void CodeBuilder::test(const FastExprNode& node, bool when, Jumps& jumps) {
         }
     } else if (node.isComparison()) {
         const auto [left, right] = operands(node);
-        const Operation jump = jumpOf(node.operation, when);
-        emitJump(jumps, isIntegerConstant(node.rightNode()) ? withIntegerConstant(jump) : jump,
-                 {.b = left, .c = right});
+        emitJump(jumps, jumpOf(node.operation, when), {.b = left, .c = right});
+        takeInteger(code_.instructions.back(), node.rightNode());
     } else {
         emitJump(jumps, when ? Operation::JumpIf : Operation::JumpUnless, {.b = operand(node)});
     }

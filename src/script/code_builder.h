@@ -75,8 +75,6 @@ private:
     void push(const FastExprNode& node);
     // The left operand: on the stack while the right one calls.
     std::pair<Place*, Place*> operands(const FastExprNode& node);
-    // The element that a call without calls among its arguments calls.
-    Place* member(const FastExprNode& node);
 
     Code& code_;
     Scopes& scopes_;

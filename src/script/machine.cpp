@@ -16,21 +16,21 @@ namespace {
 // The right operand: any, or an integer constant.
 enum class Right : std::uint8_t { Any, Integer };
 template <Right kind>
-[[gnu::always_inline]] inline const Variable& rightOf(const Instruction& i) {
-    if constexpr (kind == Right::Any) return *i.c->value;
-    return static_cast<const ValuePlace*>(i.c)->own;
+[[gnu::always_inline]] inline std::int32_t rightOf(const Instruction& i) {
+    if constexpr (kind == Right::Any) return i.c->value->intValue();
+    return i.integer();
 }
 template <Right kind>
 [[gnu::always_inline]] inline bool areIntegers(const Instruction& i) {
     const Variable* const left = i.b->value;
-    return left->isInt() && (kind == Right::Integer || rightOf<kind>(i).isInt());
+    return left->isInt() && (kind == Right::Integer || i.c->value->isInt());
 }
 
 template <TokenKind operation, Right kind>
 [[gnu::always_inline]] inline bool operateOnIntegers(const Instruction& i) {
     std::int32_t result = 0;
     return areIntegers<kind>(i) &&
-           applyToIntegers(operation, i.b->value->intValue(), rightOf<kind>(i).intValue(), result) &&
+           applyToIntegers(operation, i.b->value->intValue(), rightOf<kind>(i), result) &&
            i.a->value->assignInteger(result);
 }
 
@@ -38,7 +38,7 @@ template <TokenKind operation, Right kind>
 [[gnu::always_inline]] inline bool pushIntegers(const Instruction& i, BindingStack<BindingLink>& stack) {
     if (!areIntegers<kind>(i)) return false;
     std::int32_t result = 0;
-    applyToIntegers(operation, i.b->value->intValue(), rightOf<kind>(i).intValue(), result);
+    applyToIntegers(operation, i.b->value->intValue(), rightOf<kind>(i), result);
     stack.pushInteger(result);
     return true;
 }
@@ -53,7 +53,7 @@ template <TokenKind operation>
 template <TokenKind operation, Right kind>
 [[gnu::always_inline]] inline bool compareIntegers(const Instruction& i) {
     const std::int32_t left = i.b->value->intValue();
-    const std::int32_t right = rightOf<kind>(i).intValue();
+    const std::int32_t right = rightOf<kind>(i);
     if constexpr (operation == TokenKind::Equal) return left == right;
     if constexpr (operation == TokenKind::NotEqual) return left != right;
     if constexpr (operation == TokenKind::Less) return left < right;
@@ -127,23 +127,20 @@ namespace {
 
 }  // namespace
 
-inline void Machine::callLibrary(const Instruction* i, LibraryFunction body, std::uint32_t count,
-                                 CallScope bottom) {
+inline void Machine::callLibrary(const Instruction* i, LibraryFunction body, const Arguments& arguments) {
     enterSite(i);
     ++script_.nativeCalls;
-    Variable result = body(script_, script_.scopes.calls().newest(count));
+    Variable result = body(script_, {arguments.first, arguments.count});
     if (script_.mayNeedAttention && aborted()) result = Variable();
     --script_.nativeCalls;
-    script_.scopes.calls().dropTo(bottom);
-    if (i->temporaries & Instruction::usesUpB) dropValue(*i->b->value);
+    script_.scopes.calls().dropTo(arguments.bottom);
     giveResult(i, result);
 }
 
 // A protected call of a function of script needs no native stack either.
-inline bool Machine::isProtectable(const ScriptCallable& callable, std::uint32_t count) const {
-    if (callable.builtinId != BuiltinId::Pcall || count == 0) return false;
-    const Variable& wanted = *(script_.scopes.calls().top() - count);
-    return wanted.isFunction() && wanted.function().boundCode;
+inline bool Machine::isProtectable(const ScriptCallable& callable, const Arguments& arguments) {
+    return callable.builtinId == BuiltinId::Pcall && arguments.count > 0 && arguments.first->isFunction() &&
+           arguments.first->function().boundCode;
 }
 
 #define VESPER_COMPARISONS(COMPARISON) \
@@ -168,10 +165,10 @@ Variable Machine::execute(const Instruction* i, bool attends) {
         ++i;      \
         DISPATCH; \
     } while (false)
-#define JUMP                                       \
-    do {                                           \
-        i += static_cast<std::int32_t>(i->number); \
-        DISPATCH;                                  \
+#define JUMP             \
+    do {                 \
+        i = i->target(); \
+        DISPATCH;        \
     } while (false)
 #define QUICK_OR(quick, general)     \
     do {                             \
@@ -196,8 +193,7 @@ Variable Machine::execute(const Instruction* i, bool attends) {
 
     // Of a call: what is called, with how many of the values on top of the stack, and what goes with it.
     const Variable* callee = nullptr;
-    std::uint32_t count = 0;
-    CallScope bottom = nullptr;
+    Arguments arguments{};
     const Instruction* entered = nullptr;
 
     if (attends && script_.mayNeedAttention) goto attention;
@@ -345,38 +341,44 @@ opMember:
     NEXT;
 opCall:
     callee = i->b->value;
-    count = i->number;
-    bottom = script_.scopes.calls().top() - count;
+    arguments.count = i->number;
+    arguments.first = script_.scopes.calls().top() - i->number;
+    arguments.bottom = arguments.first;
     goto call;
 opCallPushed:
-    count = i->number;
-    bottom = script_.scopes.calls().top() - count - 1;
-    callee = bottom;
+    arguments.count = i->number;
+    arguments.first = script_.scopes.calls().top() - i->number;
+    arguments.bottom = arguments.first - 1;
+    callee = arguments.bottom;
     goto call;
 opCallMember:
-    callee = i->b->value;
-    count = i->number;
-    bottom = script_.scopes.calls().top() - count - 1;
-    if (bottom->isString()) ++count;  // with the string that has the method
+    arguments.count = i->number;
+    arguments.first = script_.scopes.calls().top() - i->number;
+    arguments.bottom = arguments.first - 2;
+    callee = arguments.bottom;
+    if (callee[1].isString()) {  // which has the method
+        ++arguments.count;
+        --arguments.first;
+    }
     goto call;
 
 call:
     if (callee->isFunction()) [[likely]] {
         ScriptCallable& callable = callee->function();
         if (callable.boundCode) {
-            i = enter(i, callable, count, bottom);
+            i = enter(i, callable, arguments);
             DISPATCH;
         }
         if (callable.library) {
-            if (isProtectable(callable, count)) {
-                i = enterProtected(i, count, bottom);
+            if (isProtectable(callable, arguments)) {
+                i = enterProtected(i, arguments);
                 DISPATCH;
             }
-            callLibrary(i, callable.library, count, bottom);
+            callLibrary(i, callable.library, arguments);
             NEXT_OR_ATTEND;
         }
     }
-    entered = callOther(i, callee->isUnfound() ? read(i, i->b) : *callee, count, bottom);
+    entered = callOther(i, callee->isUnfound() ? read(i, i->b) : *callee, arguments);
     if (!entered) goto called;
     i = entered;
     DISPATCH;

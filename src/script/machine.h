@@ -142,22 +142,26 @@ private:
     void closeWalk();
     [[noreturn]] void fail(const Instruction* i);
 
-    // Calls. The arguments are on top of the stack; everything from `bottom` on goes with the call.
+    // Of a call: the newest values of the stack. Everything from `bottom` on goes with the call.
+    struct Arguments {
+        Variable* first;
+        std::uint32_t count;
+        CallScope bottom;
+    };
     [[gnu::always_inline]] inline const Instruction* enter(const Instruction* i, ScriptCallable& callable,
-                                                           std::uint32_t count, CallScope bottom);
+                                                           const Arguments& arguments);
     [[gnu::always_inline]] inline void callLibrary(const Instruction* i, LibraryFunction body,
-                                                   std::uint32_t count, CallScope bottom);
-    [[gnu::always_inline]] inline bool isProtectable(const ScriptCallable& callable,
-                                                     std::uint32_t count) const;
+                                                   const Arguments& arguments);
+    [[gnu::always_inline]] static inline bool isProtectable(const ScriptCallable& callable,
+                                                            const Arguments& arguments);
     [[noreturn, gnu::noinline]] void failCalls(const Instruction* i);
-    const Instruction* enterProtected(const Instruction* i, std::uint32_t count, CallScope bottom);
+    const Instruction* enterProtected(const Instruction* i, const Arguments& arguments);
     void endProtected(const char* thrown = nullptr);
     void clearTemporaries() {
         script_.scopes.calls().clearNext();
         for (std::size_t i = 0; i < temporaryCount; ++i) script_.temporaries[i].own = Variable();
     }
-    const Instruction* callOther(const Instruction* i, const Variable& callee, std::uint32_t count,
-                                 CallScope bottom);
+    const Instruction* callOther(const Instruction* i, const Variable& callee, const Arguments& arguments);
     [[gnu::always_inline]] inline const Instruction* leave();
 
     // The attentive code while there is something to look for.
@@ -200,10 +204,9 @@ private:
 };
 
 // Fails before it has changed anything.
-inline const Instruction* Machine::enter(const Instruction* i, ScriptCallable& callable, std::uint32_t count,
-                                         CallScope bottom) {
+inline const Instruction* Machine::enter(const Instruction* i, ScriptCallable& callable,
+                                         const Arguments& arguments) {
     Interpreter& script = script_;
-    Variable* const arguments = script.scopes.calls().top() - count;
     if (script.callRecords.isFull()) [[unlikely]]
         failCalls(i);
     countStep(i);
@@ -213,11 +216,12 @@ inline const Instruction* Machine::enter(const Instruction* i, ScriptCallable& c
     record.code = code_;
     record.callable = &callable;
     record.line = line_;
-    script.recordSurroundings(record, bottom);
-    if (i->temporaries & Instruction::usesUpB) dropValue(*i->b->value);
+    script.recordSurroundings(record, arguments.bottom);
     script.scopes.enterCall();
-    script.scopes.nameArguments(arguments, count, callable.parameterCells.data(), callable.parameterCount);
-    if (callable.source.isKnown()) script.context.setFile(callable.source);
+    script.scopes.nameArguments(arguments.first, arguments.count, callable.parameterCells.data(),
+                                callable.parameterCount);
+    if (callable.source.isKnown()) [[likely]]
+        script.context.setFile(callable.source);
     code_ = &codeForNow(*callable.boundCode);
     return code_->begin();
 }

@@ -14,16 +14,16 @@ void Machine::failCalls(const Instruction* i) {
     failStackFull();
 }
 
-const Instruction* Machine::enterProtected(const Instruction* i, std::uint32_t count, CallScope bottom) {
+const Instruction* Machine::enterProtected(const Instruction* i, const Arguments& arguments) {
     // A protected call begins with its record: what keeps it from having one is no failure of its own.
     if (script_.callRecords.isFull()) failCalls(i);
     if (script_.stepsLeft == 0) countStep(i);
-    ScriptCallable& wanted = (script_.scopes.calls().top() - count)->function();
+    ScriptCallable& wanted = arguments.first->function();
     ++script_.nativeCalls;
     script_.softError.enterProtected(script_.callDepth());
     protected_.push(protectedAt_);
     setProtectedAt(script_.callRecords.top() + 1);
-    return enter(i, wanted, count - 1, bottom);
+    return enter(i, wanted, {arguments.first + 1, arguments.count - 1, arguments.bottom});
 }
 
 // With the protected call left: what it returned, or a failure that was thrown.
@@ -63,19 +63,18 @@ void Machine::abandon() {
 }
 
 // Enters a script function or calls anything else; where to go on.
-const Instruction* Machine::callOther(const Instruction* i, const Variable& callee, std::uint32_t count,
-                                      CallScope bottom) {
+const Instruction* Machine::callOther(const Instruction* i, const Variable& callee,
+                                      const Arguments& arguments) {
     enterSite(i);
     const Variable kept = callee;
     if (kept.isFunction() && kept.function().bindsArguments) {
         if (!kept.function().code) script_.prepareCallable(kept.function());
-        if (kept.function().boundCode) return enter(i, kept.function(), count, bottom);
+        if (kept.function().boundCode) return enter(i, kept.function(), arguments);
     }
-    if (i->temporaries & Instruction::usesUpB) dropValue(*i->b->value);
-    const std::span<const Variable> arguments = script_.scopes.calls().newest(count);
-    result_ = kept.isFunction() && kept.function().binding ? script_.runBinding(kept.function(), arguments)
-                                                           : script_.invokeCallable(kept, arguments);
-    script_.scopes.calls().dropTo(bottom);
+    const std::span<const Variable> given(arguments.first, arguments.count);
+    result_ = kept.isFunction() && kept.function().binding ? script_.runBinding(kept.function(), given)
+                                                           : script_.invokeCallable(kept, given);
+    script_.scopes.calls().dropTo(arguments.bottom);
     return nullptr;
 }
 

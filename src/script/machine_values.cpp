@@ -166,15 +166,15 @@ void Machine::member(const Instruction* i) {
     if (container.isString()) {
         const Variable* const method = script_.findStringMethod(name);
         Variable subject = takeB(i);
+        script_.scopes.calls().push(method ? *method : Variable());
         script_.scopes.calls().push(method ? std::move(subject) : Variable());
-        *i->a->value = method ? *method : Variable();
         return;
     }
     const Variable* const found = findElement(container, name);
     Variable result = found ? *found : script_.getIndexedValue(container, name);
     useUp(*i);
+    script_.scopes.calls().push(std::move(result));
     script_.scopes.calls().push(Variable());
-    *i->a->value = std::move(result);
 }
 
 void Machine::setElement(const Instruction* i) {
