@@ -90,7 +90,7 @@ Variable Interpreter::invokeCallable(const Variable& callee, std::span<const Var
     const Variable kept = callee;  // the name that held it may be overwritten by the call
     ScriptCallable& callable = kept.function();
     if (callable.isDecay) {
-        mayNeedAttention = true;
+        askForAttention();
         coroutines.start(scopes, kept, arguments);
         return {};
     }

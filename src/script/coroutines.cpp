@@ -270,7 +270,7 @@ void Interpreter::serviceScheduledCoroutineTurn() {
         varargs.swap(state->varargs);
     };
     exchange();
-    mayNeedAttention = true;  // the coroutine's soft error may have been on its way
+    askForAttention();  // the coroutine's soft error may have been on its way
     bool finished = false;
     {
         const ScriptCallable& callable = state->callable.function();
@@ -284,7 +284,7 @@ void Interpreter::serviceScheduledCoroutineTurn() {
         }
     }
     exchange();
-    mayNeedAttention = true;
+    askForAttention();
     coroutines.inTurn = false;
     const bool stillScheduled = coroutines.scheduled == state;
     if (coroutines.terminateRequested && coroutines.next) {

@@ -66,11 +66,11 @@ struct Interpreter {
     Variable pcallFunction(std::span<const Variable> arguments);
     void raiseScriptErrorSoft(std::string message) {
         softError.raise(std::move(message));
-        mayNeedAttention = true;
+        askForAttention();
     }
     void requestJump(std::string label) {
         labels.requestJump(std::move(label));
-        mayNeedAttention = true;
+        askForAttention();
     }
     bool shouldAbortForSoftRaisedError() const { return softError.aborts(callDepth()); }
 
@@ -162,7 +162,7 @@ struct Interpreter {
     // Null takes the watcher away. It is borrowed.
     void watchStatements(StatementWatcher* by) {
         watcher = by;
-        mayNeedAttention = true;
+        askForAttention();
     }
     void showStatement() {
         if (watcher) [[unlikely]]
@@ -175,10 +175,15 @@ struct Interpreter {
                                 BlockSignal& signal);
 
     // Something may have to be done between two steps: a jump, a soft error, a coroutine's turn or failure.
+    void askForAttention() {
+        mayNeedAttention = true;
+        callRecords.setOpen(false);
+    }
     bool needsAttention() { return mayNeedAttention && lookForAttention(); }
     [[gnu::noinline]] bool lookForAttention() {
         mayNeedAttention =
             labels.jumpPending() || softError.pending() || coroutines.needAttention() || watcher;
+        callRecords.setOpen(!mayNeedAttention);
         return mayNeedAttention;
     }
 
@@ -209,7 +214,8 @@ struct Interpreter {
     SoftError softError;
     Labels labels;
     Coroutines coroutines;
-    // Set by all that may ask for attention; a look that finds nothing left clears it.
+    // Set by all that may ask for attention; a look that finds nothing left clears it. Calls are closed
+    // meanwhile, so that they need not look at it.
     bool mayNeedAttention = false;
     StatementWatcher* watcher = nullptr;
     // Running calls of script functions have records; all calls from native code are counted, whatever is

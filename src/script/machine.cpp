@@ -127,10 +127,10 @@ namespace {
 
 }  // namespace
 
-inline void Machine::callLibrary(const Instruction* i, LibraryFunction body, const Arguments& arguments) {
+inline void Machine::callLibrary(const Instruction* i, LibraryFunction body, Arguments arguments) {
     enterSite(i);
     ++script_.nativeCalls;
-    Variable result = body(script_, {arguments.first, arguments.count});
+    Variable result = body(script_, spanOf(arguments));
     if (script_.mayNeedAttention && aborted()) result = Variable();
     --script_.nativeCalls;
     script_.scopes.calls().dropTo(arguments.bottom);
@@ -138,9 +138,9 @@ inline void Machine::callLibrary(const Instruction* i, LibraryFunction body, con
 }
 
 // A protected call of a function of script needs no native stack either.
-inline bool Machine::isProtectable(const ScriptCallable& callable, const Arguments& arguments) {
-    return callable.builtinId == BuiltinId::Pcall && arguments.count > 0 && arguments.first->isFunction() &&
-           arguments.first->function().boundCode;
+inline bool Machine::isProtectable(const ScriptCallable& callable, Arguments arguments) const {
+    return callable.builtinId == BuiltinId::Pcall && arguments.first != script_.scopes.calls().top() &&
+           arguments.first->isFunction() && arguments.first->function().boundCode;
 }
 
 #define VESPER_COMPARISONS(COMPARISON) \
@@ -341,25 +341,16 @@ opMember:
     NEXT;
 opCall:
     callee = i->b->value;
-    arguments.count = i->number;
-    arguments.first = script_.scopes.calls().top() - i->number;
-    arguments.bottom = arguments.first;
+    arguments = newestArguments(i->number, 0);
     goto call;
 opCallPushed:
-    arguments.count = i->number;
-    arguments.first = script_.scopes.calls().top() - i->number;
-    arguments.bottom = arguments.first - 1;
+    arguments = newestArguments(i->number, 1);
     callee = arguments.bottom;
     goto call;
 opCallMember:
-    arguments.count = i->number;
-    arguments.first = script_.scopes.calls().top() - i->number;
-    arguments.bottom = arguments.first - 2;
+    arguments = newestArguments(i->number, 2);
     callee = arguments.bottom;
-    if (callee[1].isString()) {  // which has the method
-        ++arguments.count;
-        --arguments.first;
-    }
+    if (callee[1].isString()) --arguments.first;  // which has the method
     goto call;
 
 call:

@@ -145,23 +145,33 @@ private:
     // Of a call: the newest values of the stack. Everything from `bottom` on goes with the call.
     struct Arguments {
         Variable* first;
-        std::uint32_t count;
         CallScope bottom;
     };
+    Arguments newestArguments(std::size_t count, std::size_t others) const {
+        Variable* const first = script_.scopes.calls().top() - count;
+        return {first, first - others};
+    }
+    std::span<const Variable> spanOf(Arguments arguments) const {
+        return {arguments.first, static_cast<const Variable*>(script_.scopes.calls().top())};
+    }
     [[gnu::always_inline]] inline const Instruction* enter(const Instruction* i, ScriptCallable& callable,
-                                                           const Arguments& arguments);
+                                                           Arguments arguments);
+    [[gnu::always_inline]] inline const Instruction* enterOpen(const Instruction* i, ScriptCallable& callable,
+                                                               Arguments arguments);
+    // When calls are closed.
+    const Instruction* enterWithCare(const Instruction* i, ScriptCallable& callable, Arguments arguments);
     [[gnu::always_inline]] inline void callLibrary(const Instruction* i, LibraryFunction body,
-                                                   const Arguments& arguments);
-    [[gnu::always_inline]] static inline bool isProtectable(const ScriptCallable& callable,
-                                                            const Arguments& arguments);
+                                                   Arguments arguments);
+    [[gnu::always_inline]] inline bool isProtectable(const ScriptCallable& callable,
+                                                     Arguments arguments) const;
     [[noreturn, gnu::noinline]] void failCalls(const Instruction* i);
-    const Instruction* enterProtected(const Instruction* i, const Arguments& arguments);
+    const Instruction* enterProtected(const Instruction* i, Arguments arguments);
     void endProtected(const char* thrown = nullptr);
     void clearTemporaries() {
         script_.scopes.calls().clearNext();
         for (std::size_t i = 0; i < temporaryCount; ++i) script_.temporaries[i].own = Variable();
     }
-    const Instruction* callOther(const Instruction* i, const Variable& callee, const Arguments& arguments);
+    const Instruction* callOther(const Instruction* i, const Variable& callee, Arguments arguments);
     [[gnu::always_inline]] inline const Instruction* leave();
 
     // The attentive code while there is something to look for.
@@ -205,10 +215,15 @@ private:
 
 // Fails before it has changed anything.
 inline const Instruction* Machine::enter(const Instruction* i, ScriptCallable& callable,
-                                         const Arguments& arguments) {
+                                         Arguments arguments) {
+    if (!script_.callRecords.isOpen()) [[unlikely]]
+        return enterWithCare(i, callable, arguments);
+    return enterOpen(i, callable, arguments);
+}
+
+inline const Instruction* Machine::enterOpen(const Instruction* i, ScriptCallable& callable,
+                                             Arguments arguments) {
     Interpreter& script = script_;
-    if (script.callRecords.isFull()) [[unlikely]]
-        failCalls(i);
     countStep(i);
     callable.retain();  // what it is called by may be overwritten
     CallRecord& record = script.callRecords.push();
@@ -218,11 +233,10 @@ inline const Instruction* Machine::enter(const Instruction* i, ScriptCallable& c
     record.line = line_;
     script.recordSurroundings(record, arguments.bottom);
     script.scopes.enterCall();
-    script.scopes.nameArguments(arguments.first, arguments.count, callable.parameterCells.data(),
-                                callable.parameterCount);
+    script.scopes.nameArguments(arguments.first, callable.parameterCells.data(), callable.parameterCount);
     if (callable.source.isKnown()) [[likely]]
         script.context.setFile(callable.source);
-    code_ = &codeForNow(*callable.boundCode);
+    code_ = callable.boundCode;
     return code_->begin();
 }
 

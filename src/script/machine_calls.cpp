@@ -14,7 +14,15 @@ void Machine::failCalls(const Instruction* i) {
     failStackFull();
 }
 
-const Instruction* Machine::enterProtected(const Instruction* i, const Arguments& arguments) {
+const Instruction* Machine::enterWithCare(const Instruction* i, ScriptCallable& callable,
+                                          Arguments arguments) {
+    if (script_.callRecords.isFull()) failCalls(i);
+    enterOpen(i, callable, arguments);
+    code_ = &codeForNow(*code_);
+    return code_->begin();
+}
+
+const Instruction* Machine::enterProtected(const Instruction* i, Arguments arguments) {
     // A protected call begins with its record: what keeps it from having one is no failure of its own.
     if (script_.callRecords.isFull()) failCalls(i);
     if (script_.stepsLeft == 0) countStep(i);
@@ -23,7 +31,7 @@ const Instruction* Machine::enterProtected(const Instruction* i, const Arguments
     script_.softError.enterProtected(script_.callDepth());
     protected_.push(protectedAt_);
     setProtectedAt(script_.callRecords.top() + 1);
-    return enter(i, wanted, {arguments.first + 1, arguments.count - 1, arguments.bottom});
+    return enter(i, wanted, {arguments.first + 1, arguments.bottom});
 }
 
 // With the protected call left: what it returned, or a failure that was thrown.
@@ -63,15 +71,14 @@ void Machine::abandon() {
 }
 
 // Enters a script function or calls anything else; where to go on.
-const Instruction* Machine::callOther(const Instruction* i, const Variable& callee,
-                                      const Arguments& arguments) {
+const Instruction* Machine::callOther(const Instruction* i, const Variable& callee, Arguments arguments) {
     enterSite(i);
     const Variable kept = callee;
     if (kept.isFunction() && kept.function().bindsArguments) {
         if (!kept.function().code) script_.prepareCallable(kept.function());
         if (kept.function().boundCode) return enter(i, kept.function(), arguments);
     }
-    const std::span<const Variable> given(arguments.first, arguments.count);
+    const std::span<const Variable> given = spanOf(arguments);
     result_ = kept.isFunction() && kept.function().binding ? script_.runBinding(kept.function(), given)
                                                            : script_.invokeCallable(kept, given);
     script_.scopes.calls().dropTo(arguments.bottom);

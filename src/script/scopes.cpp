@@ -29,9 +29,9 @@ void Scopes::growCells(NameId name) {
 }
 
 // Gives a call as many arguments as there are parameters.
-void Scopes::fitArguments(std::uint32_t count, std::uint32_t wanted) {
-    for (; count < wanted; ++count) calls_.push(Variable());
-    calls_.drop(count - wanted);
+void Scopes::fitArguments(Variable* end) {
+    while (calls_.top() < end) calls_.push(Variable());
+    calls_.dropTo(end);
 }
 
 Variable* Scopes::findIn(Scope& scope, NameId name) {

@@ -102,10 +102,10 @@ public:
     }
     // Gives the newest values, which begin here, the names of so many parameters, which differ from each
     // other; values without a name are dropped. The caller's locals are out of sight already.
-    [[gnu::always_inline]] void nameArguments(Variable* value, std::uint32_t count, Cell* const* parameters,
+    [[gnu::always_inline]] void nameArguments(Variable* value, Cell* const* parameters,
                                               std::uint32_t parameterCount) {
-        if (count != parameterCount) [[unlikely]]
-            fitArguments(count, parameterCount);
+        if (calls_.top() != value + parameterCount) [[unlikely]]
+            fitArguments(value + parameterCount);
         BindingLink* link = &calls_.linkOf(value);
         for (Cell* const* const end = parameters + parameterCount; parameters != end;
              ++value, ++link, ++parameters) {
@@ -174,7 +174,7 @@ private:
         return cell.newestLocal >= view_.visibleLocals ? topBelowLocals(cell) : &cell.value;
     }
     Variable** topBelowLocals(Cell& cell);
-    void fitArguments(std::uint32_t count, std::uint32_t wanted);
+    void fitArguments(Variable* end);
     // The running call's locals go out of sight; those of the view come back.
     [[gnu::noinline]] void hideLocals();
     [[gnu::noinline]] void showLocals(const View& view);
