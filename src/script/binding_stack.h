@@ -114,7 +114,8 @@ public:
     }
     // The same of values without a name.
     [[gnu::always_inline]] void dropTo(Variable* bottom) {
-        for (Variable* value = std::exchange(next_.value, bottom); value != bottom;) *--value = Variable();
+        for (Variable* value = std::exchange(next_.value, bottom); value != bottom;)
+            if ((--value)->ownsObject()) *value = Variable();
     }
     void drop(std::size_t count) { dropTo(top() - count); }
     void swap(BindingStack& other) noexcept {

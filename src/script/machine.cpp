@@ -499,8 +499,12 @@ leaveFunction:
 #pragma GCC diagnostic pop
 
 void Machine::link(Interpreter& script, Code& code) {
-    if (!handlers_) Machine(script).execute(nullptr, false);
-    for (Instruction& i : code.instructions) i.handler = handlers_[static_cast<std::size_t>(i.operation)];
+    static const void* const* const handlers = [&] {
+        Machine machine(script);
+        machine.execute(nullptr, false);
+        return machine.handlers_;
+    }();
+    for (Instruction& i : code.instructions) i.handler = handlers[static_cast<std::size_t>(i.operation)];
 }
 
 // --- Runs ---

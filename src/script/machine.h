@@ -44,7 +44,8 @@ public:
     }
     // Makes the code ready to run.
     static void link(Interpreter& script, Code& code);
-    // What the code returns. From behind a call, with `attends` set.
+    // What the code returns. From behind a call, with `attends` set. Without an instruction, finds out where
+    // it carries out each operation.
     Variable execute(const Instruction* i, bool attends);
     // After an exception: ends all calls down to the newest protected one, which gives false and the message,
     // and tells where to go on; null where there is none.
@@ -54,7 +55,6 @@ public:
 
 private:
     static inline const Variable nothing_;
-    static inline const void* const* handlers_ = nullptr;  // by operation: where the loop carries it out
 
     bool aborted() const { return script_.shouldAbortForSoftRaisedError(); }
 
@@ -194,6 +194,7 @@ private:
 
     Interpreter& script_;
     const Code* code_ = nullptr;
+    const void* const* handlers_ = nullptr;
     using CallRecord = Interpreter::CallRecord;
     const CallRecord* base_;  // top of the calls that this run did not make
     // A return from a call that is not above these ends the run or a protected call.
