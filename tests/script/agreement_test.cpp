@@ -17,7 +17,7 @@ public:
 
     std::string expression(int depth) {
         if (depth <= 0 || chance(15)) return atom();
-        switch (pick(9)) {
+        switch (pick(11)) {
             case 0:
             case 1:
             case 2:
@@ -34,6 +34,10 @@ public:
                        expression(depth - 2) + ")";
             case 7:
                 return constructor(depth);
+            case 8:
+                return oneOf(callees) + "(" + arguments(depth) + ")";
+            case 9:
+                return oneOf({"r(3)", "r(x % 5)", "r(4) + r(2)", "w(r(3))", "w(x)", "swap(x)"});
             default:
                 return library(depth);
         }
@@ -41,18 +45,28 @@ public:
 
     std::string program() {
         std::string source =
+            std::string(commonFunctions) +
             "function f(a, b)\n    calls += 1\n    if calls > 200\n        error(\"too many calls\")\n    "
             "end\n"
             "    return a\nend\n"
             "function g(a, b)\n    calls += 1\n    x = b\n    return a, b\nend\n"
             "function h(p, x)\n    return y\nend\n"
             "function v(p, ...)\n    local rest = {...}\n    return ..., rest\nend\n"
-            "calls = 0\nx = 3\ny = 2.5\ns = \"text\"\nt = {1, 2, k = \"v\"}\na = [4, 5, 6]\n"
+            "calls = 0\nx = 3\ny = 2.5\ns = \"text\"\nt = {1, 2, k = \"v\", m = g}\na = [4, 5, 6]\n"
             "native n = 7\nexternal e = 8\n";
         const int count = 3 + pick(5);
         for (int i = 0; i < count; ++i) source += statement(3, "");
         return source + "print(calls, x, y, s, t, a, n, z, e#0)\n";
     }
+
+    // A recursion, one with locals and a loop around its calls, one that changes what is called, and a
+    // method.
+    static constexpr const char* commonFunctions =
+        "function r(n)\n    if n < 2\n        return n\n    end\n    return r(n - 1) + r(n - 2)\nend\n"
+        "function w(p)\n    local loc = p\n    local sum = 0\n    for i = 1, 2\n        sum += i * r(i + 1)\n"
+        "    end\n    return [sum, loc, p]\nend\n"
+        "function swap(p)\n    f, t[\"m\"] = t[\"m\"], f\n    return p\nend\n"
+        "function string[\"with\"](text, more)\n    x = more\n    return text\nend\n";
 
 private:
     using Choices = std::vector<const char*>;
@@ -65,6 +79,9 @@ private:
     inline static const Choices functions{"f", "g", "h", "v", "missing", "select", "math[\"min\"]"};
     // Inside a body nothing calls itself: how deep a recursion gets differs between the ways of running.
     inline static const Choices leafFunctions{"f", "g", "v", "missing"};
+    inline static const Choices callees{
+        "t[\"m\"]", "s[\"with\"]",     "s[\"upper\"]",   "a[1]",      "(f)", "f",
+        "v",        "\"b\"[\"with\"]", "missing[\"m\"]", "[v, f][1]", "g"};
     inline static const Choices atoms{"0",     "1",   "2",     "3",    "-1",   "1.5",   "0.1", "2147483647",
                                       "\"a\"", "'2'", "\"k\"", "\"\"", "true", "flase", "not", "{}",
                                       "[]",    "x",   "y",     "s",    "t",    "a",     "i",   "loc"};
@@ -82,6 +99,11 @@ private:
         return chance(2) ? oneOf({"=", ")", "1.2.3", "x y", ","}) : oneOf(atoms);
     }
 
+    std::string arguments(int depth) {
+        std::string list;
+        for (int i = pick(4); i > 0; --i) list += expression(depth - 2) + (i > 1 ? ", " : "");
+        return list;
+    }
     std::string constructor(int depth) {
         const std::string first = expression(depth - 2);
         const std::string second = expression(depth - 2);
@@ -208,9 +230,10 @@ TEST(Agreement, ExpressionsGiveTheSameHoweverTheyRun) {
     for (unsigned seed = 0; seed < seeds; ++seed) {
         Generator generator(seed);
         std::string source =
+            std::string(Generator::commonFunctions) +
             "function f(a, b)\n    x = b\n    return a\nend\nfunction g(a, b)\n    return a, b\nend\n"
             "function v(a, ...)\n    return ...\nend\n"
-            "x = 3\ny = 2.5\ns = \"text\"\nt = {1, 2, k = \"v\"}\na = [4, 5, 6]\n";
+            "x = 3\ny = 2.5\ns = \"text\"\nt = {1, 2, k = \"v\", m = g}\na = [4, 5, 6]\n";
         for (int i = 0; i < 8; ++i) {
             const std::string expression = generator.expression(4);
             source +=
