@@ -36,15 +36,20 @@ private:
     kelmora::ByteBuffer& canvas_;
 };
 
-// Pixels of all visible layers together. A small file may list one layer, or share its tiles, without end.
+// Pixels of all visible layers together, and properties of all. A small file may list one layer, or share its
+// tiles, without end.
 constexpr std::uint64_t layerPixelLimit = std::uint64_t{1} << 32;
+constexpr std::uint64_t layerPropertyLimit = std::uint64_t{1} << 24;
 
 bool lay_layers(ByteSpan file, const XcfImageInfo& image, const std::vector<std::uint64_t>& offsets,
                 kelmora::ByteBuffer& canvas) {
     std::uint64_t pixels = 0;
+    std::uint64_t properties = 0;
     for (auto offset = offsets.rbegin(); offset != offsets.rend(); ++offset) {
         XcfLayerInfo layer;
         if (!xcf_parse_layer(file, image, *offset, layer)) return false;
+        properties += layer.properties;
+        if (properties > layerPropertyLimit) return false;
         if (!layer.visible || layer.opacity == 0) continue;
         pixels += std::uint64_t{layer.width} * layer.height;
         if (pixels > layerPixelLimit) return false;

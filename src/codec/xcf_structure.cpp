@@ -160,6 +160,7 @@ bool xcf_parse_layer(ByteSpan file, const XcfImageInfo& image, std::uint64_t off
         if (!take_property(reader, property)) return false;
         if (property.type == EndOfProperties) break;
         apply_layer_property(property, layer);
+        ++layer.properties;
     }
     std::uint64_t mask = 0;
     return xcf_take_pointer(reader, image, layer.hierarchy) && xcf_take_pointer(reader, image, mask) &&

@@ -35,6 +35,7 @@ struct XcfLayerInfo {
     std::int32_t x = 0;
     std::int32_t y = 0;
     std::uint64_t hierarchy = 0;
+    std::uint32_t properties = 0;  // how many were read
 };
 
 bool has_xcf_signature(ByteSpan file);

@@ -59,5 +59,31 @@ TEST(PictureManifest, LargeCanvasOfSmallFile) {
     EXPECT_EQ(image.pixels[image.pixels.size() / 2], 0);
 }
 
+// One layer with many properties, listed many times: each byte of the file would cost more the larger it is.
+TEST(PictureManifest, LayersThatShareTheirPropertiesAreBounded) {
+    constexpr std::uint32_t layers = 3000;
+    constexpr std::uint32_t headSize = 26;
+    const Bytes whole = read_picture("rgb_v0_c1.xcf");
+    const auto fileWith = [&](std::uint32_t properties) {
+        Bytes file(whole.begin(), whole.begin() + headSize);
+        const auto add = [&](std::initializer_list<std::uint32_t> words) {
+            for (const std::uint32_t word : words) {
+                file.resize(file.size() + 4);
+                store_u32_big(file.data() + file.size() - 4, word);
+            }
+        };
+        constexpr std::uint32_t layerAt = headSize + 8 + (layers + 1) * 4;
+        add({0, 0});  // no properties of the image
+        for (std::uint32_t i = 0; i < layers; ++i) add({layerAt});
+        add({0, 1, 1, 0, 0});  // the end of the list; width, height, type, length of the name
+        for (std::uint32_t i = 0; i < properties; ++i) add({8, 4, 0});  // invisible
+        add({0, 0, layerAt, 0});
+        return file;
+    };
+    Image image;
+    EXPECT_TRUE(load(fileWith(100), image));
+    EXPECT_FALSE(load(fileWith(6000), image));
+}
+
 }  // namespace
 }  // namespace vh::png
