@@ -63,8 +63,8 @@ private:
         const CodeSite& site = code_->siteOf(i);
         if (site.line) {
             script_.context.setLine(*site.line);
-        } else if (script_.context.line() != line_) {
-            script_.context.restoreLine(line_);
+        } else if (!code_->program && script_.context.line() != line_) {
+            script_.context.restoreLine(line_);  // which a call has left behind
         }
         script_.scopes.setNativeLevel(nativeLevel() + site.depth);
     }
