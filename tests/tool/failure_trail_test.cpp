@@ -118,5 +118,12 @@ TEST_F(FailureTrail, ShowsWhereAFailureBeganThatIsRaisedAgain) {
         "Cannot compare array with table\n  at a.vs:12\n    error(\"Cannot compare array with table\")\n");
 }
 
+TEST_F(FailureTrail, PointsAtTheLastStatementForWhatFailsBehindIt) {
+    write("a.vs", "function leap()\n    x = 1\n    jumpTo(\"nowhere\")\nend\nleap()\n");
+    expectFailure("a.vs",
+                  "jumpTo target not found: nowhere\n  at a.vs:3 in function leap\n    jumpTo(\"nowhere\")\n"
+                  "  called at a.vs:5\n    leap()\n");
+}
+
 }  // namespace
 }  // namespace kelmora
