@@ -21,13 +21,7 @@ public:
         if (size_ == capacity_) grow();
         items_[size_++] = value;
     }
-    bool isFull() const { return size_ == capacity_; }
-    void widen() { grow(); }
-    void pushBelowCapacity(T value) { items_[size_++] = value; }
     void drop() { --size_; }
-    void dropTo(std::uint32_t size) {
-        if (size_ > size) size_ = size;
-    }
     void swap(SmallStack& other) noexcept {
         items_.swap(other.items_);
         std::swap(size_, other.size_);

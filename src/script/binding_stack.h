@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
-#include <span>
 #include <stdexcept>
 #include <utility>
 
@@ -76,8 +75,6 @@ public:
     void retake() { --next_.value; }
     // Nothing that was written there is wanted.
     void clearNext() { *next_.value = Variable(); }
-    // The newest values.
-    std::span<const Variable> newest(std::size_t count) const { return {top() - count, count}; }
 
     // Adds a value without a name.
     [[gnu::always_inline]] Variable& push(Variable&& value) {

@@ -24,7 +24,7 @@ void appendInPlace(Variable& target, const Variable& value);
 inline bool updateInteger(Variable& target, TokenKind operation, const Variable& value) {
     if (std::int32_t result = 0; target.isInt() && value.isInt() &&
                                  applyToIntegers(operation, target.intValue(), value.intValue(), result)) {
-        target.assignPlain(Variable::integer(result));
+        target.assignInteger(result);
         return true;
     }
     return false;
