@@ -27,18 +27,21 @@ std::ptrdiff_t distance(std::uint32_t from, std::uint32_t to) {
     return (static_cast<std::ptrdiff_t>(to) - static_cast<std::ptrdiff_t>(from)) * size;
 }
 
+// Replaces one of a row of operations by its like in another row of the same order.
+bool replace(Operation& operation, Operation first, Operation last, Operation like) {
+    if (operation < first || operation > last) return false;
+    const int distance = static_cast<int>(like) - static_cast<int>(first);
+    operation = static_cast<Operation>(static_cast<int>(operation) + distance);
+    return true;
+}
+
 // Makes use of a right operand that is an integer constant.
 void takeInteger(Instruction& instruction, const FastExprNode& right) {
     if (right.kind != FastExprNodeKind::Constant || !right.constant.isInt()) return;
-    const auto change = [&](Operation first, Operation last, Operation same) {
-        if (instruction.operation < first || instruction.operation > last) return false;
-        const int distance = static_cast<int>(same) - static_cast<int>(first);
-        instruction.operation = static_cast<Operation>(static_cast<int>(instruction.operation) + distance);
+    if (replace(instruction.operation, Operation::Add, Operation::Remainder, Operation::AddInteger) ||
+        replace(instruction.operation, Operation::JumpIfEqual, Operation::JumpUnlessGreaterEqual,
+                Operation::JumpIfEqualInteger))
         instruction.number = static_cast<std::uint32_t>(right.constant.intValue());
-        return true;
-    };
-    if (!change(Operation::Add, Operation::Remainder, Operation::AddInteger))
-        change(Operation::JumpIfEqual, Operation::JumpUnlessGreaterEqual, Operation::JumpIfEqualInteger);
 }
 
 const FastExprNode& withoutIdentity(const FastExprNode& node) {
@@ -47,22 +50,10 @@ const FastExprNode& withoutIdentity(const FastExprNode& node) {
 
 // Puts the result on the stack, if there is an operation that does.
 bool pushResult(Instruction& instruction, Place* way) {
-    switch (instruction.operation) {
-        case Operation::Add:
-            instruction.operation = Operation::PushAdd;
-            break;
-        case Operation::Subtract:
-            instruction.operation = Operation::PushSubtract;
-            break;
-        case Operation::AddInteger:
-            instruction.operation = Operation::PushAddInteger;
-            break;
-        case Operation::SubtractInteger:
-            instruction.operation = Operation::PushSubtractInteger;
-            break;
-        default:
-            return false;
-    }
+    if (!replace(instruction.operation, Operation::Add, Operation::Subtract, Operation::PushAdd) &&
+        !replace(instruction.operation, Operation::AddInteger, Operation::SubtractInteger,
+                 Operation::PushAddInteger))
+        return false;
     instruction.a = way;
     return true;
 }

@@ -214,7 +214,7 @@ private:
     }
 };
 
-// Fails before it has changed anything.
+// A lack of records or steps fails before anything has changed.
 inline const Instruction* Machine::enter(const Instruction* i, ScriptCallable& callable,
                                          Arguments arguments) {
     if (!script_.callRecords.isOpen()) [[unlikely]]
